@@ -1,0 +1,13 @@
+# GoogleTest as installed, or, for a cross compiler, built from its installed sources.
+if(NOT CMAKE_CROSSCOMPILING)
+  find_package(GTest REQUIRED)
+  return()
+endif()
+set(MOX_GOOGLETEST_SOURCES /usr/src/googletest CACHE PATH "Sources of GoogleTest, for cross builds")
+set(INSTALL_GTEST OFF)
+add_subdirectory(${MOX_GOOGLETEST_SOURCES} googletest EXCLUDE_FROM_ALL SYSTEM)
+foreach(name gtest gtest_main gmock gmock_main)
+  if(NOT TARGET GTest::${name})
+    add_library(GTest::${name} ALIAS ${name})
+  endif()
+endforeach()

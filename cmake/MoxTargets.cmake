@@ -1,0 +1,77 @@
+# How every target of this project is compiled and linked.
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+# Run paths relative to the program, so that the same sources give the same bytes in any build folder.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+
+# mox_target(<target>): language level, warnings, and nothing of this machine's paths in the result.
+function(mox_target target)
+  set_target_properties(${target} PROPERTIES
+    C_STANDARD 11 C_STANDARD_REQUIRED ON C_EXTENSIONS OFF
+    CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF)
+  if(MSVC)
+    # Exports throw: "c" would let the compiler assume that extern "C" functions do not.
+    target_compile_options(${target} PRIVATE
+      $<$<COMPILE_LANGUAGE:C,CXX>:/W4 /WX /utf-8>
+      $<$<COMPILE_LANGUAGE:CXX>:/permissive- /Zc:__cplusplus /EHsc->)
+    return()
+  endif()
+  target_compile_options(${target} PRIVATE
+    $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wconversion -Wshadow -Werror>)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # GCC 12 sees overlapping copies inside its own std::string where there are none.
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+  endif()
+  if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    target_compile_options(${target} PRIVATE
+      $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>)
+  endif()
+  if(MINGW)
+    target_link_options(${target} PRIVATE -Wl,--no-insert-timestamp)
+  endif()
+endfunction()
+
+# mox_shared_library(<target>): its file name, and how it is linked.
+function(mox_shared_library target)
+  if(WIN32)
+    set_target_properties(${target} PROPERTIES PREFIX "")
+  endif()
+  if(MINGW)
+    target_link_options(${target} PRIVATE
+      -Wl,--dynamicbase,--nxcompat,--high-entropy-va -Wl,--no-insert-timestamp)
+  elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
+endfunction()
+
+# mox_version_resource(<target>): the project's version as a resource of the DLL.
+function(mox_version_resource target)
+  if(NOT WIN32)
+    return()
+  endif()
+  enable_language(RC)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${PROJECT_BINARY_DIR}/${target}.rc @ONLY)
+  target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/${target}.rc)
+endfunction()
+
+# The compiler's runtime is shared between host and library: its DLLs lie beside the programs.
+function(mox_runtime_dlls)
+  foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
+      OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(NOT EXISTS "${path}")
+      # The compiler searches only lib folders for some of them.
+      cmake_path(GET CMAKE_CXX_COMPILER PARENT_PATH bin)
+      find_file(MOX_${name} ${name} PATHS ${CMAKE_FIND_ROOT_PATH}/lib ${CMAKE_FIND_ROOT_PATH}/bin ${bin}
+        NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+      set(path "${MOX_${name}}")
+    endif()
+    configure_file("${path}" ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name} COPYONLY)
+  endforeach()
+endfunction()
+if(MINGW)
+  mox_runtime_dlls()
+endif()

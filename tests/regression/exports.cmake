@@ -1,0 +1,62 @@
+# cmake -DLIBRARY=<file> -DNM=<nm> -DOBJDUMP=<objdump> -P exports.cmake
+# The library exports exactly these names; one more or one less is an error.
+set(expected
+  xmlEnumProfileSections
+  xmlGetProfileData
+  xmlGetProfileInt
+  xmlGetProfileSection
+  xmlGetProfileString
+  xmlProfileDispose
+  xmlProfileNew
+  xmlProfileSave
+  xmlTableDispose
+  xmlTableEntryAdd
+  xmlTableEntryGet
+  xmlTableEntryIsExist
+  xmlTableEntrySet
+  xmlTableNew
+  xmlTableRemoveEntries
+  xmlTableRemoveEntry
+  xmlTableSave
+  xmlWriteProfileData
+  xmlWriteProfileInt
+  xmlWriteProfileSection
+  xmlWriteProfileString)
+
+if(LIBRARY MATCHES "\\.dll$")
+  set(command ${OBJDUMP} -p ${LIBRARY})
+  set(entry "^\t\\[ *[0-9]+\\] (\\+base\\[ *[0-9]+\\] +[0-9a-f]+ )?([^ ]+)$")
+else()
+  set(command ${NM} -D --defined-only ${LIBRARY})
+  set(entry "^[0-9a-f]* +([A-Za-z]) ([^ ]+)$")
+endif()
+execute_process(COMMAND ${command} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+
+if(LIBRARY MATCHES "\\.dll$")
+  # Only the table of names: the address table before it has lines of a like look.
+  if(NOT output MATCHES "\\[Ordinal/Name Pointer\\] Table[^\n]*\n(.*)")
+    message(FATAL_ERROR "${LIBRARY} has no table of exported names")
+  endif()
+  set(output "${CMAKE_MATCH_1}")
+  string(REGEX REPLACE "\n\n.*" "" output "${output}")
+endif()
+
+set(found "")
+string(REPLACE "\n" ";" lines "${output}")
+foreach(line IN LISTS lines)
+  if(line MATCHES "${entry}")
+    list(APPEND found ${CMAKE_MATCH_2})
+  endif()
+endforeach()
+
+list(SORT expected)
+list(SORT found)
+set(missing ${expected})
+list(REMOVE_ITEM missing ${found})
+set(excess ${found})
+list(REMOVE_ITEM excess ${expected})
+list(LENGTH found count)
+if(NOT found STREQUAL expected)
+  message(FATAL_ERROR "${LIBRARY}\n  not exported: ${missing}\n  exported, but not expected: ${excess}")
+endif()
+message(STATUS "${count} names, as expected")
