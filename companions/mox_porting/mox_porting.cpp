@@ -1,0 +1,274 @@
+#include "mox_xmlApi/platform/mox_porting.h"
+
+#include <cstdarg>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+using WideText = std::basic_string<wchar16>;
+
+constexpr char32_t kIllFormed = 0xFFFFFFFF;
+
+bool IsLeadSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool IsTrailSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+// The character that starts at wide[at]; moves `at` behind it. kIllFormed if there is none.
+char32_t TakeCharacter(const WideText& wide, std::size_t& at) {
+    const char32_t unit = wide[at++];
+    if (!IsLeadSurrogate(unit)) return IsTrailSurrogate(unit) ? kIllFormed : unit;
+    if (at == wide.size() || !IsTrailSurrogate(wide[at])) return kIllFormed;
+    const char32_t trail = wide[at++];
+    return 0x10000 + ((unit - 0xD800) << 10) + (trail - 0xDC00);
+}
+
+// The character that starts at narrow[at]; moves `at` behind it. kIllFormed if there is none.
+char32_t TakeCharacter(const std::string& narrow, std::size_t& at) {
+    const char32_t first = static_cast<unsigned char>(narrow[at++]);
+    if (first < 0x80) return first;
+
+    int following = 0;
+    char32_t smallest = 0;  // what a shorter sequence could have said is not allowed
+    char32_t character = 0;
+    if (first >= 0xC0 && first <= 0xDF) {
+        following = 1, smallest = 0x80, character = first & 0x1F;
+    } else if (first >= 0xE0 && first <= 0xEF) {
+        following = 2, smallest = 0x800, character = first & 0x0F;
+    } else if (first >= 0xF0 && first <= 0xF7) {
+        following = 3, smallest = 0x10000, character = first & 0x07;
+    } else {
+        return kIllFormed;
+    }
+    for (; following > 0; --following) {
+        if (at == narrow.size()) return kIllFormed;
+        const char32_t next = static_cast<unsigned char>(narrow[at++]);
+        if ((next & 0xC0) != 0x80) return kIllFormed;
+        character = (character << 6) | (next & 0x3F);
+    }
+    const bool isSurrogate = IsLeadSurrogate(character) || IsTrailSurrogate(character);
+    return character < smallest || character > 0x10FFFF || isSurrogate ? kIllFormed : character;
+}
+
+char* PutCharacter(char* out, char32_t character) {
+    const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(static_cast<unsigned char>(byte)); };
+    const auto putFollowing = [&put](char32_t bits) { put(0x80 | (bits & 0x3F)); };
+    if (character < 0x80) {
+        put(character);
+    } else if (character < 0x800) {
+        put(0xC0 | (character >> 6));
+        putFollowing(character);
+    } else if (character < 0x10000) {
+        put(0xE0 | (character >> 12));
+        putFollowing(character >> 6);
+        putFollowing(character);
+    } else {
+        put(0xF0 | (character >> 18));
+        putFollowing(character >> 12);
+        putFollowing(character >> 6);
+        putFollowing(character);
+    }
+    return out;
+}
+
+wchar16* PutCharacter(wchar16* out, char32_t character) {
+    if (character < 0x10000) {
+        *out++ = static_cast<wchar16>(character);
+    } else {
+        *out++ = static_cast<wchar16>(0xD800 + ((character - 0x10000) >> 10));
+        *out++ = static_cast<wchar16>(0xDC00 + ((character - 0x10000) & 0x3FF));
+    }
+    return out;
+}
+
+std::size_t NarrowLength(char32_t character) {
+    if (character < 0x80) return 1;
+    if (character < 0x800) return 2;
+    return character < 0x10000 ? 3 : 4;
+}
+
+// Where the text of a conversion goes: never past the capacity, with room kept for the zero unit.
+class BoundedText {
+  public:
+    BoundedText(wchar16* buffer, std::size_t capacity) : buffer_(buffer), capacity_(capacity) {}
+
+    void Put(wchar16 unit) {
+        if (length_ + 1 < capacity_) {
+            buffer_[length_++] = unit;
+        } else {
+            fits_ = false;
+        }
+    }
+
+    // Stops when the buffer is full, whatever the count.
+    void Fill(char unit, std::size_t count) {
+        for (; count > 0 && fits_; --count)
+            Put(static_cast<wchar16>(unit));
+    }
+
+    void Put(std::string_view ascii) {
+        for (const char unit : ascii)
+            Put(static_cast<wchar16>(unit));
+    }
+
+    bool Fits() const { return fits_; }
+
+    // Ends the text. Returns its length, or -1.
+    int Finish(bool understood) {
+        if (capacity_ == 0) return -1;
+        buffer_[length_] = 0;
+        const bool countable = length_ <= static_cast<std::size_t>(std::numeric_limits<int>::max());
+        return fits_ && understood && countable ? static_cast<int>(length_) : -1;
+    }
+
+  private:
+    wchar16* buffer_;
+    std::size_t capacity_;
+    std::size_t length_ = 0;
+    bool fits_ = true;
+};
+
+struct Conversion {
+    bool fillWithZeros = false;
+    bool hasPrecision = false;
+    std::size_t width = 0;
+    std::size_t precision = 0;
+    wchar16 letter = 0;
+};
+
+// A decimal number of the format; above a thousand million it no longer grows.
+std::size_t TakeCount(const wchar16*& format) {
+    std::size_t count = 0;
+    for (; *format >= '0' && *format <= '9'; ++format) {
+        if (count < 1'000'000'000) count = count * 10 + static_cast<std::size_t>(*format - '0');
+    }
+    return count;
+}
+
+// The conversion whose "%" stands just before `format`; moves `format` behind its letter.
+Conversion TakeConversion(const wchar16*& format) {
+    Conversion result;
+    for (; *format == '0'; ++format)
+        result.fillWithZeros = true;
+    result.width = TakeCount(format);
+    if (*format == '.') {
+        ++format;
+        result.hasPrecision = true;
+        result.precision = TakeCount(format);
+    }
+    result.letter = *format;
+    if (*format != 0) ++format;
+    return result;
+}
+
+void PutNumber(BoundedText& out, const Conversion& how, bool negative, std::uint32_t magnitude) {
+    const char* const digits = how.letter == 'X' ? "0123456789ABCDEF" : "0123456789abcdef";
+    const std::uint32_t base = how.letter == 'd' || how.letter == 'u' ? 10 : 16;
+    char storage[10];
+    char* const end = storage + sizeof(storage);
+    char* first = end;
+    for (; magnitude != 0; magnitude /= base)
+        *--first = digits[magnitude % base];
+    const std::string_view text(first, static_cast<std::size_t>(end - first));
+
+    const std::size_t sign = negative ? 1 : 0;
+    std::size_t least = how.hasPrecision ? how.precision : 1;
+    if (how.fillWithZeros && !how.hasPrecision && how.width > sign + least) least = how.width - sign;
+    const std::size_t zeros = least > text.size() ? least - text.size() : 0;
+    const std::size_t length = sign + zeros + text.size();
+    if (how.width > length) out.Fill(' ', how.width - length);
+    if (negative) out.Put("-");
+    out.Fill('0', zeros);
+    out.Put(text);
+}
+
+void PutText(BoundedText& out, const Conversion& how, const wchar16* text) {
+    static const wchar16 kNull[] = {'(', 'n', 'u', 'l', 'l', ')', 0};
+    if (text == nullptr) text = kNull;
+    const std::size_t most = how.hasPrecision ? how.precision : std::numeric_limits<std::size_t>::max();
+    if (how.width > 0) {
+        std::size_t length = 0;
+        while (length < most && length < how.width && text[length] != 0)
+            ++length;
+        out.Fill(' ', how.width - length);
+    }
+    for (std::size_t i = 0; i < most && text[i] != 0 && out.Fits(); ++i)
+        out.Put(text[i]);
+}
+
+void PutSignedNumber(BoundedText& out, const Conversion& how, int value) {
+    const auto bits = static_cast<std::uint32_t>(value);
+    PutNumber(out, how, value < 0, value < 0 ? 0 - bits : bits);
+}
+
+}  // namespace
+
+bool pdConvertString(const std::basic_string<wchar16>& wide, std::string& narrow) {
+    std::size_t length = 0;
+    for (std::size_t at = 0; at < wide.size();) {
+        const char32_t character = TakeCharacter(wide, at);
+        if (character == kIllFormed) return false;
+        length += NarrowLength(character);
+    }
+    std::string result(length, '\0');
+    char* out = result.data();
+    for (std::size_t at = 0; at < wide.size();)
+        out = PutCharacter(out, TakeCharacter(wide, at));
+    narrow = std::move(result);
+    return true;
+}
+
+bool pdConvertString(const std::string& narrow, std::basic_string<wchar16>& wide) {
+    // No character needs more units than bytes.
+    WideText result(narrow.size(), wchar16{0});
+    wchar16* out = result.data();
+    for (std::size_t at = 0; at < narrow.size();) {
+        const char32_t character = TakeCharacter(narrow, at);
+        if (character == kIllFormed) return false;
+        out = PutCharacter(out, character);
+    }
+    result.resize(static_cast<std::size_t>(out - result.data()));
+    wide = std::move(result);
+    return true;
+}
+
+int pdSwprintf(wchar16* buffer, std::size_t capacity, const wchar16* format, ...) {
+    BoundedText out(buffer, capacity);
+    bool understood = true;
+    std::va_list arguments;
+    va_start(arguments, format);
+    while (*format != 0 && understood && out.Fits()) {
+        if (*format != '%') {
+            out.Put(*format++);
+            continue;
+        }
+        ++format;
+        const Conversion how = TakeConversion(format);
+        switch (how.letter) {
+            case 'd':
+                PutSignedNumber(out, how, va_arg(arguments, int));
+                break;
+            case 'u':
+            case 'x':
+            case 'X':
+                PutNumber(out, how, false, va_arg(arguments, unsigned int));
+                break;
+            case 's':
+                PutText(out, how, va_arg(arguments, const wchar16*));
+                break;
+            case '%':
+                out.Put("%");
+                break;
+            default:
+                understood = false;
+        }
+    }
+    va_end(arguments);
+    return out.Finish(understood);
+}

@@ -1,0 +1,46 @@
+// The search for the end of a text, eight units at a time where the processor can.
+#ifndef MOX_XMLAPI_PLATFORM_SCAN_H
+#define MOX_XMLAPI_PLATFORM_SCAN_H
+
+#include <bit>
+#include <cstddef>
+
+#include "mox_xmlApi/platform/wchar16.h"
+
+#if defined(__SSE2__) || defined(_M_X64)
+#include <emmintrin.h>
+#define MOX_SCAN_SSE2 1
+#endif
+
+namespace mox {
+
+// How many units behind the one that it finds FindAnyOf may read: the memory must go on for as many.
+inline constexpr std::size_t kScanAhead = 7;
+
+// The first unit from `text` on that is zero or one of the three, looked for one by one. There must be one.
+inline wchar16* FindAnyOfPlain(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexcept {
+    while (*text != 0 && *text != a && *text != b && *text != c)
+        ++text;
+    return text;
+}
+
+// The same, faster.
+inline wchar16* FindAnyOf(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexcept {
+#if defined(MOX_SCAN_SSE2)
+    const auto all = [](wchar16 unit) { return _mm_set1_epi16(static_cast<short>(unit)); };
+    for (;; text += kScanAhead + 1) {
+        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+        const __m128i isAOrB = _mm_or_si128(_mm_cmpeq_epi16(units, all(a)), _mm_cmpeq_epi16(units, all(b)));
+        const __m128i isCOrZero =
+            _mm_or_si128(_mm_cmpeq_epi16(units, all(c)), _mm_cmpeq_epi16(units, all(0)));
+        const auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(isAOrB, isCOrZero)));
+        if (found != 0) return text + std::countr_zero(found) / 2;
+    }
+#else
+    return FindAnyOfPlain(text, a, b, c);
+#endif
+}
+
+}  // namespace mox
+
+#endif

@@ -1,0 +1,67 @@
+// 16-bit text: the string types of the library and their literals, the same on every system.
+#ifndef MOX_XMLAPI_PLATFORM_WIDE_TEXT_H
+#define MOX_XMLAPI_PLATFORM_WIDE_TEXT_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "mox_xmlApi/platform/wchar16.h"
+
+namespace mox {
+
+using WideString = std::basic_string<wchar16>;
+using WideView = std::basic_string_view<wchar16>;
+
+static_assert(sizeof(wchar16) == 2, "all text is in 16-bit units");
+
+// The units of a literal, kept by the compiler for as long as the program runs.
+template <std::size_t Size>
+struct WideLiteral {
+    wchar16 units[Size]{};
+
+    consteval WideLiteral(const char (&text)[Size]) {  // NOLINT(google-explicit-constructor)
+        for (std::size_t i = 0; i < Size; ++i)
+            units[i] = static_cast<wchar16>(text[i]);
+    }
+};
+
+// "Table"_w is a WideView of the ASCII text, which is followed by a zero unit.
+template <WideLiteral Literal>
+consteval WideView operator""_w() {
+    return WideView(Literal.units, sizeof(Literal.units) / sizeof(wchar16) - 1);
+}
+
+// Whether two texts are equal. Short ones, as names are, cost no call; the standard comparison of 16-bit
+// units orders them one by one.
+inline bool SameText(WideView a, WideView b) noexcept {
+    constexpr std::size_t kShort = 16;
+    if (a.size() != b.size()) return false;
+    if (a.size() > kShort) return std::memcmp(a.data(), b.data(), a.size() * sizeof(wchar16)) == 0;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (a[i] != b[i]) return false;
+    }
+    return true;
+}
+
+// A view of a zero-terminated text; empty for null.
+inline WideView ViewOf(const wchar16* text) {
+    return text == nullptr ? WideView() : WideView(text);
+}
+
+// Copies `text` into a host's buffer of `length` units: at most length - 1 of them, the rest filled with zero
+// units, so that the last one always is zero. A length of 0 writes nothing. `text` may lie in the buffer.
+// Returns how many units of text the buffer holds now.
+inline std::size_t CopyToBuffer(WideView text, wchar16* buffer, std::size_t length) noexcept {
+    if (length == 0) return 0;
+    const std::size_t copied = std::min(text.size(), length - 1);
+    if (copied != 0) std::char_traits<wchar16>::move(buffer, text.data(), copied);
+    std::char_traits<wchar16>::assign(buffer + copied, length - copied, wchar16{0});
+    return copied;
+}
+
+}  // namespace mox
+
+#endif
