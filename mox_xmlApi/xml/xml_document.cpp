@@ -1,0 +1,300 @@
+#include "mox_xmlApi/xml/xml_document.h"
+
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+bool HasName(const XmlNode& node, WideView name) noexcept {
+    return SameText(node.name.View(), name);
+}
+
+bool IsElement(const XmlNode& node) noexcept {
+    return node.kind == XmlNodeKind::Element;
+}
+
+XmlAttribute* FindInAttributes(const XmlNode& node, WideView name) noexcept {
+    for (XmlAttribute& attribute : node.attributes) {
+        if (SameText(attribute.name.View(), name)) return &attribute;
+    }
+    return nullptr;
+}
+
+void ReleaseAttribute(XmlAttribute& attribute, XmlPool& pool) noexcept {
+    attribute.name.Release(pool);
+    attribute.value.Release(pool);
+}
+
+// The choice that removal by content makes for one child.
+struct ContentMatch {
+    WideView attributeName;
+    WideView value;
+    bool matchElementName;
+
+    bool IsRefused() const noexcept { return attributeName.empty() && !matchElementName; }
+
+    bool operator()(const XmlNode& child) const noexcept {
+        WideView found;
+        if (!attributeName.empty() && XmlDocument::GetAttribute(&child, attributeName, found))
+            return SameText(found, value);
+        return matchElementName && HasName(child, value);
+    }
+};
+
+template <class Qualifies>
+XmlNode* NextElement(const XmlNode* parent, XmlNode*& cursor, Qualifies qualifies) noexcept {
+    if (parent == nullptr) return nullptr;
+    const std::size_t count = parent->children.Size();
+    std::size_t position = cursor == nullptr ? 0 : static_cast<std::size_t>(cursor->index + 1);
+    for (; position < count; ++position) {
+        XmlNode* child = parent->children.begin()[position];
+        if (IsElement(*child) && qualifies(*child)) return cursor = child;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+XmlDocument::XmlDocument() : pool_(XmlPool::Create()), ownsPool_(true) {
+    try {
+        Attach(nullptr);
+    } catch (...) {
+        XmlPool::Destroy(pool_);
+        throw;
+    }
+}
+
+XmlDocument::XmlDocument(XmlPool& shared) : pool_(&shared), ownsPool_(false) {
+    Attach(nullptr);
+}
+
+XmlDocument::XmlDocument(XmlPool& shared, XmlNode* node) : pool_(&shared), ownsPool_(false) {
+    Attach(node);
+}
+
+XmlDocument::~XmlDocument() {
+    if (ownsPool_) {
+        XmlPool::Destroy(pool_);
+    } else if (ownsRoot) {
+        DestroyNode(root);
+    }
+}
+
+void XmlDocument::Attach(XmlNode* node) {
+    root = node != nullptr ? node : NewDocumentNode();
+    ownsRoot = node == nullptr;
+    writable = true;
+    loaded = node != nullptr;
+}
+
+XmlNode* XmlDocument::NewDocumentNode() {
+    return CreateNode(WideView(), std::nullopt, XmlNodeKind::Document);
+}
+
+XmlNode* XmlDocument::CreateNode(WideView name, std::optional<WideView> value, XmlNodeKind kind) {
+    XmlNode* node = pool_->New<XmlNode>(kind);
+    try {
+        node->name.Assign(*pool_, name);
+        const bool takesValue = kind == XmlNodeKind::Element || kind == XmlNodeKind::Comment;
+        if (value.has_value() && takesValue) node->value.Assign(*pool_, *value);
+    } catch (...) {
+        DestroyNode(node);
+        throw;
+    }
+    return node;
+}
+
+// Goes down to a node without children and back up again. The way back needs no memory: a node that is being
+// destroyed has no further use for its index, so it holds the address of the parent.
+void XmlDocument::DestroyNode(XmlNode*& node) noexcept {
+    XmlNode* current = std::exchange(node, nullptr);
+    if (current == nullptr) return;
+    current->index = 0;
+    while (current != nullptr) {
+        if (XmlNode* child = current->children.RemoveLast(); child != nullptr) {
+            child->index = static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(current));
+            current = child;
+            continue;
+        }
+        auto* parent = reinterpret_cast<XmlNode*>(static_cast<std::intptr_t>(current->index));
+        for (XmlAttribute& attribute : current->attributes)
+            ReleaseAttribute(attribute, *pool_);
+        current->attributes.Release(*pool_);
+        current->children.Release(*pool_);
+        current->name.Release(*pool_);
+        current->value.Release(*pool_);
+        pool_->Delete(current);
+        current = parent;
+    }
+}
+
+XmlNode* XmlDocument::InsertChild(XmlNode* parent, WideView name, std::optional<WideView> value,
+                                  const XmlNode* before, XmlNodeKind kind) {
+    if (parent == nullptr) return nullptr;
+    const bool isDocument = parent->kind == XmlNodeKind::Document;
+    if (!isDocument && !IsElement(*parent)) return nullptr;
+    if (kind == XmlNodeKind::ProcessingInstruction) {
+        const bool hasValue = value.has_value() && !value->empty();
+        if (!isDocument || !parent->children.IsEmpty() || hasValue) return nullptr;
+        before = nullptr;
+    } else if (kind != XmlNodeKind::Element) {
+        return nullptr;
+    }
+    if (before != nullptr && !parent->children.Contains(before)) return nullptr;
+
+    parent->children.Reserve(*pool_, 1);
+    XmlNode* child = CreateNode(name, value, kind);
+    const std::size_t position =
+        before == nullptr ? parent->children.Size() : static_cast<std::size_t>(before->index);
+    parent->children.Insert(position, child);
+    return child;
+}
+
+bool XmlDocument::AddDeclaration() {
+    XmlNode* declaration =
+        InsertChild(root, names::kXml, std::nullopt, nullptr, XmlNodeKind::ProcessingInstruction);
+    return declaration != nullptr && SetAttribute(declaration, names::kVersion, names::kVersionText) &&
+           SetAttribute(declaration, names::kEncoding, names::kEncodingText);
+}
+
+bool XmlDocument::AppendNode(XmlNode* parent, XmlNode* node) {
+    if (parent == nullptr || node == nullptr || node->kind == XmlNodeKind::Document) return false;
+    parent->children.Reserve(*pool_, 1);
+    parent->children.Append(node);
+    return true;
+}
+
+XmlNode* XmlDocument::DetachLastChild(XmlNode* parent) noexcept {
+    return parent->children.RemoveLast();
+}
+
+int XmlDocument::RemoveNode(XmlNode* parent, XmlNode* node) noexcept {
+    if (parent == nullptr || node == nullptr || !IsElement(*node) || !parent->children.Contains(node))
+        return 0;
+    parent->children.RemoveAt(static_cast<std::size_t>(node->index));
+    DestroyNode(node);
+    return 1;
+}
+
+bool XmlDocument::RemoveChildWhere(XmlNode* parent, WideView attributeName, WideView value,
+                                   std::uint64_t occurrence, bool matchElementName) noexcept {
+    const ContentMatch matches{attributeName, value, matchElementName};
+    if (matches.IsRefused() || parent == nullptr) return false;
+    std::uint64_t earlier = 0;
+    for (XmlNode* child : parent->children) {
+        if (!matches(*child)) continue;
+        if (occurrence == kFirstMatch || earlier == occurrence) {
+            parent->children.RemoveAt(static_cast<std::size_t>(child->index));
+            DestroyNode(child);
+            return true;
+        }
+        ++earlier;
+    }
+    return false;
+}
+
+std::size_t XmlDocument::RemoveChildrenWhere(XmlNode* parent, WideView attributeName, WideView value,
+                                             std::uint64_t firstOccurrence, bool matchElementName) noexcept {
+    const ContentMatch matches{attributeName, value, matchElementName};
+    if (matches.IsRefused() || parent == nullptr) return 0;
+    const std::uint64_t keep = firstOccurrence == kFirstMatch ? 0 : firstOccurrence;
+    std::uint64_t earlier = 0;
+    return parent->children.KeepIf([&](XmlNode* child) {
+        if (!matches(*child) || earlier++ < keep) return true;
+        DestroyNode(child);
+        return false;
+    });
+}
+
+bool XmlDocument::RemoveAttribute(XmlNode* node, WideView name) noexcept {
+    XmlAttribute* attribute = node == nullptr ? nullptr : FindInAttributes(*node, name);
+    if (attribute == nullptr) return false;
+    ReleaseAttribute(*attribute, *pool_);
+    node->attributes.RemoveAt(static_cast<std::size_t>(attribute - node->attributes.begin()));
+    return true;
+}
+
+const XmlAttribute* XmlDocument::FindAttribute(const XmlNode* node, WideView name) noexcept {
+    return node != nullptr && IsElement(*node) ? FindInAttributes(*node, name) : nullptr;
+}
+
+bool XmlDocument::GetAttribute(const XmlNode* node, WideView name, WideView& out) noexcept {
+    const XmlAttribute* attribute = FindAttribute(node, name);
+    if (attribute == nullptr) return false;
+    out = attribute->value.View();
+    return true;
+}
+
+bool XmlDocument::SetAttribute(XmlNode* node, WideView name, std::optional<WideView> value) {
+    if (node == nullptr) return false;
+    const WideView text = value.value_or(WideView());
+    if (XmlAttribute* attribute = FindInAttributes(*node, name); attribute != nullptr) {
+        attribute->value.Assign(*pool_, text);
+        return true;
+    }
+    node->attributes.Reserve(*pool_, 1);
+    XmlAttribute attribute;
+    try {
+        attribute.name.Assign(*pool_, name);
+        attribute.value.Assign(*pool_, text);
+    } catch (...) {
+        ReleaseAttribute(attribute, *pool_);
+        throw;
+    }
+    node->attributes.Append(attribute);
+    return true;
+}
+
+bool XmlDocument::SetText(XmlNode* element, WideView text) {
+    if (element == nullptr || !IsElement(*element)) return false;
+    element->value.Assign(*pool_, text);
+    return true;
+}
+
+XmlNode* XmlDocument::NextChildElement(const XmlNode* parent, XmlNode*& cursor) noexcept {
+    return NextElement(parent, cursor, [](const XmlNode&) { return true; });
+}
+
+XmlNode* XmlDocument::NextSettingsElement(const XmlNode* parent, XmlNode*& cursor) noexcept {
+    return NextElement(parent, cursor, [](const XmlNode& node) { return HasName(node, names::kSettings); });
+}
+
+XmlNode* XmlDocument::FindChildElement(const XmlNode* parent, WideView name,
+                                       std::uint64_t& position) noexcept {
+    if (parent == nullptr) return nullptr;
+    for (std::uint64_t i = position; i < parent->children.Size(); ++i) {
+        XmlNode* child = parent->children.begin()[i];
+        if (!IsElement(*child) || !HasName(*child, name)) continue;
+        position = i + 1;
+        return child;
+    }
+    return nullptr;
+}
+
+XmlNode* XmlDocument::FindChildElement(const XmlNode* parent, WideView name) noexcept {
+    std::uint64_t position = 0;
+    return FindChildElement(parent, name, position);
+}
+
+XmlNode* XmlDocument::FindTableElement(const XmlNode* parent, WideView tableName) noexcept {
+    if (parent == nullptr) return nullptr;
+    for (XmlNode* child : parent->children) {
+        if (!IsElement(*child) || !HasName(*child, names::kTable)) continue;
+        const XmlAttribute* name = FindInAttributes(*child, names::kName);
+        if (name != nullptr && SameText(name->value.View(), tableName)) return child;
+    }
+    return nullptr;
+}
+
+bool XmlDocument::FindChildByNameAttribute(const XmlNode* parent, WideView value, XmlNode*& out) noexcept {
+    if (parent == nullptr) return false;
+    for (XmlNode* child : parent->children) {
+        const XmlAttribute* name = FindInAttributes(*child, names::kName);
+        if (name == nullptr || (!value.empty() && !SameText(name->value.View(), value))) continue;
+        out = child;
+        return true;
+    }
+    return false;
+}
+
+}  // namespace mox

@@ -1,0 +1,200 @@
+// Loading: brings the text of a file or of a memory image into the document's pool, as 16-bit units, and
+// parses it there. A file is taken in pieces that are small enough to be still in the processor's cache when
+// they are widened and searched for the zero that ends the text.
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+#include <limits>
+
+#include "mox_xmlApi/platform/files.h"
+#include "mox_xmlApi/platform/scan.h"
+#include "mox_xmlApi/xml/xml_document.h"
+#include "mox_xmlApi/xml/xml_parser.h"
+
+namespace mox {
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "wide files are little-endian units");
+
+// A block of the pool for the text that is loaded, given back unless it is kept.
+class TextBlock {
+  public:
+    TextBlock(XmlPool& pool, std::size_t bytes)
+        : pool_(pool), bytes_(bytes), memory_(Bytes(pool.Allocate(bytes))) {}
+    ~TextBlock() { pool_.Free(memory_, bytes_); }
+    TextBlock(const TextBlock&) = delete;
+    TextBlock& operator=(const TextBlock&) = delete;
+
+    wchar16* Units() const noexcept { return static_cast<wchar16*>(static_cast<void*>(memory_)); }
+    std::size_t Size() const noexcept { return bytes_; }
+    void Keep() noexcept { memory_ = nullptr; }
+
+    // Exchanges the memory of two blocks of one pool.
+    void Swap(TextBlock& other) noexcept {
+        std::swap(bytes_, other.bytes_);
+        std::swap(memory_, other.memory_);
+    }
+
+  private:
+    static unsigned char* Bytes(void* memory) noexcept { return static_cast<unsigned char*>(memory); }
+
+    XmlPool& pool_;
+    std::size_t bytes_;
+    unsigned char* memory_;
+};
+
+// How many units to make room for at first: what a file of that size holds, and one more to see its end.
+std::size_t FirstCapacity(const InputFile& file, std::size_t bytesPerUnit) {
+    constexpr std::size_t kOfUnknownSize = 4096;
+    constexpr std::uint64_t kMost = std::numeric_limits<std::size_t>::max() / 8;
+    const std::uint64_t size = file.SizeHint();
+    if (size > kMost) throw std::bad_alloc();
+    return size == 0 ? kOfUnknownSize : static_cast<std::size_t>(size) / bytesPerUnit + 1;
+}
+
+// Bytes become units with their sign: 0x80 to 0xFF give 0xFF80 to 0xFFFF. Works from the front, block by
+// block, so that `bytes` may lie in the tail of the memory at `units`.
+void Widen(const unsigned char* bytes, std::size_t count, wchar16* units) noexcept {
+    constexpr std::size_t kBlock = 32;
+    const auto widen = [](unsigned char byte) {
+        return static_cast<wchar16>(static_cast<std::int16_t>(static_cast<std::int8_t>(byte)));
+    };
+    std::size_t i = 0;
+    for (; i + kBlock <= count; i += kBlock) {
+        std::array<unsigned char, kBlock> block;
+        std::memcpy(block.data(), bytes + i, kBlock);
+        for (std::size_t j = 0; j < kBlock; ++j)
+            units[i + j] = widen(block[j]);
+    }
+    for (; i < count; ++i)
+        units[i] = widen(bytes[i]);
+}
+
+std::size_t LengthToZero(const unsigned char* bytes, std::size_t count) noexcept {
+    const void* zero = count == 0 ? nullptr : std::memchr(bytes, 0, count);
+    return zero == nullptr ? count
+                           : static_cast<std::size_t>(static_cast<const unsigned char*>(zero) - bytes);
+}
+
+std::size_t LengthToZero(const wchar16* units, std::size_t count) noexcept {
+    const wchar16* zero = std::char_traits<wchar16>::find(units, count, wchar16{0});
+    return zero == nullptr ? count : static_cast<std::size_t>(zero - units);
+}
+
+// The memory that `count` units take, a zero, and what the parser may read behind it.
+std::size_t BlockSize(std::size_t count) noexcept {
+    return (count + 1 + kScanAhead) * sizeof(wchar16);
+}
+
+// Makes the block larger when it has room for `count` units alone.
+void GrowWhenFull(XmlPool& pool, TextBlock& block, std::size_t count) {
+    if (BlockSize(count) < block.Size()) return;
+    TextBlock larger(pool, block.Size() * 2);
+    std::memcpy(larger.Units(), block.Units(), count * sizeof(wchar16));
+    block.Swap(larger);
+}
+
+// How many more units fit into the block with what follows them.
+std::size_t RoomAfter(const TextBlock& block, std::size_t count) noexcept {
+    return block.Size() / sizeof(wchar16) - 1 - kScanAhead - count;
+}
+
+constexpr std::size_t kPieceBytes = 16 * 1024;
+
+// Reads a file of bytes up to the first zero or its end. Returns the number of units before it.
+std::size_t ReadNarrow(InputFile& file, XmlPool& pool, TextBlock& block) {
+    std::array<unsigned char, kPieceBytes> piece;
+    std::size_t length = 0;
+    for (;;) {
+        const std::size_t wanted = std::min(piece.size(), RoomAfter(block, length));
+        const std::size_t count = file.Read(piece.data(), wanted);
+        const std::size_t used = LengthToZero(piece.data(), count);
+        Widen(piece.data(), used, block.Units() + length);
+        length += used;
+        if (used < wanted) return length;
+        GrowWhenFull(pool, block, length);
+    }
+}
+
+// Reads a file of units up to the first zero or its end; an odd byte at its end is dropped. Returns the
+// number of units before it.
+std::size_t ReadWide(InputFile& file, XmlPool& pool, TextBlock& block) {
+    std::size_t length = 0;
+    for (;;) {
+        const std::size_t wanted = std::min(kPieceBytes / sizeof(wchar16), RoomAfter(block, length));
+        wchar16* units = block.Units() + length;
+        const std::size_t count = file.Read(units, wanted * sizeof(wchar16)) / sizeof(wchar16);
+        const std::size_t used = LengthToZero(units, count);
+        length += used;
+        if (used < wanted) return length;
+        GrowWhenFull(pool, block, length);
+    }
+}
+
+// Roughly how many bytes the nodes of a text will take, judged by the markup at its beginning.
+std::size_t EstimateTreeSize(const wchar16* text, std::size_t length) noexcept {
+    constexpr std::size_t kSample = 16 * 1024;
+    constexpr std::size_t kUsualBytesPerUnit = 3;
+    if (length < kSample) return length * kUsualBytesPerUnit;
+    std::uint32_t nodes = 0;
+    std::uint32_t quotes = 0;
+    for (std::size_t i = 0; i < kSample; ++i) {
+        const bool opens = text[i] == '<' && text[i + 1] != '/';
+        nodes += opens ? 1U : 0U;
+        quotes += text[i] == '"' ? 1U : 0U;
+    }
+    const std::size_t bytes =
+        nodes * (sizeof(XmlNode) + sizeof(XmlNode*)) + quotes / 2 * sizeof(XmlAttribute);
+    return length / kSample * bytes;
+}
+
+// Parses the text of `block`, which the tree keeps if it has taken anything from it.
+bool ParseBlock(XmlDocument& document, TextBlock& block, std::size_t length, XmlNode* parent) {
+    std::fill_n(block.Units() + length, 1 + kScanAhead, wchar16{0});
+    document.Pool().Reserve(EstimateTreeSize(block.Units(), length));
+    const std::size_t before = parent->children.Size();
+    const auto keepIfUsed = [&] {
+        if (parent->children.Size() != before) block.Keep();
+    };
+    try {
+        const bool parsed = ParseInPlace(document, block.Units(), length, parent);
+        keepIfUsed();
+        return parsed;
+    } catch (...) {
+        keepIfUsed();
+        throw;
+    }
+}
+
+}  // namespace
+
+bool XmlDocument::LoadFile(const wchar16* path, bool wide) {
+    if (!CanLoad()) return false;
+    InputFile file(path);
+    if (!file.IsOpen()) return false;
+    TextBlock block(*pool_, BlockSize(FirstCapacity(file, wide ? sizeof(wchar16) : 1)));
+    const std::size_t length = wide ? ReadWide(file, *pool_, block) : ReadNarrow(file, *pool_, block);
+    if (file.Failed()) return false;
+    return loaded = ParseBlock(*this, block, length, root);
+}
+
+bool XmlDocument::LoadBuffer(const char* bytes, std::uint64_t size) {
+    if (!CanLoad()) return false;
+    const auto* image = reinterpret_cast<const unsigned char*>(bytes);
+    constexpr std::uint64_t kNoLimit = std::numeric_limits<std::size_t>::max() / 2;
+    const std::size_t length =
+        size >= kNoLimit ? std::strlen(bytes) : LengthToZero(image, static_cast<std::size_t>(size));
+    TextBlock block(*pool_, BlockSize(length));
+    Widen(image, length, block.Units());
+    return loaded = ParseBlock(*this, block, length, root);
+}
+
+bool XmlDocument::Parse(WideView text, XmlNode* parent) {
+    if (parent == nullptr) return false;
+    TextBlock block(*pool_, BlockSize(text.size()));
+    std::char_traits<wchar16>::copy(block.Units(), text.data(), text.size());
+    return ParseBlock(*this, block, text.size(), parent);
+}
+
+}  // namespace mox

@@ -1,0 +1,308 @@
+// The grammar. S is any run, also an empty one, of space, tab, line feed and carriage return.
+//
+//   document    := S ( node ANY S )*           ANY is one unit, whatever it is; the last node needs none
+//   node        := declaration | comment | element
+//   declaration := "<?" "xml" S1 attributes S "?>"      first in the document; S1 is not empty; has a
+//   "version" comment     := "<!--" text "-->"           no ">" and no "--" inside element     := "<" name
+//   attributes S ( "/>" | ">" S content "</" name ">" ) attributes  := ( S name S "=" S '"' text '"' )* no
+//   "<" inside, entities are decoded content     := ( text | ( comment | element ) S )*  entities are decoded
+//   name        := ( letter | "_" | ":" ) ( letter | digit | "_" | ":" )*
+//
+// The stack. Nothing here calls itself. `open_` holds the elements whose end tag has not come; `closed_`
+// holds the finished children of all of them, those of the innermost element last. An end tag makes the last
+// ones of `closed_` the children of its element, in a list of just that size, and puts the element itself
+// into `closed_`.
+//
+// The end. The text is followed by a zero unit, which no rule accepts, so that only those loops that pass
+// over any unit have to ask whether a zero is the end.
+#include "mox_xmlApi/xml/xml_parser.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "mox_xmlApi/platform/letters.h"
+#include "mox_xmlApi/platform/scan.h"
+#include "mox_xmlApi/xml/small_stack.h"
+#include "mox_xmlApi/xml/xml_entities.h"
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+bool IsSpace(wchar16 unit) noexcept {
+    constexpr std::uint64_t kSpaces = (std::uint64_t{1} << ' ') | (std::uint64_t{1} << '\n') |
+                                      (std::uint64_t{1} << '\t') | (std::uint64_t{1} << '\r');
+    return unit <= ' ' && ((kSpaces >> unit) & 1) != 0;
+}
+
+class Parser {
+  public:
+    Parser(XmlDocument& document, wchar16* text, std::size_t length, XmlNode* parent)
+        : document_(document), pool_(document.Pool()), next_(text), end_(text + length), parent_(parent) {}
+    ~Parser() { DropUnfinished(); }
+    Parser(const Parser&) = delete;
+    Parser& operator=(const Parser&) = delete;
+
+    bool ParseDocument() {
+        for (;;) {
+            SkipSpace();
+            if (AtEnd()) return true;
+            if (*next_ != '<') return false;
+            ++next_;
+            if (!ParseTopLevelNode()) return false;
+            if (!AtEnd()) ++next_;
+        }
+    }
+
+  private:
+    struct OpenElement {
+        XmlNode* node;
+        std::size_t firstChild;  // in closed_
+    };
+
+    bool AtEnd() const noexcept { return next_ == end_; }
+    std::size_t Left() const noexcept { return static_cast<std::size_t>(end_ - next_); }
+
+    static wchar16* EndOfSpace(wchar16* next) noexcept {
+        while (IsSpace(*next))
+            ++next;
+        return next;
+    }
+
+    // `begin` itself when there is no name.
+    static wchar16* EndOfName(wchar16* begin) noexcept {
+        if (!IsNameStart(*begin)) return begin;
+        wchar16* next = begin + 1;
+        while (IsNameCharacter(*next))
+            ++next;
+        return next;
+    }
+
+    // The first unit that a text up to `stop` cannot hold as it is. A zero unit that is not the end is one
+    // like others.
+    wchar16* EndOfPlain(wchar16* next, wchar16 stop) const noexcept {
+        next = FindAnyOf(next, stop, '<', '&');
+        while (*next == 0 && next != end_)
+            next = FindAnyOf(next + 1, stop, '<', '&');
+        return next;
+    }
+
+    static WideView Between(const wchar16* begin, const wchar16* end) noexcept {
+        return {begin, static_cast<std::size_t>(end - begin)};
+    }
+
+    void SkipSpace() noexcept { next_ = EndOfSpace(next_); }
+
+    bool Accept(char unit) noexcept {
+        if (*next_ != static_cast<wchar16>(unit)) return false;
+        ++next_;
+        return true;
+    }
+
+    bool Accept(WideView text) noexcept {
+        if (Left() < text.size() || !SameText(WideView(next_, text.size()), text)) return false;
+        next_ += text.size();
+        return true;
+    }
+
+    // Empty when there is none.
+    WideView ParseName() noexcept {
+        wchar16* begin = std::exchange(next_, EndOfName(next_));
+        return Between(begin, next_);
+    }
+
+    bool ParseTopLevelNode() {
+        if (Accept('?')) return ParseDeclaration();
+        if (Accept('!')) return ParseComment();
+        if (!ParseStartTag()) return false;
+        while (!open_.IsEmpty()) {
+            if (!ParseContent()) return false;
+        }
+        return true;
+    }
+
+    bool ParseDeclaration() {
+        if (parent_->kind != XmlNodeKind::Document || !parent_->children.IsEmpty()) return false;
+        const WideView name = ParseName();
+        if (name != names::kXml || !IsSpace(*next_)) return false;
+        StartNode(XmlNodeKind::ProcessingInstruction, name);
+        if (!ParseAttributes()) return false;
+        const auto& attributes = unfinished_->attributes;
+        const bool hasVersion = std::any_of(
+            attributes.begin(), attributes.end(),
+            [](const XmlAttribute& attribute) { return attribute.name.View() == names::kVersion; });
+        if (!hasVersion || !Accept('?') || !Accept('>')) return false;
+        FinishNode();
+        return true;
+    }
+
+    // `dashes` counts as the format wants it: two in a row must be followed by ">".
+    bool ParseComment() {
+        if (!Accept("--"_w)) return false;
+        const wchar16* begin = next_;
+        for (int dashes = 0;; ++next_) {
+            if (*next_ == 0 && AtEnd()) return false;
+            if (*next_ == '>' || dashes == 2) {
+                if (*next_ != '>' || dashes != 2) return false;
+                break;
+            }
+            dashes = *next_ == '-' ? dashes + 1 : std::max(dashes - 1, 0);
+        }
+        const WideView text(begin, static_cast<std::size_t>(next_ - begin) - 2);
+        ++next_;
+        StartNode(XmlNodeKind::Comment, WideView());
+        unfinished_->value = XmlText::Slice(text);
+        FinishNode();
+        return true;
+    }
+
+    bool ParseStartTag() {
+        const WideView name = ParseName();
+        if (name.empty()) return false;
+        StartNode(XmlNodeKind::Element, name);
+        if (!ParseAttributes()) return false;
+        if (Accept('/')) {
+            if (!Accept('>')) return false;
+            FinishNode();
+            return true;
+        }
+        if (!Accept('>')) return false;
+        open_.Push({unfinished_, closed_.Size()});
+        unfinished_ = nullptr;
+        SkipSpace();
+        return true;
+    }
+
+    // Leaves the space behind the last attribute skipped.
+    bool ParseAttributes() {
+        wchar16* name = EndOfSpace(next_);
+        for (wchar16* nameEnd = EndOfName(name); nameEnd != name; nameEnd = EndOfName(name)) {
+            wchar16* mark = EndOfSpace(nameEnd);
+            if (*mark != '=') return false;
+            mark = EndOfSpace(mark + 1);
+            if (*mark != '"') return false;
+            next_ = mark + 1;
+            const WideView value = ParseText('"');
+            if (*next_ != '"') return false;
+            attributes_.Push({XmlText::Slice(Between(name, nameEnd)), XmlText::Slice(value)});
+            name = EndOfSpace(next_ + 1);
+        }
+        next_ = name;
+        unfinished_->attributes.Take(pool_, attributes_.From(0), attributes_.Size());
+        attributes_.PopTo(0);
+        return true;
+    }
+
+    // One run of text of the innermost open element, and the markup behind it.
+    bool ParseContent() {
+        const WideView text = ParseText('<');
+        if (!Accept('<')) return false;
+        if (!text.empty()) AddText(text);
+        if (Accept('/')) return ParseEndTag();
+        if (Accept('!')) return ParseComment();
+        return ParseStartTag();
+    }
+
+    bool ParseEndTag() {
+        if (!Accept(open_.Top().node->name.View()) || !Accept('>')) return false;
+        CloseElement();
+        return true;
+    }
+
+    // The text up to `stop` or "<", entities decoded in place. Stops at the first unit that does not belong
+    // to it: the caller looks whether that is the one it wants. The end of the text never is.
+    WideView ParseText(wchar16 stop) noexcept {
+        wchar16* begin = next_;
+        wchar16* end = EndOfPlain(begin, stop);
+        next_ = end;
+        if (*end == '&') end = DecodeRest(end, stop);
+        return Between(begin, end);
+    }
+
+    // Goes on with a text in which an entity was found at `decoded`. Returns where the decoded text ends.
+    wchar16* DecodeRest(wchar16* decoded, wchar16 stop) noexcept {
+        while (*next_ == '&' && DecodeEntity(decoded)) {
+            wchar16* plain = std::exchange(next_, EndOfPlain(next_, stop));
+            decoded = std::copy(plain, next_, decoded + 1);
+        }
+        return decoded;
+    }
+
+    bool DecodeEntity(wchar16* to) noexcept {
+        for (const XmlEntity& entity : kXmlEntities) {
+            if (!Accept(entity.text)) continue;
+            *to = entity.character;
+            return true;
+        }
+        return false;
+    }
+
+    // Pieces that children part are joined by line feeds. A single piece stays a slice.
+    void AddText(WideView piece) {
+        XmlText& value = open_.Top().node->value;
+        if (value.IsEmpty()) {
+            value = XmlText::Slice(piece);
+            return;
+        }
+        value.Append(pool_, "\n"_w);
+        value.Append(pool_, piece);
+    }
+
+    void StartNode(XmlNodeKind kind, WideView name) {
+        unfinished_ = pool_.New<XmlNode>(kind);
+        unfinished_->name = XmlText::Slice(name);
+    }
+
+    // Hands the node that was just read to its parent.
+    void FinishNode() {
+        AddToParent(unfinished_, open_.Size());
+        unfinished_ = nullptr;
+        if (!open_.IsEmpty()) SkipSpace();
+    }
+
+    void CloseElement() {
+        const OpenElement element = open_.Top();
+        const std::size_t count = closed_.Size() - element.firstChild;
+        element.node->children.Take(pool_, closed_.From(element.firstChild), count);
+        closed_.PopTo(element.firstChild);
+        AddToParent(element.node, open_.Size() - 1);
+        open_.Pop();
+        if (!open_.IsEmpty()) SkipSpace();
+    }
+
+    // `depth` is how many elements are open around the node.
+    void AddToParent(XmlNode* node, std::size_t depth) {
+        if (depth == 0) {
+            document_.AppendNode(parent_, node);
+            return;
+        }
+        node->index = static_cast<std::int64_t>(closed_.Size() - open_.From(depth - 1)->firstChild);
+        closed_.Push(node);
+    }
+
+    void DropUnfinished() noexcept {
+        for (; !closed_.IsEmpty(); closed_.Pop())
+            document_.DestroyNode(closed_.Top());
+        for (; !open_.IsEmpty(); open_.Pop())
+            document_.DestroyNode(open_.Top().node);
+        document_.DestroyNode(unfinished_);
+    }
+
+    XmlDocument& document_;
+    XmlPool& pool_;
+    wchar16* next_;
+    wchar16* const end_;
+    XmlNode* const parent_;
+    XmlNode* unfinished_ = nullptr;            // the node that is being read, in no list yet
+    SmallStack<XmlAttribute, 16> attributes_;  // those of unfinished_
+    SmallStack<OpenElement, 16> open_;
+    SmallStack<XmlNode*, 64> closed_;
+};
+
+}  // namespace
+
+bool ParseInPlace(XmlDocument& document, wchar16* text, std::size_t length, XmlNode* parent) {
+    return Parser(document, text, length, parent).ParseDocument();
+}
+
+}  // namespace mox

@@ -1,0 +1,204 @@
+#include "mox_xmlApi/xml/xml_writer.h"
+
+#include <array>
+#include <vector>
+
+#include "mox_xmlApi/platform/files.h"
+#include "mox_xmlApi/xml/xml_document.h"
+#include "mox_xmlApi/xml/xml_entities.h"
+
+namespace mox {
+namespace {
+
+// For each ASCII character 1 + its place in kXmlEntities, or 0.
+constexpr auto kEntityOf = [] {
+    std::array<unsigned char, 128> table{};
+    for (std::size_t i = 0; i < kXmlEntities.size(); ++i) {
+        table[kXmlEntities[i].character] = static_cast<unsigned char>(i + 1);
+    }
+    return table;
+}();
+
+constexpr std::size_t kLongestEntity = 6;
+
+// What a tag needs beside its name and its indentation.
+constexpr std::size_t kTagRoom = 8;
+
+template <class Output, class Unit>
+Unit* CopyEscaped(Unit* to, WideView text) noexcept {
+    for (const wchar16 unit : text) {
+        const unsigned entity = unit < kEntityOf.size() ? kEntityOf[unit] : 0U;
+        if (entity == 0) {
+            *to++ = Output::Narrow(unit);
+        } else {
+            to = Output::Copy(to, kXmlEntities[entity - 1].text);
+        }
+    }
+    return to;
+}
+
+template <class Output>
+void WriteComment(const XmlNode& node, Output& out) {
+    out.Append("!--"_w);
+    out.Append(node.value.View());
+    out.Append("-->"_w);
+}
+
+template <class Output>
+void WriteDeclaration(const XmlNode& node, Output& out) {
+    out.Append(wchar16{'?'});
+    out.Append(node.name.View());
+    WriteAttributes(node, out);
+    out.Append("?>"_w);
+}
+
+template <class Output>
+void WriteEndTag(const XmlNode& node, Output& out) {
+    out.Append("</"_w);
+    out.Append(node.name.View());
+    out.Append(wchar16{'>'});
+}
+
+// A text that stands on lines of its own; only its first line is indented.
+template <class Output>
+void WriteTextLines(WideView text, Output& out, std::size_t depth) {
+    out.Append(wchar16{'\n'});
+    out.Append(depth + 1, wchar16{'\t'});
+    XmlEscape(text, out);
+    out.Append(wchar16{'\n'});
+}
+
+template <class Output>
+void WriteChildlessElement(const XmlNode& node, Output& out, std::size_t depth) {
+    const WideView text = node.value.View();
+    if (text.empty()) {
+        out.Append("/>"_w);
+        return;
+    }
+    out.Append(wchar16{'>'});
+    if (text.find(wchar16{'\n'}) == WideView::npos) {
+        XmlEscape(text, out);
+    } else {
+        WriteTextLines(text, out, depth);
+        out.Append(depth, wchar16{'\t'});
+    }
+    WriteEndTag(node, out);
+}
+
+// Writes a node up to its children. Returns whether there are any, and so an end tag to come.
+template <class Output>
+bool BeginNode(const XmlNode& node, Output& out, std::size_t depth) {
+    out.Append(depth, wchar16{'\t'});
+    out.Append(wchar16{'<'});
+    if (node.kind == XmlNodeKind::Comment) {
+        WriteComment(node, out);
+        return false;
+    }
+    if (node.kind == XmlNodeKind::ProcessingInstruction) {
+        WriteDeclaration(node, out);
+        return false;
+    }
+    out.Append(node.name.View());
+    WriteAttributes(node, out);
+    if (node.children.IsEmpty()) {
+        WriteChildlessElement(node, out, depth);
+        return false;
+    }
+    out.Append(wchar16{'>'});
+    if (node.value.IsEmpty()) {
+        out.Append(wchar16{'\n'});
+    } else {
+        WriteTextLines(node.value.View(), out, depth);
+    }
+    return true;
+}
+
+template <class Output>
+bool WriteToFile(const wchar16* path, const XmlNode* root, Output& out) {
+    if (root != nullptr) WriteDocument(*root, out);
+    out.Append(wchar16{0});  // readers of the format stop at a zero
+    OutputFile file(path);
+    out.ForEachChunk(
+        [&](const auto* units, std::size_t count) { return file.Write(units, count * sizeof(*units)); });
+    return file.Close();
+}
+
+}  // namespace
+
+template <class Output>
+void XmlEscape(WideView text, Output& out) {
+    constexpr std::size_t kPiece = Output::kMostRoom / kLongestEntity;
+    for (; text.size() > kPiece; text.remove_prefix(kPiece)) {
+        out.Advance(CopyEscaped<Output>(out.Room(kPiece * kLongestEntity), text.substr(0, kPiece)));
+    }
+    out.Advance(CopyEscaped<Output>(out.Room(text.size() * kLongestEntity), text));
+}
+
+template <class Output>
+void WriteAttributes(const XmlNode& node, Output& out) {
+    for (const XmlAttribute& attribute : node.attributes) {
+        out.Append(wchar16{' '});
+        out.Append(attribute.name.View());
+        out.Append("=\""_w);
+        XmlEscape(attribute.value.View(), out);
+        out.Append(wchar16{'"'});
+    }
+}
+
+template <class Output>
+void WriteNode(const XmlNode& node, Output& out, std::size_t depth) {
+    struct OpenElement {
+        const XmlNode* node;
+        std::size_t nextChild;
+    };
+    if (!BeginNode(node, out, depth)) return;
+    std::vector<OpenElement> open{{&node, 0}};
+    while (!open.empty()) {
+        OpenElement& element = open.back();
+        if (element.nextChild < element.node->children.Size()) {
+            const XmlNode& child = *element.node->children.At(element.nextChild++);
+            if (BeginNode(child, out, depth + open.size())) {
+                open.push_back({&child, 0});
+                continue;
+            }
+        } else {
+            out.Append(depth + open.size() - 1, wchar16{'\t'});
+            WriteEndTag(*element.node, out);
+            open.pop_back();
+            if (open.empty()) return;
+        }
+        out.Append(wchar16{'\n'});
+    }
+}
+
+template <class Output>
+void WriteDocument(const XmlNode& node, Output& out) {
+    if (node.kind != XmlNodeKind::Document) return WriteNode(node, out, 0);
+    for (const XmlNode* child : node.children) {
+        WriteNode(*child, out, 0);
+        out.Append(wchar16{'\n'});
+    }
+}
+
+template void XmlEscape(WideView, XmlOutput&);
+template void XmlEscape(WideView, NarrowXmlOutput&);
+template void WriteAttributes(const XmlNode&, XmlOutput&);
+template void WriteAttributes(const XmlNode&, NarrowXmlOutput&);
+template void WriteNode(const XmlNode&, XmlOutput&, std::size_t);
+template void WriteNode(const XmlNode&, NarrowXmlOutput&, std::size_t);
+template void WriteDocument(const XmlNode&, XmlOutput&);
+template void WriteDocument(const XmlNode&, NarrowXmlOutput&);
+
+// The whole text is built before the file is opened: a failed allocation never costs the user the old file.
+bool XmlDocument::Save(const wchar16* path, bool refuse, bool wide) const {
+    if (refuse) return false;
+    const XmlNode* content = writable ? root : nullptr;
+    if (wide) {
+        XmlOutput out;
+        return WriteToFile(path, content, out);
+    }
+    NarrowXmlOutput out;
+    return WriteToFile(path, content, out);
+}
+
+}  // namespace mox

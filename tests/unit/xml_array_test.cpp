@@ -1,0 +1,146 @@
+#include "mox_xmlApi/xml/xml_array.h"
+
+#include <array>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "tests/unit/xml_support.h"
+
+namespace mox {
+namespace {
+
+class XmlArrayTest : public testing::Test {
+  protected:
+    void Append(std::int64_t number) {
+        array_.Reserve(pool_, 1);
+        array_.Append(number);
+    }
+    void Fill(std::int64_t count) {
+        for (std::int64_t i = 0; i < count; ++i)
+            Append(i);
+    }
+    std::string Numbers() const {
+        std::string numbers;
+        for (const std::int64_t number : array_)
+            numbers.append(numbers.empty() ? "" : " ").append(std::to_string(number));
+        return numbers;
+    }
+
+    test::OwnPool owner_;
+    XmlPool& pool_ = *owner_;
+    XmlArray<std::int64_t> array_;
+};
+
+TEST_F(XmlArrayTest, NewOneIsEmptyAndAPlainValueOf16Bytes) {
+    EXPECT_TRUE(array_.IsEmpty());
+    EXPECT_EQ(array_.Size(), 0U);
+    EXPECT_EQ(array_.begin(), array_.end());
+    EXPECT_EQ(sizeof(array_), 16U);
+    EXPECT_TRUE(std::is_trivially_copyable_v<XmlArray<std::int64_t>>);
+}
+
+TEST_F(XmlArrayTest, AtBeyondTheEndSaysInvalidSubscript) {
+    EXPECT_THROW(array_.At(0), std::out_of_range);
+    Fill(3);
+    EXPECT_EQ(array_.At(2), 2);
+    for (const std::size_t position : {std::size_t{3}, ~std::size_t{0}}) {
+        try {
+            array_.At(position);
+            ADD_FAILURE() << "nothing thrown at " << position;
+        } catch (const std::out_of_range& error) {
+            EXPECT_STREQ(error.what(), "invalid vector<T> subscript");
+        }
+    }
+}
+
+TEST_F(XmlArrayTest, ItemsOfAtCanBeChanged) {
+    Fill(2);
+    array_.At(1) = 7;
+    EXPECT_EQ(Numbers(), "0 7");
+}
+
+TEST_F(XmlArrayTest, InsertAndRemoveKeepTheOrder) {
+    Fill(3);
+    array_.Reserve(pool_, 3);
+    array_.Insert(0, 10);
+    array_.Insert(2, 11);
+    array_.Insert(5, 12);
+    EXPECT_EQ(Numbers(), "10 0 11 1 2 12");
+    array_.RemoveAt(5);
+    array_.RemoveAt(0);
+    array_.RemoveAt(1);
+    EXPECT_EQ(Numbers(), "0 1 2");
+}
+
+TEST_F(XmlArrayTest, TruncateKeepsTheFirstItems) {
+    Fill(5);
+    array_.Truncate(2);
+    EXPECT_EQ(Numbers(), "0 1");
+    array_.Truncate(2);
+    array_.Truncate(0);
+    EXPECT_TRUE(array_.IsEmpty());
+}
+
+TEST_F(XmlArrayTest, TakeCopiesTheItems) {
+    std::array<std::int64_t, 3> items = {7, 8, 9};
+    array_.Take(pool_, items.data(), items.size());
+    items = {};
+    EXPECT_EQ(Numbers(), "7 8 9");
+    Append(10);
+    EXPECT_EQ(Numbers(), "7 8 9 10");
+}
+
+TEST_F(XmlArrayTest, TakeOfNothingNeedsNoStorage) {
+    array_.Take(pool_, nullptr, 0);
+    EXPECT_TRUE(array_.IsEmpty());
+    EXPECT_EQ(array_.begin(), nullptr);
+}
+
+TEST_F(XmlArrayTest, ItemsOfAnySizeShareABlockWithoutOverrunningIt) {
+    struct Triple {
+        std::int64_t a, b, c;
+    };
+    XmlArray<Triple> triples;
+    for (std::int64_t i = 0; i < 3000; ++i) {
+        triples.Reserve(pool_, 1);
+        triples.Append({i, -i, 2 * i});
+    }
+    for (std::int64_t i = 0; i < 3000; ++i) {
+        const Triple& triple = triples.At(static_cast<std::size_t>(i));
+        ASSERT_TRUE(triple.a == i && triple.b == -i && triple.c == 2 * i) << i;
+    }
+}
+
+TEST_F(XmlArrayTest, GrowingAndReleasingAgainAndAgainDoesNotGrowThePool) {
+    std::size_t held = 0;
+    for (int round = 0; round < 100; ++round) {
+        Fill(1000);
+        array_.Release(pool_);
+        EXPECT_TRUE(array_.IsEmpty());
+        if (round == 0) held = pool_.BytesHeld();
+    }
+    EXPECT_EQ(pool_.BytesHeld(), held);
+}
+
+TEST_F(XmlArrayTest, MoreItemsThanItCanHoldAreRefused) {
+    Fill(2);
+    for (const std::size_t more : {std::size_t{1} << 31, ~std::size_t{0}}) {
+        try {
+            array_.Reserve(pool_, more);
+            ADD_FAILURE() << "nothing thrown for " << more;
+        } catch (const std::length_error& error) {
+            EXPECT_STREQ(error.what(), "vector<T> too long");
+        }
+    }
+    EXPECT_EQ(Numbers(), "0 1");
+    XmlArray<std::int64_t> empty;
+    EXPECT_THROW(empty.Take(pool_, array_.begin(), std::size_t{1} << 32), std::length_error);
+    EXPECT_TRUE(empty.IsEmpty());
+}
+
+}  // namespace
+}  // namespace mox

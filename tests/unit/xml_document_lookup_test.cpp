@@ -1,0 +1,356 @@
+// Attributes, texts, and finding children.
+#include <gtest/gtest.h>
+
+#include "mox_xmlApi/xml/xml_document.h"
+#include "tests/unit/xml_support.h"
+
+namespace mox {
+namespace {
+
+using test::Build;
+using test::Comment;
+using test::Declaration;
+using test::Dump;
+using test::Element;
+using test::Shown;
+using test::Wide;
+
+class XmlAttributes : public testing::Test {
+  protected:
+    XmlNode* Add(const test::PlainNode& plain) { return Build(document_, document_.root, plain); }
+    // The value, or "none" when there is no such attribute.
+    static std::string Get(const XmlNode* item, WideView name) {
+        WideView value = "untouched"_w;
+        if (XmlDocument::GetAttribute(item, name, value)) return Shown(value);
+        EXPECT_EQ(Shown(value), "untouched");
+        return "none";
+    }
+
+    XmlDocument document_;
+};
+
+TEST_F(XmlAttributes, GetFindsTheFirstOfTheName) {
+    const XmlNode* e = Add(Element("e", {{"a", "1"}, {"k", "first"}, {"k", "second"}, {"empty", ""}}));
+    EXPECT_EQ(Get(e, "k"_w), "first");
+    EXPECT_EQ(Get(e, "a"_w), "1");
+    EXPECT_EQ(Get(e, "empty"_w), "");
+}
+
+TEST_F(XmlAttributes, GetLeavesTheResultAloneWhenThereIsNone) {
+    const XmlNode* e = Add(Element("e", {{"key", "v"}}));
+    EXPECT_EQ(Get(e, "ke"_w), "none");
+    EXPECT_EQ(Get(e, "keys"_w), "none");
+    EXPECT_EQ(Get(e, "KEY"_w), "none");
+    EXPECT_EQ(Get(e, WideView()), "none");
+    EXPECT_EQ(Get(Add(Element("f")), "key"_w), "none");
+    EXPECT_EQ(Get(nullptr, "key"_w), "none");
+}
+
+TEST_F(XmlAttributes, GetKnowsNoAttributesOfOtherKinds) {
+    EXPECT_EQ(Get(Add(Declaration()), "version"_w), "none");
+    XmlNode* comment = Add(Comment("note"));
+    document_.SetAttribute(comment, "k"_w, "v"_w);
+    EXPECT_EQ(Get(comment, "k"_w), "none");
+    document_.SetAttribute(document_.root, "k"_w, "v"_w);
+    EXPECT_EQ(Get(document_.root, "k"_w), "none");
+}
+
+TEST_F(XmlAttributes, FindGivesTheFirstAttributeOfAnElementAlone) {
+    const XmlNode* e = Add(Element("e", {{"k", "first"}, {"k", "second"}}));
+    EXPECT_EQ(XmlDocument::FindAttribute(e, "k"_w), &e->attributes.At(0));
+    EXPECT_EQ(XmlDocument::FindAttribute(e, "l"_w), nullptr);
+    EXPECT_EQ(XmlDocument::FindAttribute(nullptr, "k"_w), nullptr);
+    EXPECT_EQ(XmlDocument::FindAttribute(Add(Declaration()), "version"_w), nullptr);
+}
+
+TEST_F(XmlAttributes, SetAppendsANewOne) {
+    XmlNode* e = Add(Element("e"));
+    EXPECT_TRUE(document_.SetAttribute(e, "a"_w, "1"_w));
+    EXPECT_TRUE(document_.SetAttribute(e, "b"_w, "2"_w));
+    EXPECT_EQ(Dump(e), "e{a='1' b='2'}");
+}
+
+TEST_F(XmlAttributes, SetReplacesTheFirstOfTheNameInItsPlace) {
+    XmlNode* e = Add(Element("e", {{"a", "1"}, {"k", "first"}, {"k", "second"}}));
+    EXPECT_TRUE(document_.SetAttribute(e, "k"_w, "a much longer text than before"_w));
+    EXPECT_EQ(Dump(e), "e{a='1' k='a much longer text than before' k='second'}");
+    EXPECT_TRUE(document_.SetAttribute(e, "k"_w, "x"_w));
+    EXPECT_EQ(Dump(e), "e{a='1' k='x' k='second'}");
+}
+
+TEST_F(XmlAttributes, SetWithoutAValueMakesItEmpty) {
+    XmlNode* e = Add(Element("e", {{"k", "v"}}));
+    EXPECT_TRUE(document_.SetAttribute(e, "k"_w, std::nullopt));
+    EXPECT_TRUE(document_.SetAttribute(e, "new"_w, std::nullopt));
+    EXPECT_EQ(Dump(e), "e{k='' new=''}");
+}
+
+TEST_F(XmlAttributes, SetIsCaseSensitive) {
+    XmlNode* e = Add(Element("e", {{"k", "v"}}));
+    EXPECT_TRUE(document_.SetAttribute(e, "K"_w, "w"_w));
+    EXPECT_EQ(Dump(e), "e{k='v' K='w'}");
+}
+
+TEST_F(XmlAttributes, SetWorksOnTheDeclarationAndEveryOtherKind) {
+    XmlNode* declaration = document_.InsertChild(document_.root, "xml"_w, std::nullopt, nullptr,
+                                                 XmlNodeKind::ProcessingInstruction);
+    EXPECT_TRUE(document_.SetAttribute(declaration, "version"_w, "1.0"_w));
+    EXPECT_TRUE(document_.SetAttribute(declaration, "encoding"_w, "UTF-8"_w));
+    EXPECT_TRUE(document_.SetAttribute(declaration, "version"_w, "1.1"_w));
+    EXPECT_EQ(Dump(declaration), "?xml{version='1.1' encoding='UTF-8'}");
+    EXPECT_TRUE(document_.SetAttribute(document_.root, "k"_w, "v"_w));
+}
+
+TEST_F(XmlAttributes, SetOfNothingIsFalse) {
+    EXPECT_FALSE(document_.SetAttribute(nullptr, "k"_w, "v"_w));
+}
+
+TEST_F(XmlAttributes, SetTakesATextOfTheTreeItself) {
+    XmlNode* e = Add(Element("e", {{"k", "0123456789"}}));
+    EXPECT_TRUE(document_.SetAttribute(e, "k"_w, e->attributes.At(0).value.View().substr(3)));
+    EXPECT_TRUE(document_.SetAttribute(e, "copy"_w, e->attributes.At(0).value.View()));
+    EXPECT_TRUE(document_.SetAttribute(e, e->attributes.At(1).value.View(), e->attributes.At(0).name.View()));
+    EXPECT_EQ(Dump(e), "e{k='3456789' copy='3456789' 3456789='k'}");
+}
+
+TEST_F(XmlAttributes, SetOfALoadedTextLeavesItsNeighboursAlone) {
+    ASSERT_TRUE(document_.Parse(Wide("<e a=\"1\" b=\"2\" c=\"3\">text<f/></e>"), document_.root));
+    XmlNode* e = document_.root->children.At(0);
+    EXPECT_TRUE(document_.SetAttribute(e, "b"_w, "a text that is longer than the document had room for"_w));
+    EXPECT_TRUE(document_.SetAttribute(e, "a"_w, "x"_w));
+    EXPECT_EQ(Dump(e), "e{a='x' b='a text that is longer than the document had room for' c='3'}'text'(f)");
+}
+
+TEST_F(XmlAttributes, SetAgainAndAgainDoesNotGrowThePool) {
+    XmlNode* e = Add(Element("e"));
+    for (std::size_t i = 0; i < 20000; ++i) {
+        document_.SetAttribute(e, "k"_w, Wide(std::string(i % 300, 'v')));
+        document_.SetText(e, Wide(std::string(i * 31 % 300, 't')));
+    }
+    EXPECT_LT(document_.Pool().BytesHeld(), 100000U);
+}
+
+TEST_F(XmlAttributes, TextOfAnElementIsReplacedWhole) {
+    XmlNode* e = Add(Element("e", {}, "old text", {Element("c")}));
+    EXPECT_TRUE(document_.SetText(e, "new"_w));
+    EXPECT_EQ(Dump(e), "e'new'(c)");
+    EXPECT_TRUE(document_.SetText(e, WideView()));
+    EXPECT_EQ(Dump(e), "e(c)");
+}
+
+TEST_F(XmlAttributes, TextTakesAPartOfItself) {
+    XmlNode* e = Add(Element("e", {}, "0123456789"));
+    EXPECT_TRUE(document_.SetText(e, e->value.View().substr(4, 3)));
+    EXPECT_EQ(Dump(e), "e'456'");
+}
+
+TEST_F(XmlAttributes, TextOfOtherKindsIsRefused) {
+    XmlNode* comment = Add(Comment("note"));
+    EXPECT_FALSE(document_.SetText(nullptr, "t"_w));
+    EXPECT_FALSE(document_.SetText(comment, "t"_w));
+    EXPECT_FALSE(document_.SetText(document_.root, "t"_w));
+    XmlNode* declaration = Add(Declaration());
+    EXPECT_FALSE(document_.SetText(declaration, "t"_w));
+    EXPECT_EQ(test::DumpChildren(document_.root), "!'note' ?xml{version='1.0'}");
+}
+
+TEST_F(XmlAttributes, TextsKeepZerosAndLoneSurrogates) {
+    XmlNode* e = Add(Element("e"));
+    const WideString text = Wide(std::u16string_view(u"a\0\xDC00z", 4));
+    EXPECT_TRUE(document_.SetText(e, text));
+    EXPECT_TRUE(document_.SetAttribute(e, "k"_w, text));
+    EXPECT_EQ(Dump(e), "e{k='a\\u0000\\uDC00z'}'a\\u0000\\uDC00z'");
+}
+
+// ---- Finding children
+
+class XmlLookups : public testing::Test {
+  protected:
+    XmlNode* Parent(std::vector<test::PlainNode> children) {
+        return Build(document_, document_.root, Element("e", {}, "", std::move(children)));
+    }
+    // The names of all children that `next` gives, in its order.
+    template <class Next>
+    static std::string Walk(const XmlNode* parent, Next next) {
+        std::string names;
+        XmlNode* cursor = nullptr;
+        while (XmlNode* child = next(parent, cursor)) {
+            EXPECT_EQ(child, cursor);
+            names += Shown(child->name.View()) + ";";
+        }
+        return names;
+    }
+
+    XmlDocument document_;
+};
+
+TEST_F(XmlLookups, NextChildElementWalksTheElementsInOrder) {
+    const XmlNode* e = Parent(
+        {Comment("x"), Element("a"), Comment("y"), Comment("z"), Element("b"), Element("c"), Comment("w")});
+    EXPECT_EQ(Walk(e, XmlDocument::NextChildElement), "a;b;c;");
+}
+
+TEST_F(XmlLookups, NextChildElementOfCommentsAloneIsNull) {
+    XmlNode* cursor = nullptr;
+    EXPECT_EQ(XmlDocument::NextChildElement(Parent({Comment("x"), Comment("y")}), cursor), nullptr);
+    EXPECT_EQ(cursor, nullptr);
+    EXPECT_EQ(XmlDocument::NextChildElement(Parent({}), cursor), nullptr);
+    EXPECT_EQ(XmlDocument::NextChildElement(nullptr, cursor), nullptr);
+}
+
+TEST_F(XmlLookups, NextChildElementAfterTheLastLeavesTheCursorAlone) {
+    const XmlNode* e = Parent({Element("a"), Element("b"), Comment("c")});
+    XmlNode* last = e->children.At(1);
+    XmlNode* cursor = last;
+    EXPECT_EQ(XmlDocument::NextChildElement(e, cursor), nullptr);
+    EXPECT_EQ(cursor, last);
+}
+
+TEST_F(XmlLookups, NextChildElementGoesOnFromACursorOfAnyKind) {
+    const XmlNode* e = Parent({Element("a"), Comment("x"), Element("b")});
+    XmlNode* cursor = e->children.At(1);
+    EXPECT_EQ(XmlDocument::NextChildElement(e, cursor), e->children.At(2));
+}
+
+TEST_F(XmlLookups, NextChildElementSkipsTheDeclaration) {
+    Build(document_, document_.root, Declaration());
+    Build(document_, document_.root, Element("Settings"));
+    EXPECT_EQ(Walk(document_.root, XmlDocument::NextChildElement), "Settings;");
+}
+
+TEST_F(XmlLookups, NextSettingsElementTakesThatNameAlone) {
+    XmlNode* e = Parent({Element("settings"), Element("Settings"), Element("Table"), Comment("Settings"),
+                         Element("Settings"), Element("Settings2")});
+    EXPECT_EQ(Walk(e, XmlDocument::NextSettingsElement), "Settings;Settings;");
+    XmlNode* cursor = e->children.At(4);
+    EXPECT_EQ(XmlDocument::NextSettingsElement(e, cursor), nullptr);
+    EXPECT_EQ(cursor, e->children.At(4));
+}
+
+TEST_F(XmlLookups, FindChildElementGivesSuccessiveMatches) {
+    const XmlNode* e =
+        Parent({Element("b"), Element("a"), Comment("a"), Element("a"), Element("A"), Element("ab")});
+    std::uint64_t position = 0;
+    EXPECT_EQ(XmlDocument::FindChildElement(e, "a"_w, position), e->children.At(1));
+    EXPECT_EQ(position, 2U);
+    EXPECT_EQ(XmlDocument::FindChildElement(e, "a"_w, position), e->children.At(3));
+    EXPECT_EQ(position, 4U);
+    EXPECT_EQ(XmlDocument::FindChildElement(e, "a"_w, position), nullptr);
+    EXPECT_EQ(position, 4U);
+}
+
+TEST_F(XmlLookups, FindChildElementAtOrPastTheEndLeavesThePositionAlone) {
+    const XmlNode* e = Parent({Element("a"), Element("a")});
+    for (const std::uint64_t start : {std::uint64_t{2}, std::uint64_t{3}, ~std::uint64_t{0}}) {
+        std::uint64_t position = start;
+        EXPECT_EQ(XmlDocument::FindChildElement(e, "a"_w, position), nullptr);
+        EXPECT_EQ(position, start);
+    }
+}
+
+TEST_F(XmlLookups, FindChildElementWithoutAPositionGivesTheFirst) {
+    const XmlNode* e = Parent({Comment("a"), Element("a", {{"k", "1"}}), Element("a")});
+    EXPECT_EQ(XmlDocument::FindChildElement(e, "a"_w), e->children.At(1));
+    EXPECT_EQ(XmlDocument::FindChildElement(e, "b"_w), nullptr);
+    EXPECT_EQ(XmlDocument::FindChildElement(nullptr, "a"_w), nullptr);
+}
+
+TEST_F(XmlLookups, FindChildElementDoesNotTakeCommentsForAnEmptyName) {
+    EXPECT_EQ(XmlDocument::FindChildElement(Parent({Comment("x")}), WideView()), nullptr);
+}
+
+TEST_F(XmlLookups, FindTableElementGoesByItsName) {
+    const XmlNode* e =
+        Parent({Element("Table"), Element("Var", {{"name", "S"}}), Element("Table", {{"name", "T"}}),
+                Element("Table", {{"id", "1"}, {"name", "S"}}), Element("Table", {{"name", "S"}})});
+    EXPECT_EQ(XmlDocument::FindTableElement(e, "S"_w), e->children.At(3));
+    EXPECT_EQ(XmlDocument::FindTableElement(e, "T"_w), e->children.At(2));
+    EXPECT_EQ(XmlDocument::FindTableElement(e, "s"_w), nullptr);
+    EXPECT_EQ(XmlDocument::FindTableElement(nullptr, "S"_w), nullptr);
+}
+
+TEST_F(XmlLookups, FindTableElementOfAnEmptyNameNeedsAnEmptyAttribute) {
+    const XmlNode* e =
+        Parent({Element("Table"), Element("Table", {{"name", "S"}}), Element("Table", {{"name", ""}})});
+    EXPECT_EQ(XmlDocument::FindTableElement(e, WideView()), e->children.At(2));
+}
+
+TEST_F(XmlLookups, FindTableElementLooksAtTheFirstOfTwoNames) {
+    const XmlNode* e =
+        Parent({Element("Table", {{"name", "S"}, {"name", "T"}}), Element("Table", {{"name", "T"}})});
+    EXPECT_EQ(XmlDocument::FindTableElement(e, "T"_w), e->children.At(1));
+}
+
+TEST_F(XmlLookups, FindTableElementDoesNotDescend) {
+    const XmlNode* e = Parent({Element("Group", {}, "", {Element("Table", {{"name", "S"}})})});
+    EXPECT_EQ(XmlDocument::FindTableElement(e, "S"_w), nullptr);
+}
+
+TEST_F(XmlLookups, FindChildByNameAttributeTakesAnyElement) {
+    const XmlNode* e = Parent({Element("a"), Element("b", {{"name", "x"}}), Comment("c"),
+                               Element("c", {{"name", "y"}}), Element("d", {{"name", "y"}})});
+    XmlNode* found = nullptr;
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "y"_w, found));
+    EXPECT_EQ(found, e->children.At(3));
+}
+
+TEST_F(XmlLookups, FindChildByNameAttributeWithoutATextTakesTheFirstThatHasAName) {
+    const XmlNode* e = Parent({Element("a", {{"id", "1"}}), Comment("c"),
+                               Element("b", {{"name", "whatever"}}), Element("c", {{"name", ""}})});
+    XmlNode* found = nullptr;
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, WideView(), found));
+    EXPECT_EQ(found, e->children.At(2));
+}
+
+TEST_F(XmlLookups, FindChildByNameAttributeTakesAnEmptyNameForAnyName) {
+    const XmlNode* e = Parent({Element("a", {{"name", ""}})});
+    XmlNode* found = nullptr;
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, WideView(), found));
+    EXPECT_EQ(found, e->children.At(0));
+}
+
+TEST_F(XmlLookups, FindChildByNameAttributeLooksAtTheFirstOfTwoNames) {
+    const XmlNode* e = Parent({Element("a", {{"name", "x"}, {"name", "y"}}), Element("b", {{"name", "y"}})});
+    XmlNode* found = nullptr;
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "y"_w, found));
+    EXPECT_EQ(found, e->children.At(1));
+}
+
+TEST_F(XmlLookups, FindChildByNameAttributeLeavesTheResultAloneWhenThereIsNone) {
+    const XmlNode* e = Parent({Element("a"), Element("b", {{"name", "x"}})});
+    XmlNode* found = document_.root;
+    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(e, "X"_w, found));
+    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(e, "xx"_w, found));
+    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(Parent({}), WideView(), found));
+    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(Parent({Element("a")}), WideView(), found));
+    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(nullptr, WideView(), found));
+    EXPECT_EQ(found, document_.root);
+}
+
+TEST_F(XmlLookups, FindChildByNameAttributeFindsAChildThatWasRenamedOrAddedSince) {
+    XmlNode* e = Parent({});
+    for (int i = 0; i < 100; ++i)
+        document_.SetAttribute(document_.InsertChild(e, "Var"_w, std::nullopt, nullptr), "name"_w,
+                               Wide(test::Join({"key", std::to_string(i)})));
+    XmlNode* found = nullptr;
+    for (int i = 0; i < 20; ++i)
+        ASSERT_TRUE(XmlDocument::FindChildByNameAttribute(e, "key70"_w, found));
+    document_.SetAttribute(e->children.At(70), "name"_w, "renamed"_w);
+    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(e, "key70"_w, found));
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_EQ(found, e->children.At(70));
+    document_.SetAttribute(e->children.At(3), "name"_w, "renamed"_w);
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_EQ(found, e->children.At(3));
+    XmlNode* first = document_.InsertChild(e, "Var"_w, std::nullopt, e->children.At(0));
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    document_.SetAttribute(first, "name"_w, "renamed"_w);
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_EQ(found, first);
+    document_.RemoveAttribute(first, "name"_w);
+    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_EQ(found, e->children.At(4));
+}
+
+}  // namespace
+}  // namespace mox
