@@ -1,0 +1,62 @@
+#include "mox_xmlApi/entries/entry_reader.h"
+
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+bool IsElementNamed(const XmlNode& node, WideView name) noexcept {
+    return node.kind == XmlNodeKind::Element && node.name.View() == name;
+}
+
+}  // namespace
+
+bool ReadEntry(const TableCursor& cursor, const XmlNode& entry, EntryValueRecord* value,
+               EntryUiRecord* ui) noexcept {
+    if (!cursor.IsReady()) return false;
+    EntryValueRecord unwanted;
+    EntryValueRecord& record = value != nullptr ? *value : unwanted;
+
+    WideView qualifier;
+    XmlDocument::GetAttribute(&entry, names::kArray, qualifier);
+    WideView text;
+    for (const XmlAttribute& attribute : entry.attributes) {
+        text = attribute.value.View();
+        SetValueField(record, attribute.name.View(), text, qualifier);
+    }
+    if (record.type == 0) return false;
+
+    for (const XmlNode* child : entry.children) {
+        if (IsElementNamed(*child, names::kValue)) {
+            record.Value = child->value.View();
+            // A value without "loc" takes the text of the attribute read last: files rely on it.
+            XmlDocument::GetAttribute(child, names::kLoc, text);
+            if (!text.empty()) SetValueField(record, names::kLocval, text, WideView());
+        } else if (ui != nullptr && IsElementNamed(*child, names::kUi)) {
+            ReadEntryUi(cursor, *child, *ui);
+        }
+    }
+    return true;
+}
+
+bool ReadEntryUi(const TableCursor& cursor, const XmlNode& uiElement, EntryUiRecord& ui) noexcept {
+    if (!cursor.IsReady()) return false;
+    WideView text;
+    for (const XmlAttribute& attribute : uiElement.attributes) {
+        text = attribute.value.View();
+        SetUiField(ui, attribute.name.View(), text);
+    }
+    for (const XmlNode* child : uiElement.children) {
+        if (IsElementNamed(*child, names::kComment)) {
+            ui.Comment = child->value.View();
+        } else if (IsElementNamed(*child, names::kValue)) {
+            ui.Value = child->value.View();
+            // The same carry-over as in ReadEntry.
+            XmlDocument::GetAttribute(child, names::kLoc, text);
+            if (!text.empty()) SetUiField(ui, names::kLoc, text);
+        }
+    }
+    return true;
+}
+
+}  // namespace mox

@@ -1,0 +1,21 @@
+// Reading: one entry element into records.
+#ifndef MOX_XMLAPI_ENTRIES_ENTRY_READER_H
+#define MOX_XMLAPI_ENTRIES_ENTRY_READER_H
+
+#include "mox_xmlApi/entries/entry_records.h"
+#include "mox_xmlApi/entries/table_cursor.h"
+
+namespace mox {
+
+// Reads `entry` into the records, each of which may be null. Fields that the element does not mention keep
+// what they had. False for a cursor that is not ready, and for an entry without a known type; what was read
+// by then stays in the record. Does not throw.
+bool ReadEntry(const TableCursor& cursor, const XmlNode& entry, EntryValueRecord* value,
+               EntryUiRecord* ui) noexcept;
+
+// Reads the "UI" child `uiElement` of an entry. False for a cursor that is not ready. Does not throw.
+bool ReadEntryUi(const TableCursor& cursor, const XmlNode& uiElement, EntryUiRecord& ui) noexcept;
+
+}  // namespace mox
+
+#endif

@@ -1,0 +1,23 @@
+// Writing: records into one entry element, in place.
+#ifndef MOX_XMLAPI_ENTRIES_ENTRY_WRITER_H
+#define MOX_XMLAPI_ENTRIES_ENTRY_WRITER_H
+
+#include "mox_xmlApi/entries/entry_records.h"
+#include "mox_xmlApi/entries/table_cursor.h"
+
+namespace mox {
+
+// Writes the records, each of which may be null, into `entry`: the value record as far as its `writeMask`
+// selects, and the "UI" child. With a UI record the entry's own "Value" child is left alone. `onlySet` skips
+// fields that are zero, false or empty. False for a cursor that is not ready and for a tree operation that
+// fails; what was written by then stays. May throw std::bad_alloc or std::length_error with the same effect.
+bool WriteEntry(const TableCursor& cursor, XmlNode* entry, const EntryValueRecord* value,
+                const EntryUiRecord* ui, bool onlySet);
+
+// Writes the "UI" child `uiElement` of an entry, in a fixed order with fixed early ends: "Value" is reached
+// only when the element has a "Comment" child and the record none. Results as WriteEntry.
+bool WriteEntryUi(const TableCursor& cursor, XmlNode* uiElement, const EntryUiRecord& ui, bool onlySet);
+
+}  // namespace mox
+
+#endif

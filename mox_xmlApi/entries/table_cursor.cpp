@@ -1,0 +1,60 @@
+#include "mox_xmlApi/entries/table_cursor.h"
+
+#include "mox_xmlApi/entries/entry_records.h"
+#include "mox_xmlApi/platform/numbers.h"
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+TableHeader ReadHeader(const XmlNode& table) noexcept {
+    TableHeader header;
+    WideView text;
+    if (XmlDocument::GetAttribute(&table, names::kName, text)) header.name = text;
+    // Read signed, as hosts have always seen it: a number past the signed range comes back as the largest
+    // one.
+    if (XmlDocument::GetAttribute(&table, names::kFirstId, text)) {
+        header.first_id = static_cast<std::uint32_t>(ReadDecimal(text));
+    }
+    if (XmlDocument::GetAttribute(&table, names::kType, text)) {
+        header.type = static_cast<std::uint16_t>(ReadUnsignedHex(text) & 0xFFFF);
+    }
+    if (XmlDocument::GetAttribute(&table, names::kEditable, text)) header.editable = text == names::kTrue;
+    return header;
+}
+
+bool WriteHeader(XmlDocument& document, XmlNode* table, const TableHeader& header, bool withSchema) {
+    FieldText number;
+    if (withSchema && !document.SetAttribute(table, names::kSchemaLocation, names::kTableSchema))
+        return false;
+    if (!document.SetAttribute(table, names::kName, header.name)) return false;
+    if (header.first_id != 0) {
+        number.Format("%u"_w, header.first_id);
+        if (!document.SetAttribute(table, names::kFirstId, number.View())) return false;
+    }
+    if (header.type != 0) {
+        number.Format("%04X"_w, header.type);
+        if (!document.SetAttribute(table, names::kType, number.View())) return false;
+    }
+    return !header.editable || document.SetAttribute(table, names::kEditable, names::kTrue);
+}
+
+}  // namespace
+
+bool OpenTable(TableCursor& cursor, TableHeader& header, bool withSchema) {
+    XmlNode* const root = cursor.document == nullptr ? nullptr : cursor.document->root;
+    if (root == nullptr) return false;
+    XmlNode* table = cursor.openExisting ? XmlDocument::FindChildElement(root, names::kTable) : root;
+    if (table == nullptr) {
+        table = cursor.document->InsertChild(root, names::kTable, std::nullopt, nullptr);
+        if (table == nullptr || !WriteHeader(*cursor.document, table, header, withSchema)) return false;
+    } else {
+        const TableHeader found = ReadHeader(*table);
+        if (!header.name.empty() && header.name != found.name) return false;
+        header = found;
+    }
+    cursor.table = table;
+    return true;
+}
+
+}  // namespace mox
