@@ -1,0 +1,104 @@
+#include "mox_xmlApi/table/host_records.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+
+#include "mox_xmlApi/entries/entry_codes.h"
+#include "mox_xmlApi/platform/mox_porting.h"
+
+namespace mox {
+namespace {
+
+constexpr std::uint16_t kHostMaskBits = kWriteName | kWriteValue | kWriteType | kWriteId;
+
+void FillName(WideView name, TableEntryBaseInfoStruct& record) noexcept {
+    if (!name.empty()) CopyToBuffer(name, record.name, std::size(record.name));
+}
+
+bool SetNarrowValue(WideView value, TableEntryValueInfoStruct& record) {
+    std::string narrow;
+    if (!pdConvertString(WideString(value), narrow)) return false;
+    record.SetVal(narrow.c_str());
+    return true;
+}
+
+void SetWideValue(WideView value, TableEntryValueInfoStruct& record) {
+    record.SetVal_w(WideString(value).c_str());
+}
+
+bool SetValue(WideView value, TableEntryValueInfoStruct& record) {
+    if (record.type != kTypeWideString) return SetNarrowValue(value, record);
+    SetWideValue(value, record);
+    return true;
+}
+
+}  // namespace
+
+WideView NameOf(const TableEntryBaseInfoStruct& record) noexcept {
+    const auto* end = std::find(std::begin(record.name), std::end(record.name), wchar16{0});
+    return {record.name, static_cast<std::size_t>(end - std::begin(record.name))};
+}
+
+bool HostValue::Take(const TableEntryValueInfoStruct& record, std::uint16_t type) {
+    if (type == kTypeWideString) {
+        const wchar16* text = record.GetVal_w();
+        isSet_ = text != nullptr;
+        view_ = ViewOf(text);
+        return true;
+    }
+    const char* text = record.GetVal();
+    if (text == nullptr) return true;
+    if (!pdConvertString(std::string(text), converted_)) return false;
+    isSet_ = true;
+    view_ = converted_;
+    return true;
+}
+
+EntryValueRecord FieldsOf(const TableEntryValueInfoStruct& record) noexcept {
+    EntryValueRecord fields;
+    fields.writeMask = record.writeMask & kHostMaskBits;
+    fields.name = NameOf(record);
+    fields.type = record.type;
+    fields.id = record.id;
+    return fields;
+}
+
+EntryUiRecord FieldsOf(const TableEntryUInfoStruct& record) noexcept {
+    EntryUiRecord fields;
+    fields.control = record.control;
+    fields.prov_index = record.prov_index;
+    fields.prov_owner = record.prov_owner;
+    fields.Comment = ViewOf(record.GetComment_w());
+    fields.name = ViewOf(record.GetUserName_w());
+    return fields;
+}
+
+bool IsKnownOwner(std::uint8_t owner) noexcept {
+    return owner == 0 || owner == 1 || owner == 2 || owner == 4;
+}
+
+bool FillValueRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, bool useUiValue,
+                     TableEntryValueInfoStruct& record) {
+    record.id = entry.id;
+    record.type = entry.type;
+    // A 16-bit text never falls back to the presentation data: an empty one is a value.
+    const bool fallBack = useUiValue && entry.Value.empty() && entry.type != kTypeWideString;
+    if (!SetValue(fallBack ? ui.Value : entry.Value, record)) return false;
+    FillName(entry.name, record);
+    return true;
+}
+
+bool FillUiRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, TableEntryUInfoStruct& record) {
+    record.id = entry.id;
+    record.type = entry.type;
+    record.control = ui.control;
+    record.prov_index = ui.prov_index;
+    record.prov_owner = IsKnownOwner(ui.prov_owner) ? ui.prov_owner : std::uint8_t{0};
+    if (!ui.Comment.empty()) record.SetComment_w(WideString(ui.Comment).c_str());
+    FillName(entry.name, record);
+    if (!ui.name.empty()) record.SetUserName_w(WideString(ui.name).c_str());
+    return SetValue(ui.Value, record);
+}
+
+}  // namespace mox

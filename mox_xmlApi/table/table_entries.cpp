@@ -1,0 +1,211 @@
+#include "mox_xmlApi/table/table_entries.h"
+
+#include <array>
+
+#include "mox_xmlApi/entries/entry_codes.h"
+#include "mox_xmlApi/entries/entry_reader.h"
+#include "mox_xmlApi/entries/entry_writer.h"
+#include "mox_xmlApi/table/host_records.h"
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+XmlNode* NodeAt(std::uint64_t position) noexcept {
+    return reinterpret_cast<XmlNode*>(static_cast<std::uintptr_t>(position));
+}
+
+std::uint64_t PositionOf(const XmlNode* entry) noexcept {
+    return reinterpret_cast<std::uintptr_t>(entry);
+}
+
+// The entry after a position, or null.
+XmlNode* EntryAfter(const TableCursor& cursor, std::uint64_t position) noexcept {
+    XmlNode* entry = NodeAt(position);
+    return XmlDocument::NextChildElement(cursor.table, entry);
+}
+
+// Where an entry, if any can be read, keeps its value.
+struct ValuePlaces {
+    bool hadValue = false;
+    bool hadUiValue = false;
+};
+
+ValuePlaces PlacesOf(const TableCursor& cursor, const XmlNode* entry) noexcept {
+    EntryValueRecord value;
+    EntryUiRecord ui;
+    if (entry == nullptr || !ReadEntry(cursor, *entry, &value, &ui)) return {};
+    return {!value.Value.empty(), !ui.Value.empty()};
+}
+
+// What the host's records say, and which of them are to be written.
+struct Change {
+    EntryValueRecord value;
+    EntryUiRecord ui;
+    HostValue valueText;
+    HostValue uiText;
+    bool writesValue = false;
+    bool writesUi = false;
+
+    bool TakeValue(const TableEntryValueInfoStruct& record) {
+        value = FieldsOf(record);
+        if (!valueText.Take(record)) return false;
+        value.Value = valueText.View();
+        return true;
+    }
+
+    bool TakeUi(const TableEntryUInfoStruct& record, const TableEntryValueInfoStruct* textOf,
+                std::uint16_t type) {
+        ui = FieldsOf(record);
+        if (textOf != nullptr && !uiText.Take(*textOf, type)) return false;
+        ui.Value = uiText.View();
+        return true;
+    }
+
+    // The table keeps its values in the presentation data: so does this entry.
+    void MoveValueToUi() noexcept {
+        if (valueText.IsSet()) ui.Value = valueText.View();
+        value.Value = WideView();
+        writesValue = true;
+        writesUi = true;
+    }
+
+    const EntryValueRecord* Value() const noexcept { return writesValue ? &value : nullptr; }
+    const EntryUiRecord* Ui() const noexcept { return writesUi ? &ui : nullptr; }
+};
+
+bool IsProtected(const XmlNode* entry) noexcept {
+    WideView mark;
+    return XmlDocument::GetAttribute(entry, names::kEud, mark) && mark == names::kTrue;
+}
+
+// A name for look-ups: that of the value record, or else of the presentation record.
+WideView KeyOf(const TableEntryValueInfoStruct* value, const TableEntryUInfoStruct* ui) noexcept {
+    if (value != nullptr) return NameOf(*value);
+    return ui != nullptr ? NameOf(*ui) : WideView();
+}
+
+bool SetAtPosition(const TableCursor& cursor, std::uint64_t& position, const Change& change, bool force,
+                   bool mark) {
+    if (!cursor.IsReady()) return false;
+    XmlNode* entry = EntryAfter(cursor, position);
+    if (entry == nullptr) return false;
+    position = PositionOf(entry);
+    if (!force && IsProtected(entry)) return true;
+    WriteEntry(cursor, entry, change.Value(), change.Ui(), false);
+    if (mark) MarkEntry(cursor, entry);  // without `mark` an entry written by position keeps the mark it has
+    return true;
+}
+
+bool SetByName(const TableCursor& cursor, XmlNode* entry, const Change& change, bool force, bool mark) {
+    if (entry == nullptr) return false;
+    if (!force && IsProtected(entry)) return true;
+    if (!WriteEntry(cursor, entry, change.Value(), change.Ui(), false)) return false;
+    if (mark) {
+        MarkEntry(cursor, entry);
+    } else {
+        cursor.document->RemoveAttribute(entry, names::kEud);
+    }
+    return true;
+}
+
+}  // namespace
+
+XmlNode* FindEntry(const TableCursor& cursor, WideView name) noexcept {
+    XmlNode* entry = nullptr;
+    XmlDocument::FindChildByNameAttribute(cursor.table, name, entry);
+    return entry;
+}
+
+void MarkEntry(const TableCursor& cursor, XmlNode* entry) {
+    if (XmlDocument::FindAttribute(cursor.table, names::kEud) == nullptr) {
+        cursor.document->SetAttribute(cursor.table, names::kEud, names::kTrue);
+    }
+    cursor.document->SetAttribute(entry, names::kEud, names::kTrue);
+}
+
+bool AddEntry(const TableCursor& cursor, const XmlNode* before, WideView name, const EntryValueRecord* value,
+              const EntryUiRecord* ui, bool mark, bool update) {
+    if (!cursor.IsReady()) return false;
+    XmlNode* entry = update ? FindEntry(cursor, name) : nullptr;
+    if (entry == nullptr)
+        entry = cursor.document->InsertChild(cursor.table, names::kVar, std::nullopt, before);
+    if (entry == nullptr || !WriteEntry(cursor, entry, value, ui, true)) return false;
+    if (mark) MarkEntry(cursor, entry);
+    return true;
+}
+
+bool GetEntry(const TableCursor& cursor, std::uint64_t* position, TableEntryValueInfoStruct* value,
+              TableEntryUInfoStruct* ui) {
+    if (value == nullptr && ui == nullptr) return false;
+    EntryValueRecord entryValue;
+    EntryUiRecord entryUi;
+    std::array<wchar16, std::size(TableEntryBaseInfoStruct().name) + 1> key{};
+    const bool byName = position == nullptr || *position == kByName;
+    if (value != nullptr && byName) {
+        entryValue.id = value->id;  // stays the result's id when the entry has none
+        CopyToBuffer(NameOf(*value), key.data(), key.size());
+        entryValue.name = WideView(key.data());
+    } else if (value != nullptr) {
+        value->TableEntryBaseInfoStruct::Clear();
+    }
+    if (ui != nullptr) ui->Clear();
+
+    if (position != nullptr && !cursor.IsReady()) return false;
+    const XmlNode* entry = byName ? FindEntry(cursor, entryValue.name) : EntryAfter(cursor, *position);
+    if (entry == nullptr) return false;
+    if (!byName)
+        *position = PositionOf(entry);  // an entry that cannot be read is passed over by the next call
+    if (!ReadEntry(cursor, *entry, &entryValue, &entryUi)) return false;
+    return (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, *value)) &&
+           (ui == nullptr || FillUiRecord(entryValue, entryUi, *ui));
+}
+
+bool SetEntry(const TableCursor& cursor, std::uint64_t* position, const TableEntryValueInfoStruct* value,
+              TableEntryUInfoStruct* ui, bool force, bool mark) {
+    if (ui != nullptr && !IsKnownOwner(ui->prov_owner)) ui->prov_owner = 0;  // hosts read the correction back
+    if (position != nullptr && *position == kByName) return false;
+    XmlNode* entry = nullptr;
+    if (position == nullptr) {
+        entry = FindEntry(cursor, KeyOf(value, ui));
+    } else if (cursor.IsReady()) {
+        entry = EntryAfter(cursor, *position);
+    }
+    const ValuePlaces places = PlacesOf(cursor, entry);
+
+    Change change;
+    if (value != nullptr && !change.TakeValue(*value)) return false;
+    if (ui != nullptr && !change.TakeUi(*ui, ui, ui->type)) return false;
+    change.writesValue = value != nullptr && places.hadValue;
+    change.writesUi = ui != nullptr && places.hadUiValue;
+    if (!change.writesValue && !change.writesUi && value != nullptr) change.MoveValueToUi();
+    return position == nullptr ? SetByName(cursor, entry, change, force, mark)
+                               : SetAtPosition(cursor, *position, change, force, mark);
+}
+
+bool AddHostEntry(const TableCursor& cursor, const std::uint64_t* position,
+                  const TableEntryValueInfoStruct* value, const TableEntryUInfoStruct* ui, bool mark,
+                  bool update) {
+    constexpr std::uint16_t kNoControl = 0xFFFF;
+    if (ui != nullptr && ui->control == kNoControl) ui = nullptr;
+    const ValuePlaces places =
+        cursor.IsReady() && cursor.table != nullptr ? PlacesOf(cursor, EntryAfter(cursor, 0)) : ValuePlaces();
+
+    Change change;
+    if (value != nullptr && !change.TakeValue(*value)) return false;
+    if (ui != nullptr) {
+        // A text other than 16-bit is taken from the value record, as hosts that fill both expect.
+        const TableEntryValueInfoStruct* textOf = ui->type == kTypeWideString ? ui : value;
+        if (!change.TakeUi(*ui, textOf, ui->type)) return false;
+    }
+    change.writesValue = value != nullptr;
+    change.writesUi = ui != nullptr;
+    const bool isValueInUi = !places.hadValue && places.hadUiValue;
+    if (value != nullptr && ui == nullptr && isValueInUi) change.MoveValueToUi();
+
+    const XmlNode* before = position == nullptr ? nullptr : NodeAt(*position);
+    if (before != nullptr && *position == kByName) return false;
+    return AddEntry(cursor, before, KeyOf(value, ui), change.Value(), change.Ui(), mark, update);
+}
+
+}  // namespace mox
