@@ -1,0 +1,171 @@
+// The profile family of exports: promised outputs first, then the handle, then one call below.
+#include <array>
+#include <memory>
+#include <string>
+
+#include "mox_xmlApi/mox_xmlApi.h"
+#include "mox_xmlApi/platform/mox_dbtInfo.h"
+#include "mox_xmlApi/platform/mox_porting.h"
+#include "mox_xmlApi/platform/numbers.h"
+#include "mox_xmlApi/profile/keys.h"
+#include "mox_xmlApi/profile/profile_save.h"
+#include "mox_xmlApi/profile/sections.h"
+
+using mox::CopyToBuffer;
+using mox::operator""_w;
+using mox::ViewOf;
+using mox::WideString;
+using mox::WideView;
+
+namespace {
+
+void SetFlag(std::uint32_t* flag, bool value) noexcept {
+    if (flag != nullptr) *flag = value ? 1 : 0;
+}
+
+bool LoadDocument(mox::XmlDocument& document, const wchar16* path, const char* buffer, std::int32_t size,
+                  bool wide) {
+    if (path != nullptr) return document.LoadFile(path, wide);
+    // Widened with its sign: a negative size sets no limit.
+    return document.LoadBuffer(buffer, static_cast<std::uint64_t>(std::int64_t{size}));
+}
+
+}  // namespace
+
+moxSettings* xmlProfileNew(const wchar16* path, const char* buffer, int32_t size, int32_t fileFlag) {
+    auto settings = std::make_unique<moxSettings>();
+    if (path == nullptr && (buffer == nullptr || size == 0)) {
+        settings->CreateNew();
+        return settings.release();
+    }
+    if (!LoadDocument(settings->document, path, buffer, size, fileFlag == 1)) return nullptr;
+    settings->isLoaded = true;
+    settings->LocateRoot();
+    return settings.release();
+}
+
+void xmlProfileDispose(moxSettings** handleVar) {
+    delete *handleVar;
+    *handleVar = nullptr;
+}
+
+uint32_t xmlProfileSave(moxSettings* handle, const wchar16* path, uint32_t mode, uint32_t first,
+                        int32_t second) {
+    if (handle == nullptr || path == nullptr) return 0;
+    const bool refuse = first == 1;
+    const bool wide = second == 1;
+    const bool written = mode == mox::kSaveDocument ? mox::WriteToFile(*handle, path, refuse, wide)
+                                                    : mox::WriteExport(*handle, path, mode, refuse, wide);
+    return written ? 1 : 0;
+}
+
+void* xmlGetProfileSection(moxSettings* handle, const wchar16* section, uint32_t* editable) {
+    SetFlag(editable, true);
+    if (handle == nullptr) return nullptr;
+    bool isEditable = false;
+    mox::XmlNode* element = mox::FindSection(*handle, ViewOf(section), isEditable);
+    if (element == nullptr) return nullptr;
+    auto table = mox::NewSectionHandle(*handle, element);
+    SetFlag(editable, isEditable);
+    return table.release();
+}
+
+void* xmlEnumProfileSections(moxSettings* handle, uintptr_t* position, wchar16* name, uint32_t nameLength,
+                             uint32_t* editable) {
+    SetFlag(editable, true);
+    if (name != nullptr && nameLength != 0) *name = 0;
+    if (handle == nullptr) return nullptr;
+
+    // The position variable holds the address of a cell with the section returned last.
+    auto* cell = reinterpret_cast<mox::XmlNode**>(*position);
+    WideView sectionName;
+    bool isEditable = false;
+    mox::XmlNode* section =
+        mox::NextSection(*handle, cell == nullptr ? nullptr : *cell, sectionName, isEditable);
+    if (section == nullptr) {
+        delete cell;
+        *position = 0;
+        return nullptr;
+    }
+    auto table = mox::NewSectionHandle(*handle, section);
+    if (cell == nullptr) cell = new mox::XmlNode*;
+    *cell = section;
+    *position = reinterpret_cast<uintptr_t>(cell);
+    SetFlag(editable, isEditable);
+    if (name != nullptr) CopyToBuffer(sectionName, name, nameLength);
+    return table.release();
+}
+
+void* xmlWriteProfileSection(moxSettings* handle, const wchar16* section, uint32_t editable, uint32_t firstId,
+                             uint32_t type, uint32_t* eud) {
+    if (handle == nullptr) return nullptr;
+    const mox::TableHeader header{ViewOf(section), firstId, static_cast<std::uint16_t>(type & 0xFFFF),
+                                  editable != 0};
+    bool isMarked = false;
+    mox::XmlNode* element = mox::ObtainSection(*handle, header, isMarked);
+    auto table = element == nullptr ? nullptr : mox::NewSectionHandle(*handle, element);
+    SetFlag(eud, isMarked);
+    return table.release();
+}
+
+int32_t xmlGetProfileInt(moxSettings* handle, const wchar16* section, const wchar16* key,
+                         int32_t defaultValue) {
+    WideView value;
+    if (handle == nullptr || !mox::ReadKeyValue(*handle, ViewOf(section), ViewOf(key), value))
+        return defaultValue;
+    return value.empty() ? defaultValue : mox::ReadDecimal(value);
+}
+
+uint32_t xmlGetProfileString(moxSettings* handle, const wchar16* section, const wchar16* key,
+                             wchar16* destination, uint32_t length, const wchar16* defaultText) {
+    std::size_t provisional = 0;
+    if (destination != nullptr && defaultText != nullptr) {
+        provisional = CopyToBuffer(WideView(defaultText), destination, length);
+    }
+    WideView value;
+    if (handle == nullptr || !mox::ReadKeyValue(*handle, ViewOf(section), ViewOf(key), value)) {
+        return static_cast<std::uint32_t>(provisional);
+    }
+    if (value.empty())
+        return 0;  // the default stays in the buffer: a host that ignores the result finds it there
+    if (destination == nullptr) return static_cast<std::uint32_t>(value.size());
+    return static_cast<std::uint32_t>(CopyToBuffer(value, destination, length));
+}
+
+uint32_t xmlGetProfileData(moxSettings* handle, const wchar16* section, const wchar16* key, void* destination,
+                           uint32_t size) {
+    WideView value;
+    if (handle == nullptr || !mox::ReadKeyValue(*handle, ViewOf(section), ViewOf(key), value)) return 0;
+    if (value.empty()) return 0;
+    std::string hex;
+    if (!pdConvertString(WideString(value), hex)) return 0;
+    return static_cast<std::uint32_t>(TableEntryValueInfoStruct::HexToData(hex.c_str(), destination, size));
+}
+
+uint32_t xmlWriteProfileInt(moxSettings* handle, const wchar16* section, const wchar16* key, int32_t value) {
+    if (handle == nullptr) return 0;
+    if (key == nullptr) return mox::RemoveSection(*handle, ViewOf(section)) ? 1 : 0;
+    std::array<wchar16, 256> text{};
+    pdSwprintf(text.data(), text.size(), "%d"_w.data(), value);
+    return mox::WriteKeyValue(*handle, ViewOf(section), WideView(key), WideView(text.data())) ? 1 : 0;
+}
+
+uint32_t xmlWriteProfileString(moxSettings* handle, const wchar16* section, const wchar16* key,
+                               const wchar16* value) {
+    if (handle == nullptr) return 0;
+    if (key == nullptr) return mox::RemoveSection(*handle, ViewOf(section)) ? 1 : 0;
+    if (value == nullptr) return mox::RemoveKey(*handle, ViewOf(section), WideView(key)) ? 1 : 0;
+    return mox::WriteKeyValue(*handle, ViewOf(section), WideView(key), WideView(value)) ? 1 : 0;
+}
+
+uint32_t xmlWriteProfileData(moxSettings* handle, const wchar16* section, const wchar16* key,
+                             const void* data, uint32_t size) {
+    if (handle == nullptr) return 0;
+    if (key == nullptr) return mox::RemoveSection(*handle, ViewOf(section)) ? 1 : 0;
+    if (data == nullptr) return mox::RemoveKey(*handle, ViewOf(section), WideView(key)) ? 1 : 0;
+    std::string hex(std::size_t{size} * 2, '0');
+    TableEntryValueInfoStruct::DataToHex(data, hex.data(), size);
+    WideString text;
+    if (!pdConvertString(hex, text)) return 0;
+    return mox::WriteKeyValue(*handle, ViewOf(section), WideView(key), text) ? 1 : 0;
+}

@@ -1,0 +1,81 @@
+#include "mox_xmlApi/profile/sections.h"
+
+#include "mox_xmlApi/entries/entry_records.h"
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+bool HasAttributeTrue(const XmlNode& section, WideView name) noexcept {
+    WideView text;
+    return XmlDocument::GetAttribute(&section, name, text) && text == names::kTrue;
+}
+
+bool SetNumber(XmlDocument& document, XmlNode* section, WideView name, WideView format,
+               std::uint32_t number) {
+    FieldText text;
+    text.Format(format, number);
+    return document.SetAttribute(section, name, text.View());
+}
+
+void StampSection(moxSettings& settings, XmlNode* section, const TableHeader& header, bool editable,
+                  bool& eud) {
+    XmlDocument& document = settings.document;
+    TableHeader found;
+    const TableHandle handle(document.Pool(), section, found);
+    const bool stamped =
+        handle.cursor.IsReady() && document.SetAttribute(section, names::kName, header.name) &&
+        document.SetAttribute(section, names::kEditable, editable ? names::kTrue : names::kFalse) &&
+        SetNumber(document, section, names::kFirstId, "%u"_w, header.first_id) &&
+        SetNumber(document, section, names::kType, "%04X"_w, header.type);
+    if (!stamped) throw kStampFailed;
+    eud = HasAttributeTrue(*section, names::kEud);
+}
+
+// Makes the section in a document of its own first, so that it enters the profile complete or not at all.
+XmlNode* NewSection(moxSettings& settings, const TableHeader& header) {
+    XmlDocument scratch(settings.document.Pool());
+    TableCursor cursor{true, true, &scratch, nullptr, true};
+    TableHeader wanted = header;
+    if (!OpenTable(cursor, wanted, false) || settings.root == nullptr) return nullptr;
+    settings.root->children.Reserve(settings.document.Pool(), 1);
+    XmlNode* section = scratch.DetachLastChild(scratch.root);
+    settings.document.AppendNode(settings.root, section);
+    return section;
+}
+
+}  // namespace
+
+XmlNode* FindSection(const moxSettings& settings, WideView name, bool& editable) noexcept {
+    XmlNode* section = XmlDocument::FindTableElement(settings.root, name);
+    editable = section != nullptr && HasAttributeTrue(*section, names::kEditable);
+    return section;
+}
+
+XmlNode* NextSection(const moxSettings& settings, XmlNode* current, WideView& name, bool& editable) noexcept {
+    XmlNode* section = XmlDocument::NextChildElement(settings.root, current);
+    editable = section != nullptr && HasAttributeTrue(*section, names::kEditable);
+    name = WideView();
+    if (section != nullptr) XmlDocument::GetAttribute(section, names::kName, name);
+    return section;
+}
+
+XmlNode* ObtainSection(moxSettings& settings, const TableHeader& header, bool& eud) {
+    eud = false;
+    bool editable = false;
+    XmlNode* section = FindSection(settings, header.name, editable);
+    if (section == nullptr) return NewSection(settings, header);
+    StampSection(settings, section, header, editable, eud);
+    return section;
+}
+
+int DeleteSection(moxSettings& settings, XmlNode* section) noexcept {
+    return settings.document.RemoveNode(settings.root, section);
+}
+
+std::unique_ptr<TableHandle> NewSectionHandle(moxSettings& settings, XmlNode* section) {
+    TableHeader header;
+    return std::make_unique<TableHandle>(settings.document.Pool(), section, header);
+}
+
+}  // namespace mox

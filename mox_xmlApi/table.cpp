@@ -1,0 +1,80 @@
+// The table family of exports: promised outputs first, then the handle, then one call below.
+#include <memory>
+
+#include "mox_xmlApi/mox_xmlApi.h"
+#include "mox_xmlApi/table/entry_removal.h"
+#include "mox_xmlApi/table/host_records.h"
+#include "mox_xmlApi/table/table_entries.h"
+#include "mox_xmlApi/table/table_handle.h"
+
+using mox::TableHandle;
+using mox::TableHeader;
+using mox::ViewOf;
+using mox::operator""_w;
+
+namespace {
+
+const mox::TableCursor& CursorOf(void* handle) noexcept {
+    return static_cast<TableHandle*>(handle)->cursor;
+}
+
+}  // namespace
+
+void* xmlTableNew(const wchar16* filePath, const char* buffer, int32_t bufferSize, const wchar16* tableName,
+                  int32_t editable, uint32_t firstId, uint16_t type, int32_t newDocument) {
+    auto table = std::make_unique<TableHandle>();
+    if (filePath == nullptr && (buffer == nullptr || bufferSize == 0)) {
+        const TableHeader header{tableName == nullptr ? "_MXTable_"_w : ViewOf(tableName), firstId, type,
+                                 editable == 1};
+        table->CreateNew(header, newDocument == 1);
+        return table.release();
+    }
+    // Widened with its sign: a negative size sets no limit.
+    const bool loaded =
+        filePath != nullptr
+            ? table->document.LoadFile(filePath, true)
+            : table->document.LoadBuffer(buffer, static_cast<std::uint64_t>(std::int64_t{bufferSize}));
+    TableHeader header{ViewOf(tableName)};
+    return loaded && table->Open(header, true) ? table.release() : nullptr;
+}
+
+bool xmlTableSave(void* handle, const wchar16* filePath, int32_t reserved, int32_t flag) {
+    if (handle == nullptr || reserved != 0 || !CursorOf(handle).IsReady()) return false;
+    return static_cast<TableHandle*>(handle)->document.Save(filePath, flag == 1, true);
+}
+
+void xmlTableDispose(void** handleSlot) {
+    delete static_cast<TableHandle*>(*handleSlot);
+    *handleSlot = nullptr;
+}
+
+bool xmlTableEntryGet(void* handle, uint64_t* position, TableEntryValueInfoStruct* value,
+                      TableEntryUInfoStruct* ui) {
+    return handle != nullptr && mox::GetEntry(CursorOf(handle), position, value, ui);
+}
+
+bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record) {
+    if (handle == nullptr || record == nullptr || !CursorOf(handle).IsReady()) return false;
+    return mox::FindEntry(CursorOf(handle), mox::NameOf(*record)) != nullptr;
+}
+
+bool xmlTableEntrySet(void* handle, uint64_t* position, TableEntryValueInfoStruct* value,
+                      TableEntryUInfoStruct* ui, int32_t force, int32_t mark) {
+    return handle != nullptr && mox::SetEntry(CursorOf(handle), position, value, ui, force == 1, mark == 1);
+}
+
+bool xmlTableEntryAdd(void* handle, uint64_t* position, TableEntryValueInfoStruct* value,
+                      TableEntryUInfoStruct* ui, int32_t mark, int32_t update) {
+    return handle != nullptr &&
+           mox::AddHostEntry(CursorOf(handle), position, value, ui, mark == 1, update == 1);
+}
+
+bool xmlTableRemoveEntry(void* handle, const TableEntryBaseInfoStruct* record, int32_t occurrence,
+                         int32_t removeAll) {
+    if (handle == nullptr || record == nullptr) return false;
+    return mox::RemoveEntry(CursorOf(handle), mox::NameOf(*record), occurrence, removeAll != 0);
+}
+
+bool xmlTableRemoveEntries(void* handle) {
+    return handle != nullptr && mox::RemoveEntries(CursorOf(handle));
+}
