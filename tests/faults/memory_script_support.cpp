@@ -1,0 +1,267 @@
+#include "tests/faults/memory_script_support.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <new>
+#include <string>
+
+#include "mox_xmlApi/profile/settings.h"
+#include "mox_xmlApi/table/table_handle.h"
+#include "tests/faults/failing_memory_support.h"
+#include "tests/faults/pool_room_support.h"
+#include "tests/faults/tree_check_support.h"
+#include "tests/host/host_support.h"
+
+namespace faults {
+namespace {
+
+// How many failures each export has met.
+std::map<std::string, std::uint64_t>& Tally() {
+    static std::map<std::string, std::uint64_t> tally;
+    return tally;
+}
+
+class TallyPrinter : public testing::Environment {
+  public:
+    void TearDown() override {
+        std::uint64_t sum = 0;
+        for (const auto& [exported, count] : Tally()) {
+            std::printf("%-24s %8llu failed allocations\n", exported.c_str(),
+                        static_cast<unsigned long long>(count));
+            sum += count;
+        }
+        if (!Tally().empty())
+            std::printf("%zu exports, %llu failed allocations\n", Tally().size(),
+                        static_cast<unsigned long long>(sum));
+    }
+};
+
+// GoogleTest owns it.
+[[maybe_unused]] const testing::Environment* const printer =
+    testing::AddGlobalTestEnvironment(new TallyPrinter);
+
+const host::ScratchFile& Scratch() {
+    static const host::ScratchFile file(u"failing_memory_scratch.xml");
+    return file;
+}
+
+mox::TableHandle* TableOf(void* handle) {
+    return static_cast<mox::TableHandle*>(handle);
+}
+
+// Reads every entry; false when an enumeration does not come to its end.
+bool ReadEntries(void* table) {
+    std::uint64_t position = 0;
+    TableEntryValueInfoStruct value;
+    TableEntryUInfoStruct ui;
+    for (std::uint64_t last = 1; last != position;) {
+        last = position;
+        xmlTableEntryGet(table, &position, &value, &ui);
+        xmlTableEntryIsExist(table, &value);
+    }
+    return xmlTableEntryGet(table, &position, &value, nullptr) == false;
+}
+
+bool ReadSections(moxSettings* profile) {
+    std::uintptr_t position = 0;
+    wchar16 name[64];
+    wchar16 text[64];
+    for (;;) {
+        void* section = xmlEnumProfileSections(profile, &position, name, 64, nullptr);
+        if (section == nullptr) return position == 0;
+        const bool read = ReadEntries(section);
+        xmlTableDispose(&section);
+        if (!read || xmlGetProfileString(profile, name, host::WideText().c_str(), text, 64, name) >= 64)
+            return false;
+    }
+}
+
+bool SaveAndLoad(moxSettings* profile) {
+    for (const std::int32_t wide : {0, 1}) {
+        if (xmlProfileSave(profile, Scratch().Name(), 0, 0, wide) != 1) return false;
+        if (host::Profile(xmlProfileNew(Scratch().Name(), nullptr, 0, wide)) == nullptr) return false;
+    }
+    return true;
+}
+
+bool SaveAndLoadTable(void* table) {
+    if (!xmlTableSave(table, Scratch().Name(), 0, 0)) return false;
+    void* loaded = xmlTableNew(Scratch().Name(), nullptr, 0, nullptr, 0, 0, 0, 0);
+    const bool isLoaded = loaded != nullptr;
+    xmlTableDispose(&loaded);
+    return isLoaded;
+}
+
+enum class Outcome { Done, Neutral, BadAlloc, Other };
+
+Outcome Attempt(const Call& call, World& world, std::uint64_t first, Failing how) {
+    FailingMemory memory(first, how);
+    try {
+        const bool done = call.call(world);
+        memory.Stop();
+        return done ? Outcome::Done : Outcome::Neutral;
+    } catch (const std::bad_alloc&) {
+        memory.Stop();
+        return Outcome::BadAlloc;
+    } catch (...) {
+        memory.Stop();
+        return Outcome::Other;
+    }
+}
+
+// How much of its pool a call is given.
+struct Room {
+    bool isLimited = false;
+    PoolRoom whole = {};
+    std::size_t bytes = 0;
+
+    void Apply(const World& world) const {
+        if (isLimited) TakeAllBut(*world.Pool(), whole, bytes);
+    }
+};
+
+void CheckAfterFailure(const Call& call, World& world, Outcome outcome) {
+    EXPECT_TRUE(outcome == Outcome::BadAlloc || outcome == Outcome::Neutral)
+        << (outcome == Outcome::Done ? "a success without memory" : "another exception");
+    EXPECT_TRUE(world.IsUsable());
+    if (call.checkFailed) call.checkFailed(world);
+    EXPECT_TRUE(call.call(world)) << "the second call";
+    EXPECT_TRUE(world.IsUsable()) << "after the second call";
+}
+
+// Fails the allocations of the call one after the other, until there is none left to fail.
+std::uint64_t FailEachAllocation(const Call& call, const Room& room, Failing how) {
+    std::uint64_t failures = 0;
+    for (bool isDone = false; !isDone && !testing::Test::HasFailure();) {
+        const std::int64_t before = LiveBlocks();
+        {
+            World world;
+            call.prepare(world);
+            room.Apply(world);
+            const Outcome outcome = Attempt(call, world, failures + 1, how);
+            isDone = FailingMemory::Injected() == 0;
+            if (!isDone) {
+                ++failures;
+                CheckAfterFailure(call, world, outcome);
+            } else {
+                EXPECT_EQ(outcome, Outcome::Done);
+                if (call.check) call.check(world);
+                EXPECT_TRUE(world.IsUsable());
+            }
+        }
+        EXPECT_EQ(LiveBlocks(), before) << "blocks of memory are lost";
+    }
+    if (testing::Test::HasFailure())
+        ADD_FAILURE() << call.what << ": allocation " << failures << " failed"
+                      << (how == Failing::Once ? " once" : " with all after it")
+                      << (room.isLimited ? ", bytes left in the pool: " + std::to_string(room.bytes) : "");
+    return failures;
+}
+
+PoolRoom RoomBefore(const Call& call) {
+    World world;
+    call.prepare(world);
+    return world.Pool() == nullptr ? PoolRoom() : TakeAll(*world.Pool());
+}
+
+// How much room in the pool makes a difference to the call.
+std::size_t RoomNeeded(const Call& call, const PoolRoom& before) {
+    World world;
+    call.prepare(world);
+    if (world.Pool() == nullptr) return 0;
+    const std::size_t held = world.Pool()->BytesHeld();
+    call.call(world);
+    const mox::XmlPool* pool = world.Pool();
+    if (pool == nullptr) return 0;
+    constexpr std::size_t kMost = 4096;
+    if (pool->BytesHeld() != held) return std::min(before.Bytes(), kMost);
+    const std::size_t after = TakeAll(*world.Pool()).Bytes();
+    return before.Bytes() > after ? before.Bytes() - after : 0;
+}
+
+}  // namespace
+
+World::~World() {
+    while (enumeration != 0) {
+        void* last = xmlEnumProfileSections(profile, &enumeration, nullptr, 0, nullptr);
+        xmlTableDispose(&last);
+    }
+    xmlTableDispose(&section);
+    xmlTableDispose(&table);
+    xmlProfileDispose(&profile);
+}
+
+void World::LoadProfile(std::string_view text) {
+    profile = xmlProfileNew(nullptr, text.data(), static_cast<std::int32_t>(text.size()), 0);
+    ASSERT_NE(profile, nullptr);
+}
+
+void World::OpenSection(const wchar16* name) {
+    section = xmlGetProfileSection(profile, name, nullptr);
+    ASSERT_NE(section, nullptr);
+}
+
+void World::LoadTable(std::string_view text) {
+    table = xmlTableNew(nullptr, text.data(), static_cast<std::int32_t>(text.size()), nullptr, 0, 0, 0, 0);
+    ASSERT_NE(table, nullptr);
+}
+
+void World::NameRecords(const wchar16* name, std::uint16_t type) {
+    const host::WideText text(name);
+    for (TableEntryValueInfoStruct* record : {&value, static_cast<TableEntryValueInfoStruct*>(&ui)}) {
+        std::copy_n(text.c_str(), text.size() + 1, record->name);
+        record->type = type;
+    }
+}
+
+mox::XmlPool* World::Pool() const {
+    if (profile != nullptr) return &profile->document.Pool();
+    return table == nullptr ? nullptr : &TableOf(table)->document.Pool();
+}
+
+testing::AssertionResult World::IsUsable() const {
+    for (void* handle : {section, table}) {
+        if (handle == nullptr) continue;
+        if (const auto sound = IsSound(*TableOf(handle)->document.root); !sound) return sound;
+        if (!ReadEntries(handle)) return testing::AssertionFailure() << "entries cannot be read";
+        if (!SaveAndLoadTable(handle)) return testing::AssertionFailure() << "a table cannot be saved";
+    }
+    if (profile == nullptr) return testing::AssertionSuccess();
+    if (const auto sound = IsSound(*profile->document.root); !sound) return sound;
+    if (!ReadSections(profile)) return testing::AssertionFailure() << "sections cannot be read";
+    if (!SaveAndLoad(profile)) return testing::AssertionFailure() << "the profile cannot be saved";
+    return testing::AssertionSuccess();
+}
+
+void FailMemoryIn(const char* exported, const Call& call) {
+    SCOPED_TRACE(call.what);
+    const PoolRoom whole = RoomBefore(call);  // also takes what the first call of all leaves in the process
+    const std::size_t needed = RoomNeeded(call, whole);
+    std::uint64_t failures = 0;
+    for (const Failing how : {Failing::Once, Failing::FromThenOn}) {
+        failures += FailEachAllocation(call, Room(), how);
+        for (std::size_t bytes = 0; bytes < needed && !testing::Test::HasFailure();
+             bytes += mox::XmlPool::kAlignment)
+            failures += FailEachAllocation(call, {true, whole, bytes}, how);
+    }
+    Tally()[exported] += failures;
+    EXPECT_GT(failures, 0U) << "the call never asked for memory";
+}
+
+void ExpectNoMemoryUse(const char* exported, const Call& call) {
+    SCOPED_TRACE(call.what);
+    const PoolRoom whole = RoomBefore(call);
+    for (const bool isLimited : {false, true}) {
+        World world;
+        call.prepare(world);
+        if (isLimited && world.Pool() != nullptr) TakeAllBut(*world.Pool(), whole, 0);
+        EXPECT_EQ(Attempt(call, world, 1, Failing::FromThenOn), Outcome::Done);
+        EXPECT_EQ(FailingMemory::Asked(), 0U);
+        if (call.check) call.check(world);
+        EXPECT_TRUE(world.IsUsable());
+    }
+    Tally()[exported] += 0;
+}
+
+}  // namespace faults

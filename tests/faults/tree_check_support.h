@@ -1,0 +1,17 @@
+// What holds for every tree at any time, looked at behind the handles.
+#ifndef MOX_XMLAPI_TESTS_FAULTS_TREE_CHECK_SUPPORT_H
+#define MOX_XMLAPI_TESTS_FAULTS_TREE_CHECK_SUPPORT_H
+
+#include <gtest/gtest.h>
+
+#include "mox_xmlApi/xml/xml_node.h"
+
+namespace faults {
+
+// Whether below the node every child's index is its position, every node is of a kind that may stand there,
+// every text can be read to its end, and the look-ups by name give what a plain scan gives.
+testing::AssertionResult IsSound(const mox::XmlNode& top);
+
+}  // namespace faults
+
+#endif
