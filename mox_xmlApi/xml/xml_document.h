@@ -46,8 +46,7 @@ class XmlDocument {
     // node, owned, not loaded. The previous root is not released: who owns it destroys it first.
     void Attach(XmlNode* node);
 
-    // ---- Creating and destroying
-    // -------------------------------------------------------------------------------
+    // ---- Creating and destroying -----------------------------------------------------------------------------
 
     // A node that is in no list yet (index -1). `value` is taken for elements and comments alone. The caller
     // owns it until it is in a list.
@@ -55,8 +54,7 @@ class XmlDocument {
     // Frees `node` with its whole subtree and sets the caller's pointer to null. Null is accepted.
     void DestroyNode(XmlNode*& node) noexcept;
 
-    // ---- Changing the structure
-    // --------------------------------------------------------------------------------
+    // ---- Changing the structure ------------------------------------------------------------------------------
 
     // Inserts a new element under an element or the document, before the child `before`, or as the last one
     // when `before` is null; or a declaration (kind ProcessingInstruction) without value into a document that
@@ -88,8 +86,7 @@ class XmlDocument {
     // Frees the first attribute called `name`. False when `node` is null or has none.
     bool RemoveAttribute(XmlNode* node, WideView name) noexcept;
 
-    // ---- Attributes and text
-    // -----------------------------------------------------------------------------------
+    // ---- Attributes and text ---------------------------------------------------------------------------------
 
     // The first attribute of an element called `name`, or null; null too for nodes of other kinds.
     static const XmlAttribute* FindAttribute(const XmlNode* node, WideView name) noexcept;
@@ -102,8 +99,7 @@ class XmlDocument {
     // Replaces the character data of an element. False for null and other kinds.
     bool SetText(XmlNode* element, WideView text);
 
-    // ---- Look-ups
-    // ----------------------------------------------------------------------------------------------
+    // ---- Look-ups --------------------------------------------------------------------------------------------
 
     // The next child element after `cursor`, a child of `parent`, or the first when `cursor` is null; moves
     // `cursor` onto it. Null at the end, `cursor` unchanged.
@@ -121,8 +117,7 @@ class XmlDocument {
     // at all. False and `out` untouched when there is none.
     static bool FindChildByNameAttribute(const XmlNode* parent, WideView value, XmlNode*& out) noexcept;
 
-    // ---- Loading (once)
-    // ----------------------------------------------------------------------------------------
+    // ---- Loading (once) --------------------------------------------------------------------------------------
 
     // Reads and parses a file of 16-bit units (`wide`) or of bytes. False when the document is loaded already
     // or not writable, when the file cannot be read, or does not parse; it can be tried again then.
@@ -132,8 +127,7 @@ class XmlDocument {
     // Parses `text` into `parent`. Top-level nodes that were complete before a failure stay.
     bool Parse(WideView text, XmlNode* parent);
 
-    // ---- Saving
-    // ------------------------------------------------------------------------------------------------
+    // ---- Saving ----------------------------------------------------------------------------------------------
 
     // Writes the document to a file, as 16-bit units (`wide`) or as the low byte of each, followed by one
     // zero unit or byte. False when `refuse` is set (the file stays untouched), and when anything went wrong

@@ -136,6 +136,7 @@ std::size_t ReadWide(InputFile& file, XmlPool& pool, TextBlock& block) {
 std::size_t EstimateTreeSize(const wchar16* text, std::size_t length) noexcept {
     constexpr std::size_t kSample = 16 * 1024;
     constexpr std::size_t kUsualBytesPerUnit = 3;
+    constexpr std::size_t kMostBytesPerUnit = 4;  // the beginning may mislead
     if (length < kSample) return length * kUsualBytesPerUnit;
     std::uint32_t nodes = 0;
     std::uint32_t quotes = 0;
@@ -146,7 +147,7 @@ std::size_t EstimateTreeSize(const wchar16* text, std::size_t length) noexcept {
     }
     const std::size_t bytes =
         nodes * (sizeof(XmlNode) + sizeof(XmlNode*)) + quotes / 2 * sizeof(XmlAttribute);
-    return length / kSample * bytes;
+    return std::min(length / kSample * bytes, length * kMostBytesPerUnit);
 }
 
 // Parses the text of `block`, which the tree keeps if it has taken anything from it.

@@ -1,20 +1,23 @@
 // The grammar. S is any run, also an empty one, of space, tab, line feed and carriage return.
 //
-//   document    := S ( node ANY S )*           ANY is one unit, whatever it is; the last node needs none
+//   document    := S ( node ANY S )*            ANY is one unit, whatever it is; the last node needs none
 //   node        := declaration | comment | element
-//   declaration := "<?" "xml" S1 attributes S "?>"      first in the document; S1 is not empty; has a
-//   "version" comment     := "<!--" text "-->"           no ">" and no "--" inside element     := "<" name
-//   attributes S ( "/>" | ">" S content "</" name ">" ) attributes  := ( S name S "=" S '"' text '"' )* no
-//   "<" inside, entities are decoded content     := ( text | ( comment | element ) S )*  entities are decoded
+//   declaration := "<?" "xml" S1 attributes S "?>"
+//                                               first in the document; S1 is not empty; has a "version"
+//   comment     := "<!--" text "-->"            no ">" and no "--" inside
+//   element     := "<" name attributes S ( "/>" | ">" S content "</" name ">" )
+//   attributes  := ( S name S "=" S '"' text '"' )*
+//                                               no "<" inside; entities are decoded
+//   content     := ( text | ( comment | element ) S )*
+//                                               entities are decoded
 //   name        := ( letter | "_" | ":" ) ( letter | digit | "_" | ":" )*
 //
-// The stack. Nothing here calls itself. `open_` holds the elements whose end tag has not come; `closed_`
-// holds the finished children of all of them, those of the innermost element last. An end tag makes the last
-// ones of `closed_` the children of its element, in a list of just that size, and puts the element itself
-// into `closed_`.
+// The stack. Nothing here calls itself. `open_` holds the elements whose end tag has not come; `closed_` holds
+// the finished children of all of them, those of the innermost element last. An end tag makes the last ones of
+// `closed_` the children of its element, in a list of just that size, and puts the element itself into `closed_`.
 //
-// The end. The text is followed by a zero unit, which no rule accepts, so that only those loops that pass
-// over any unit have to ask whether a zero is the end.
+// The end. The text is followed by a zero unit, which no rule accepts, so that only those loops that pass over
+// any unit have to ask whether a zero is the end.
 #include "mox_xmlApi/xml/xml_parser.h"
 
 #include <algorithm>

@@ -1,8 +1,9 @@
 // The memory of one document: nodes, lists and texts come from here and come back when they are removed.
 //
-//   slab:  [ used ............ | next_ ..... free ..... end_ ]     at most 64 KiB but for Reserve, the first
-//   one small free_: one list of returned blocks for each size class; a block is reused for its own class
-//   only large: blocks above kLargestSmall, each from the system, chained so that one can go back alone
+//   slab:   [ used ............ | next_ ..... free ..... end_ ]
+//           the first one is small, the others up to 64 KiB, or larger where Reserve was told what is to come
+//   free_:  one list of returned blocks for each size class; a block is reused for its own class only
+//   large:  blocks above kLargestSmall, each from the system, chained so that one can go back alone
 //
 // A pool is dropped as a whole: its slabs and large blocks are released without a look at what they hold, so
 // whatever lives in it must need no destructor.

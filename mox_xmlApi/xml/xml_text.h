@@ -5,6 +5,7 @@
 #ifndef MOX_XMLAPI_XML_XML_TEXT_H
 #define MOX_XMLAPI_XML_XML_TEXT_H
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <stdexcept>
@@ -45,9 +46,7 @@ class XmlText {
             length_ = static_cast<std::uint32_t>(text.size());
             return;
         }
-        const XmlText old = *this;
-        *this = NewStorage(pool, text, text.size());
-        old.FreeStorage(pool);
+        Replace(pool, NewStorage(pool, text, text.size()));
     }
 
     // Appends `text`, with room for as much again, so that many pieces cost no more than linear work. Throws
@@ -55,9 +54,8 @@ class XmlText {
     void Append(XmlPool& pool, WideView text) {
         const std::size_t length = std::size_t{length_} + text.size();
         if (length > capacity_) {
-            const XmlText old = *this;
-            *this = NewStorage(pool, View(), length + length / 2);
-            old.FreeStorage(pool);
+            Replace(pool,
+                    NewStorage(pool, View(), std::max(length, std::min(length + length / 2, kLongest))));
         }
         WideTraits::copy(Storage() + length_, text.data(), text.size());
         length_ = static_cast<std::uint32_t>(length);
@@ -72,8 +70,10 @@ class XmlText {
   private:
     using WideTraits = std::char_traits<wchar16>;
 
+    static constexpr std::size_t kLongest = std::numeric_limits<std::uint32_t>::max();
+
     static std::uint32_t CheckedLength(std::size_t length) {
-        if (length > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("string too long");
+        if (length > kLongest) throw std::length_error("string too long");
         return static_cast<std::uint32_t>(length);
     }
 
@@ -89,6 +89,12 @@ class XmlText {
         fresh.length_ = static_cast<std::uint32_t>(text.size());
         fresh.capacity_ = static_cast<std::uint32_t>(block / sizeof(wchar16));
         return fresh;
+    }
+
+    // By value: the new text is complete before anything of the old one is touched.
+    void Replace(XmlPool& pool, XmlText fresh) noexcept {
+        FreeStorage(pool);
+        *this = fresh;
     }
 
     // A short text does not go on holding the memory of a long one.
