@@ -87,7 +87,7 @@ TEST(FailingMemory, LoadSurvivesAtEveryPlaceOfTheFirstBlockOfMemory) {
     std::string text(kDocument);
     for (int i = 0; i < 30; ++i)
         text.append("<a/>\n");
-    for (std::size_t pad = 0; pad < 2400; pad += 4) {
+    for (std::size_t pad = 0; pad < 2400; pad += kStep) {
         const std::string padded = text + std::string(pad, ' ');
         FailMemoryIn("xmlProfileNew", New("padded memory", nullptr, padded, 0));
     }
@@ -158,42 +158,52 @@ TEST(FailingMemory, DisposeNeedsNone) {
                                             }});
 }
 
-void FailMemoryInSave(const char* what, std::string_view text, std::uint32_t mode, std::int32_t wide) {
+// `old` is what the file holds before; without it there is none, and none may be made by a call that fails.
+void FailMemoryInSave(const char* what, std::string_view text, std::uint32_t mode, std::int32_t wide,
+                      std::string_view old) {
     const host::ScratchFile file;
-    const std::string old = "what was saved before";
-    FailMemoryIn(
-        "xmlProfileSave",
-        {what,
-         [&](World& world) {
-             world.LoadProfile(text);
-             host::WriteBytes(file.Path(), old);
-         },
-         [&](World& world) { return xmlProfileSave(world.profile, file.Name(), mode, 0, wide) == 1; },
-         [&](World&) { EXPECT_NE(file.Bytes(), old); },
-         [&](World&) { EXPECT_EQ(file.Bytes(), old) << "the old file is touched"; }});
+    const auto prepare = [&](World& world) {
+        world.LoadProfile(text);
+        std::filesystem::remove(file.Path());
+        if (!old.empty()) host::WriteBytes(file.Path(), old);
+    };
+    const auto save = [&](World& world) {
+        return xmlProfileSave(world.profile, file.Name(), mode, 0, wide) == 1;
+    };
+    const auto isWritten = [&](World&) { EXPECT_NE(file.Bytes(), old); };
+    const auto isOld = [&](World&) {
+        EXPECT_EQ(file.Exists(), !old.empty());
+        if (file.Exists()) {
+            EXPECT_EQ(file.Bytes(), old);
+        }
+    };
+    FailMemoryIn("xmlProfileSave", {what, prepare, save, isWritten, isOld});
 }
 
 TEST(FailingMemory, SaveLeavesTheOldFileWhole) {
-    const std::string large = LargeDocument() + "<d>" + std::string(40000, '&').replace(0, 1, "x") + "</d>";
     std::string escaped = LargeDocument() + "<d>";
     for (int i = 0; i < 20000; ++i)
         escaped.append("&amp;");
     escaped.append("</d>");
     for (const std::int32_t wide : {0, 1}) {
-        FailMemoryInSave("save", kDocument, 0, wide);
-        FailMemoryInSave("large save", escaped, 0, wide);
+        FailMemoryInSave("save", kDocument, 0, wide, "what was saved before");
+        FailMemoryInSave("large save", escaped, 0, wide, "what was saved before");
+        FailMemoryInSave("first save", kDocument, 0, wide, "");
     }
 }
 
 TEST(FailingMemory, ExportLeavesTheOldFileWhole) {
     for (const std::uint32_t mode : {1U, 2U, 3U})
-        FailMemoryInSave("export", kDocument, mode, 0);
-    // The longer the first section's name, the earlier the export's first block of memory is full.
-    for (std::size_t length = 1; length < 1900; length += 12) {
+        FailMemoryInSave("export", kDocument, mode, 0, "what was saved before");
+}
+
+TEST(FailingMemory, ExportSurvivesAtEveryPlaceOfItsFirstBlockOfMemory) {
+    // The longer the first section's name, the earlier the block is full.
+    for (std::size_t length = 1; length < 1900; length += kStep) {
         std::string text(kDocument);
         text.insert(text.find("<Table"), "<Table name=\"" + std::string(length, 'n') + "\"/>");
-        FailMemoryInSave("export with a long name", text, 2, 0);
-        FailMemoryInSave("presentation export with a long name", text, 1, 0);
+        FailMemoryInSave("export of values", text, 2, 0, "");
+        FailMemoryInSave("export of presentation data", text, 1, 0, "");
     }
 }
 

@@ -2,7 +2,7 @@
 //
 // On Linux the operators new and delete of this program are its own, and with them those of the library's
 // objects and of every shared library in the process. On Windows each DLL has its own imports: there malloc
-// and its kin are exchanged in the import tables of all modules, so that the operator new of the runtime
+// and its kin are exchanged in the import tables of the modules, so that the operator new of the runtime
 // meets the failure.
 #ifndef MOX_XMLAPI_TESTS_FAULTS_FAILING_MEMORY_SUPPORT_H
 #define MOX_XMLAPI_TESTS_FAULTS_FAILING_MEMORY_SUPPORT_H

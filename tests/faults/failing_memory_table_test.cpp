@@ -54,7 +54,7 @@ std::function<void(World&)> TableWithRecords(const wchar16* name, std::uint16_t 
 
 TEST(FailingMemory, NewTableIsMadeOrNot) {
     for (const std::int32_t newDocument : {0, 1}) {
-        for (std::size_t length = 0; length < 1900; length += 8) {
+        for (std::size_t length = 0; length < 1900; length += kStep) {
             // The longer the name, the earlier the first block of memory is full.
             const host::WideText name(length, 'n');
             FailMemoryIn("xmlTableNew", {"new", [](World&) {},
@@ -97,6 +97,7 @@ TEST(FailingMemory, TableThatIsSavedLeavesTheOldFileWhole) {
             {what,
              [&, prepare](World& world) {
                  prepare(world);
+                 std::filesystem::remove(file.Path());
                  host::WriteBytes(file.Path(), old);
              },
              [&](World& world) { return xmlTableSave(world.Handle(), file.Name(), 0, 0); },
@@ -204,12 +205,16 @@ TEST(FailingMemory, EntryIsAddedOrLeftUsable) {
 }
 
 TEST(FailingMemory, EntryIsAddedBeforeAnotherOrLeftUsable) {
+    const auto prepare = TableWithRecords("a new entry"_w, kLong);
     FailMemoryIn("xmlTableEntryAdd",
-                 {"before the first", TableWithRecords("a new entry"_w, kLong), [](World& world) {
-                      world.position = 0;
+                 {"before the first",
+                  [=](World& world) {
+                      prepare(world);
                       TableEntryUInfoStruct first;
-                      return xmlTableEntryGet(world.table, &world.position, nullptr, &first) &&
-                             xmlTableEntryAdd(world.table, &world.position, &world.value, nullptr, 0, 0);
+                      ASSERT_TRUE(xmlTableEntryGet(world.table, &world.position, nullptr, &first));
+                  },
+                  [](World& world) {
+                      return xmlTableEntryAdd(world.table, &world.position, &world.value, nullptr, 0, 0);
                   }});
 }
 

@@ -65,7 +65,10 @@ void StoreImports(Modules modules, const char* name, void* original, void* repla
     DWORD size = 0;
     if (!K32EnumProcessModules(GetCurrentProcess(), all.data(), sizeof all, &size)) return;
     const std::size_t count = std::min<std::size_t>(size / sizeof(HMODULE), all.size());
-    std::for_each_n(all.begin(), count, [&](HMODULE module) { StoreInModule(module, name, from, to); });
+    const HMODULE threads = GetModuleHandleW(L"libwinpthread-1.dll");
+    std::for_each_n(all.begin(), count, [&](HMODULE module) {
+        if (module != threads) StoreInModule(module, name, from, to);
+    });
 }
 
 }  // namespace faults

@@ -10,6 +10,7 @@
 #include "mox_xmlApi/mox_xmlApi.h"
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 #include "mox_xmlApi/xml/xml_pool.h"
+#include "tests/sanitized_build.h"
 
 namespace faults {
 
@@ -53,10 +54,22 @@ struct Call {
     std::function<void(World&)> checkFailed = {};
 };
 
+// Every amount of room in a pool is tried where that is quick: not under the sanitizer, and not under Wine,
+// where files take their time.
+#if defined(_WIN32)
+inline constexpr bool kIsThorough = false;
+#else
+inline constexpr bool kIsThorough = !kIsSanitized;
+#endif
+
+// By how many units a text grows from one run of a call to the next, where its length decides which block of
+// memory does not fit any more.
+inline constexpr std::size_t kStep = kIsThorough ? 4 : 52;
+
 // Fails each allocation of the call, alone and together with all that follow, first with the document's pool
-// as it is, then with every amount of room in it that makes a difference. Each time std::bad_alloc has to
-// come out, or the result of a failure; nothing may be lost, everything has to stay usable, and the same call
-// has to succeed then.
+// as it is, then with less room in it than the call needs: every amount, or else the largest with which the
+// call comes just as far. Each time std::bad_alloc has to come out, or the result of a failure; nothing may
+// be lost, everything has to stay usable, and the same call has to succeed then.
 void FailMemoryIn(const char* exported, const Call& call);
 
 // The same for a call that needs no memory: none of its calls may ask for any.

@@ -135,6 +135,12 @@ TEST(ProfileNew, BufferIsReadUpToItsZeroByte) {
     EXPECT_EQ(SaveBytes(profile), NarrowFile(Lines({"<a/>", kEmptyRoot})));
 }
 
+TEST(ProfileNew, SizeMayGoBeyondTheZeroByte) {
+    const Profile profile(xmlProfileNew(nullptr, "<a/>\n<b/>", 1000, 0));
+    ASSERT_NE(profile, nullptr);
+    EXPECT_EQ(SaveBytes(profile), NarrowFile(Lines({"<a/>", "<b/>", kEmptyRoot})));
+}
+
 TEST(ProfileNew, NegativeSizeReadsUpToTheZeroByte) {
     for (const std::int32_t size : {-1, INT_MIN}) {
         const Profile profile(xmlProfileNew(nullptr, "<a/>\n<b/>", size, 0));

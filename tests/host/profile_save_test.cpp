@@ -96,10 +96,16 @@ TEST(ProfileSave, FileThatCannotBeOpenedIsAFailure) {
     }
 }
 
+TEST(ProfileSave, PathWithUnpairedSurrogateIsNoException) {
+    const Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
+    const WideText path = WidePath(ScratchFolder()) + u"/\xD800.xml"_w;
+    EXPECT_NO_THROW(xmlProfileSave(profile, path.c_str(), 0, 0, 0));
+}
+
 #ifndef _WIN32
 TEST(ProfileSave, PathThatCannotBeExpressedIsAFailure) {
     const Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
-    const WideText path = WidePath(ScratchFolder()) + u"/\xD800.xml";
+    const WideText path = WidePath(ScratchFolder()) + u"/\xD800.xml"_w;
     EXPECT_EQ(xmlProfileSave(profile, path.c_str(), 0, 0, 0), 0U);
 }
 

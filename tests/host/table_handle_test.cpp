@@ -26,10 +26,11 @@ TEST(TableNew, WithoutArgumentsHasDeclarationSchemaAndDefaultName) {
 }
 
 TEST(TableNew, HeaderIsWrittenInOrder) {
-    EXPECT_EQ(NewTable("N"_w, 1, 100, 0x1F, 1),
-              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-              "<Table xmlns:noNamespaceSchemaLocation=\"MXTable.xsd\" name=\"N\" first_id=\"100\" type=\"001F\""
-              " editable=\"true\"/>\n");
+    EXPECT_EQ(
+        NewTable("N"_w, 1, 100, 0x1F, 1),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<Table xmlns:noNamespaceSchemaLocation=\"MXTable.xsd\" name=\"N\" first_id=\"100\" type=\"001F\""
+        " editable=\"true\"/>\n");
 }
 
 TEST(TableNew, ZeroHeaderWritesTheNameAlone) {
@@ -93,7 +94,8 @@ TEST(TableNew, NegativeSizeReadsUpToTheZeroByte) {
 }
 
 TEST(TableNew, BufferEndsAtItsFirstZeroByte) {
-    EXPECT_EQ(SavedText(LoadTable(std::string_view("<Table name=\"A\"/>\0<broken", 25))), "<Table name=\"A\"/>\n");
+    EXPECT_EQ(SavedText(LoadTable(std::string_view("<Table name=\"A\"/>\0<broken", 25))),
+              "<Table name=\"A\"/>\n");
 }
 
 TEST(TableNew, HeaderArgumentsPlayNoPartInLoading) {
@@ -150,8 +152,10 @@ TEST(TableNew, FirstOfTwoNamesCounts) {
 }
 
 TEST(TableNew, OtherTopLevelElementsAreKeptAndNotLookedInto) {
-    const Table table = LoadTable("<Other><Table name=\"X\"/></Other>\n<!-- c -->\n<Table name=\"A\"/>", "A"_w);
-    EXPECT_EQ(SavedText(table), Lines({"<Other>", "\t<Table name=\"X\"/>", "</Other>", "<!-- c -->", kTableA}));
+    const Table table =
+        LoadTable("<Other><Table name=\"X\"/></Other>\n<!-- c -->\n<Table name=\"A\"/>", "A"_w);
+    EXPECT_EQ(SavedText(table),
+              Lines({"<Other>", "\t<Table name=\"X\"/>", "</Other>", "<!-- c -->", kTableA}));
 }
 
 TEST(TableNew, DocumentWithoutTableGetsOneWithSchema) {
@@ -164,7 +168,8 @@ TEST(TableNew, DocumentWithoutTableGetsOneWithSchema) {
 TEST(TableNew, EmptyTextIsADocumentWithoutTable) {
     EXPECT_EQ(SavedText(LoadTable(" \n", "N"_w)),
               "<Table xmlns:noNamespaceSchemaLocation=\"MXTable.xsd\" name=\"N\"/>\n");
-    EXPECT_EQ(SavedText(LoadFile("")), "<Table xmlns:noNamespaceSchemaLocation=\"MXTable.xsd\" name=\"\"/>\n");
+    EXPECT_EQ(SavedText(LoadFile("")),
+              "<Table xmlns:noNamespaceSchemaLocation=\"MXTable.xsd\" name=\"\"/>\n");
 }
 
 TEST(TableNew, NameWithSpecialCharactersIsEscaped) {

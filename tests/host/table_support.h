@@ -1,5 +1,5 @@
-// What the tests of the table functions share: the two kinds of table handles under one face, entry records in
-// one line, and records made in one line. Of the library it uses the exports alone.
+// What the tests of the table functions share: the two kinds of table handles under one face, entry records
+// in one line, and records made in one line. Of the library it uses the exports alone.
 #ifndef MOX_XMLAPI_TESTS_HOST_TABLE_SUPPORT_H
 #define MOX_XMLAPI_TESTS_HOST_TABLE_SUPPORT_H
 
@@ -81,14 +81,15 @@ inline std::string Quoted(const std::optional<WideText>& text) {
 // A record in one line: name, #id, type in four hexadecimal digits, value in quotes or "none"; then, where it
 // says something, the write mask; for presentation data their fields, each where it says something.
 inline std::string Show(const PlainValue& record) {
-    std::string shown = Printable(record.name) + " #" + std::to_string(record.id) + " " + Hex(record.type) + " " +
-                        Quoted(record.value);
+    std::string shown = Printable(record.name) + " #" + std::to_string(record.id) + " " + Hex(record.type) +
+                        " " + Quoted(record.value);
     if (record.mask != 0) shown += " mask " + Hex(record.mask);
     return shown;
 }
 
 inline std::string Show(const PlainUi& record) {
-    std::string shown = Show(static_cast<const PlainValue&>(record)) + " control " + std::to_string(record.control);
+    std::string shown =
+        Show(static_cast<const PlainValue&>(record)) + " control " + std::to_string(record.control);
     if (record.index != 0) shown += " index " + std::to_string(record.index);
     if (record.owner != 0) shown += " owner " + std::to_string(record.owner);
     if (record.comment) shown += " comment " + Quoted(record.comment);
@@ -116,8 +117,9 @@ inline TableEntryBaseInfoStruct NameRecord(const wchar16* name) {
 }
 
 // A null value is one that was never set.
-inline TableEntryValueInfoStruct ValueRecord(const wchar16* name, std::uint16_t type = 0, const char* value = nullptr,
-                                             std::uint32_t id = 0, std::uint16_t mask = 0) {
+inline TableEntryValueInfoStruct ValueRecord(const wchar16* name, std::uint16_t type = 0,
+                                             const char* value = nullptr, std::uint32_t id = 0,
+                                             std::uint16_t mask = 0) {
     TableEntryValueInfoStruct record;
     SetName(record, name);
     record.type = type;
@@ -173,8 +175,7 @@ inline std::string SavedText(void* handle) {
 }
 
 inline Table LoadTable(std::string_view text, const wchar16* name = nullptr) {
-    return Table(
-        xmlTableNew(nullptr, text.data(), static_cast<std::int32_t>(text.size()), name, 0, 0, 0, 0));
+    return Table(xmlTableNew(nullptr, text.data(), static_cast<std::int32_t>(text.size()), name, 0, 0, 0, 0));
 }
 
 // An element "Table" with the name T, these further attributes and these elements in it.

@@ -148,6 +148,20 @@ TEST(LongList, TwoHundredThousandKeysLoadReadAndSave) {
     EXPECT_EQ(xmlGetProfileInt(profile, "S"_w, "k200000"_w, -1), 7);
 }
 
+TEST(LongList, HundredThousandEntriesOfOneNameAreRemovedAtOnce) {
+    std::string entries;
+    for (int i = 0; i < 100000; ++i)
+        entries.append(i % 1000 == 0 ? "<Var name=\"k\"/><Var/>" : "<Var name=\"k\"/>");
+    const host::Profile profile = host::LoadEntries(entries);
+    EXPECT_EQ(xmlWriteProfileString(profile, "S"_w, "k"_w, nullptr), 1U);
+    std::string lines;
+    for (int i = 0; i < 100; ++i)
+        lines.append("\t\t<Var/>\n");
+    EXPECT_EQ(host::SaveBytes(profile),
+              host::NarrowFile(host::Lines({host::kDeclaration, host::kRootStart, "\t<Table name=\"S\">"}) +
+                               lines + host::Lines({"\t</Table>", host::kRootEnd})));
+}
+
 TEST(LongList, TwoHundredThousandSectionsAreEnumerated) {
     std::string sections;
     for (int i = 0; i < 200000; ++i)

@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "mox_xmlApi/xml/xml_document.h"
+#include "tests/unit/document_model.h"
 #include "tests/unit/xml_support.h"
 
 namespace mox {
@@ -15,87 +15,12 @@ namespace {
 using test::PlainNode;
 using test::Wide;
 
+using test::At;
+using test::IsSame;
+
 constexpr std::uint64_t kFirst = XmlDocument::kFirstMatch;
 
-// ---- The model: what each operation does to plain values
-
-template <class Place>
-auto At(std::vector<Place>& list, std::size_t position) {
-    return list.begin() + static_cast<std::ptrdiff_t>(position);
-}
-
-const WideString* ModelAnyAttribute(const PlainNode& node, const WideString& name) {
-    for (const auto& [key, value] : node.attributes) {
-        if (key == name) return &value;
-    }
-    return nullptr;
-}
-
-const WideString* ModelGetAttribute(const PlainNode& node, const WideString& name) {
-    return node.kind == XmlNodeKind::Element ? ModelAnyAttribute(node, name) : nullptr;
-}
-
-void ModelSetAttribute(PlainNode& node, const WideString& name, const WideString& value) {
-    for (auto& attribute : node.attributes) {
-        if (attribute.first != name) continue;
-        attribute.second = value;
-        return;
-    }
-    node.attributes.emplace_back(name, value);
-}
-
-bool ModelRemoveAttribute(PlainNode& node, const WideString& name) {
-    for (std::size_t i = 0; i < node.attributes.size(); ++i) {
-        if (node.attributes[i].first != name) continue;
-        node.attributes.erase(At(node.attributes, i));
-        return true;
-    }
-    return false;
-}
-
-bool ModelRemoveChildWhere(PlainNode& parent, const WideString& attribute, const WideString& value,
-                           std::uint64_t occurrence, bool matchName) {
-    if (attribute.empty() && !matchName) return false;
-    std::uint64_t matches = 0;
-    for (std::size_t i = 0; i < parent.children.size(); ++i) {
-        if (occurrence != kFirst && matches > occurrence) return false;
-        const PlainNode& child = parent.children[i];
-        bool match = child.name == value;
-        if (!attribute.empty()) {
-            const WideString* found = ModelGetAttribute(child, attribute);
-            if (found == nullptr && !matchName) continue;
-            if (found != nullptr) match = *found == value;
-        }
-        if (!match) continue;
-        if (occurrence == kFirst || matches == occurrence) {
-            parent.children.erase(At(parent.children, i));
-            return true;
-        }
-        ++matches;
-    }
-    return false;
-}
-
-// Whether both are the same tree, indices included.
-bool IsSame(const XmlNode& node, const PlainNode& plain) {
-    if (node.kind != plain.kind || node.name.View() != plain.name || node.value.View() != plain.value)
-        return false;
-    if (node.attributes.Size() != plain.attributes.size() || node.children.Size() != plain.children.size())
-        return false;
-    for (std::size_t i = 0; i < plain.attributes.size(); ++i) {
-        const XmlAttribute& attribute = node.attributes.At(i);
-        if (attribute.name.View() != plain.attributes[i].first) return false;
-        if (attribute.value.View() != plain.attributes[i].second) return false;
-    }
-    for (std::size_t i = 0; i < plain.children.size(); ++i) {
-        const XmlNode& child = *node.children.At(i);
-        if (child.index != static_cast<std::int64_t>(i) || !IsSame(child, plain.children[i])) return false;
-    }
-    return true;
-}
-
-// ---- One document and its model under the same changes
-
+// One document and its model under the same changes.
 class Editor {
   public:
     explicit Editor(std::uint64_t seed, std::size_t mostChildren)
@@ -277,7 +202,7 @@ class Editor {
         const std::uint64_t occurrence = Occurrence();
         const bool matchName = random_.OneIn(2);
         return document_.RemoveChildWhere(place.node, attribute, value, occurrence, matchName) ==
-               ModelRemoveChildWhere(*place.plain, attribute, value, occurrence, matchName);
+               test::ModelRemoveChildWhere(*place.plain, attribute, value, occurrence, matchName);
     }
 
     bool RemoveAllWhere(const Place& place) {
@@ -287,7 +212,8 @@ class Editor {
         const std::uint64_t first = random_.OneIn(6) ? Occurrence() : 1 + random_.Below(4);
         const bool matchName = random_.OneIn(2);
         std::size_t removed = 0;
-        while (ModelRemoveChildWhere(*place.plain, attribute, value, first == kFirst ? 0 : first, matchName))
+        while (test::ModelRemoveChildWhere(*place.plain, attribute, value, first == kFirst ? 0 : first,
+                                           matchName))
             ++removed;
         return document_.RemoveChildrenWhere(place.node, attribute, value, first, matchName) == removed;
     }
@@ -297,14 +223,14 @@ class Editor {
         const WideString name = Key();
         std::optional<WideString> value;
         if (!random_.OneIn(8)) value = Value();
-        ModelSetAttribute(*place.plain, name, value.value_or(WideString()));
+        test::ModelSetAttribute(*place.plain, name, value.value_or(WideString()));
         return document_.SetAttribute(place.node, name, View(value));
     }
 
     bool RemoveAttribute(const Place& place) {
         log_ = "RemoveAttribute";
         const WideString name = Key();
-        return document_.RemoveAttribute(place.node, name) == ModelRemoveAttribute(*place.plain, name);
+        return document_.RemoveAttribute(place.node, name) == test::ModelRemoveAttribute(*place.plain, name);
     }
 
     bool SetText(const Place& place) {
@@ -338,7 +264,7 @@ class Editor {
 
     static bool LookUpAttribute(const Place& place, const WideString& key) {
         WideView found;
-        const WideString* expected = ModelGetAttribute(*place.plain, key);
+        const WideString* expected = test::ModelGetAttribute(*place.plain, key);
         const bool has = XmlDocument::GetAttribute(place.node, key, found);
         return has == (expected != nullptr) && (!has || found == *expected);
     }
@@ -376,7 +302,7 @@ class Editor {
         for (std::size_t i = 0; i < place.plain->children.size() && expected == nullptr; ++i) {
             const PlainNode& child = place.plain->children[i];
             if (child.kind != XmlNodeKind::Element || child.name != "Table"_w) continue;
-            const WideString* name = ModelGetAttribute(child, Wide("name"));
+            const WideString* name = test::ModelGetAttribute(child, Wide("name"));
             if (name != nullptr && *name == value) expected = place.node->children.At(i);
         }
         return XmlDocument::FindTableElement(place.node, value) == expected;
@@ -386,7 +312,7 @@ class Editor {
         XmlNode* const untouched = place.node;
         const XmlNode* expected = untouched;
         for (std::size_t i = 0; i < place.plain->children.size() && expected == untouched; ++i) {
-            const WideString* name = ModelAnyAttribute(place.plain->children[i], Wide("name"));
+            const WideString* name = test::ModelAnyAttribute(place.plain->children[i], Wide("name"));
             if (name != nullptr && (value.empty() || *name == value)) expected = place.node->children.At(i);
         }
         XmlNode* found = untouched;

@@ -1,5 +1,7 @@
 // How trees shrink: by node, by content, by attribute name.
 #include <gtest/gtest.h>
+#include <optional>
+#include <vector>
 
 #include "mox_xmlApi/xml/xml_document.h"
 #include "tests/unit/xml_support.h"

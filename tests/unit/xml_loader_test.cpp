@@ -1,10 +1,10 @@
 // From bytes to a tree: files and memory images, wide and narrow.
 #include <cstdint>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "mox_xmlApi/xml/xml_document.h"
 #include "tests/unit/scratch_file.h"

@@ -11,6 +11,7 @@ namespace {
 
 using test::OracleParsed;
 using test::Parsed;
+using test::Wide;
 
 bool Agree(const WideString& text) {
     return Parsed(WideView(text)) == OracleParsed(text);
@@ -67,17 +68,36 @@ TEST(XmlParserOracle, AgreesOverEveryCutOfADocument) {
 }
 
 TEST(XmlParserOracle, AgreesOverEveryTextOfAFewUnits) {
-    const WideString units = test::Wide("<>/a!-?\"= &");
+    const WideString units = Wide("<>/a!-?\"= &");
     for (std::size_t length = 0; length <= 4; ++length) {
         std::size_t texts = 1;
         for (std::size_t i = 0; i < length; ++i)
             texts *= units.size();
         for (std::size_t number = 0; number < texts && !HasFailure(); ++number) {
-            WideString text = test::Wide("<a/");
+            WideString text = Wide("<a/");
             for (std::size_t i = 0, rest = number; i < length; ++i, rest /= units.size())
                 text += units[rest % units.size()];
             ExpectAgreement(text, "after <a/");
             ExpectAgreement(text.substr(3), "alone");
+        }
+    }
+}
+
+// Something special at every place of a run of every length: a parser may look at several units at once.
+TEST(XmlParserOracle, AgreesWhereverARunIsInterrupted) {
+    const WideString specials[] = {
+        Wide("&lt;"),          Wide("&amp;&gt;"), Wide("<b/>"), Wide("\""),      WideString(1, wchar16{0}),
+        Wide(u"\u00E9\u4E2D"), Wide("&bad;"),     Wide("> \n"), Wide("<!--c-->")};
+    for (std::size_t length = 0; length <= 36 && !HasFailure(); ++length) {
+        for (std::size_t at = 0; at <= length; ++at) {
+            for (const WideString& special : specials) {
+                const WideString run = WideString(length, wchar16{'x'}).insert(at, special);
+                ExpectAgreement(Wide("<a>") + run + Wide("</a>"), "text");
+                ExpectAgreement(Wide("<a k=\"") + run + Wide("\"/>"), "attribute");
+                ExpectAgreement(Wide("<!--") + run + Wide("-->"), "comment");
+                ExpectAgreement(Wide("<a") + run + Wide("/>"), "name");
+                ExpectAgreement(Wide("<a>") + run, "end");
+            }
         }
     }
 }

@@ -1,6 +1,5 @@
 // The writer against its slow double, and round trips, over trees by chance.
 #include <gtest/gtest.h>
-#include <string>
 
 #include "mox_xmlApi/xml/xml_writer.h"
 #include "tests/unit/parser_oracle.h"

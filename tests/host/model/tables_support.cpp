@@ -1,0 +1,176 @@
+#include "tests/host/model/tables_support.h"
+
+#include <algorithm>
+
+namespace host::model {
+namespace {
+
+constexpr std::uint16_t kWideText = 31;
+
+bool IsOwner(unsigned owner) {
+    return owner == 0 || owner == 1 || owner == 2 || owner == 4;
+}
+
+// What a host's record takes of a text. A wide one that has no narrow form is refused by the record itself.
+bool Store(const Text& text, PlainValue& record) {
+    if (HasNarrowForm(text)) {
+        record.value = text;
+        return true;
+    }
+    return record.type == kWideText;
+}
+
+void StoreName(const Text& name, PlainValue& record) {
+    if (!name.empty()) record.name = name.substr(0, 259);
+}
+
+bool FillValue(const EntryValue& entry, const EntryUi& entryUi, bool isAlone, PlainValue& record) {
+    record.id = entry.id;
+    record.type = entry.type;
+    const bool fallsBack = isAlone && entry.value.empty() && entry.type != kWideText;
+    if (!Store(fallsBack ? entryUi.value : entry.value, record)) return false;
+    StoreName(entry.name, record);
+    return true;
+}
+
+bool FillUi(const EntryValue& entry, const EntryUi& entryUi, PlainUi& record) {
+    record.id = entry.id;
+    record.type = entry.type;
+    record.control = entryUi.control;
+    record.index = entryUi.index;
+    record.owner = entryUi.owner;
+    if (!entryUi.comment.empty()) record.comment = entryUi.comment;
+    StoreName(entry.name, record);
+    if (!entryUi.name.empty()) record.userName = entryUi.name;
+    return Store(entryUi.value, record);
+}
+
+struct Places {
+    bool own = false;
+    bool ui = false;
+};
+
+Places PlacesOf(const NodePtr& entry) {
+    EntryValue value;
+    EntryUi ui;
+    if (entry == nullptr || !ReadEntry(*entry, value, ui)) return {};
+    return {!value.value.empty(), !ui.value.empty()};
+}
+
+EntryValue FromHost(const PlainValue& record) {
+    EntryValue value;
+    value.mask = record.mask & 0x000F;
+    value.name = record.name;
+    value.type = record.type;
+    value.id = record.id;
+    value.value = record.value.value_or(Text());
+    return value;
+}
+
+// All but the value.
+EntryUi FromHost(const PlainUi& record) {
+    EntryUi ui;
+    ui.control = record.control;
+    ui.index = record.index;
+    ui.owner = record.owner;
+    ui.comment = record.comment.value_or(Text());
+    ui.name = record.userName.value_or(Text());
+    return ui;
+}
+
+Text KeyOf(const PlainValue* value, const PlainUi* ui) {
+    return value != nullptr ? value->name : ui != nullptr ? ui->name : Text();
+}
+
+NodePtr EntryAt(const Node& table, const Place& place, const Text& key) {
+    return place.byName ? FindEntry(table, key) : NextElement(table, place.after.get());
+}
+
+}  // namespace
+
+bool HasNarrowForm(const Text& text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const unsigned unit = text[i];
+        if (unit < 0xD800 || unit > 0xDFFF) continue;
+        const unsigned next = i + 1 < text.size() ? text[i + 1] : 0;
+        if (unit > 0xDBFF || next < 0xDC00 || next > 0xDFFF) return false;
+        ++i;
+    }
+    return true;
+}
+
+bool Get(const Node& table, Place& place, PlainValue* value, PlainUi* ui) {
+    EntryValue entryValue;
+    EntryUi entryUi;
+    if (value != nullptr && place.byName) {
+        entryValue.id = value->id;
+        entryValue.name = value->name;
+    } else if (value != nullptr) {
+        *value = PlainValue{{}, 0, 0, 0, value->value};
+    }
+    if (ui != nullptr) *ui = PlainUi();
+
+    const NodePtr entry = EntryAt(table, place, entryValue.name);
+    if (entry == nullptr) return false;
+    if (!place.byName) place.after = entry;
+    if (!ReadEntry(*entry, entryValue, entryUi)) return false;
+    if (value != nullptr && !FillValue(entryValue, entryUi, ui == nullptr, *value)) return false;
+    return ui == nullptr || FillUi(entryValue, entryUi, *ui);
+}
+
+bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, bool mark) {
+    const NodePtr entry = EntryAt(table, place, KeyOf(value, ui));
+    const Places places = PlacesOf(entry);
+    if (ui != nullptr && !IsOwner(ui->owner)) ui->owner = 0;
+
+    EntryValue newValue = value != nullptr ? FromHost(*value) : EntryValue();
+    EntryUi newUi = ui != nullptr ? FromHost(*ui) : EntryUi();
+    if (ui != nullptr) newUi.value = ui->value.value_or(Text());
+    bool writesValue = value != nullptr && places.own;
+    bool writesUi = ui != nullptr && places.ui;
+    if (!writesValue && !writesUi && value != nullptr) {
+        if (value->value) newUi.value = *value->value;
+        newValue.value.clear();
+        writesValue = true;
+        writesUi = true;
+    }
+
+    if (entry == nullptr) return false;
+    if (!place.byName) place.after = entry;
+    if (!force && HasAttribute(*entry, "eud", "true")) return true;
+    WriteEntry(*entry, writesValue ? &newValue : nullptr, writesUi ? &newUi : nullptr, false);
+    if (mark) {
+        Mark(table, *entry);
+    } else if (place.byName) {
+        RemoveAttribute(*entry, "eud");
+    }
+    return true;
+}
+
+bool Add(Node& table, const Node* before, const PlainValue* value, const PlainUi* ui, bool mark,
+         bool update) {
+    if (ui != nullptr && ui->control == 0xFFFF) ui = nullptr;
+    const Places first = PlacesOf(NextElement(table, nullptr));
+    EntryValue newValue = value != nullptr ? FromHost(*value) : EntryValue();
+    EntryUi newUi = ui != nullptr ? FromHost(*ui) : EntryUi();
+    if (ui != nullptr && ui->type == kWideText) newUi.value = ui->value.value_or(Text());
+    if (ui != nullptr && ui->type != kWideText && value != nullptr)
+        newUi.value = value->value.value_or(Text());
+    bool writesUi = ui != nullptr;
+    if (value != nullptr && ui == nullptr && !first.own && first.ui) {
+        newUi.value = newValue.value;
+        newValue.value.clear();
+        writesUi = true;
+    }
+    return AddEntry(table, before,
+                    {KeyOf(value, ui), value != nullptr ? &newValue : nullptr, writesUi ? &newUi : nullptr,
+                     mark, update});
+}
+
+void RemoveVars(Node& table) {
+    const auto isVar = [](const NodePtr& child) { return child->name == Wide("Var"); };
+    table.children.erase(std::remove_if(table.children.begin(), table.children.end(), isVar),
+                         table.children.end());
+}
+
+}  // namespace host::model
