@@ -10,6 +10,7 @@
 #include "mox_xmlApi/profile/keys.h"
 #include "mox_xmlApi/profile/profile_save.h"
 #include "mox_xmlApi/profile/sections.h"
+#include "mox_xmlApi/xml/xml_names.h"
 
 using mox::CopyToBuffer;
 using mox::operator""_w;
@@ -62,11 +63,10 @@ uint32_t xmlProfileSave(moxSettings* handle, const wchar16* path, uint32_t mode,
 void* xmlGetProfileSection(moxSettings* handle, const wchar16* section, uint32_t* editable) {
     SetFlag(editable, true);
     if (handle == nullptr) return nullptr;
-    bool isEditable = false;
-    mox::XmlNode* element = mox::FindSection(*handle, ViewOf(section), isEditable);
+    mox::XmlNode* element = mox::FindSection(*handle, ViewOf(section));
     if (element == nullptr) return nullptr;
     auto table = mox::NewSectionHandle(*handle, element);
-    SetFlag(editable, isEditable);
+    SetFlag(editable, mox::IsEditable(*element));
     return table.release();
 }
 
@@ -78,10 +78,7 @@ void* xmlEnumProfileSections(moxSettings* handle, uintptr_t* position, wchar16* 
 
     // The position variable holds the address of a cell with the section returned last.
     auto* cell = reinterpret_cast<mox::XmlNode**>(*position);
-    WideView sectionName;
-    bool isEditable = false;
-    mox::XmlNode* section =
-        mox::NextSection(*handle, cell == nullptr ? nullptr : *cell, sectionName, isEditable);
+    mox::XmlNode* section = mox::NextSection(*handle, cell == nullptr ? nullptr : *cell);
     if (section == nullptr) {
         delete cell;
         *position = 0;
@@ -91,7 +88,9 @@ void* xmlEnumProfileSections(moxSettings* handle, uintptr_t* position, wchar16* 
     if (cell == nullptr) cell = new mox::XmlNode*;
     *cell = section;
     *position = reinterpret_cast<uintptr_t>(cell);
-    SetFlag(editable, isEditable);
+    SetFlag(editable, mox::IsEditable(*section));
+    WideView sectionName;
+    mox::XmlDocument::GetAttribute(section, mox::names::kName, sectionName);
     if (name != nullptr) CopyToBuffer(sectionName, name, nameLength);
     return table.release();
 }

@@ -11,34 +11,28 @@
 namespace mox {
 namespace {
 
-// The handle that keys need for the time of one call. It costs no memory.
-struct BoundSection {
-    BoundSection(const moxSettings& settings, XmlNode* element)
-        : handle(settings.document.Pool(), element, header) {}
-
-    TableHeader header;
-    TableHandle handle;
-};
-
-bool UpdateKey(const BoundSection& section, XmlNode* entry, EntryValueRecord& record) {
+bool UpdateKey(const TableCursor& section, XmlNode* entry, EntryValueRecord& record) {
     record.writeMask = kWriteValue;
-    const bool written = WriteEntry(section.handle.cursor, entry, &record, nullptr, false);
-    section.handle.cursor.document->RemoveAttribute(entry, names::kEud);
+    const bool written = WriteEntry(section, entry, &record, nullptr, false);
+    section.document->RemoveAttribute(entry, names::kEud);
     return written;
 }
 
 }  // namespace
 
 bool ReadKeyValue(const moxSettings& settings, WideView section, WideView key, WideView& value) noexcept {
-    bool editable = false;
-    XmlNode* element = FindSection(settings, section, editable);
+    XmlNode* element = FindSection(settings, section);
     if (element == nullptr) return false;
-    const BoundSection bound(settings, element);
-    const XmlNode* entry = FindEntry(bound.handle.cursor, key);
+    const TableHandle handle(settings.document.Pool(), element);
+    const XmlNode* entry = FindEntry(handle.cursor, key);
     EntryValueRecord record;
-    EntryUiRecord ui;
-    if (entry == nullptr || !ReadEntry(bound.handle.cursor, *entry, &record, &ui)) return false;
-    value = record.Value.empty() ? ui.Value : record.Value;
+    if (entry == nullptr || !ReadEntry(handle.cursor, *entry, &record, nullptr)) return false;
+    value = record.Value;
+    if (value.empty()) {
+        EntryUiRecord ui;
+        ReadEntry(handle.cursor, *entry, nullptr, &ui);
+        value = ui.Value;
+    }
     return true;
 }
 
@@ -48,28 +42,26 @@ bool WriteKeyValue(moxSettings& settings, WideView section, WideView key, WideVi
     record.Value = value;
     record.type = kTypeString;
 
-    bool flag = false;
-    XmlNode* element = FindSection(settings, section, flag);
-    if (element == nullptr) element = ObtainSection(settings, TableHeader{section}, flag);
+    XmlNode* element = FindSection(settings, section);
+    bool eud = false;
+    if (element == nullptr) element = ObtainSection(settings, TableHeader{section}, eud);
     if (element == nullptr) return false;
-    const BoundSection bound(settings, element);
-    if (!bound.handle.cursor.IsReady()) return false;
-    if (XmlNode* entry = FindEntry(bound.handle.cursor, key); entry != nullptr)
-        return UpdateKey(bound, entry, record);
-    return AddEntry(bound.handle.cursor, nullptr, key, &record, nullptr, false, false);
+    const TableHandle handle(settings.document.Pool(), element);
+    if (!handle.cursor.IsReady()) return false;
+    if (XmlNode* entry = FindEntry(handle.cursor, key); entry != nullptr)
+        return UpdateKey(handle.cursor, entry, record);
+    return AddEntry(handle.cursor, nullptr, key, &record, nullptr, false, false);
 }
 
 bool RemoveKey(moxSettings& settings, WideView section, WideView key) noexcept {
-    bool editable = false;
-    XmlNode* element = FindSection(settings, section, editable);
+    XmlNode* element = FindSection(settings, section);
     if (element == nullptr) return false;
-    const BoundSection bound(settings, element);
-    return RemoveEntry(bound.handle.cursor, key, -1, true);
+    const TableHandle handle(settings.document.Pool(), element);
+    return RemoveEntry(handle.cursor, key, -1, true);
 }
 
 bool RemoveSection(moxSettings& settings, WideView section) noexcept {
-    bool editable = false;
-    return DeleteSection(settings, FindSection(settings, section, editable)) == 1;
+    return DeleteSection(settings, FindSection(settings, section)) == 1;
 }
 
 }  // namespace mox

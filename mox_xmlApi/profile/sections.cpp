@@ -18,16 +18,16 @@ bool SetNumber(XmlDocument& document, XmlNode* section, WideView name, WideView 
     return document.SetAttribute(section, name, text.View());
 }
 
-void StampSection(moxSettings& settings, XmlNode* section, const TableHeader& header, bool editable,
-                  bool& eud) {
+void StampSection(moxSettings& settings, XmlNode* section, const TableHeader& header, bool& eud) {
     XmlDocument& document = settings.document;
     TableHeader found;
     const TableHandle handle(document.Pool(), section, found);
-    const bool stamped =
-        handle.cursor.IsReady() && document.SetAttribute(section, names::kName, header.name) &&
-        document.SetAttribute(section, names::kEditable, editable ? names::kTrue : names::kFalse) &&
-        SetNumber(document, section, names::kFirstId, "%u"_w, header.first_id) &&
-        SetNumber(document, section, names::kType, "%04X"_w, header.type);
+    const bool stamped = handle.cursor.IsReady() &&
+                         document.SetAttribute(section, names::kName, header.name) &&
+                         document.SetAttribute(section, names::kEditable,
+                                               IsEditable(*section) ? names::kTrue : names::kFalse) &&
+                         SetNumber(document, section, names::kFirstId, "%u"_w, header.first_id) &&
+                         SetNumber(document, section, names::kType, "%04X"_w, header.type);
     if (!stamped) throw kStampFailed;
     eud = HasAttributeTrue(*section, names::kEud);
 }
@@ -46,26 +46,23 @@ XmlNode* NewSection(moxSettings& settings, const TableHeader& header) {
 
 }  // namespace
 
-XmlNode* FindSection(const moxSettings& settings, WideView name, bool& editable) noexcept {
-    XmlNode* section = XmlDocument::FindTableElement(settings.root, name);
-    editable = section != nullptr && HasAttributeTrue(*section, names::kEditable);
-    return section;
+XmlNode* FindSection(const moxSettings& settings, WideView name) noexcept {
+    return settings.document.FindTableElement(settings.root, name);
 }
 
-XmlNode* NextSection(const moxSettings& settings, XmlNode* current, WideView& name, bool& editable) noexcept {
-    XmlNode* section = XmlDocument::NextChildElement(settings.root, current);
-    editable = section != nullptr && HasAttributeTrue(*section, names::kEditable);
-    name = WideView();
-    if (section != nullptr) XmlDocument::GetAttribute(section, names::kName, name);
-    return section;
+bool IsEditable(const XmlNode& section) noexcept {
+    return HasAttributeTrue(section, names::kEditable);
+}
+
+XmlNode* NextSection(const moxSettings& settings, XmlNode* current) noexcept {
+    return XmlDocument::NextChildElement(settings.root, current);
 }
 
 XmlNode* ObtainSection(moxSettings& settings, const TableHeader& header, bool& eud) {
     eud = false;
-    bool editable = false;
-    XmlNode* section = FindSection(settings, header.name, editable);
+    XmlNode* section = FindSection(settings, header.name);
     if (section == nullptr) return NewSection(settings, header);
-    StampSection(settings, section, header, editable, eud);
+    StampSection(settings, section, header, eud);
     return section;
 }
 

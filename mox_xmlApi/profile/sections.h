@@ -16,13 +16,15 @@ namespace mox {
 // What leaves xmlWriteProfileSection and xmlProfileSave when a section that exists cannot be stamped anew.
 inline constexpr auto kStampFailed = static_cast<std::int32_t>(0x80000008U);
 
-// The first section called `name`, or null. `editable` becomes its flag; false without a section. Does not
-// throw.
-XmlNode* FindSection(const moxSettings& settings, WideView name, bool& editable) noexcept;
+// The first section called `name`, or null. Does not throw.
+XmlNode* FindSection(const moxSettings& settings, WideView name) noexcept;
+
+// Whether a section carries "editable"="true".
+bool IsEditable(const XmlNode& section) noexcept;
 
 // The first element under the root after `current`, or the first of all when that is null; null at the end.
 // Its name (empty without one) and flag go into the outputs. Does not throw.
-XmlNode* NextSection(const moxSettings& settings, XmlNode* current, WideView& name, bool& editable) noexcept;
+XmlNode* NextSection(const moxSettings& settings, XmlNode* current) noexcept;
 
 // The section that `header` names: stamped with its name, first id and type when it exists (its editable flag
 // never changes), made with all of `header` when it does not. `eud` tells whether a section that existed

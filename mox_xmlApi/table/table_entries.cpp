@@ -113,7 +113,7 @@ bool SetByName(const TableCursor& cursor, XmlNode* entry, const Change& change, 
 
 XmlNode* FindEntry(const TableCursor& cursor, WideView name) noexcept {
     XmlNode* entry = nullptr;
-    XmlDocument::FindChildByNameAttribute(cursor.table, name, entry);
+    cursor.document->FindChildByNameAttribute(cursor.table, name, entry);
     return entry;
 }
 

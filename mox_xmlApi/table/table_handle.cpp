@@ -9,6 +9,9 @@ TableHandle::TableHandle(XmlPool& shared, XmlNode* element, TableHeader& header)
     Open(header, true);
 }
 
+TableHandle::TableHandle(XmlPool& shared, XmlNode* element)
+    : document(shared, element), cursor{true, true, &document, element, false} {}
+
 bool TableHandle::Open(TableHeader& header, bool withSchema) {
     const bool opened = OpenTable(cursor, header, withSchema);
     cursor.documentReady = opened;

@@ -13,6 +13,8 @@ struct TableHandle {
     // A table over an element that lies in another document's tree, in the pool `shared`. It never frees the
     // element and must not outlive it. The cursor is ready; `header` takes what the element says.
     TableHandle(XmlPool& shared, XmlNode* element, TableHeader& header);
+    // The same for callers that want nothing of the header: it is not read.
+    TableHandle(XmlPool& shared, XmlNode* element);
     TableHandle(const TableHandle&) = delete;
     TableHandle& operator=(const TableHandle&) = delete;
 

@@ -1,5 +1,8 @@
 #include "mox_xmlApi/xml/xml_document.h"
 
+#include <algorithm>
+
+#include "mox_xmlApi/xml/child_index.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
@@ -119,6 +122,7 @@ void XmlDocument::DestroyNode(XmlNode*& node) noexcept {
         auto* parent = reinterpret_cast<XmlNode*>(static_cast<std::intptr_t>(current->index));
         for (XmlAttribute& attribute : current->attributes)
             ReleaseAttribute(attribute, *pool_);
+        ChildIndex::GiveUp(*pool_, *current);
         current->attributes.Release(*pool_);
         current->children.Release(*pool_);
         current->name.Release(*pool_);
@@ -146,6 +150,7 @@ XmlNode* XmlDocument::InsertChild(XmlNode* parent, WideView name, std::optional<
     XmlNode* child = CreateNode(name, value, kind);
     const std::size_t position =
         before == nullptr ? parent->children.Size() : static_cast<std::size_t>(before->index);
+    ChildIndex::BeforeInsert(*pool_, *parent, position);
     parent->children.Insert(position, child);
     return child;
 }
@@ -165,14 +170,21 @@ bool XmlDocument::AppendNode(XmlNode* parent, XmlNode* node) {
 }
 
 XmlNode* XmlDocument::DetachLastChild(XmlNode* parent) noexcept {
+    if (parent->children.IsEmpty()) return nullptr;
+    ChildIndex::BeforeRemove(*pool_, *parent, *parent->children.end()[-1]);
     return parent->children.RemoveLast();
+}
+
+void XmlDocument::RemoveChild(XmlNode& parent, XmlNode* child) noexcept {
+    ChildIndex::BeforeRemove(*pool_, parent, *child);
+    parent.children.RemoveAt(static_cast<std::size_t>(child->index));
+    DestroyNode(child);
 }
 
 int XmlDocument::RemoveNode(XmlNode* parent, XmlNode* node) noexcept {
     if (parent == nullptr || node == nullptr || !IsElement(*node) || !parent->children.Contains(node))
         return 0;
-    parent->children.RemoveAt(static_cast<std::size_t>(node->index));
-    DestroyNode(node);
+    RemoveChild(*parent, node);
     return 1;
 }
 
@@ -184,8 +196,7 @@ bool XmlDocument::RemoveChildWhere(XmlNode* parent, WideView attributeName, Wide
     for (XmlNode* child : parent->children) {
         if (!matches(*child)) continue;
         if (occurrence == kFirstMatch || earlier == occurrence) {
-            parent->children.RemoveAt(static_cast<std::size_t>(child->index));
-            DestroyNode(child);
+            RemoveChild(*parent, child);
             return true;
         }
         ++earlier;
@@ -198,7 +209,14 @@ std::size_t XmlDocument::RemoveChildrenWhere(XmlNode* parent, WideView attribute
     const ContentMatch matches{attributeName, value, matchElementName};
     if (matches.IsRefused() || parent == nullptr) return 0;
     const std::uint64_t keep = firstOccurrence == kFirstMatch ? 0 : firstOccurrence;
+    const bool byName = SameText(attributeName, names::kName) && !value.empty() && !matchElementName;
+    XmlNode* sole = nullptr;
+    if (byName && keep == 0 && ChildIndex::FindSole(*pool_, *parent, value, sole)) {
+        if (sole != nullptr) RemoveChild(*parent, sole);
+        return sole != nullptr ? 1 : 0;
+    }
     std::uint64_t earlier = 0;
+    ChildIndex::GiveUp(*pool_, *parent);
     return parent->children.KeepIf([&](XmlNode* child) {
         if (!matches(*child) || earlier++ < keep) return true;
         DestroyNode(child);
@@ -209,6 +227,7 @@ std::size_t XmlDocument::RemoveChildrenWhere(XmlNode* parent, WideView attribute
 bool XmlDocument::RemoveAttribute(XmlNode* node, WideView name) noexcept {
     XmlAttribute* attribute = node == nullptr ? nullptr : FindInAttributes(*node, name);
     if (attribute == nullptr) return false;
+    if (SameText(name, names::kName)) ChildIndex::BeforeRename(*pool_, *node);
     ReleaseAttribute(*attribute, *pool_);
     node->attributes.RemoveAt(static_cast<std::size_t>(attribute - node->attributes.begin()));
     return true;
@@ -229,6 +248,8 @@ bool XmlDocument::SetAttribute(XmlNode* node, WideView name, std::optional<WideV
     if (node == nullptr) return false;
     const WideView text = value.value_or(WideView());
     if (XmlAttribute* attribute = FindInAttributes(*node, name); attribute != nullptr) {
+        const bool renames = SameText(name, names::kName) && !SameText(attribute->value.View(), text);
+        if (renames) ChildIndex::BeforeRename(*pool_, *node);
         attribute->value.Assign(*pool_, text);
         return true;
     }
@@ -241,6 +262,7 @@ bool XmlDocument::SetAttribute(XmlNode* node, WideView name, std::optional<WideV
         ReleaseAttribute(attribute, *pool_);
         throw;
     }
+    if (SameText(name, names::kName)) ChildIndex::BeforeRename(*pool_, *node);
     node->attributes.Append(attribute);
     return true;
 }
@@ -276,25 +298,36 @@ XmlNode* XmlDocument::FindChildElement(const XmlNode* parent, WideView name) noe
     return FindChildElement(parent, name, position);
 }
 
-XmlNode* XmlDocument::FindTableElement(const XmlNode* parent, WideView tableName) noexcept {
+XmlNode* XmlDocument::FindTableElement(XmlNode* parent, WideView tableName) const noexcept {
     if (parent == nullptr) return nullptr;
+    const auto isTable = [](const XmlNode& node) { return IsElement(node) && HasName(node, names::kTable); };
+    if (!tableName.empty()) {
+        XmlNode* first = ChildIndex::Find(*pool_, *parent, tableName);
+        if (first == nullptr || isTable(*first)) return first;
+    }
     for (XmlNode* child : parent->children) {
-        if (!IsElement(*child) || !HasName(*child, names::kTable)) continue;
+        if (!isTable(*child)) continue;
         const XmlAttribute* name = FindInAttributes(*child, names::kName);
         if (name != nullptr && SameText(name->value.View(), tableName)) return child;
     }
     return nullptr;
 }
 
-bool XmlDocument::FindChildByNameAttribute(const XmlNode* parent, WideView value, XmlNode*& out) noexcept {
+bool XmlDocument::FindChildByNameAttribute(XmlNode* parent, WideView value, XmlNode*& out) const noexcept {
     if (parent == nullptr) return false;
-    for (XmlNode* child : parent->children) {
-        const XmlAttribute* name = FindInAttributes(*child, names::kName);
-        if (name == nullptr || (!value.empty() && !SameText(name->value.View(), value))) continue;
-        out = child;
-        return true;
+    XmlNode* found = nullptr;
+    if (!value.empty()) {
+        found = ChildIndex::Find(*pool_, *parent, value);
+    } else {
+        const auto hasName = [](const XmlNode* child) {
+            return FindInAttributes(*child, names::kName) != nullptr;
+        };
+        XmlNode* const* first = std::find_if(parent->children.begin(), parent->children.end(), hasName);
+        if (first != parent->children.end()) found = *first;
     }
-    return false;
+    if (found == nullptr) return false;
+    out = found;
+    return true;
 }
 
 }  // namespace mox

@@ -112,10 +112,10 @@ class XmlDocument {
     // The first child element called `name`, or null.
     static XmlNode* FindChildElement(const XmlNode* parent, WideView name) noexcept;
     // The first "Table" element of `parent` whose "name" is `tableName`, or null. `parent` may be null.
-    static XmlNode* FindTableElement(const XmlNode* parent, WideView tableName) noexcept;
+    XmlNode* FindTableElement(XmlNode* parent, WideView tableName) const noexcept;
     // The first child of any kind whose "name" is `value`; with an empty `value` the first that has a "name"
     // at all. False and `out` untouched when there is none.
-    static bool FindChildByNameAttribute(const XmlNode* parent, WideView value, XmlNode*& out) noexcept;
+    bool FindChildByNameAttribute(XmlNode* parent, WideView value, XmlNode*& out) const noexcept;
 
     // ---- Loading (once) --------------------------------------------------------------------------------------
 
@@ -142,6 +142,7 @@ class XmlDocument {
     XmlNode* root = nullptr;
 
   private:
+    void RemoveChild(XmlNode& parent, XmlNode* child) noexcept;
     bool CanLoad() const noexcept { return writable && !loaded; }
     XmlNode* NewDocumentNode();
     bool FinishLoad(wchar16* text, std::size_t length);

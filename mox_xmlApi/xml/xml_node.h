@@ -28,13 +28,18 @@ struct XmlAttribute {
     XmlText value{};
 };
 
+class ChildIndex;
+
 struct XmlNode {
     XmlNodeKind kind;
+    std::uint32_t scanned : 31 = 0;   // the account from which an index of the children is paid
+    std::uint32_t isCovered : 1 = 0;  // an index of the parent's children may know this node by its name
     std::int64_t index = -1;
     XmlText name{};
     XmlText value{};
     XmlArray<XmlAttribute> attributes{};
     XmlList<XmlNode> children{};
+    ChildIndex* childIndex = nullptr;
 };
 
 }  // namespace mox

@@ -36,6 +36,14 @@ void XmlPool::AddSlab(std::size_t atLeast) {
     nextSlabSize_ = std::min(nextSlabSize_ * 2, kLargestSlab);
 }
 
+void* XmlPool::TryAllocate(std::size_t bytes) noexcept {
+    try {
+        return Allocate(bytes);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 void XmlPool::Reserve(std::size_t bytes) {
     if (bytes <= static_cast<std::size_t>(end_ - next_)) return;
     if (bytes > std::numeric_limits<std::size_t>::max() / 2) throw std::bad_alloc();

@@ -13,6 +13,7 @@
 #include <array>
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <type_traits>
@@ -75,6 +76,13 @@ class XmlPool {
     // Makes room for small blocks of `bytes` bytes together, in one piece: a load knows roughly what it is
     // going to need. Throws std::bad_alloc and changes nothing then.
     void Reserve(std::size_t bytes);
+
+    // Allocate for what can be done without: null when there is no memory.
+    void* TryAllocate(std::size_t bytes) noexcept;
+
+    // How often the name of a child has changed that an index of its parent knows.
+    std::uint64_t Renames() const noexcept { return renames_; }
+    void CountRename() noexcept { ++renames_; }
 
     // How many bytes a block has that was asked for with `bytes`: callers may use them all.
     static std::size_t BlockSize(std::size_t bytes) noexcept {
@@ -144,6 +152,7 @@ class XmlPool {
     LargeBlock* large_ = nullptr;
     std::size_t nextSlabSize_ = 2 * kFirstSlab;
     std::size_t bytesHeld_ = kFirstSlab;
+    std::uint64_t renames_ = 0;
     std::array<FreeBlock*, kClasses> free_{};
 };
 

@@ -3,12 +3,9 @@
 #include <vector>
 
 #include "tests/faults/failing_memory_support.h"
+#include "tests/faults/filled_pipe_support.h"
 #include "tests/faults/memory_script_support.h"
 #include "tests/host/host_support.h"
-
-#if !defined(_WIN32)
-#include <unistd.h>
-#endif
 
 namespace faults {
 namespace {
@@ -111,29 +108,6 @@ TEST(FailingMemory, TextThatIsNoDocumentGivesNullOrBadAlloc) {
 }
 
 #if !defined(_WIN32)
-
-// A pipe that holds the text and has no writer any more; its path is good for one load.
-class FilledPipe {
-  public:
-    ~FilledPipe() {
-        if (reader_ >= 0) close(reader_);
-    }
-
-    void Fill(std::string_view text) {
-        if (reader_ >= 0) close(reader_);
-        int ends[2] = {-1, -1};
-        ASSERT_EQ(pipe(ends), 0);
-        reader_ = ends[0];
-        ASSERT_EQ(write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
-        close(ends[1]);
-        path_ = host::WidePath("/proc/self/fd/" + std::to_string(reader_));
-    }
-    const wchar16* Path() const { return path_.c_str(); }
-
-  private:
-    int reader_ = -1;
-    host::WideText path_;
-};
 
 TEST(FailingMemory, ProfileIsLoadedFromAPipeOfUnknownLengthWholeOrNotAtAll) {
     for (const bool wide : {false, true}) {

@@ -270,12 +270,12 @@ mox::XmlPool* World::Pool() const {
 testing::AssertionResult World::IsUsable() const {
     for (void* handle : {section, table}) {
         if (handle == nullptr) continue;
-        if (const auto sound = IsSound(*TableOf(handle)->document.root); !sound) return sound;
+        if (const auto sound = IsSound(TableOf(handle)->document); !sound) return sound;
         if (!ReadEntries(handle)) return testing::AssertionFailure() << "entries cannot be read";
         if (!SaveAndLoadTable(handle)) return testing::AssertionFailure() << "a table cannot be saved";
     }
     if (profile == nullptr) return testing::AssertionSuccess();
-    if (const auto sound = IsSound(*profile->document.root); !sound) return sound;
+    if (const auto sound = IsSound(profile->document); !sound) return sound;
     if (!ReadSections(profile)) return testing::AssertionFailure() << "sections cannot be read";
     if (!SaveAndLoad(profile)) return testing::AssertionFailure() << "the profile cannot be saved";
     return testing::AssertionSuccess();

@@ -49,7 +49,7 @@ const XmlNode* Scan(const XmlNode& parent, Qualifies qualifies) {
     return nullptr;
 }
 
-bool LookUpsAgree(const XmlNode& parent) {
+bool LookUpsAgree(const XmlDocument& document, XmlNode& parent) {
     constexpr std::size_t kMost = 20;
     std::set<WideString> names = {WideString(), WideString("no such name"_w)};
     for (const XmlNode* child : parent.children) {
@@ -58,9 +58,9 @@ bool LookUpsAgree(const XmlNode& parent) {
     }
     for (const WideString& name : names) {
         XmlNode* entry = nullptr;
-        XmlDocument::FindChildByNameAttribute(&parent, name, entry);
+        document.FindChildByNameAttribute(&parent, name, entry);
         if (entry != Scan(parent, [&](const XmlNode& child) { return IsNamed(child, name); })) return false;
-        const XmlNode* table = XmlDocument::FindTableElement(&parent, name);
+        const XmlNode* table = document.FindTableElement(&parent, name);
         if (table != Scan(parent, [&](const XmlNode& child) { return IsTableNamed(child, name); }))
             return false;
     }
@@ -81,7 +81,7 @@ bool StandsWhereItMay(const XmlNode& parent, const XmlNode& child) {
     return false;
 }
 
-const char* WhatIsWrong(const XmlNode& node) {
+const char* WhatIsWrong(const XmlDocument& document, XmlNode& node) {
     if (!IsReadable(node.name.View()) || !IsReadable(node.value.View())) return "a text";
     for (const mox::XmlAttribute& attribute : node.attributes) {
         if (attribute.name.IsEmpty()) return "an attribute without a name";
@@ -92,17 +92,17 @@ const char* WhatIsWrong(const XmlNode& node) {
         if (child->index != position++) return "an index that is not the position";
         if (!StandsWhereItMay(node, *child)) return "a node that must not stand there";
     }
-    return LookUpsAgree(node) ? nullptr : "a look-up that differs from a scan";
+    return LookUpsAgree(document, node) ? nullptr : "a look-up that differs from a scan";
 }
 
 }  // namespace
 
-testing::AssertionResult IsSound(const XmlNode& top) {
-    std::vector<const XmlNode*> left{&top};
+testing::AssertionResult IsSound(const XmlDocument& document) {
+    std::vector<XmlNode*> left{document.root};
     while (!left.empty()) {
-        const XmlNode& node = *left.back();
+        XmlNode& node = *left.back();
         left.pop_back();
-        if (const char* wrong = WhatIsWrong(node); wrong != nullptr)
+        if (const char* wrong = WhatIsWrong(document, node); wrong != nullptr)
             return testing::AssertionFailure() << "the tree has " << wrong;
         left.insert(left.end(), node.children.begin(), node.children.end());
     }

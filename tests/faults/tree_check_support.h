@@ -4,13 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include "mox_xmlApi/xml/xml_node.h"
+#include "mox_xmlApi/xml/xml_document.h"
 
 namespace faults {
 
 // Whether below the node every child's index is its position, every node is of a kind that may stand there,
 // every text can be read to its end, and the look-ups by name give what a plain scan gives.
-testing::AssertionResult IsSound(const mox::XmlNode& top);
+testing::AssertionResult IsSound(const mox::XmlDocument& document);
 
 }  // namespace faults
 

@@ -37,7 +37,7 @@ class XmlLookups : public testing::Test {
 };
 
 TEST_F(XmlLookups, NextChildElementWalksTheElementsInOrder) {
-    const XmlNode* e = Parent(
+    XmlNode* e = Parent(
         {Comment("x"), Element("a"), Comment("y"), Comment("z"), Element("b"), Element("c"), Comment("w")});
     EXPECT_EQ(Walk(e, XmlDocument::NextChildElement), "a;b;c;");
 }
@@ -51,7 +51,7 @@ TEST_F(XmlLookups, NextChildElementOfCommentsAloneIsNull) {
 }
 
 TEST_F(XmlLookups, NextChildElementAfterTheLastLeavesTheCursorAlone) {
-    const XmlNode* e = Parent({Element("a"), Element("b"), Comment("c")});
+    XmlNode* e = Parent({Element("a"), Element("b"), Comment("c")});
     XmlNode* last = e->children.At(1);
     XmlNode* cursor = last;
     EXPECT_EQ(XmlDocument::NextChildElement(e, cursor), nullptr);
@@ -59,7 +59,7 @@ TEST_F(XmlLookups, NextChildElementAfterTheLastLeavesTheCursorAlone) {
 }
 
 TEST_F(XmlLookups, NextChildElementGoesOnFromACursorOfAnyKind) {
-    const XmlNode* e = Parent({Element("a"), Comment("x"), Element("b")});
+    XmlNode* e = Parent({Element("a"), Comment("x"), Element("b")});
     XmlNode* cursor = e->children.At(1);
     EXPECT_EQ(XmlDocument::NextChildElement(e, cursor), e->children.At(2));
 }
@@ -80,7 +80,7 @@ TEST_F(XmlLookups, NextSettingsElementTakesThatNameAlone) {
 }
 
 TEST_F(XmlLookups, FindChildElementGivesSuccessiveMatches) {
-    const XmlNode* e =
+    XmlNode* e =
         Parent({Element("b"), Element("a"), Comment("a"), Element("a"), Element("A"), Element("ab")});
     std::uint64_t position = 0;
     EXPECT_EQ(XmlDocument::FindChildElement(e, "a"_w, position), e->children.At(1));
@@ -92,7 +92,7 @@ TEST_F(XmlLookups, FindChildElementGivesSuccessiveMatches) {
 }
 
 TEST_F(XmlLookups, FindChildElementAtOrPastTheEndLeavesThePositionAlone) {
-    const XmlNode* e = Parent({Element("a"), Element("a")});
+    XmlNode* e = Parent({Element("a"), Element("a")});
     for (const std::uint64_t start : {std::uint64_t{2}, std::uint64_t{3}, ~std::uint64_t{0}}) {
         std::uint64_t position = start;
         EXPECT_EQ(XmlDocument::FindChildElement(e, "a"_w, position), nullptr);
@@ -101,7 +101,7 @@ TEST_F(XmlLookups, FindChildElementAtOrPastTheEndLeavesThePositionAlone) {
 }
 
 TEST_F(XmlLookups, FindChildElementWithoutAPositionGivesTheFirst) {
-    const XmlNode* e = Parent({Comment("a"), Element("a", {{"k", "1"}}), Element("a")});
+    XmlNode* e = Parent({Comment("a"), Element("a", {{"k", "1"}}), Element("a")});
     EXPECT_EQ(XmlDocument::FindChildElement(e, "a"_w), e->children.At(1));
     EXPECT_EQ(XmlDocument::FindChildElement(e, "b"_w), nullptr);
     EXPECT_EQ(XmlDocument::FindChildElement(nullptr, "a"_w), nullptr);
@@ -112,70 +112,70 @@ TEST_F(XmlLookups, FindChildElementDoesNotTakeCommentsForAnEmptyName) {
 }
 
 TEST_F(XmlLookups, FindTableElementGoesByItsName) {
-    const XmlNode* e =
+    XmlNode* e =
         Parent({Element("Table"), Element("Var", {{"name", "S"}}), Element("Table", {{"name", "T"}}),
                 Element("Table", {{"id", "1"}, {"name", "S"}}), Element("Table", {{"name", "S"}})});
-    EXPECT_EQ(XmlDocument::FindTableElement(e, "S"_w), e->children.At(3));
-    EXPECT_EQ(XmlDocument::FindTableElement(e, "T"_w), e->children.At(2));
-    EXPECT_EQ(XmlDocument::FindTableElement(e, "s"_w), nullptr);
-    EXPECT_EQ(XmlDocument::FindTableElement(nullptr, "S"_w), nullptr);
+    EXPECT_EQ(document_.FindTableElement(e, "S"_w), e->children.At(3));
+    EXPECT_EQ(document_.FindTableElement(e, "T"_w), e->children.At(2));
+    EXPECT_EQ(document_.FindTableElement(e, "s"_w), nullptr);
+    EXPECT_EQ(document_.FindTableElement(nullptr, "S"_w), nullptr);
 }
 
 TEST_F(XmlLookups, FindTableElementOfAnEmptyNameNeedsAnEmptyAttribute) {
-    const XmlNode* e =
+    XmlNode* e =
         Parent({Element("Table"), Element("Table", {{"name", "S"}}), Element("Table", {{"name", ""}})});
-    EXPECT_EQ(XmlDocument::FindTableElement(e, WideView()), e->children.At(2));
+    EXPECT_EQ(document_.FindTableElement(e, WideView()), e->children.At(2));
 }
 
 TEST_F(XmlLookups, FindTableElementLooksAtTheFirstOfTwoNames) {
-    const XmlNode* e =
+    XmlNode* e =
         Parent({Element("Table", {{"name", "S"}, {"name", "T"}}), Element("Table", {{"name", "T"}})});
-    EXPECT_EQ(XmlDocument::FindTableElement(e, "T"_w), e->children.At(1));
+    EXPECT_EQ(document_.FindTableElement(e, "T"_w), e->children.At(1));
 }
 
 TEST_F(XmlLookups, FindTableElementDoesNotDescend) {
-    const XmlNode* e = Parent({Element("Group", {}, "", {Element("Table", {{"name", "S"}})})});
-    EXPECT_EQ(XmlDocument::FindTableElement(e, "S"_w), nullptr);
+    XmlNode* e = Parent({Element("Group", {}, "", {Element("Table", {{"name", "S"}})})});
+    EXPECT_EQ(document_.FindTableElement(e, "S"_w), nullptr);
 }
 
 TEST_F(XmlLookups, FindChildByNameAttributeTakesAnyElement) {
-    const XmlNode* e = Parent({Element("a"), Element("b", {{"name", "x"}}), Comment("c"),
+    XmlNode* e = Parent({Element("a"), Element("b", {{"name", "x"}}), Comment("c"),
                                Element("c", {{"name", "y"}}), Element("d", {{"name", "y"}})});
     XmlNode* found = nullptr;
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "y"_w, found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, "y"_w, found));
     EXPECT_EQ(found, e->children.At(3));
 }
 
 TEST_F(XmlLookups, FindChildByNameAttributeWithoutATextTakesTheFirstThatHasAName) {
-    const XmlNode* e = Parent({Element("a", {{"id", "1"}}), Comment("c"),
+    XmlNode* e = Parent({Element("a", {{"id", "1"}}), Comment("c"),
                                Element("b", {{"name", "whatever"}}), Element("c", {{"name", ""}})});
     XmlNode* found = nullptr;
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, WideView(), found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, WideView(), found));
     EXPECT_EQ(found, e->children.At(2));
 }
 
 TEST_F(XmlLookups, FindChildByNameAttributeTakesAnEmptyNameForAnyName) {
-    const XmlNode* e = Parent({Element("a", {{"name", ""}})});
+    XmlNode* e = Parent({Element("a", {{"name", ""}})});
     XmlNode* found = nullptr;
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, WideView(), found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, WideView(), found));
     EXPECT_EQ(found, e->children.At(0));
 }
 
 TEST_F(XmlLookups, FindChildByNameAttributeLooksAtTheFirstOfTwoNames) {
-    const XmlNode* e = Parent({Element("a", {{"name", "x"}, {"name", "y"}}), Element("b", {{"name", "y"}})});
+    XmlNode* e = Parent({Element("a", {{"name", "x"}, {"name", "y"}}), Element("b", {{"name", "y"}})});
     XmlNode* found = nullptr;
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "y"_w, found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, "y"_w, found));
     EXPECT_EQ(found, e->children.At(1));
 }
 
 TEST_F(XmlLookups, FindChildByNameAttributeLeavesTheResultAloneWhenThereIsNone) {
-    const XmlNode* e = Parent({Element("a"), Element("b", {{"name", "x"}})});
+    XmlNode* e = Parent({Element("a"), Element("b", {{"name", "x"}})});
     XmlNode* found = document_.root;
-    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(e, "X"_w, found));
-    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(e, "xx"_w, found));
-    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(Parent({}), WideView(), found));
-    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(Parent({Element("a")}), WideView(), found));
-    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(nullptr, WideView(), found));
+    EXPECT_FALSE(document_.FindChildByNameAttribute(e, "X"_w, found));
+    EXPECT_FALSE(document_.FindChildByNameAttribute(e, "xx"_w, found));
+    EXPECT_FALSE(document_.FindChildByNameAttribute(Parent({}), WideView(), found));
+    EXPECT_FALSE(document_.FindChildByNameAttribute(Parent({Element("a")}), WideView(), found));
+    EXPECT_FALSE(document_.FindChildByNameAttribute(nullptr, WideView(), found));
     EXPECT_EQ(found, document_.root);
 }
 
@@ -186,21 +186,21 @@ TEST_F(XmlLookups, FindChildByNameAttributeFindsAChildThatWasRenamedOrAddedSince
                                Wide(test::Join({"key", std::to_string(i)})));
     XmlNode* found = nullptr;
     for (int i = 0; i < 20; ++i)
-        ASSERT_TRUE(XmlDocument::FindChildByNameAttribute(e, "key70"_w, found));
+        ASSERT_TRUE(document_.FindChildByNameAttribute(e, "key70"_w, found));
     document_.SetAttribute(e->children.At(70), "name"_w, "renamed"_w);
-    EXPECT_FALSE(XmlDocument::FindChildByNameAttribute(e, "key70"_w, found));
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_FALSE(document_.FindChildByNameAttribute(e, "key70"_w, found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
     EXPECT_EQ(found, e->children.At(70));
     document_.SetAttribute(e->children.At(3), "name"_w, "renamed"_w);
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
     EXPECT_EQ(found, e->children.At(3));
     XmlNode* first = document_.InsertChild(e, "Var"_w, std::nullopt, e->children.At(0));
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
     document_.SetAttribute(first, "name"_w, "renamed"_w);
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
     EXPECT_EQ(found, first);
     document_.RemoveAttribute(first, "name"_w);
-    EXPECT_TRUE(XmlDocument::FindChildByNameAttribute(e, "renamed"_w, found));
+    EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
     EXPECT_EQ(found, e->children.At(4));
 }
 

@@ -297,7 +297,7 @@ class Editor {
         return XmlDocument::FindChildElement(place.node, name, position) == nullptr;
     }
 
-    static bool FindTable(const Place& place, const WideString& value) {
+    bool FindTable(const Place& place, const WideString& value) {
         const XmlNode* expected = nullptr;
         for (std::size_t i = 0; i < place.plain->children.size() && expected == nullptr; ++i) {
             const PlainNode& child = place.plain->children[i];
@@ -305,10 +305,10 @@ class Editor {
             const WideString* name = test::ModelGetAttribute(child, Wide("name"));
             if (name != nullptr && *name == value) expected = place.node->children.At(i);
         }
-        return XmlDocument::FindTableElement(place.node, value) == expected;
+        return document_.FindTableElement(place.node, value) == expected;
     }
 
-    static bool FindByName(const Place& place, const WideString& value) {
+    bool FindByName(const Place& place, const WideString& value) {
         XmlNode* const untouched = place.node;
         const XmlNode* expected = untouched;
         for (std::size_t i = 0; i < place.plain->children.size() && expected == untouched; ++i) {
@@ -316,7 +316,7 @@ class Editor {
             if (name != nullptr && (value.empty() || *name == value)) expected = place.node->children.At(i);
         }
         XmlNode* found = untouched;
-        const bool has = XmlDocument::FindChildByNameAttribute(place.node, value, found);
+        const bool has = document_.FindChildByNameAttribute(place.node, value, found);
         return found == expected && has == (expected != untouched);
     }
 

@@ -1,0 +1,203 @@
+#include "mox_xmlApi/xml/child_index.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+// Lists shorter than this are scanned always.
+constexpr std::size_t kFewChildren = 16;
+// An index is made when scans have looked at the children of a parent as many times over.
+constexpr std::size_t kScansPerIndex = 12;
+// Names that share a place beyond this many were chosen to: such a list is scanned.
+constexpr std::size_t kLongestProbe = 64;
+
+const XmlAttribute* NameOf(const XmlNode& node) noexcept {
+    for (const XmlAttribute& attribute : node.attributes) {
+        if (SameText(attribute.name.View(), names::kName)) return &attribute;
+    }
+    return nullptr;
+}
+
+bool IsCalled(const XmlNode& node, WideView name) noexcept {
+    const XmlAttribute* attribute = NameOf(node);
+    return attribute != nullptr && SameText(attribute->value.View(), name);
+}
+
+std::uint32_t HashOf(WideView name) noexcept {
+    constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15U;
+    std::uint64_t hash = name.size();
+    for (; name.size() >= 4; name.remove_prefix(4)) {
+        std::uint64_t units = 0;
+        std::memcpy(&units, name.data(), sizeof units);
+        hash = std::rotl((hash ^ units) * kMultiplier, 29);
+    }
+    for (const wchar16 unit : name)
+        hash = std::rotl((hash ^ unit) * kMultiplier, 29);
+    hash *= kMultiplier;
+    return static_cast<std::uint32_t>(hash >> 32) | 2U;  // never 0 or kRemoved
+}
+
+// Adds to the account of `parent` that a scan has looked at so many of its children.
+void CountScan(XmlNode& parent, std::uint64_t looked) noexcept {
+    constexpr std::uint32_t kMost = (1U << 31) - 1;
+    const std::uint64_t scanned = std::min<std::uint64_t>(parent.scanned + looked, kMost);
+    parent.scanned = static_cast<std::uint32_t>(scanned) & kMost;
+}
+
+XmlNode* Scan(XmlNode& parent, WideView name) noexcept {
+    for (XmlNode* child : parent.children) {
+        if (!IsCalled(*child, name)) continue;
+        CountScan(parent, static_cast<std::uint64_t>(child->index) + 1);
+        return child;
+    }
+    CountScan(parent, parent.children.Size());
+    return nullptr;
+}
+
+bool HasPaidForIndex(const XmlNode& parent) noexcept {
+    constexpr std::size_t kMost = (std::size_t{1} << 31) - 1;
+    return parent.scanned >= std::min(parent.children.Size() * kScansPerIndex, kMost);
+}
+
+}  // namespace
+
+XmlNode* ChildIndex::Find(XmlPool& pool, XmlNode& parent, WideView name) noexcept {
+    const ChildIndex* index = Ready(pool, parent);
+    if (index == nullptr) return Scan(parent, name);
+    const Slot* slot = index->LookUp(name);
+    return slot == nullptr ? nullptr : slot->child;
+}
+
+bool ChildIndex::FindSole(XmlPool& pool, XmlNode& parent, WideView name, XmlNode*& child) noexcept {
+    const ChildIndex* index = Ready(pool, parent);
+    if (index == nullptr) {
+        CountScan(parent, parent.children.Size());
+        return false;
+    }
+    const Slot* slot = index->LookUp(name);
+    if (slot != nullptr && slot->hasLater) return false;
+    child = slot == nullptr ? nullptr : slot->child;
+    return true;
+}
+
+// The index of `parent`, covering all its children; null when they are to be scanned.
+ChildIndex* ChildIndex::Ready(XmlPool& pool, XmlNode& parent) noexcept {
+    ChildIndex* index = parent.childIndex;
+    if (index == nullptr) {
+        if (parent.children.Size() < kFewChildren || !HasPaidForIndex(parent)) return nullptr;
+        return parent.childIndex = Make(pool, parent);
+    }
+    if (index->renames_ != pool.Renames()) {
+        GiveUp(pool, parent);
+        return nullptr;
+    }
+    if (index->Cover(parent)) return index;
+    GiveUp(pool, parent);
+    return parent.childIndex = Make(pool, parent);
+}
+
+// Null when there is no memory, or when the names defeat the index; scans begin to pay for another one then.
+ChildIndex* ChildIndex::Make(XmlPool& pool, XmlNode& parent) noexcept {
+    parent.scanned = 0;
+    const std::size_t size = std::bit_ceil(parent.children.Size() * 2 + kFewChildren);
+    auto* slots = static_cast<Slot*>(pool.TryAllocate(size * sizeof(Slot)));
+    auto* memory = pool.TryAllocate(sizeof(ChildIndex));
+    if (slots == nullptr || memory == nullptr) {
+        pool.Free(slots, size * sizeof(Slot));
+        pool.Free(memory, sizeof(ChildIndex));
+        return nullptr;
+    }
+    std::uninitialized_fill_n(slots, size, Slot());
+    auto* index = new (memory) ChildIndex(slots, size, pool.Renames());
+    if (index->Cover(parent)) return index;
+    parent.childIndex = index;
+    GiveUp(pool, parent);
+    return nullptr;
+}
+
+// Enters the children that were appended since the last look-up. False when the index is too small for them,
+// or when their names defeat it.
+bool ChildIndex::Cover(const XmlNode& parent) noexcept {
+    for (; covered_ < parent.children.Size(); ++covered_) {
+        XmlNode* child = parent.children.begin()[covered_];
+        child->isCovered = 1;
+        if (!Enter(child)) return false;
+    }
+    return true;
+}
+
+bool ChildIndex::Enter(XmlNode* child) noexcept {
+    const XmlAttribute* name = NameOf(*child);
+    if (name == nullptr) return true;
+    if (used_ + used_ / 2 >= size_) return false;
+    const std::uint32_t hash = HashOf(name->value.View());
+    std::size_t place = hash & (size_ - 1);
+    for (std::size_t probe = 0; probe < kLongestProbe; ++probe, place = (place + 1) & (size_ - 1)) {
+        Slot& slot = slots_[place];
+        if (slot.hash == 0) {
+            slot = {child, hash, false};
+            ++used_;
+            return true;
+        }
+        if (slot.hash == hash && slot.child != nullptr && IsCalled(*slot.child, name->value.View())) {
+            slot.hasLater = true;
+            return true;
+        }
+    }
+    return false;
+}
+
+const ChildIndex::Slot* ChildIndex::LookUp(WideView name) const noexcept {
+    const std::uint32_t hash = HashOf(name);
+    for (std::size_t place = hash & (size_ - 1); slots_[place].hash != 0; place = (place + 1) & (size_ - 1)) {
+        const Slot& slot = slots_[place];
+        if (slot.hash == hash && slot.child != nullptr && IsCalled(*slot.child, name)) return &slot;
+    }
+    return nullptr;
+}
+
+ChildIndex::Slot* ChildIndex::SlotOf(const XmlNode& child) noexcept {
+    const XmlAttribute* name = NameOf(child);
+    if (name == nullptr) return nullptr;
+    const std::uint32_t hash = HashOf(name->value.View());
+    for (std::size_t place = hash & (size_ - 1); slots_[place].hash != 0; place = (place + 1) & (size_ - 1)) {
+        if (slots_[place].child == &child) return &slots_[place];
+    }
+    return nullptr;
+}
+
+void ChildIndex::BeforeInsert(XmlPool& pool, XmlNode& parent, std::size_t position) noexcept {
+    if (parent.childIndex != nullptr && position < parent.childIndex->covered_) GiveUp(pool, parent);
+}
+
+void ChildIndex::BeforeRemove(XmlPool& pool, XmlNode& parent, const XmlNode& child) noexcept {
+    ChildIndex* index = parent.childIndex;
+    if (index == nullptr || static_cast<std::size_t>(child.index) >= index->covered_) return;
+    if (index->renames_ != pool.Renames()) return GiveUp(pool, parent);
+    if (Slot* slot = index->SlotOf(child); slot != nullptr) {
+        if (slot->hasLater) return GiveUp(pool, parent);
+        *slot = {nullptr, kRemoved, false};
+    }
+    --index->covered_;
+}
+
+void ChildIndex::BeforeRename(XmlPool& pool, const XmlNode& child) noexcept {
+    if (child.isCovered != 0) pool.CountRename();
+}
+
+void ChildIndex::GiveUp(XmlPool& pool, XmlNode& parent) noexcept {
+    ChildIndex* index = parent.childIndex;
+    if (index == nullptr) return;
+    parent.childIndex = nullptr;
+    pool.Free(index->slots_, index->size_ * sizeof(Slot));
+    pool.Delete(index);
+}
+
+}  // namespace mox

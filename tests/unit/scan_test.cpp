@@ -1,0 +1,39 @@
+// The fast search against its plain twin.
+#include "mox_xmlApi/platform/scan.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+using mox::FindAnyOf;
+using mox::FindAnyOfPlain;
+
+TEST(Scan, FindsWhatItsPlainTwinFindsAtEveryPlaceAndAlignment) {
+    constexpr std::size_t kMost = 40;
+    for (const wchar16 stop : {wchar16{'<'}, wchar16{'&'}, wchar16{'"'}, wchar16{0}}) {
+        for (std::size_t alignment = 0; alignment < 9; ++alignment) {
+            for (std::size_t length = 0; length < kMost; ++length) {
+                std::vector<wchar16> units(alignment + length + 1 + mox::kScanAhead, wchar16{'x'});
+                units[alignment + length] = stop;
+                wchar16* text = units.data() + alignment;
+                ASSERT_EQ(FindAnyOf(text, '"', '<', '&'), text + length);
+                ASSERT_EQ(FindAnyOfPlain(text, '"', '<', '&'), text + length);
+            }
+        }
+    }
+}
+
+TEST(Scan, TakesTheFirstOfSeveral) {
+    std::vector<wchar16> units = {'a', '&', '<', '"', 0, 0, 0, 0, 0, 0, 0, 0};
+    EXPECT_EQ(FindAnyOf(units.data(), '"', '<', '&'), units.data() + 1);
+    EXPECT_EQ(FindAnyOf(units.data(), '<', '<', '<'), units.data() + 2);
+}
+
+TEST(Scan, PassesOverUnitsThatShareOneByteWithAStop) {
+    std::vector<wchar16> units = {0x3C00, 0x263C, 0x0126, 0xFF22, 0xFFFF, 0x8000, 0x003D, 0x003C,
+                                  0,      0,      0,      0,      0,      0,      0};
+    EXPECT_EQ(FindAnyOf(units.data(), '"', '<', '&'), units.data() + 7);
+}
+
+}  // namespace
