@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "mox_xmlApi/platform/large_pages.h"
 #include "mox_xmlApi/platform/wide_text.h"
 
 namespace mox {
@@ -78,7 +79,7 @@ class BasicXmlOutput {
 
   private:
     static constexpr std::size_t kFirstChunk = 8 * 1024;
-    static constexpr std::size_t kLargestChunk = 512 * 1024;
+    static constexpr std::size_t kLargestChunk = 8 * 1024 * 1024;
     static_assert(kMostRoom <= kFirstChunk);
 
     struct Chunk {
@@ -95,6 +96,7 @@ class BasicXmlOutput {
 
     void AddChunk() {
         std::unique_ptr<Unit[]> units(new Unit[nextSize_]);
+        PreferLargePages(units.get(), nextSize_ * sizeof(Unit));
         chunks_.reserve(chunks_.size() + 1);
         if (!chunks_.empty()) chunks_.back().end = next_;
         next_ = units.get();

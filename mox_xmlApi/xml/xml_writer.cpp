@@ -1,6 +1,7 @@
 #include "mox_xmlApi/xml/xml_writer.h"
 
 #include <array>
+#include <cstdint>
 #include <vector>
 
 #include "mox_xmlApi/platform/files.h"
@@ -19,19 +20,26 @@ constexpr auto kEntityOf = [] {
     return table;
 }();
 
+// The same characters as one bit each: all lie below 64.
+constexpr std::uint64_t kEscaped = [] {
+    std::uint64_t bits = 0;
+    for (const XmlEntity& entity : kXmlEntities)
+        bits |= std::uint64_t{1} << entity.character;
+    return bits;
+}();
+
 constexpr std::size_t kLongestEntity = 6;
 
-// What a tag needs beside its name and its indentation.
-constexpr std::size_t kTagRoom = 8;
+// Texts up to this length are written in one go together with what surrounds them.
+constexpr std::size_t kShortText = 128;
 
 template <class Output, class Unit>
 Unit* CopyEscaped(Unit* to, WideView text) noexcept {
     for (const wchar16 unit : text) {
-        const unsigned entity = unit < kEntityOf.size() ? kEntityOf[unit] : 0U;
-        if (entity == 0) {
+        if (unit >= 64 || ((kEscaped >> unit) & 1) == 0) {
             *to++ = Output::Narrow(unit);
         } else {
-            to = Output::Copy(to, kXmlEntities[entity - 1].text);
+            to = Output::Copy(to, kXmlEntities[kEntityOf[unit] - 1U].text);
         }
     }
     return to;
@@ -54,9 +62,41 @@ void WriteDeclaration(const XmlNode& node, Output& out) {
 
 template <class Output>
 void WriteEndTag(const XmlNode& node, Output& out) {
-    out.Append("</"_w);
-    out.Append(node.name.View());
-    out.Append(wchar16{'>'});
+    const WideView name = node.name.View();
+    if (name.size() > kShortText) {
+        out.Append("</"_w);
+        out.Append(name);
+        out.Append(wchar16{'>'});
+        return;
+    }
+    auto* to = out.Room(name.size() + 3);
+    *to++ = '<';
+    *to++ = '/';
+    to = Output::Copy(to, name);
+    *to++ = '>';
+    out.Advance(to);
+}
+
+template <class Output>
+void WriteAttribute(const XmlAttribute& attribute, Output& out) {
+    const WideView name = attribute.name.View();
+    const WideView value = attribute.value.View();
+    if (name.size() > kShortText || value.size() > kShortText) {
+        out.Append(wchar16{' '});
+        out.Append(name);
+        out.Append("=\""_w);
+        XmlEscape(value, out);
+        out.Append(wchar16{'"'});
+        return;
+    }
+    auto* to = out.Room(name.size() + value.size() * kLongestEntity + 4);
+    *to++ = ' ';
+    to = Output::Copy(to, name);
+    *to++ = '=';
+    *to++ = '"';
+    to = CopyEscaped<Output>(to, value);
+    *to++ = '"';
+    out.Advance(to);
 }
 
 // A text that stands on lines of its own; only its first line is indented.
@@ -136,13 +176,8 @@ void XmlEscape(WideView text, Output& out) {
 
 template <class Output>
 void WriteAttributes(const XmlNode& node, Output& out) {
-    for (const XmlAttribute& attribute : node.attributes) {
-        out.Append(wchar16{' '});
-        out.Append(attribute.name.View());
-        out.Append("=\""_w);
-        XmlEscape(attribute.value.View(), out);
-        out.Append(wchar16{'"'});
-    }
+    for (const XmlAttribute& attribute : node.attributes)
+        WriteAttribute(attribute, out);
 }
 
 template <class Output>
