@@ -95,7 +95,7 @@ XmlNode* XmlDocument::NewDocumentNode() {
 }
 
 XmlNode* XmlDocument::CreateNode(WideView name, std::optional<WideView> value, XmlNodeKind kind) {
-    XmlNode* node = pool_->New<XmlNode>(kind);
+    auto* node = pool_->New<XmlNode>(kind);
     try {
         node->name.Assign(*pool_, name);
         const bool takesValue = kind == XmlNodeKind::Element || kind == XmlNodeKind::Comment;

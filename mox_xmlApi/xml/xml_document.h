@@ -35,8 +35,8 @@ class XmlDocument {
     // A new document node in `shared`, which must outlive the holder. The node goes back to the pool with the
     // holder.
     explicit XmlDocument(XmlPool& shared);
-    // A holder attached to `root`, as Attach makes it; `root` must lie in `shared`. It never frees `root`.
-    XmlDocument(XmlPool& shared, XmlNode* root);
+    // A holder attached to `node`, as Attach makes it; `node` must lie in `shared`. It never frees `node`.
+    XmlDocument(XmlPool& shared, XmlNode* node);
     // Frees the tree if the holder owns it.
     ~XmlDocument();
     XmlDocument(const XmlDocument&) = delete;

@@ -67,7 +67,7 @@ void XmlPool::KeepRestOfSlab() noexcept {
     while (static_cast<std::size_t>(end_ - next_) >= kAlignment) {
         const std::size_t rest = std::min(static_cast<std::size_t>(end_ - next_), kLargestSmall);
         std::size_t sizeClass = ClassOf(rest);
-        if (SizeOf(sizeClass) > rest) --sizeClass;
+        if (sizeClass != 0 && SizeOf(sizeClass) > rest) --sizeClass;
         UnpoisonMemory(next_, SizeOf(sizeClass));
         KeepForReuse(next_, sizeClass);
         next_ += SizeOf(sizeClass);

@@ -144,7 +144,7 @@ class XmlPool {
     void StartSlab(std::size_t size);
     void KeepRestOfSlab() noexcept;
     void* AllocateLarge(std::size_t bytes);
-    void FreeLarge(void* block) noexcept;
+    void FreeLarge(void* memory) noexcept;
 
     std::byte* next_;
     std::byte* end_;
