@@ -30,7 +30,7 @@ struct WideLiteral {
 
 // "Table"_w is a WideView of the ASCII text, which is followed by a zero unit.
 template <WideLiteral Literal>
-consteval WideView operator""_w() {
+constexpr WideView operator""_w() {
     return WideView(Literal.units, sizeof(Literal.units) / sizeof(wchar16) - 1);
 }
 

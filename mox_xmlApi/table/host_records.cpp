@@ -23,14 +23,13 @@ bool SetNarrowValue(WideView value, TableEntryValueInfoStruct& record) {
     return true;
 }
 
-void SetWideValue(WideView value, TableEntryValueInfoStruct& record) {
-    record.SetVal_w(WideString(value).c_str());
+// False for a text that the record cannot hold, since it has no 8-bit form: better no answer than an old one.
+bool SetWideValue(WideView value, TableEntryValueInfoStruct& record) {
+    return record.SetVal_w(WideString(value).c_str());
 }
 
 bool SetValue(WideView value, TableEntryValueInfoStruct& record) {
-    if (record.type != kTypeWideString) return SetNarrowValue(value, record);
-    SetWideValue(value, record);
-    return true;
+    return record.type == kTypeWideString ? SetWideValue(value, record) : SetNarrowValue(value, record);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 //   host_tests --gtest_filter=RandomCalls.* [--random-seed=<first>] [--random-count=<how many>]
 //
 // A sequence that fails is printed in its shortest form; its seed alone gives it again.
+#include <array>
 #include <gtest/gtest.h>
 #include <iostream>
 
@@ -70,13 +71,13 @@ TEST(RandomCalls, FailingSequenceIsShortenedToWhatMatters) {
     EXPECT_EQ(shortest.table, std::vector<unsigned>{11});
     ASSERT_EQ(shortest.calls.size(), 2U);
     EXPECT_EQ(shortest.calls[0].op, model::Op::Add);
-    std::array<unsigned, 16> picks{};
+    std::array<unsigned, 18> picks{};
     picks[3] = 7;
     if (shortest.calls[0].picks != picks)
         picks[3] = shortest.calls[0].picks[3];  // an earlier addition will do
     EXPECT_EQ(shortest.calls[0].picks, picks);
     EXPECT_EQ(shortest.calls[1].op, model::Op::RemoveAll);
-    EXPECT_EQ(shortest.calls[1].picks, (std::array<unsigned, 16>{}));
+    EXPECT_EQ(shortest.calls[1].picks, (std::array<unsigned, 18>{}));
 }
 
 }  // namespace

@@ -115,7 +115,6 @@ TYPED_TEST(TableSetMarks, EntryThatNothingIsWrittenToIsMarkedAllTheSame) {
 }
 
 // What the owner in the caller's record is after a Set of this kind.
-
 int OwnerAfterSet(void* handle, const wchar16* name, int owner, std::uint64_t* position, std::int32_t force) {
     TableEntryUInfoStruct ui = UiRecord(name, 1);
     ui.prov_owner = static_cast<std::uint8_t>(owner);

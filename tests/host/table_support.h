@@ -10,6 +10,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <vector>
 
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 #include "tests/host/host_support.h"

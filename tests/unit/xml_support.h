@@ -3,6 +3,7 @@
 #ifndef MOX_XMLAPI_TESTS_UNIT_XML_SUPPORT_H
 #define MOX_XMLAPI_TESTS_UNIT_XML_SUPPORT_H
 
+#include <algorithm>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <initializer_list>
@@ -166,6 +167,11 @@ inline std::string DumpChildren(const XmlNode* node) {
 
 // Appends an attribute even if there is one of that name, as the parser does.
 inline void AddAttribute(XmlDocument& document, XmlNode* node, WideView name, WideView value) {
+    const auto isCalledSo = [&](const mox::XmlAttribute& attribute) { return attribute.name.View() == name; };
+    if (std::none_of(node->attributes.begin(), node->attributes.end(), isCalledSo)) {
+        document.SetAttribute(node, name, value);
+        return;
+    }
     XmlPool& pool = document.Pool();
     node->attributes.Reserve(pool, 1);
     node->attributes.Append({XmlText::Copy(pool, name), XmlText::Copy(pool, value)});

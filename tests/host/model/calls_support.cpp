@@ -67,6 +67,9 @@ constexpr std::array<std::string_view, 26> kEntries = {
     "name=\"\"/></Var>",
 };
 
+constexpr unsigned kTableCount = kTables.size();
+constexpr unsigned kEntryCount = kEntries.size();
+
 struct Random {
     std::uint64_t state;
 
@@ -82,9 +85,9 @@ struct Random {
 std::vector<unsigned> RandomParts(Random& random) {
     std::vector<unsigned> parts;
     for (unsigned tables = random.Below(4); tables-- > 0;) {
-        parts.push_back(random.Below(random.Below(2) == 0 ? 2 : kTables.size()));
+        parts.push_back(random.Below(random.Below(2) == 0 ? 2 : kTableCount));
         for (unsigned entries = random.Below(7); entries-- > 0;)
-            parts.push_back(static_cast<unsigned>(kTables.size()) + random.Below(kEntries.size()));
+            parts.push_back(kTableCount + random.Below(kEntryCount));
     }
     return parts;
 }
@@ -113,12 +116,12 @@ std::string Joined(const std::vector<unsigned>& parts, std::string_view between)
         end = {};
     };
     for (const unsigned part : parts) {
-        if (part < kTables.size()) {
+        if (part < kTableCount) {
             close();
             text.append(kTables[part].start);
             end = kTables[part].end;
         } else {
-            text.append(kEntries[part - kTables.size()]).append(end.empty() ? between : "");
+            text.append(kEntries[part - kTableCount]).append(end.empty() ? between : "");
         }
     }
     close();

@@ -3,6 +3,7 @@
 #ifndef MOX_XMLAPI_TESTS_HOST_MODEL_CALLS_SUPPORT_H
 #define MOX_XMLAPI_TESTS_HOST_MODEL_CALLS_SUPPORT_H
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -44,7 +45,7 @@ enum class Op : unsigned {
 // A call and the raw numbers that its arguments are picked by; 0 picks the plainest.
 struct Call {
     Op op = Op::Get;
-    std::array<unsigned, 16> picks{};
+    std::array<unsigned, 18> picks{};
 };
 
 struct Sequence {

@@ -1,6 +1,9 @@
 #include "tests/host/model/profile_support.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "tests/host/model/text_support.h"
 
 namespace host::model {
 
@@ -103,6 +106,10 @@ void Profile::StripMarks() {
     }
 }
 
+Text Profile::DocumentText() const {
+    return Written(*document_);
+}
+
 Text Profile::Export(std::uint32_t mode) const {
     Profile target;
     for (const NodePtr& section : root_->children) {
@@ -122,7 +129,7 @@ Text Profile::Export(std::uint32_t mode) const {
         }
     }
     target.StripMarks();
-    return target.Text0();
+    return target.DocumentText();
 }
 
 std::string BytesOf(const Text& hex, std::size_t size) {

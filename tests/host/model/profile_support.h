@@ -33,7 +33,7 @@ class Profile {
     // Before a save in mode 0.
     void StripMarks();
     // The text of the document, or of its export in that mode.
-    Text Text0() const { return Written(*document_); }
+    Text DocumentText() const;
     Text Export(std::uint32_t mode) const;
 
   private:

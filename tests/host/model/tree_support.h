@@ -1,5 +1,5 @@
-// A tree of plain structs for the random tests: what a document is, how its text is read and written. It is
-// the slow and obvious form of the rules and shares no code with the library.
+// A tree of plain structs for the random tests. Together with the files beside it, it is the slow and obvious
+// form of the rules and shares no code with the library.
 #ifndef MOX_XMLAPI_TESTS_HOST_MODEL_TREE_SUPPORT_H
 #define MOX_XMLAPI_TESTS_HOST_MODEL_TREE_SUPPORT_H
 
@@ -48,18 +48,6 @@ NodePtr NewElement(std::string_view name, const Text& value = {});
 std::size_t PlaceOf(const Node& parent, const Node* child);
 // The element child after `current`, the first one when that is null; null at the end.
 NodePtr NextElement(const Node& parent, const Node* current);
-
-// A document node over the text, or null when the text is not in the dialect.
-NodePtr Parse(const Text& text);
-
-// The text of a document, or of one element without a line feed after it.
-Text Written(const Node& node);
-
-// The bytes of files with this text, the closing zero included, and back.
-std::string WideBytes(const Text& text);
-std::string NarrowBytes(const Text& text);
-Text FromWideBytes(const std::string& bytes);
-Text FromNarrowBytes(std::string_view bytes);
 
 }  // namespace host::model
 

@@ -1,0 +1,122 @@
+#include "tests/host/model/sides_support.h"
+
+namespace host::model {
+namespace {
+
+// Whether the position moved, on both sides.
+std::string Moved(bool moved) {
+    return moved ? " moved" : " stayed";
+}
+
+}  // namespace
+
+void Runner::Get(Arguments arguments) {
+    std::string slotName;
+    Slot& slot = PickSlot(arguments, slotName);
+    const unsigned how = arguments.Below(4);  // 0 and 1: by position, 2: all bits set, 3: null
+    Records records(arguments);
+    if (how >= 2 && !records.hasValue) records.hasValue = arguments.Flag();
+    Tell(Say("xmlTableEntryGet ", slotName,
+             how < 2    ? " by position"
+             : how == 2 ? " all bits set"
+                        : " null",
+             records.Expected()));
+    Place place{how >= 2, slot.after.lock()};
+    std::uint64_t position = how == 2 ? kByName : slot.position;
+    const std::uint64_t before = position;
+    const bool result =
+        xmlTableEntryGet(slot.handle, how == 3 ? nullptr : &position, records.RealValue(), records.RealUi());
+    const bool expected = model::Get(*slot.table.lock(), place, records.Value(), records.Ui());
+    Compare(Say(result, Moved(position != before), records.Actual()),
+            Say(expected, Moved(place.after != slot.after.lock()), records.Expected()));
+    if (how >= 2) return;
+    slot.position = position;
+    slot.after = place.after;
+}
+
+void Runner::Exists(Arguments arguments) {
+    std::string slotName;
+    const Slot& slot = PickSlot(arguments, slotName);
+    const Text& name = arguments.Pick(kNames);
+    Tell(Say("xmlTableEntryIsExist ", slotName, " ", Said(name)));
+    const TableEntryBaseInfoStruct record = NameRecord(name.c_str());
+    Compare(Say(xmlTableEntryIsExist(slot.handle, &record)),
+            Say(FindEntry(*slot.table.lock(), name) != nullptr));
+}
+
+void Runner::Set(Arguments arguments) {
+    std::string slotName;
+    Slot& slot = PickSlot(arguments, slotName);
+    const bool byPosition = arguments.Flag();
+    const std::int32_t force = arguments.Pick(kFlags);
+    const std::int32_t mark = arguments.Pick(kFlags);
+    Records records(arguments);
+    Tell(Say("xmlTableEntrySet ", slotName, byPosition ? " by position" : " by name", " force ", force,
+             " mark ", mark, records.Expected()));
+    Place place{!byPosition, slot.after.lock()};
+    std::uint64_t position = slot.position;
+    const bool result = xmlTableEntrySet(slot.handle, byPosition ? &position : nullptr, records.RealValue(),
+                                         records.RealUi(), force, mark);
+    const bool expected =
+        model::Set(*slot.table.lock(), place, records.Value(), records.Ui(), force == 1, mark == 1);
+    Compare(Say(result, Moved(position != slot.position), records.Actual()),
+            Say(expected, Moved(place.after != slot.after.lock()), records.Expected()));
+    slot.position = position;
+    slot.after = place.after;
+}
+
+void Runner::Add(Arguments arguments) {
+    std::string slotName;
+    Slot& slot = PickSlot(arguments, slotName);
+    const unsigned how = arguments.Below(3);  // 0: null, 1: 0, 2: the position
+    const std::int32_t mark = arguments.Pick(kFlags);
+    const std::int32_t update = arguments.Pick(kFlags);
+    Records records(arguments);
+    // A presentation record alone brings its own text only when it is wide.
+    if (!records.hasValue && records.plainUi.control != 0xFFFF) records.plainUi.type = 31;
+    records.Make();
+    Tell(Say("xmlTableEntryAdd ", slotName,
+             how == 0   ? " null"
+             : how == 1 ? " 0"
+                        : " at the position",
+             " mark ", mark, " update ", update, records.Expected()));
+    const std::uint64_t before = how == 2 ? slot.position : 0;
+    std::uint64_t position = before;
+    const bool result = xmlTableEntryAdd(slot.handle, how == 0 ? nullptr : &position, records.RealValue(),
+                                         records.RealUi(), mark, update);
+    const NodePtr sibling = how == 2 ? slot.after.lock() : nullptr;
+    const bool expected =
+        model::Add(*slot.table.lock(), sibling.get(), records.Value(), records.Ui(), mark == 1, update == 1);
+    Compare(Say(result, Moved(position != before), records.Actual()),
+            Say(expected, Moved(false), records.Expected()));
+}
+
+void Runner::Remove(Arguments arguments) {
+    std::string slotName;
+    const Slot& slot = PickSlot(arguments, slotName);
+    const Text& name = arguments.Pick(kNames);
+    const std::int32_t occurrence = arguments.Pick(kOccurrences);
+    const std::int32_t all = arguments.Pick(kFlags);
+    Tell(Say("xmlTableRemoveEntry ", slotName, " ", Said(name), " occurrence ", occurrence, " all ", all));
+    const TableEntryBaseInfoStruct record = NameRecord(name.c_str());
+    const bool expected = RemoveEntries(*slot.table.lock(), name, occurrence, all != 0);
+    Compare(Say(xmlTableRemoveEntry(slot.handle, &record, occurrence, all)), Say(expected));
+}
+
+void Runner::RemoveAll(Arguments arguments) {
+    std::string slotName;
+    const Slot& slot = PickSlot(arguments, slotName);
+    Tell(Say("xmlTableRemoveEntries ", slotName));
+    RemoveVars(*slot.table.lock());
+    Compare(Say(xmlTableRemoveEntries(slot.handle)), Say(true));
+}
+
+void Runner::RestartPosition(Arguments arguments) {
+    std::string slotName;
+    Slot& slot = PickSlot(arguments, slotName);
+    Tell(Say("position of ", slotName, " = 0"));
+    slot.position = 0;
+    slot.after.reset();
+}
+
+}  // namespace host::model

@@ -1,0 +1,92 @@
+#include "tests/host/model/sides_support.h"
+
+namespace host::model {
+namespace {
+
+Slot& SectionSlot(std::array<Slot, 4>& slots, Arguments& arguments, std::string& name) {
+    const unsigned number = 1 + arguments.Below(3);
+    name = "section " + std::to_string(number);
+    return slots[number];
+}
+
+}  // namespace
+
+void Runner::OpenSection(Arguments arguments) {
+    std::string slotName;
+    Slot& slot = SectionSlot(slots_, arguments, slotName);
+    const Text& name = arguments.Pick(kSections);
+    Tell(Say(slotName, " = xmlGetProfileSection ", Said(name)));
+    std::uint32_t editable = 7;
+    void* handle = xmlGetProfileSection(profile_, name.c_str(), &editable);
+    const NodePtr table = model_->Section(name);
+    Compare(Say("editable ", editable),
+            Say("editable ", table == nullptr || HasAttribute(*table, "editable", "true") ? 1 : 0));
+    Fill(slot, handle, table);
+}
+
+void Runner::EnumSections(Arguments arguments) {
+    std::string slotName;
+    Slot& slot = SectionSlot(slots_, arguments, slotName);
+    const unsigned kept = arguments.Below(3);
+    const unsigned length = arguments.Pick(std::array<unsigned, 4>{300, 1, 2, 8});
+    Tell(Say(slotName, " = number ", kept, " of xmlEnumProfileSections, names of ", length));
+    std::uintptr_t position = 0;
+    NodePtr current;
+    NodePtr keptTable;
+    void* keptHandle = nullptr;
+    for (unsigned number = 0; outcome_.agreed; ++number) {
+        Text name(length, 'x');
+        std::uint32_t editable = 7;
+        void* handle = xmlEnumProfileSections(profile_, &position, name.data(), length, &editable);
+        current = NextElement(model_->Root(), current.get());
+        Text expected(length, 'x');
+        if (current != nullptr) {
+            expected = AttributeOf(*current, "name").substr(0, length - 1);
+            expected.resize(length, 0);
+        } else {
+            expected[0] = 0;
+        }
+        Compare(Say(handle != nullptr, " ", Said(name), " ", editable),
+                Say(current != nullptr, " ", Said(expected), " ",
+                    current == nullptr || HasAttribute(*current, "editable", "true") ? 1 : 0));
+        if (number == kept && handle != nullptr) {
+            keptHandle = handle;
+            keptTable = current;
+        } else {
+            xmlTableDispose(&handle);
+        }
+        if (current == nullptr) break;
+    }
+    Compare(Say("position ", position), "position 0");
+    Fill(slot, keptHandle, keptTable);
+}
+
+void Runner::WriteSection(Arguments arguments) {
+    std::string slotName;
+    Slot& slot = SectionSlot(slots_, arguments, slotName);
+    const Text& name = arguments.Pick(kSections);
+    const std::uint32_t editable = arguments.Pick(std::array<std::uint32_t, 3>{0, 1, 5});
+    const std::uint32_t firstId = arguments.Pick(kNumbers);
+    const std::uint32_t type = arguments.Pick(std::array<std::uint32_t, 4>{0, 10, 0x1FFFF, 0xABCD});
+    Tell(Say(slotName, " = xmlWriteProfileSection ", Said(name), " editable ", editable, " first id ",
+             firstId, " type ", type));
+    std::uint32_t eud = 7;
+    void* handle = xmlWriteProfileSection(profile_, name.c_str(), editable, firstId, type, &eud);
+    bool marked = false;
+    const NodePtr table =
+        model_->WriteSection(name, editable != 0, firstId, static_cast<std::uint16_t>(type & 0xFFFF), marked);
+    Compare(Say("eud ", eud), Say("eud ", marked ? 1 : 0));
+    Fill(slot, handle, table);
+}
+
+void Runner::CloseSection(Arguments arguments) {
+    std::string slotName;
+    Slot& slot = SectionSlot(slots_, arguments, slotName);
+    if (slot.handle == nullptr) return;
+    Tell(Say("xmlTableDispose ", slotName));
+    xmlTableDispose(&slot.handle);
+    Compare(slot.handle == nullptr ? "null" : "not null", "null");
+    slot = Slot();
+}
+
+}  // namespace host::model
