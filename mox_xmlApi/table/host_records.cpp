@@ -23,13 +23,16 @@ bool SetNarrowValue(WideView value, TableEntryValueInfoStruct& record) {
     return true;
 }
 
-// False for a text that the record cannot hold, since it has no 8-bit form: better no answer than an old one.
-bool SetWideValue(WideView value, TableEntryValueInfoStruct& record) {
-    return record.SetVal_w(WideString(value).c_str());
+// A text that is not well-formed has no 8-bit form, so the record cannot hold it: no value then, rather than the one
+// that the record had before.
+void SetWideValue(WideView value, TableEntryValueInfoStruct& record) {
+    if (!record.SetVal_w(WideString(value).c_str())) record.SetVal_w(nullptr);
 }
 
 bool SetValue(WideView value, TableEntryValueInfoStruct& record) {
-    return record.type == kTypeWideString ? SetWideValue(value, record) : SetNarrowValue(value, record);
+    if (record.type != kTypeWideString) return SetNarrowValue(value, record);
+    SetWideValue(value, record);
+    return true;
 }
 
 }  // namespace

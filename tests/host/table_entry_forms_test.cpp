@@ -245,7 +245,13 @@ TEST_F(UnpairedSurrogate, ValueInAnEnumerationIsPassedOverByTheNextCall) {
     EXPECT_FALSE(xmlTableEntryGet(section_, &position, &value, nullptr));
     EXPECT_EQ(Show(value), " #5 0003 none");
     EXPECT_TRUE(xmlTableEntryGet(section_, &position, &value, nullptr));
-    EXPECT_EQ(Show(value).substr(0, 9), "w #6 001F");
+    EXPECT_EQ(Show(value), "w #6 001F none");
+}
+
+TEST_F(UnpairedSurrogate, WideValueTakesTheOldValueAway) {
+    TableEntryValueInfoStruct value = ValueRecord("w"_w, 8, "old");
+    EXPECT_TRUE(xmlTableEntryGet(section_, nullptr, &value, nullptr));
+    EXPECT_EQ(Show(value), "w #6 001F none");
 }
 
 }  // namespace

@@ -68,6 +68,7 @@ TEST(HostRecords, ValueWithoutNarrowFormIsRefusedUnlessItIsWideText) {
     EXPECT_EQ(record.name[0], 0);
     entry.type = 31;
     EXPECT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, record));
+    EXPECT_EQ(record.GetVal_w(), nullptr);
 }
 
 }  // namespace
