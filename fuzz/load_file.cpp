@@ -1,0 +1,68 @@
+// Loading from a file. The first byte says how the others become the file:
+//
+//   'n'  a narrow file with these bytes          anything else: its lowest bits choose
+//   'w'  a wide file with these bytes
+//   'e'  a wide file: a byte is a unit, but of 0xF0 and above: the two bytes after it are one
+#include "fuzz/read_everything.h"
+#include "fuzz/tree_check.h"
+#include "mox_xmlApi/table/table_handle.h"
+
+namespace mox::fuzz {
+namespace {
+
+std::string Expand(std::string_view bytes) {
+    std::string file;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        if (byte >= 0xF0) {
+            file += bytes.substr(i + 1, 2);
+            i += 2;
+        } else {
+            file += bytes[i];
+            file += '\0';
+        }
+    }
+    return file;
+}
+
+void LoadProfile(const ScratchFile& file, bool wide, bool parses, PlainDocument expected) {
+    moxSettings* profile = xmlProfileNew(file.Name(), nullptr, 0, wide ? 1 : 0);
+    Check((profile != nullptr) == parses, "a profile opens exactly when its file is in the dialect");
+    if (profile == nullptr) return;
+    PlainOpenProfile(expected);
+    Check(CopyTree(*profile->document.root) == expected, "the tree agrees with a plain reading");
+    ReadProfile(profile);
+    xmlProfileDispose(&profile);
+}
+
+void LoadTable(const ScratchFile& file, bool parses, PlainDocument expected) {
+    void* table = xmlTableNew(file.Name(), nullptr, 0, nullptr, 0, 0, 0, 0);
+    Check((table != nullptr) == parses, "a table opens exactly when its file is in the dialect");
+    if (table == nullptr) return;
+    PlainOpenTable(expected, WideView());
+    Check(CopyTree(*static_cast<TableHandle*>(table)->document.root) == expected,
+          "the tree agrees with a plain reading");
+    ReadTable(table);
+    xmlTableDispose(&table);
+}
+
+}  // namespace
+}  // namespace mox::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace mox::fuzz;
+    if (size == 0) return 0;
+    static const ScratchFile file;
+    const std::string_view rest(reinterpret_cast<const char*>(data + 1), size - 1);
+    const char first = static_cast<char>(*data);
+    const bool isRaw = first == 'n' || first == 'w' || (*data & 2) != 0;
+    const bool wide = first == 'w' || first == 'e' || (first != 'n' && (*data & 1) != 0);
+    const std::string bytes = wide && !isRaw ? Expand(rest) : std::string(rest);
+
+    file.Write(bytes);
+    PlainDocument expected;
+    const bool parses = PlainRead(PlainUnits(bytes, wide), expected);
+    LoadProfile(file, wide, parses, expected);
+    if (wide) LoadTable(file, parses, expected);
+    return 0;
+}

@@ -1,0 +1,225 @@
+// The table family as CallHost calls it, over tables and sections.
+#include <algorithm>
+#include <iterator>
+
+#include "fuzz/call_host.h"
+#include "fuzz/read_everything.h"
+#include "fuzz/tree_check.h"
+#include "mox_xmlApi/table/table_handle.h"
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox::fuzz {
+namespace {
+
+constexpr std::uint64_t kByName = ~std::uint64_t{0};
+
+std::size_t CountNamed(const XmlNode& table, WideView name) {
+    return static_cast<std::size_t>(
+        std::count_if(table.children.begin(), table.children.end(), [&](const XmlNode* child) {
+            WideView found;
+            return XmlDocument::GetAttribute(child, names::kName, found) && found == name;
+        }));
+}
+
+bool IsChild(const XmlNode& table, std::uint64_t position) {
+    return std::any_of(table.children.begin(), table.children.end(), [&](const XmlNode* child) {
+        return reinterpret_cast<std::uintptr_t>(child) == position;
+    });
+}
+
+}  // namespace
+
+// Table, source ('0' new, '1' memory, '2' wide file), name ('-': none); then for a new one the four flags and
+// numbers, else the document.
+void CallHost::OpenTable() {
+    void*& table = tables_[input_.Below(tables_.size())];
+    const std::size_t source = input_.Below(3);
+    const WideString text = input_.Text();
+    const wchar16* name = text == "-"_w ? nullptr : text.c_str();
+    DisposeTable(table);
+    if (source == 0) {
+        const auto editable = static_cast<std::int32_t>(input_.Below(3));
+        const std::uint32_t firstId = input_.Number();
+        const auto type = static_cast<std::uint16_t>(input_.Number());
+        table = xmlTableNew(nullptr, nullptr, 0, name, editable, firstId, type,
+                            static_cast<std::int32_t>(input_.Below(3)));
+        Check(table != nullptr, "a new table is always there");
+        return;
+    }
+    const std::string_view document = ChooseDocument();
+    if (source == 2) {
+        file_.Write(PlainFile(WidenBytes(document), true));
+        table = xmlTableNew(file_.Name(), nullptr, 0, name, 0, 0, 0, 0);
+    } else if (!document.empty()) {
+        table = xmlTableNew(nullptr, document.data(), static_cast<std::int32_t>(document.size()), name, 0, 0,
+                            0, 0);
+    }
+}
+
+// Table, reserved, flag.
+void CallHost::SaveTable() {
+    const Table table = ChooseTable();
+    const auto reserved = static_cast<std::int32_t>(input_.Below(3));
+    const auto flag = static_cast<std::int32_t>(input_.Below(3));
+    file_.Remove();
+    const bool isWritten = xmlTableSave(table.handle, file_.Name(), reserved, flag);
+    Check(isWritten == (table.handle != nullptr && reserved == 0 && flag != 1),
+          "a table is saved unless that is refused");
+    Check(isWritten == file_.Exists(), "a file is there when it was written");
+    if (isWritten) CheckRoundTrip(table.handle, file_);
+}
+
+// Table, how ('0' without a position, '1' by name, others by position), which records, the value record,
+// position.
+void CallHost::GetEntry() {
+    const Table table = ChooseTable();
+    const std::size_t how = input_.Below(5);
+    const std::size_t records = input_.Below(3);
+    TableEntryValueInfoStruct value;
+    TableEntryUInfoStruct ui;
+    FillRecord(value);
+    const WideString key(ViewOf(value.name));
+    std::uint64_t position = how <= 1 ? kByName : ChoosePosition(table);
+    const std::uint64_t before = position;
+    const bool isRead = xmlTableEntryGet(table.handle, how == 0 ? nullptr : &position,
+                                         records == 1 ? nullptr : &value, records == 2 ? nullptr : &ui);
+    if (table.handle == nullptr) return Check(!isRead && position == before, "null has no entries");
+    const XmlNode* entry = how <= 1 ? ScanForEntry(*table.element, records == 1 ? WideView() : key)
+                                    : reinterpret_cast<const XmlNode*>(static_cast<std::uintptr_t>(position));
+    Check(!isRead || entry != nullptr, "what was read is an entry");
+    if (isRead) CheckRecords(*entry, records == 1 ? nullptr : &value, records == 2 ? nullptr : &ui);
+    if (how <= 1) {
+        Check(position == kByName, "a look-up by name leaves the position");
+        return;
+    }
+    Check(!isRead || position != before, "an entry that is read moves the position");
+    Check(position == before || IsChild(*table.element, position), "a position is an entry of the table");
+    KeepPosition(table, position);
+}
+
+// Table, record.
+void CallHost::IsExist() {
+    const Table table = ChooseTable();
+    TableEntryValueInfoStruct record;
+    FillRecord(record);
+    const bool isThere =
+        table.handle != nullptr && ScanForEntry(*table.element, ViewOf(record.name)) != nullptr;
+    Check(xmlTableEntryIsExist(table.handle, &record) == isThere, "IsExist finds what a scan finds");
+}
+
+// Table, which records, the records, by name or position, force, mark.
+void CallHost::SetEntry() {
+    const Table table = ChooseTable();
+    const std::size_t records = input_.Below(3);
+    TableEntryValueInfoStruct value;
+    TableEntryUInfoStruct ui;
+    if (records != 1) FillRecord(value);
+    if (records != 2) FillRecord(ui);
+    const bool byName = input_.Flag();
+    std::uint64_t position = byName ? 0 : ChoosePosition(table);
+    const std::uint64_t before = position;
+    const auto force = static_cast<std::int32_t>(input_.Below(3));
+    const auto mark = static_cast<std::int32_t>(input_.Below(3));
+    const std::size_t count = table.element == nullptr ? 0 : table.element->children.Size();
+    const bool isSet =
+        xmlTableEntrySet(table.handle, byName ? nullptr : &position, records == 1 ? nullptr : &value,
+                         records == 2 ? nullptr : &ui, force, mark);
+    if (table.handle == nullptr) return Check(!isSet, "null has no entries");
+    Check(table.element->children.Size() == count, "Set never adds");
+    if (byName) return;
+    Check(isSet == (position != before), "an entry that was set moves the position");
+    Check(!isSet || IsChild(*table.element, position), "a position is an entry of the table");
+    KeepPosition(table, position);
+}
+
+// Table, which records, the records, position, mark, update.
+void CallHost::AddEntry() {
+    const Table table = ChooseTable();
+    const std::size_t records = input_.Below(3);
+    TableEntryValueInfoStruct value;
+    TableEntryUInfoStruct ui;
+    if (records != 1) FillRecord(value);
+    if (records != 2) FillRecord(ui);
+    if (records == 1) ui.type = 31;  // another type would need the value record
+    std::uint64_t position = ChoosePosition(table);
+    const std::uint64_t before = position;
+    const auto mark = static_cast<std::int32_t>(input_.Below(3));
+    const auto update = static_cast<std::int32_t>(input_.Below(3));
+    const std::size_t count = table.element == nullptr ? 0 : table.element->children.Size();
+    const WideView name = records == 1 ? ViewOf(ui.name) : ViewOf(value.name);
+    const bool isThere = table.element != nullptr && ScanForEntry(*table.element, name) != nullptr;
+    const bool isAdded = xmlTableEntryAdd(table.handle, &position, records == 1 ? nullptr : &value,
+                                          records == 2 ? nullptr : &ui, mark, update);
+    Check(position == before, "Add leaves the position");
+    if (table.handle == nullptr) return Check(!isAdded, "null has no entries");
+    const std::size_t more = isAdded && !(update == 1 && isThere) ? 1 : 0;
+    // A presentation record without a control is ignored; alone it leaves no name to update by.
+    const bool hasName = records != 1 || ui.control != 0xFFFF;
+    Check(!hasName || table.element->children.Size() == count + more, "Add adds one entry, or updates one");
+    if (more == 1 && position != 0) {
+        const auto* next = reinterpret_cast<const XmlNode*>(static_cast<std::uintptr_t>(position));
+        Check(next->index > 0, "the new entry comes before the one that was given");
+    }
+    if (isAdded && records != 1 && value.writeMask == 0)
+        Check(ScanForEntry(*table.element, name) != nullptr, "an added entry is found");
+}
+
+// Table, record, occurrence, whether all of them.
+void CallHost::RemoveEntry() {
+    const Table table = ChooseTable();
+    TableEntryValueInfoStruct record;
+    FillRecord(record);
+    const auto occurrence = static_cast<std::int32_t>(input_.Number());
+    const auto removeAll = static_cast<std::int32_t>(input_.Below(3));
+    if (table.handle == nullptr)
+        return Check(!xmlTableRemoveEntry(nullptr, &record, occurrence, removeAll), "null has no entries");
+    const WideView name = ViewOf(record.name);
+    const std::size_t named = CountNamed(*table.element, name);
+    const auto first = occurrence == -1 ? 0 : static_cast<std::uint64_t>(std::int64_t{occurrence});
+    const std::size_t reached = first < named ? named - static_cast<std::size_t>(first) : 0;
+    const std::size_t expected = removeAll != 0 ? reached : std::min<std::size_t>(reached, 1);
+    const std::size_t before = table.element->children.Size();
+    const bool isRemoved = xmlTableRemoveEntry(table.handle, &record, occurrence, removeAll);
+    ForgetRemoved(table.element);
+    Check(before - table.element->children.Size() == expected, "as many entries go as were asked for");
+    Check(isRemoved == (expected != 0), "the result says whether entries went");
+}
+
+// Table.
+void CallHost::RemoveEntries() {
+    const Table table = ChooseTable();
+    Check(xmlTableRemoveEntries(table.handle) == (table.handle != nullptr), "a table can always be emptied");
+    if (table.handle == nullptr) return;
+    ForgetRemoved(table.element);
+    Check(std::none_of(table.element->children.begin(), table.element->children.end(),
+                       [](const XmlNode* child) { return child->name.View() == names::kVar; }),
+          "no entry is left");
+}
+
+// Name, type, id, mask, value ('-': never set).
+void CallHost::FillRecord(TableEntryValueInfoStruct& record) {
+    constexpr std::array<std::uint16_t, 10> kTypes = {8, 31, 3, 0x1003, 0x2005, 0, 17, 11, 99, 0x3008};
+    const WideString name = input_.Text();
+    std::copy_n(name.begin(), std::min(name.size(), std::size(record.name) - 1), std::begin(record.name));
+    record.type = kTypes[input_.Below(kTypes.size())];
+    record.id = input_.Number();
+    record.writeMask = static_cast<std::uint16_t>(input_.Number());
+    const WideString value = input_.Text();
+    if (value == "-"_w) return;
+    // A text that has no 8-bit form is given as a host of 8-bit text might get it wrong.
+    if (!record.SetVal_w(value.c_str())) record.SetVal("7");
+}
+
+// As above; then control, provider and its owner, comment and displayed name ('-': never set).
+void CallHost::FillRecord(TableEntryUInfoStruct& record) {
+    FillRecord(static_cast<TableEntryValueInfoStruct&>(record));
+    record.control = static_cast<std::uint16_t>(input_.Number());
+    record.prov_index = input_.Number();
+    record.prov_owner = static_cast<std::uint8_t>(input_.Below(6));
+    const WideString comment = input_.Text();
+    if (comment != "-"_w) record.SetComment_w(comment.c_str());
+    const WideString userName = input_.Text();
+    if (userName != "-"_w) record.SetUserName_w(userName.c_str());
+}
+
+}  // namespace mox::fuzz
