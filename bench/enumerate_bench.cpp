@@ -1,0 +1,44 @@
+// Reading all entries of a table with their values and their presentation data.
+#include "bench/suite.h"
+
+namespace bench {
+namespace {
+
+Sum ExpectedOf(const Entry& entry) {
+    const auto sumOf = [](const std::string& text) { return SumOf(std::string_view(text)); };
+    Sum sum = sumOf(entry.name) + entry.id + sumOf(entry.type) + sumOf(entry.value);
+    if (!entry.hasUi) return sum;
+    sum += sumOf(entry.control) + entry.provIndex + 1;  // the owner "app"
+    return sum + sumOf(entry.shownName) + sumOf(entry.comment) + sumOf(entry.value);
+}
+
+Participant Enumerates(std::shared_ptr<Contestant> contestant, const DocumentShape& shape) {
+    Sum expected = 0;
+    for (std::size_t key = 0; key < shape.keys; ++key)
+        expected += ExpectedOf(MakeEntry(shape, 0, key));
+    const Query section = SampleQueries(shape, 1).front();
+    const auto batch = [contestant, section, expected] {
+        Stopwatch watch;
+        watch.Start();
+        const Sum sum = contestant->Enumerate(section);
+        watch.Stop();
+        Check(sum == expected, contestant->Name() + " enumerated other entries");
+        return watch.Seconds();
+    };
+    return {contestant->Name(), batch, static_cast<double>(shape.keys)};
+}
+
+}  // namespace
+
+void RunEnumerate(Suite& suite) {
+    if (!suite.Wants("enumerate")) return;
+    const DocumentShape shape{1, suite.Quick() ? 1000U : 100000U};
+    const DocumentFiles files(shape, {false, false});
+    Row row{
+        "enumerate with both records", std::to_string(shape.keys) + " entries", {}, {{"pugixml", 0.5, 1.0}}};
+    for (auto& contestant : Loaded({MakeOurs, MakePugixml}, files.Files()))
+        row.participants.push_back(Enumerates(std::move(contestant), shape));
+    suite.Add(row);
+}
+
+}  // namespace bench

@@ -1,0 +1,199 @@
+#!/usr/bin/env python3
+"""Turns the JSON of mox_bench into the tables of docs/benchmarks.md and a plot beside it.
+
+    report.py <results.json> <benchmarks.md>
+
+Replaces what stands between the lines "<!-- measured: begin -->" and "<!-- measured: end -->" and leaves the rest of
+the page alone. The plot gets the page's name with .svg for .md.
+"""
+import html
+import json
+import math
+import pathlib
+import platform
+import subprocess
+import sys
+
+BEGIN = "<!-- measured: begin -->"
+END = "<!-- measured: end -->"
+PACKAGES = {
+    "pugixml": "libpugixml-dev",
+    "RapidXML": "librapidxml-dev",
+    "TinyXML-2": "libtinyxml2-dev",
+    "libxml2": "libxml2-dev",
+    "Boost.PropertyTree": "libboost-dev",
+    "GLib (GKeyFile)": "libglib2.0-dev",
+    "SimpleIni": "libsimpleini-dev",
+    "Google Benchmark": "libbenchmark-dev",
+    "C library": "libc6",
+}
+
+
+def time_text(seconds):
+    for limit, factor, unit in ((1e-6, 1e9, "ns"), (1e-3, 1e6, "µs"), (1, 1e3, "ms")):
+        if seconds < limit:
+            return f"{seconds * factor:.3g} {unit}" if seconds * factor < 1000 else f"{seconds * factor:.0f} {unit}"
+    return f"{seconds:.3g} s"
+
+
+def ratio_text(ratio):
+    if ratio < 0.1:
+        return f"{ratio:.2g}"
+    return f"{ratio:,.0f}" if ratio >= 100 else f"{ratio:.1f}" if ratio >= 10 else f"{ratio:.2f}"
+
+
+def spread_text(timing):
+    """How far the middle half of the repetitions lies apart, in per cent of the median."""
+    values = sorted(timing["repetitions"])
+    if len(values) < 4:
+        return ""
+    quarter = len(values) // 4
+    return f"±{50 * (values[-1 - quarter] - values[quarter]) / timing['median']:.0f} %"
+
+
+def processor():
+    try:
+        for line in pathlib.Path("/proc/cpuinfo").read_text(encoding="utf-8").splitlines():
+            if line.startswith("model name"):
+                return line.split(":", 1)[1].strip()
+    except OSError:
+        pass
+    return platform.processor() or platform.machine()
+
+
+def version(package):
+    query = ["dpkg-query", "-W", "-f", "${Version}", package]
+    try:
+        return subprocess.run(query, capture_output=True, text=True, check=True).stdout
+    except (OSError, subprocess.CalledProcessError):
+        return "unknown"
+
+
+def environment(results):
+    system = platform.freedesktop_os_release().get("PRETTY_NAME", platform.system())
+    lines = [
+        f"- Machine: {processor()}, {system}, 64 bits",
+        f"- Compiler: g++ {results['compiler']}, `-O3 -DNDEBUG`",
+        "- Versions: " + ", ".join(f"{name} {version(package)}" for name, package in PACKAGES.items()),
+        f"- {results['repetitions']} repetitions of each, the libraries in turn; medians of processor time",
+    ]
+    return lines
+
+
+def targets_text(row):
+    return "<br>".join(f"{t['peer']} {t['least']:,g} / {t['aim']:,g}" for t in row["targets"])
+
+
+def reached_text(row):
+    def word(target):
+        if target["ratio"] >= target["aim"]:
+            return "aim"
+        return "least" if target["ratio"] >= target["least"] else "**no**"
+
+    return "<br>".join(word(target) for target in row["targets"])
+
+
+def row_line(row):
+    ours, *peers = row["timings"]
+    ratios = ", ".join(f"{p['name']} {ratio_text(p['median'] / ours['median'])}" for p in peers)
+    return (f"| {row['operation']} | {row['size']} | {time_text(ours['median'])} | {spread_text(ours)} | {ratios} "
+            f"| {targets_text(row)} | {reached_text(row)} |")
+
+
+def figure_line(figure):
+    limit = figure["limit"]
+    reached = "" if limit is None else "yes" if figure["value"] <= limit else "**no**"
+    at_most = "" if limit is None else f"{limit:g}"
+    return (f"| {figure['subject']} | {figure['size']} | {figure['value']:.3g} | {at_most} | {reached} "
+            f"| {figure['detail']} |")
+
+
+def tables(results, plot):
+    lines = environment(results)
+    lines += ["", f"![Peers' time over ours]({plot})", "",
+              "| Operation | Size | Ours | Spread | Peer's time over ours | Least / aim | Reached |",
+              "|---|---|---|---|---|---|---|"]
+    lines += [row_line(row) for row in results["rows"]]
+    if results["figures"]:
+        lines += ["", "| Figure | Size | Value | At most | Reached | |", "|---|---|---|---|---|---|"]
+        lines += [figure_line(figure) for figure in results["figures"]]
+    return lines
+
+
+class Plot:
+    """Horizontal bars on a logarithmic scale: how many times longer the peer takes."""
+
+    left, width, top, step = 330, 560, 46, 22
+
+    def __init__(self, bars):
+        self.bars = bars
+        values = [v for bar in bars for v in (bar["ratio"], bar["least"], bar["aim"])]
+        self.low = math.floor(math.log10(min(values)))
+        self.high = math.ceil(math.log10(max(values)))
+        self.parts = []
+
+    def x(self, ratio):
+        share = (math.log10(ratio) - self.low) / (self.high - self.low)
+        return self.left + self.width * share
+
+    def text(self, x, y, text, anchor="start", style=""):
+        self.parts.append(f'<text x="{x:.1f}" y="{y:.1f}" text-anchor="{anchor}"{style}>{html.escape(text)}</text>')
+
+    def line(self, x, top, bottom, color, width=1):
+        self.parts.append(f'<line x1="{x:.1f}" x2="{x:.1f}" y1="{top:.1f}" y2="{bottom:.1f}" stroke="{color}" '
+                          f'stroke-width="{width}"/>')
+
+    def bar(self, index, bar):
+        y = self.top + index * self.step
+        color = "#2a7f4f" if bar["ratio"] >= bar["aim"] else "#4477aa" if bar["ratio"] >= bar["least"] else "#c0392b"
+        begin, end = sorted((self.x(1), self.x(bar["ratio"])))
+        self.text(self.left - 8, y + 14, bar["label"], "end")
+        self.parts.append(f'<rect x="{begin:.1f}" y="{y + 4}" width="{max(end - begin, 1):.1f}" height="13" '
+                          f'fill="{color}"/>')
+        for target, mark in (("least", "#111111"), ("aim", "#e0a000")):
+            self.line(self.x(bar[target]), y + 1, y + 20, mark, 2)
+        beside = max(self.x(v) for v in (bar["ratio"], bar["least"], bar["aim"], 1))
+        self.text(beside + 6, y + 14, ratio_text(bar["ratio"]))
+
+    def svg(self):
+        bottom = self.top + len(self.bars) * self.step
+        self.text(12, 20, "Peer's time over ours: to the right of 1 we are faster", style=' font-weight="bold"')
+        for power in range(self.low, self.high + 1):
+            x = self.x(10.0 ** power)
+            self.line(x, self.top - 4, bottom + 4, "#444444" if power == 0 else "#cccccc")
+            self.text(x, self.top - 8, f"{10.0 ** power:,g}", "middle")
+        for index, bar in enumerate(self.bars):
+            self.bar(index, bar)
+        legend = "Marks: black the least, yellow the aim. Bars: green reaches the aim, blue the least, red neither."
+        self.text(12, bottom + 24, legend)
+        size = (self.left + self.width + 80, bottom + 38)
+        return "\n".join([f'<svg xmlns="http://www.w3.org/2000/svg" width="{size[0]}" height="{size[1]}" '
+                          f'viewBox="0 0 {size[0]} {size[1]}" font-family="sans-serif" font-size="12">',
+                          f'<rect width="{size[0]}" height="{size[1]}" fill="white"/>', *self.parts, "</svg>", ""])
+
+
+def judged_bars(results):
+    return [{"label": f"{row['operation']}, {row['size']}: {target['peer']}", **target}
+            for row in results["rows"] for target in row["targets"]]
+
+
+def replaced(page, lines):
+    head, begin, rest = page.partition(BEGIN)
+    _, end, tail = rest.partition(END)
+    if not begin or not end:
+        raise SystemExit(f"report.py: the page has no lines {BEGIN} and {END}")
+    return head + BEGIN + "\n" + "\n".join(lines) + "\n" + END + tail
+
+
+def main():
+    if len(sys.argv) != 3:
+        raise SystemExit("usage: report.py <results.json> <benchmarks.md>")
+    results = json.loads(pathlib.Path(sys.argv[1]).read_text(encoding="utf-8"))
+    page = pathlib.Path(sys.argv[2])
+    plot = page.with_suffix(".svg")
+    page.write_text(replaced(page.read_text(encoding="utf-8"), tables(results, plot.name)), encoding="utf-8")
+    plot.write_text(Plot(judged_bars(results)).svg(), encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()
