@@ -75,8 +75,10 @@ TEST(FailingDisk, SaveThatCannotOpenTheFileLeavesItAsItIs) {
         const host::ScratchFile file;
         host::WriteBytes(file.Path(), "what was there before");
         FailedCall rule(1, Failing::FromThenOn);
-        const WatchedFiles files(std::ref(rule));
-        EXPECT_FALSE(save(file.Name()));
+        {
+            const WatchedFiles files(std::ref(rule));
+            EXPECT_FALSE(save(file.Name()));
+        }
         EXPECT_EQ(rule.Failed(), FileCall::Open);
         EXPECT_EQ(file.Bytes(), "what was there before");
     }

@@ -68,8 +68,9 @@ inline constexpr std::size_t kStep = kIsThorough ? 4 : 52;
 
 // Fails each allocation of the call, alone and together with all that follow, first with the document's pool
 // as it is, then with less room in it than the call needs: every amount, or else the largest with which the
-// call comes just as far. Each time std::bad_alloc has to come out, or the result of a failure; nothing may
-// be lost, everything has to stay usable, and the same call has to succeed then.
+// call comes just as far. Each time std::bad_alloc has to come out, or the result of a failure, and the same call
+// has to succeed then; or what failed was not needed, and the check of the call has to hold. Nothing may be lost,
+// and everything has to stay usable.
 void FailMemoryIn(const char* exported, const Call& call);
 
 // The same for a call that needs no memory: none of its calls may ask for any.

@@ -82,8 +82,8 @@ testing::AssertionResult OpenDocuments::CannotBeSavedTo(const wchar16* path) con
 
 testing::AssertionResult OpenDocuments::AreUntouched() const {
     if (EveryFile() != files_) return testing::AssertionFailure() << "what is saved has changed";
-    const auto profileIsSound = IsSound(*profile->document.root);
-    return profileIsSound ? IsSound(*static_cast<mox::TableHandle*>(table)->document.root) : profileIsSound;
+    const auto profileIsSound = IsSound(profile->document);
+    return profileIsSound ? IsSound(static_cast<mox::TableHandle*>(table)->document) : profileIsSound;
 }
 
 testing::AssertionResult CannotBeLoaded(const wchar16* path) {
