@@ -112,9 +112,8 @@ TEST_F(XmlLookups, FindChildElementDoesNotTakeCommentsForAnEmptyName) {
 }
 
 TEST_F(XmlLookups, FindTableElementGoesByItsName) {
-    XmlNode* e =
-        Parent({Element("Table"), Element("Var", {{"name", "S"}}), Element("Table", {{"name", "T"}}),
-                Element("Table", {{"id", "1"}, {"name", "S"}}), Element("Table", {{"name", "S"}})});
+    XmlNode* e = Parent({Element("Table"), Element("Var", {{"name", "S"}}), Element("Table", {{"name", "T"}}),
+                         Element("Table", {{"id", "1"}, {"name", "S"}}), Element("Table", {{"name", "S"}})});
     EXPECT_EQ(document_.FindTableElement(e, "S"_w), e->children.At(3));
     EXPECT_EQ(document_.FindTableElement(e, "T"_w), e->children.At(2));
     EXPECT_EQ(document_.FindTableElement(e, "s"_w), nullptr);
@@ -140,15 +139,15 @@ TEST_F(XmlLookups, FindTableElementDoesNotDescend) {
 
 TEST_F(XmlLookups, FindChildByNameAttributeTakesAnyElement) {
     XmlNode* e = Parent({Element("a"), Element("b", {{"name", "x"}}), Comment("c"),
-                               Element("c", {{"name", "y"}}), Element("d", {{"name", "y"}})});
+                         Element("c", {{"name", "y"}}), Element("d", {{"name", "y"}})});
     XmlNode* found = nullptr;
     EXPECT_TRUE(document_.FindChildByNameAttribute(e, "y"_w, found));
     EXPECT_EQ(found, e->children.At(3));
 }
 
 TEST_F(XmlLookups, FindChildByNameAttributeWithoutATextTakesTheFirstThatHasAName) {
-    XmlNode* e = Parent({Element("a", {{"id", "1"}}), Comment("c"),
-                               Element("b", {{"name", "whatever"}}), Element("c", {{"name", ""}})});
+    XmlNode* e = Parent({Element("a", {{"id", "1"}}), Comment("c"), Element("b", {{"name", "whatever"}}),
+                         Element("c", {{"name", ""}})});
     XmlNode* found = nullptr;
     EXPECT_TRUE(document_.FindChildByNameAttribute(e, WideView(), found));
     EXPECT_EQ(found, e->children.At(2));
