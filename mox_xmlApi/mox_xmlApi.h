@@ -380,8 +380,7 @@ void xmlTableDispose(void** handleSlot);
  * and no presentation record was given, the value of the presentation data. The presentation record receives
  * id, type, name, control, provider, comment, displayed name and the value of the presentation data. Names
  * are cut to 259 units; an owner other than 1, 2 or 4 is given as 0. Values are set as 16-bit text when the
- * type is 31, otherwise as 8-bit text. A 16-bit value that is not well-formed UTF-16 cannot be held by a
- * record, which then has none.
+ * type is 31, unit by unit, otherwise as 8-bit text.
  *
  * @param handle       The table or section.
  * @param position     Position variable, 0 to begin; it moves to the element that was tried, also when that

@@ -50,7 +50,8 @@ void xmlTableDispose(void** handleSlot) {
 
 bool xmlTableEntryGet(void* handle, uint64_t* position, TableEntryValueInfoStruct* value,
                       TableEntryUInfoStruct* ui) {
-    return handle != nullptr && mox::GetEntry(CursorOf(handle), position, value, ui);
+    return handle != nullptr &&
+           mox::GetEntry(CursorOf(handle), static_cast<TableHandle*>(handle)->buffers, position, value, ui);
 }
 
 bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record) {

@@ -1,28 +1,81 @@
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 
-#include <algorithm>
-#include <memory>
+#include <cstring>
 #include <string>
 #include <utility>
 
 #include "mox_xmlApi/platform/mox_porting.h"
 
+namespace {
+
+using WideText = std::basic_string<wchar16>;
+
+// Texts up to this many units keep their memory when they are taken away, for the next entry of an enumeration.
+constexpr std::size_t kMostKept = 2048;
+
+template <class Text>
+void Drop(Text& text) noexcept {
+    if (text.capacity() > kMostKept) {
+        Text().swap(text);
+    } else {
+        text.clear();
+    }
+}
+
+}  // namespace
+
 // Both forms of a value. Made at once when it is set, so that reading needs no memory.
 struct TableEntryValueInfoStruct::Texts {
+    bool isSet = false;
+    bool hasNarrow = false;
     std::string narrow;
-    std::basic_string<wchar16> wide;
+    WideText wide;
+    // Where the next value is taken, so that the present one stays when that fails.
+    std::string nextNarrow;
+    WideText nextWide;
+
+    bool Set(const char* text) {
+        nextNarrow = text;
+        if (!pdConvertString(nextNarrow, wide)) return false;
+        narrow.swap(nextNarrow);
+        Drop(nextNarrow);
+        isSet = hasNarrow = true;
+        return true;
+    }
+
+    void Set(const wchar16* text) {
+        nextWide = text;
+        hasNarrow = pdConvertString(nextWide, narrow);
+        wide.swap(nextWide);
+        Drop(nextWide);
+        isSet = true;
+    }
+
+    void Unset() noexcept {
+        isSet = hasNarrow = false;
+        Drop(narrow);
+        Drop(wide);
+    }
+};
+
+// The texts of a presentation that are not its value.
+struct TableEntryUInfoStruct::ShownTexts {
+    struct Shown {
+        bool isSet = false;
+        WideText text;
+
+        const wchar16* Get() const noexcept { return isSet ? text.c_str() : nullptr; }
+        void Set(const wchar16* units) {
+            if (units != nullptr) text = units;
+            isSet = units != nullptr;
+            if (!isSet) Drop(text);
+        }
+    };
+    Shown comment;
+    Shown userName;
 };
 
 namespace {
-
-// A copy of zero-terminated text made by new[]; null for null.
-wchar16* Copy(const wchar16* text) {
-    if (text == nullptr) return nullptr;
-    const std::size_t size = std::char_traits<wchar16>::length(text) + 1;
-    auto* copy = new wchar16[size];
-    std::copy_n(text, size, copy);
-    return copy;
-}
 
 // The value of a hexadecimal digit, or -1.
 int DigitValue(char digit) {
@@ -35,7 +88,10 @@ int DigitValue(char digit) {
 }  // namespace
 
 void TableEntryBaseInfoStruct::Clear() {
-    *this = TableEntryBaseInfoStruct();
+    type = 0;
+    writeMask = 0;
+    std::memset(name, 0, sizeof(name));
+    id = 0;
 }
 
 TableEntryValueInfoStruct::TableEntryValueInfoStruct() noexcept = default;
@@ -64,34 +120,26 @@ TableEntryValueInfoStruct::~TableEntryValueInfoStruct() {
 }
 
 const char* TableEntryValueInfoStruct::GetVal() const {
-    return texts_ == nullptr ? nullptr : texts_->narrow.c_str();
+    return texts_ != nullptr && texts_->hasNarrow ? texts_->narrow.c_str() : nullptr;
 }
 
 const wchar16* TableEntryValueInfoStruct::GetVal_w() const {
-    return texts_ == nullptr ? nullptr : texts_->wide.c_str();
+    return texts_ != nullptr && texts_->isSet ? texts_->wide.c_str() : nullptr;
 }
 
 bool TableEntryValueInfoStruct::SetVal(const char* text) {
-    std::unique_ptr<Texts> texts;
-    if (text != nullptr) {
-        texts = std::make_unique<Texts>();
-        texts->narrow = text;
-        if (!pdConvertString(texts->narrow, texts->wide)) return false;
-    }
-    delete texts_;
-    texts_ = texts.release();
-    return true;
+    if (text == nullptr) return SetVal_w(nullptr);
+    if (texts_ == nullptr) texts_ = new Texts;
+    return texts_->Set(text);
 }
 
 bool TableEntryValueInfoStruct::SetVal_w(const wchar16* text) {
-    std::unique_ptr<Texts> texts;
     if (text != nullptr) {
-        texts = std::make_unique<Texts>();
-        texts->wide = text;
-        if (!pdConvertString(texts->wide, texts->narrow)) return false;
+        if (texts_ == nullptr) texts_ = new Texts;
+        texts_->Set(text);
+    } else if (texts_ != nullptr) {
+        texts_->Unset();
     }
-    delete texts_;
-    texts_ = texts.release();
     return true;
 }
 
@@ -126,21 +174,16 @@ TableEntryUInfoStruct::TableEntryUInfoStruct(const TableEntryUInfoStruct& other)
     : TableEntryValueInfoStruct(other),
       control(other.control),
       prov_index(other.prov_index),
-      prov_owner(other.prov_owner) {
-    std::unique_ptr<wchar16[]> comment(Copy(other.comment_));
-    userName_ = Copy(other.userName_);
-    comment_ = comment.release();
-}
+      prov_owner(other.prov_owner),
+      shown_(other.shown_ == nullptr ? nullptr : new ShownTexts(*other.shown_)) {}
 
 TableEntryUInfoStruct::TableEntryUInfoStruct(TableEntryUInfoStruct&& other) noexcept
     : TableEntryValueInfoStruct(static_cast<TableEntryValueInfoStruct&&>(other)),
       control(other.control),
       prov_index(other.prov_index),
       prov_owner(other.prov_owner),
-      comment_(other.comment_),
-      userName_(other.userName_) {
-    other.comment_ = nullptr;
-    other.userName_ = nullptr;
+      shown_(other.shown_) {
+    other.shown_ = nullptr;
 }
 
 TableEntryUInfoStruct& TableEntryUInfoStruct::operator=(const TableEntryUInfoStruct& other) {
@@ -153,42 +196,43 @@ TableEntryUInfoStruct& TableEntryUInfoStruct::operator=(TableEntryUInfoStruct&& 
     control = other.control;
     prov_index = other.prov_index;
     prov_owner = other.prov_owner;
-    delete[] comment_;
-    delete[] userName_;
-    comment_ = other.comment_;
-    userName_ = other.userName_;
-    other.comment_ = nullptr;
-    other.userName_ = nullptr;
+    delete shown_;
+    shown_ = other.shown_;
+    other.shown_ = nullptr;
     return *this;
 }
 
 TableEntryUInfoStruct::~TableEntryUInfoStruct() {
-    delete[] comment_;
-    delete[] userName_;
+    delete shown_;
 }
 
 void TableEntryUInfoStruct::Clear() {
-    *this = TableEntryUInfoStruct();
+    TableEntryBaseInfoStruct::Clear();
+    SetVal_w(nullptr);
+    control = 0;
+    prov_index = 0;
+    prov_owner = 0;
+    if (shown_ == nullptr) return;
+    shown_->comment.Set(nullptr);
+    shown_->userName.Set(nullptr);
 }
 
 const wchar16* TableEntryUInfoStruct::GetComment_w() const {
-    return comment_;
+    return shown_ == nullptr ? nullptr : shown_->comment.Get();
 }
 
 const wchar16* TableEntryUInfoStruct::GetUserName_w() const {
-    return userName_;
+    return shown_ == nullptr ? nullptr : shown_->userName.Get();
 }
 
 bool TableEntryUInfoStruct::SetComment_w(const wchar16* text) {
-    wchar16* const copy = Copy(text);
-    delete[] comment_;
-    comment_ = copy;
+    if (shown_ == nullptr) shown_ = new ShownTexts;
+    shown_->comment.Set(text);
     return true;
 }
 
 bool TableEntryUInfoStruct::SetUserName_w(const wchar16* text) {
-    wchar16* const copy = Copy(text);
-    delete[] userName_;
-    userName_ = copy;
+    if (shown_ == nullptr) shown_ = new ShownTexts;
+    shown_->userName.Set(text);
     return true;
 }

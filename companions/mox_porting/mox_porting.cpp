@@ -1,10 +1,10 @@
 #include "mox_xmlApi/platform/mox_porting.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdint>
 #include <limits>
 #include <string_view>
-#include <utility>
 
 namespace {
 
@@ -91,6 +91,33 @@ std::size_t NarrowLength(char32_t character) {
     if (character < 0x80) return 1;
     if (character < 0x800) return 2;
     return character < 0x10000 ? 3 : 4;
+}
+
+// Most texts are: they are told from the others without looking at each unit for itself.
+template <class Text>
+bool IsAscii(const Text& text) {
+    using Unit = typename Text::value_type;
+    constexpr std::size_t kBlock = 32;
+    const Unit* units = text.data();
+    const auto hasOther = [&units](std::size_t count) {
+        std::uint32_t all = 0;
+        for (std::size_t i = 0; i < count; ++i)
+            all |= static_cast<std::uint32_t>(units[i]);
+        return (all & ~std::uint32_t{0x7F}) != 0;  // a negative char, too
+    };
+    std::size_t left = text.size();
+    for (; left >= kBlock; left -= kBlock, units += kBlock) {
+        if (hasOther(kBlock)) return false;
+    }
+    return !hasOther(left);
+}
+
+// Gives `to` the units of a text that are the same in both forms.
+template <class From, class To>
+void CopyUnits(const From& from, To& to) {
+    using Unit = typename To::value_type;
+    to.resize(from.size());
+    std::transform(from.begin(), from.end(), to.begin(), [](auto unit) { return static_cast<Unit>(unit); });
 }
 
 // Where the text of a conversion goes: never past the capacity, with room kept for the zero unit.
@@ -210,31 +237,38 @@ void PutSignedNumber(BoundedText& out, const Conversion& how, int value) {
 }  // namespace
 
 bool pdConvertString(const std::basic_string<wchar16>& wide, std::string& narrow) {
+    if (IsAscii(wide)) {
+        CopyUnits(wide, narrow);
+        return true;
+    }
     std::size_t length = 0;
     for (std::size_t at = 0; at < wide.size();) {
         const char32_t character = TakeCharacter(wide, at);
         if (character == kIllFormed) return false;
         length += NarrowLength(character);
     }
-    std::string result(length, '\0');
-    char* out = result.data();
+    narrow.resize(length);
+    char* out = narrow.data();
     for (std::size_t at = 0; at < wide.size();)
         out = PutCharacter(out, TakeCharacter(wide, at));
-    narrow = std::move(result);
     return true;
 }
 
 bool pdConvertString(const std::string& narrow, std::basic_string<wchar16>& wide) {
-    // No character needs more units than bytes.
-    WideText result(narrow.size(), wchar16{0});
-    wchar16* out = result.data();
+    if (IsAscii(narrow)) {
+        CopyUnits(narrow, wide);
+        return true;
+    }
+    std::size_t length = 0;
     for (std::size_t at = 0; at < narrow.size();) {
         const char32_t character = TakeCharacter(narrow, at);
         if (character == kIllFormed) return false;
-        out = PutCharacter(out, character);
+        length += character < 0x10000 ? 1 : 2;
     }
-    result.resize(static_cast<std::size_t>(out - result.data()));
-    wide = std::move(result);
+    wide.resize(length);
+    wchar16* out = wide.data();
+    for (std::size_t at = 0; at < narrow.size();)
+        out = PutCharacter(out, TakeCharacter(narrow, at));
     return true;
 }
 

@@ -43,15 +43,17 @@ struct TableEntryValueInfoStruct : TableEntryBaseInfoStruct {
     MOX_DBTINFO_API ~TableEntryValueInfoStruct();
 
     // The value as zero-terminated 8-bit text (UTF-8), or as 16-bit text. It has both forms, whichever way it
-    // was set. Null when it was never set. The record owns the text; it lives until the next SetVal, SetVal_w
-    // or Clear of a TableEntryUInfoStruct, or until the record is assigned to, moved from or destroyed.
+    // was set, but for a 16-bit text with a surrogate that has no partner: that one has no 8-bit form. Null for
+    // a form that the value does not have, or when it was never set. The record owns the text; it lives until
+    // the next SetVal, SetVal_w or Clear of a TableEntryUInfoStruct, or until the record is assigned to, moved
+    // from or destroyed.
     MOX_DBTINFO_API const char* GetVal() const;
     MOX_DBTINFO_API const wchar16* GetVal_w() const;
 
     // Stores a copy of the zero-terminated text as the value; it may be the text that the record itself gave
     // out. Null makes the value one that was never set.
-    // Returns true, or false when the text has no form of the other width (it is not well-formed UTF-8, or
-    // has a surrogate without its partner); the value then stays as it was.
+    // Returns true; SetVal gives false when the text is not well-formed UTF-8, and the value stays as it was.
+    // Throws std::bad_alloc; the value then stays as it was.
     MOX_DBTINFO_API bool SetVal(const char* text);
     MOX_DBTINFO_API bool SetVal_w(const wchar16* text);
 
@@ -103,9 +105,9 @@ struct alignas(TableEntryValueInfoStruct) TableEntryUInfoStruct : TableEntryValu
     MOX_DBTINFO_API bool SetUserName_w(const wchar16* text);
 
   private:
-    [[maybe_unused]] std::uint8_t unused_ = 0;  // brings the pointers to their alignment
-    wchar16* comment_ = nullptr;
-    wchar16* userName_ = nullptr;
+    struct ShownTexts;
+    [[maybe_unused]] std::uint8_t unused_ = 0;  // brings the pointer to its alignment
+    ShownTexts* shown_ = nullptr;
 };
 #pragma pack(pop)
 
@@ -114,7 +116,7 @@ static_assert(offsetof(TableEntryBaseInfoStruct, writeMask) == 2 &&
                   offsetof(TableEntryBaseInfoStruct, id) == 524 && sizeof(TableEntryBaseInfoStruct) == 528,
               "the fields of the base record lie without gaps");
 static_assert(sizeof(TableEntryUInfoStruct) ==
-                  sizeof(TableEntryValueInfoStruct) + 2 + 4 + 1 + 1 + 2 * sizeof(void*),
+                  sizeof(TableEntryValueInfoStruct) + 2 + 4 + 1 + 1 + sizeof(void*),
               "the fields of the presentation record lie without gaps");
 static_assert(sizeof(TableEntryUInfoStruct) % alignof(TableEntryValueInfoStruct) == 0,
               "records in an array are aligned");

@@ -16,23 +16,17 @@ void FillName(WideView name, TableEntryBaseInfoStruct& record) noexcept {
     if (!name.empty()) CopyToBuffer(name, record.name, std::size(record.name));
 }
 
-bool SetNarrowValue(WideView value, TableEntryValueInfoStruct& record) {
-    std::string narrow;
-    if (!pdConvertString(WideString(value), narrow)) return false;
-    record.SetVal(narrow.c_str());
-    return true;
+// A text as the records take it, good until the next one.
+const wchar16* Terminated(WideView text, TextBuffers& buffers) {
+    buffers.wide.assign(text);
+    return buffers.wide.c_str();
 }
 
-// A text that is not well-formed has no 8-bit form, so the record cannot hold it: no value then, rather than the one
-// that the record had before.
-void SetWideValue(WideView value, TableEntryValueInfoStruct& record) {
-    if (!record.SetVal_w(WideString(value).c_str())) record.SetVal_w(nullptr);
-}
-
-bool SetValue(WideView value, TableEntryValueInfoStruct& record) {
-    if (record.type != kTypeWideString) return SetNarrowValue(value, record);
-    SetWideValue(value, record);
-    return true;
+// A 16-bit text is stored whatever its units; any other has to have an 8-bit form.
+bool SetValue(WideView value, TextBuffers& buffers, TableEntryValueInfoStruct& record) {
+    const wchar16* text = Terminated(value, buffers);
+    if (record.type == kTypeWideString) return record.SetVal_w(text);
+    return pdConvertString(buffers.wide, buffers.narrow) && record.SetVal(buffers.narrow.c_str());
 }
 
 }  // namespace
@@ -81,26 +75,27 @@ bool IsKnownOwner(std::uint8_t owner) noexcept {
 }
 
 bool FillValueRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, bool useUiValue,
-                     TableEntryValueInfoStruct& record) {
+                     TextBuffers& buffers, TableEntryValueInfoStruct& record) {
     record.id = entry.id;
     record.type = entry.type;
     // A 16-bit text never falls back to the presentation data: an empty one is a value.
     const bool fallBack = useUiValue && entry.Value.empty() && entry.type != kTypeWideString;
-    if (!SetValue(fallBack ? ui.Value : entry.Value, record)) return false;
+    if (!SetValue(fallBack ? ui.Value : entry.Value, buffers, record)) return false;
     FillName(entry.name, record);
     return true;
 }
 
-bool FillUiRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, TableEntryUInfoStruct& record) {
+bool FillUiRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, TextBuffers& buffers,
+                  TableEntryUInfoStruct& record) {
     record.id = entry.id;
     record.type = entry.type;
     record.control = ui.control;
     record.prov_index = ui.prov_index;
     record.prov_owner = IsKnownOwner(ui.prov_owner) ? ui.prov_owner : std::uint8_t{0};
-    if (!ui.Comment.empty()) record.SetComment_w(WideString(ui.Comment).c_str());
+    if (!ui.Comment.empty()) record.SetComment_w(Terminated(ui.Comment, buffers));
     FillName(entry.name, record);
-    if (!ui.name.empty()) record.SetUserName_w(WideString(ui.name).c_str());
-    return SetValue(ui.Value, record);
+    if (!ui.name.empty()) record.SetUserName_w(Terminated(ui.name, buffers));
+    return SetValue(ui.Value, buffers, record);
 }
 
 }  // namespace mox

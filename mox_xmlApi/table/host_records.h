@@ -2,6 +2,8 @@
 #ifndef MOX_XMLAPI_TABLE_HOST_RECORDS_H
 #define MOX_XMLAPI_TABLE_HOST_RECORDS_H
 
+#include <string>
+
 #include "mox_xmlApi/entries/entry_records.h"
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 #include "mox_xmlApi/platform/wide_text.h"
@@ -41,12 +43,19 @@ EntryUiRecord FieldsOf(const TableEntryUInfoStruct& record) noexcept;
 // Whether an owner code is one that a file can hold: 0, 1, 2 or 4.
 bool IsKnownOwner(std::uint8_t owner) noexcept;
 
+// Memory for conversions, kept from one entry to the next so that an enumeration does not ask for it each time.
+struct TextBuffers {
+    WideString wide;
+    std::string narrow;
+};
+
 // Fills a host's record from an entry that was read. `useUiValue`: an empty value that is not "ucstring" is
 // replaced by that of the presentation data. False when a text cannot be converted; what was filled by then
 // stays. May throw std::bad_alloc.
 bool FillValueRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, bool useUiValue,
-                     TableEntryValueInfoStruct& record);
-bool FillUiRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, TableEntryUInfoStruct& record);
+                     TextBuffers& buffers, TableEntryValueInfoStruct& record);
+bool FillUiRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, TextBuffers& buffers,
+                  TableEntryUInfoStruct& record);
 
 }  // namespace mox
 

@@ -1,7 +1,5 @@
 #include "mox_xmlApi/table/table_entries.h"
 
-#include <array>
-
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "mox_xmlApi/entries/entry_reader.h"
 #include "mox_xmlApi/entries/entry_writer.h"
@@ -135,30 +133,30 @@ bool AddEntry(const TableCursor& cursor, const XmlNode* before, WideView name, c
     return true;
 }
 
-bool GetEntry(const TableCursor& cursor, std::uint64_t* position, TableEntryValueInfoStruct* value,
-              TableEntryUInfoStruct* ui) {
+bool GetEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* position,
+              TableEntryValueInfoStruct* value, TableEntryUInfoStruct* ui) {
     if (value == nullptr && ui == nullptr) return false;
     EntryValueRecord entryValue;
     EntryUiRecord entryUi;
-    std::array<wchar16, std::size(TableEntryBaseInfoStruct().name) + 1> key{};
     const bool byName = position == nullptr || *position == kByName;
-    if (value != nullptr && byName) {
-        entryValue.id = value->id;  // stays the result's id when the entry has none
-        CopyToBuffer(NameOf(*value), key.data(), key.size());
-        entryValue.name = WideView(key.data());
+    const XmlNode* entry = nullptr;
+    if (byName) {
+        // Before the records are cleared: both may be one object of the host.
+        entry = FindEntry(cursor, value != nullptr ? NameOf(*value) : WideView());
+        if (value != nullptr) entryValue.id = value->id;  // stays the result's id when the entry has none
     } else if (value != nullptr) {
         value->TableEntryBaseInfoStruct::Clear();
     }
     if (ui != nullptr) ui->Clear();
 
     if (position != nullptr && !cursor.IsReady()) return false;
-    const XmlNode* entry = byName ? FindEntry(cursor, entryValue.name) : EntryAfter(cursor, *position);
+    if (!byName) entry = EntryAfter(cursor, *position);
     if (entry == nullptr) return false;
     if (!byName)
         *position = PositionOf(entry);  // an entry that cannot be read is passed over by the next call
     if (!ReadEntry(cursor, *entry, &entryValue, &entryUi)) return false;
-    return (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, *value)) &&
-           (ui == nullptr || FillUiRecord(entryValue, entryUi, *ui));
+    return (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, buffers, *value)) &&
+           (ui == nullptr || FillUiRecord(entryValue, entryUi, buffers, *ui));
 }
 
 bool SetEntry(const TableCursor& cursor, std::uint64_t* position, const TableEntryValueInfoStruct* value,

@@ -7,6 +7,7 @@
 #include "mox_xmlApi/entries/entry_records.h"
 #include "mox_xmlApi/entries/table_cursor.h"
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
+#include "mox_xmlApi/table/host_records.h"
 
 namespace mox {
 
@@ -29,8 +30,8 @@ bool AddEntry(const TableCursor& cursor, const XmlNode* before, WideView name, c
               const EntryUiRecord* ui, bool mark, bool update);
 
 // The work of xmlTableEntryGet, xmlTableEntrySet and xmlTableEntryAdd on a handle that is not null.
-bool GetEntry(const TableCursor& cursor, std::uint64_t* position, TableEntryValueInfoStruct* value,
-              TableEntryUInfoStruct* ui);
+bool GetEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* position,
+              TableEntryValueInfoStruct* value, TableEntryUInfoStruct* ui);
 bool SetEntry(const TableCursor& cursor, std::uint64_t* position, const TableEntryValueInfoStruct* value,
               TableEntryUInfoStruct* ui, bool force, bool mark);
 bool AddHostEntry(const TableCursor& cursor, const std::uint64_t* position,

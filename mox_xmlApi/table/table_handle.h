@@ -3,6 +3,7 @@
 #define MOX_XMLAPI_TABLE_TABLE_HANDLE_H
 
 #include "mox_xmlApi/entries/table_cursor.h"
+#include "mox_xmlApi/table/host_records.h"
 #include "mox_xmlApi/xml/xml_document.h"
 
 namespace mox {
@@ -28,6 +29,7 @@ struct TableHandle {
 
     XmlDocument document;
     TableCursor cursor;
+    TextBuffers buffers;
 };
 
 }  // namespace mox

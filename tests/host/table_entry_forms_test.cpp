@@ -245,13 +245,24 @@ TEST_F(UnpairedSurrogate, ValueInAnEnumerationIsPassedOverByTheNextCall) {
     EXPECT_FALSE(xmlTableEntryGet(section_, &position, &value, nullptr));
     EXPECT_EQ(Show(value), " #5 0003 none");
     EXPECT_TRUE(xmlTableEntryGet(section_, &position, &value, nullptr));
-    EXPECT_EQ(Show(value), "w #6 001F none");
+    EXPECT_EQ(value.id, 6U);
+    EXPECT_EQ(WideText(value.GetVal_w()), WideText(u"\xD800"_w));
 }
 
-TEST_F(UnpairedSurrogate, WideValueTakesTheOldValueAway) {
+TEST_F(UnpairedSurrogate, WideValueIsReadAsItStands) {
     TableEntryValueInfoStruct value = ValueRecord("w"_w, 8, "old");
     EXPECT_TRUE(xmlTableEntryGet(section_, nullptr, &value, nullptr));
-    EXPECT_EQ(Show(value), "w #6 001F none");
+    EXPECT_EQ(WideText(value.GetVal_w()), WideText(u"\xD800"_w));
+    EXPECT_EQ(value.GetVal(), nullptr);
+}
+
+TEST_F(UnpairedSurrogate, WideValueIsWrittenAsItStands) {
+    TableEntryValueInfoStruct value = ValueRecord("w"_w, 31, "");
+    ASSERT_TRUE(value.SetVal_w(u"\xDC00\xD800"_w));
+    ASSERT_TRUE(xmlTableEntrySet(section_, nullptr, &value, nullptr, 0, 0));
+    wchar16 text[8];
+    EXPECT_EQ(xmlGetProfileString(profile_, "S"_w, "w"_w, text, 8, nullptr), 2U);
+    EXPECT_EQ(WideText(text), WideText(u"\xDC00\xD800"_w));
 }
 
 }  // namespace

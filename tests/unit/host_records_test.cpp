@@ -12,7 +12,8 @@ TEST(HostRecords, OnlyTheOwnersThatFilesHoldAreGiven) {
         EntryUiRecord ui;
         ui.prov_owner = static_cast<std::uint8_t>(owner);
         TableEntryUInfoStruct record;
-        ASSERT_TRUE(FillUiRecord(EntryValueRecord(), ui, record));
+        TextBuffers buffers;
+        ASSERT_TRUE(FillUiRecord(EntryValueRecord(), ui, buffers, record));
         const bool isKnown = owner == 1 || owner == 2 || owner == 4;
         EXPECT_EQ(record.prov_owner, isKnown ? owner : 0) << owner;
     }
@@ -49,8 +50,9 @@ TEST(HostRecords, LongNameIsCutTo259Units) {
     EntryValueRecord entry;
     entry.name = name;
     TableEntryValueInfoStruct record;
+    TextBuffers buffers;
     record.name[259] = 'x';
-    ASSERT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, record));
+    ASSERT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
     EXPECT_EQ(WideView(record.name), WideView(name).substr(0, 259));
 }
 
@@ -62,13 +64,14 @@ TEST(HostRecords, ValueWithoutNarrowFormIsRefusedUnlessItIsWideText) {
     entry.type = 3;
     entry.id = 7;
     TableEntryValueInfoStruct record;
-    EXPECT_FALSE(FillValueRecord(entry, EntryUiRecord(), true, record));
+    TextBuffers buffers;
+    EXPECT_FALSE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
     EXPECT_EQ(record.id, 7U);
     EXPECT_EQ(record.type, 3);
     EXPECT_EQ(record.name[0], 0);
     entry.type = 31;
-    EXPECT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, record));
-    EXPECT_EQ(record.GetVal_w(), nullptr);
+    EXPECT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
+    EXPECT_EQ(WideView(record.GetVal_w()), unpaired);
 }
 
 }  // namespace

@@ -102,7 +102,7 @@ TEST(EntryRecordLayout, PresentationFieldsFollowTheValueRecordWithoutGaps) {
     EXPECT_EQ(Offset(record, &record.prov_owner), base + 6);
     EXPECT_EQ(sizeof(TableEntryBaseInfoStruct), 528U);
     EXPECT_EQ(sizeof(Value), 536U);
-    EXPECT_EQ(sizeof(Ui), 560U);
+    EXPECT_EQ(sizeof(Ui), 552U);
     EXPECT_EQ(alignof(Ui), 8U);
 }
 
@@ -186,20 +186,40 @@ TEST(EntryValue, NullMakesItNeverSet) {
     EXPECT_EQ(record.GetVal_w(), nullptr);
 }
 
-TEST(EntryValue, TextWithoutTheOtherFormIsRefusedAndTheOldValueStays) {
+TEST(EntryValue, NarrowTextThatIsNotWellFormedIsRefusedAndTheOldValueStays) {
     Value record;
-    const wchar16 unpaired[] = {'a', 0xD83D, 0};
     EXPECT_FALSE(record.SetVal("\xC3("));
-    EXPECT_FALSE(record.SetVal_w(unpaired));
     EXPECT_EQ(record.GetVal(), nullptr);
+    EXPECT_EQ(record.GetVal_w(), nullptr);
 
     ASSERT_TRUE(record.SetVal("old"));
-    const char* const before = record.GetVal();
     EXPECT_FALSE(record.SetVal("\xC3("));
-    EXPECT_FALSE(record.SetVal_w(unpaired));
-    EXPECT_EQ(record.GetVal(), before);
     EXPECT_STREQ(record.GetVal(), "old");
     EXPECT_EQ(WideView(record.GetVal_w()), "old"_w);
+}
+
+TEST(EntryValue, WideTextIsHeldWhateverItsUnits) {
+    const wchar16 unpaired[] = {'a', 0xD83D, 0};
+    Value record;
+    ASSERT_TRUE(record.SetVal("old"));
+    EXPECT_TRUE(record.SetVal_w(unpaired));
+    EXPECT_EQ(WideView(record.GetVal_w()), WideView(unpaired));
+    EXPECT_EQ(record.GetVal(), nullptr);
+    EXPECT_EQ(WideView(Value(record).GetVal_w()), WideView(unpaired));
+
+    EXPECT_TRUE(record.SetVal_w("new"_w.data()));
+    EXPECT_STREQ(record.GetVal(), "new");
+}
+
+TEST(EntryValue, ClearedRecordTakesTextsLikeANewOne) {
+    Ui record;
+    FillUi(record);
+    record.Clear();
+    EXPECT_EQ(Ui(record).GetVal(), nullptr);
+    EXPECT_EQ(Ui(record).GetComment_w(), nullptr);
+    FillUi(record);
+    ExpectUiFilled(record);
+    ExpectUiFilled(Ui(record));
 }
 
 TEST(EntryValue, OwnTextsMayBeStoredAgain) {
