@@ -8,7 +8,8 @@ set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 export WINEPREFIX="${WINEPREFIX:-$here/../build/windows/wine}"
 export WINEDEBUG="${WINEDEBUG:--all}"
-export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree,mshtml=}"
+# Without winedbg.exe a program that crashes ends at once, after the one line "wine: Unhandled ...".
+export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree,mshtml,winedbg.exe=}"
 
 # first <command>...: the first that exists. Debian keeps the 64-bit programs out of the search path.
 first() {
