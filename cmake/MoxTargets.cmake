@@ -42,8 +42,12 @@ function(mox_shared_library target)
   if(MINGW)
     target_link_options(${target} PRIVATE
       -Wl,--dynamicbase,--nxcompat,--high-entropy-va -Wl,--no-insert-timestamp)
-  elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  elseif(UNIX AND NOT APPLE)
+    # No code that the loader has to change, and nothing but data that can be written once it is done.
+    target_link_options(${target} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,text)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      target_link_options(${target} PRIVATE -Wl,-z,defs)
+    endif()
   endif()
 endfunction()
 
