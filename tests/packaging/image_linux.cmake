@@ -1,0 +1,61 @@
+# cmake -DLIBRARIES=<file>[,<file>...] -DVERSION=<version> -DVERSIONED=<name> -DOBJDUMP=<objdump> -P image_linux.cmake
+# What each shared library needs of others and how it wants to be loaded; that <name> carries the version.
+cmake_minimum_required(VERSION 3.25)
+set(allowed
+  # the system and the compiler's runtime
+  libc.so.6 libm.so.6 libgcc_s.so.1 libstdc++.so.6
+  # the companions
+  libmox_dbtInfo.so libmox_porting.so)
+
+string(REPLACE "," ";" libraries "${LIBRARIES}")
+set(versioned FALSE)
+foreach(library IN LISTS libraries)
+  execute_process(COMMAND ${OBJDUMP} -p ${library} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
+
+  string(REGEX MATCHALL "\n +NEEDED +[^\n ]+" needed "${headers}")
+  list(TRANSFORM needed REPLACE "\n +NEEDED +" "")
+  if(NOT "libstdc++.so.6" IN_LIST needed)
+    message(FATAL_ERROR "${library}: it does not share the C++ runtime; it needs ${needed}")
+  endif()
+  list(REMOVE_ITEM needed ${allowed})
+  if(needed)
+    message(FATAL_ERROR "${library}: not expected among what it needs: ${needed}")
+  endif()
+
+  # Segments: what is written while loading can be closed, the stack holds no code.
+  if(NOT headers MATCHES "\n +RELRO off ")
+    message(FATAL_ERROR "${library}: nothing of it becomes read-only after loading")
+  endif()
+  if(NOT headers MATCHES "\n +STACK off [^\n]*\n[^\n]* flags rw-\n")
+    message(FATAL_ERROR "${library}: it wants a stack that can be executed")
+  endif()
+  # DF_BIND_NOW is bit 3 of the flags, DF_TEXTREL bit 2.
+  if(NOT headers MATCHES "\n +FLAGS +(0x[0-9a-f]+)")
+    message(FATAL_ERROR "${library}: no flags found")
+  endif()
+  math(EXPR bindNow "${CMAKE_MATCH_1} & 8")
+  math(EXPR textRelocations "${CMAKE_MATCH_1} & 4")
+  if(NOT bindNow)
+    message(FATAL_ERROR "${library}: symbols are bound when they are first used")
+  endif()
+  if(textRelocations OR headers MATCHES "\n +TEXTREL ")
+    message(FATAL_ERROR "${library}: it has relocations in its code")
+  endif()
+
+  cmake_path(GET library FILENAME file)
+  if(file MATCHES "^lib${VERSIONED}\\.so")
+    string(REGEX REPLACE "\\..*" "" major "${VERSION}")
+    if(NOT headers MATCHES "\n +SONAME +lib${VERSIONED}\\.so\\.${major}\n")
+      message(FATAL_ERROR "${library}: its SONAME is not lib${VERSIONED}.so.${major}")
+    endif()
+    if(NOT file STREQUAL "lib${VERSIONED}.so.${VERSION}")
+      message(FATAL_ERROR "${library}: its name does not end in .so.${VERSION}")
+    endif()
+    set(versioned TRUE)
+    message(STATUS "${library}: version ${VERSION}")
+  endif()
+  message(STATUS "${library}: needs and flags as expected")
+endforeach()
+if(NOT versioned)
+  message(FATAL_ERROR "${VERSIONED} is not among ${libraries}")
+endif()
