@@ -15,12 +15,12 @@ function(mox_target target)
   if(MSVC)
     # Exports throw: "c" would let the compiler assume that extern "C" functions do not.
     target_compile_options(${target} PRIVATE
-      $<$<COMPILE_LANGUAGE:C,CXX>:/W4 /WX /utf-8>
+      $<$<COMPILE_LANGUAGE:C,CXX>:/W4 $<$<BOOL:${MOX_WARNINGS_ARE_ERRORS}>:/WX> /utf-8>
       $<$<COMPILE_LANGUAGE:CXX>:/permissive- /Zc:__cplusplus /EHsc->)
     return()
   endif()
   target_compile_options(${target} PRIVATE
-    $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wconversion -Wshadow -Werror>)
+    $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wconversion -Wshadow $<$<BOOL:${MOX_WARNINGS_ARE_ERRORS}>:-Werror>>)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # GCC 12 sees overlapping copies inside its own std::string where there are none.
     target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
@@ -61,9 +61,32 @@ function(mox_version_resource target)
   target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/${target}.rc)
 endfunction()
 
+# mox_msvc_import_library(<target> <def file>): a .lib for MSVC's linker beside MinGW's own import library, into
+# MOX_MSVC_IMPORT_LIBRARY. LLVM's tool writes what MSVC's own would make of the .def file; the one of MinGW writes
+# another form, which MSVC's linker does not promise to take.
+function(mox_msvc_import_library target def)
+  if(NOT MINGW)
+    return()
+  endif()
+  find_program(MOX_LLVM_DLLTOOL NAMES llvm-dlltool-14 llvm-dlltool)
+  if(NOT MOX_LLVM_DLLTOOL)
+    message(STATUS "No llvm-dlltool: no import library for MSVC's linker")
+    return()
+  endif()
+  cmake_path(ABSOLUTE_PATH def BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
+  set(library ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/${target}.lib)
+  add_custom_command(OUTPUT ${library}
+    COMMAND ${MOX_LLVM_DLLTOOL} -m i386:x86-64 -d ${def} -D ${target}.dll -l ${library}
+    DEPENDS ${def} VERBATIM)
+  add_custom_target(${target}_msvc_import_library ALL DEPENDS ${library})
+  add_dependencies(${target} ${target}_msvc_import_library)
+  set(MOX_MSVC_IMPORT_LIBRARY ${library} PARENT_SCOPE)
+endfunction()
+
 # The compiler's runtime is shared between host and library: its DLLs lie beside the programs.
+set(MOX_RUNTIME_DLLS libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 function(mox_runtime_dlls)
-  foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+  foreach(name IN LISTS MOX_RUNTIME_DLLS)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
       OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
     if(NOT EXISTS "${path}")

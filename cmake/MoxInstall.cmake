@@ -1,0 +1,104 @@
+# What `cmake --install` gives: libraries, public headers, a CMake package, a pkg-config file, documents, and the tool
+# when it is built. The folders are those of GNUInstallDirs.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(mox_installed_libraries mox_xmlApi)
+if(MOX_BUNDLED_COMPANIONS)
+  list(APPEND mox_installed_libraries mox_dbtInfo mox_porting)
+endif()
+set(mox_installed_programs "")
+if(TARGET mox-xml)
+  set(mox_installed_programs mox-xml)
+endif()
+
+# What has to be built before it can be installed.
+add_custom_target(mox_installed DEPENDS ${mox_installed_libraries} ${mox_installed_programs})
+
+if(UNIX AND NOT APPLE)
+  # The companions lie beside the library, wherever somebody puts the folder; the library lies a known way off the tool.
+  # Companions that are not ours stay where they are.
+  set_target_properties(${mox_installed_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH ON)
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR}
+    OUTPUT_VARIABLE mox_way_to_libraries)
+  foreach(program IN LISTS mox_installed_programs)
+    set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${mox_way_to_libraries}")
+  endforeach()
+endif()
+
+install(TARGETS ${mox_installed_libraries} EXPORT mox_xmlApiTargets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# What hosts include; the front is headers alone.
+file(GLOB mox_front RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
+  ${PROJECT_SOURCE_DIR}/mox_xmlApi/*.hpp ${PROJECT_SOURCE_DIR}/mox_xmlApi/front/*.hpp)
+foreach(header IN LISTS mox_front ITEMS
+    mox_xmlApi/mox_xmlApi.h mox_xmlApi/platform/mox_dbtInfo.h mox_xmlApi/platform/wchar16.h)
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
+endforeach()
+if(mox_installed_programs)
+  install(TARGETS ${mox_installed_programs} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
+if(MINGW)
+  foreach(dll IN LISTS MOX_RUNTIME_DLLS)
+    install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll} DESTINATION ${CMAKE_INSTALL_BINDIR})
+    # As ours are: without the symbols, which are most of the bytes.
+    install(CODE "
+      if(CMAKE_INSTALL_DO_STRIP)
+        set(dll \"${CMAKE_INSTALL_BINDIR}/${dll}\")
+        cmake_path(ABSOLUTE_PATH dll BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
+        execute_process(COMMAND \"${CMAKE_STRIP}\" --strip-unneeded \"\$ENV{DESTDIR}\${dll}\"
+          COMMAND_ERROR_IS_FATAL ANY)
+      endif()")
+  endforeach()
+  install(FILES ${PROJECT_SOURCE_DIR}/cmake/runtime-dlls.txt DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  if(MOX_MSVC_IMPORT_LIBRARY)
+    install(FILES ${MOX_MSVC_IMPORT_LIBRARY} DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  endif()
+endif()
+
+install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
+
+# ---- for find_package
+
+set(mox_package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/mox_xmlApi)
+install(EXPORT mox_xmlApiTargets NAMESPACE mox_xmlApi:: DESTINATION ${mox_package_folder})
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/mox_xmlApiConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/mox_xmlApiConfig.cmake
+  INSTALL_DESTINATION ${mox_package_folder}
+  PATH_VARS CMAKE_INSTALL_LIBDIR)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/mox_xmlApiConfigVersion.cmake
+  VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/mox_xmlApiConfig.cmake
+  ${PROJECT_BINARY_DIR}/mox_xmlApiConfigVersion.cmake
+  DESTINATION ${mox_package_folder})
+
+# ---- for pkg-config
+
+# Below a relative library folder the prefix is told from the place of the file itself, so that the whole tree can be
+# moved. An absolute folder stands as it is.
+cmake_path(IS_ABSOLUTE CMAKE_INSTALL_LIBDIR mox_libdir_is_absolute)
+if(mox_libdir_is_absolute)
+  set(mox_pc_prefix ${CMAKE_INSTALL_PREFIX})
+  set(mox_pc_libdir ${CMAKE_INSTALL_LIBDIR})
+else()
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig
+    OUTPUT_VARIABLE mox_pc_prefix)
+  string(PREPEND mox_pc_prefix "\${pcfiledir}/")
+  set(mox_pc_libdir "\${prefix}/${CMAKE_INSTALL_LIBDIR}")
+endif()
+cmake_path(IS_ABSOLUTE CMAKE_INSTALL_INCLUDEDIR mox_includedir_is_absolute)
+if(mox_includedir_is_absolute)
+  set(mox_pc_includedir ${CMAKE_INSTALL_INCLUDEDIR})
+else()
+  set(mox_pc_includedir "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
+endif()
+configure_file(${PROJECT_SOURCE_DIR}/cmake/mox_xmlApi.pc.in ${PROJECT_BINARY_DIR}/mox_xmlApi.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/mox_xmlApi.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
