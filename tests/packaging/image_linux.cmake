@@ -1,5 +1,5 @@
-# cmake -DLIBRARIES=<file>[,<file>...] -DVERSION=<version> -DVERSIONED=<name> -DOBJDUMP=<objdump> -P image_linux.cmake
-# What each shared library needs of others and how it wants to be loaded; that <name> carries the version.
+# What each shared library of LIBRARIES (files, commas between them) needs of others and how it wants to be loaded; that
+# the library VERSIONED carries the VERSION.
 cmake_minimum_required(VERSION 3.25)
 set(allowed
   # the system and the compiler's runtime

@@ -1,5 +1,5 @@
-# cmake -DLIBRARIES=<file>[,<file>...] -DVERSION=<version> -DVERSIONED=<name> -DOBJDUMP=<objdump> -P image_windows.cmake
-# What each DLL needs of others and how it wants to be loaded; that <name> carries the version.
+# What each DLL of LIBRARIES (files, commas between them) needs of others and how it wants to be loaded; that the DLL
+# VERSIONED carries the VERSION.
 cmake_minimum_required(VERSION 3.25)
 set(allowed
   # the system

@@ -1,0 +1,19 @@
+# Installs into an empty folder and builds the consumer against it by find_package and by pkg-config.
+include(${CMAKE_CURRENT_LIST_DIR}/helpers.cmake)
+
+set(prefix "${FOLDER}/an empty prefix")
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix})
+check_headers(${prefix}/include)
+check_no_build_paths(${prefix})
+check_files(${prefix}
+  lib/libmox_xmlApi.so lib/libmox_xmlApi.so.${VERSION} lib/libmox_dbtInfo.so lib/libmox_porting.so
+  share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md)
+
+build_with_find_package(${prefix} ${FOLDER}/found)
+run_consumers(${FOLDER}/found)
+
+# Both files tell the folders from their own place.
+file(RENAME ${prefix} ${FOLDER}/moved)
+build_with_pkg_config(${FOLDER}/moved/lib/pkgconfig ${FOLDER}/moved/include ${FOLDER}/moved/lib ${FOLDER}/configured)
+set(ENV{LD_LIBRARY_PATH} ${FOLDER}/moved/lib)
+run_consumers(${FOLDER}/configured)

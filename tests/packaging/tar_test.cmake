@@ -1,0 +1,15 @@
+# Unpacks the .tar.gz and builds the consumer against it.
+include(${CMAKE_CURRENT_LIST_DIR}/helpers.cmake)
+
+pack(TGZ package)
+cmake_path(GET package FILENAME name)
+if(NOT name MATCHES "^mox_xmlApi-${VERSION}-linux-.+\\.tar\\.gz$")
+  message(FATAL_ERROR "The package has the name ${name}")
+endif()
+file(ARCHIVE_EXTRACT INPUT ${package} DESTINATION ${FOLDER}/unpacked)
+string(REGEX REPLACE "\\.tar\\.gz$" "" prefix "${FOLDER}/unpacked/${name}")
+check_headers(${prefix}/include)
+check_no_build_paths(${prefix})
+check_files(${prefix} share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md)
+build_with_find_package(${prefix} ${FOLDER}/found)
+run_consumers(${FOLDER}/found)

@@ -1,0 +1,45 @@
+# Unpacks the .zip for Windows, builds the consumer against it by find_package and by pkg-config, and another one with
+# the tools of the MSVC family, and runs them with the DLLs of the .zip alone.
+include(${CMAKE_CURRENT_LIST_DIR}/helpers.cmake)
+find_program(CLANG_CL NAMES clang-cl-14 clang-cl REQUIRED)
+find_program(LLD_LINK NAMES lld-link-14 lld-link REQUIRED)
+find_program(LLVM_MT NAMES llvm-mt-14 llvm-mt REQUIRED)
+find_program(LLVM_RC NAMES llvm-rc-14 llvm-rc REQUIRED)
+set(CMAKE_EXECUTABLE_SUFFIX .exe)
+
+pack(ZIP package)
+cmake_path(GET package FILENAME name)
+if(NOT name STREQUAL "mox_xmlApi-${VERSION}-windows-x86_64.zip")
+  message(FATAL_ERROR "The package has the name ${name}")
+endif()
+file(ARCHIVE_EXTRACT INPUT ${package} DESTINATION ${FOLDER}/unpacked)
+cmake_path(GET package STEM LAST_ONLY prefix)
+set(prefix ${FOLDER}/unpacked/${prefix})
+check_headers(${prefix}/include)
+check_no_build_paths(${prefix})
+check_files(${prefix}
+  bin/mox_xmlApi.dll bin/mox_dbtInfo.dll bin/mox_porting.dll
+  bin/libstdc++-6.dll bin/libgcc_s_seh-1.dll bin/libwinpthread-1.dll
+  lib/libmox_xmlApi.dll.a lib/libmox_dbtInfo.dll.a lib/mox_xmlApi.lib
+  share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md share/doc/mox_xmlApi/runtime-dlls.txt)
+# Removing the symbols has left the rest as it was.
+run(${CMAKE_COMMAND} -DLIBRARIES=${prefix}/bin/mox_xmlApi.dll,${prefix}/bin/mox_dbtInfo.dll,${prefix}/bin/mox_porting.dll
+  -DVERSION=${VERSION} -DVERSIONED=mox_xmlApi -DOBJDUMP=${OBJDUMP} -P ${CMAKE_CURRENT_LIST_DIR}/image_windows.cmake)
+
+# Windows looks here for what does not lie beside the program.
+set(ENV{WINEPATH} Z:${prefix}/bin)
+build_with_find_package(${prefix} ${FOLDER}/found)
+run_consumers(${FOLDER}/found)
+build_with_pkg_config(${prefix}/lib/pkgconfig ${prefix}/include ${prefix}/lib ${FOLDER}/configured)
+run_consumers(${FOLDER}/configured)
+
+# Nothing but the compiler and the linker: there is no runtime library to try anything with.
+run(${CMAKE_COMMAND} -S ${SOURCES}/tests/packaging/consumer/other_linker -B ${FOLDER}/other
+  -G ${first_CMAKE_GENERATOR} -DCMAKE_SYSTEM_NAME=Windows -DCMAKE_BUILD_TYPE=Release
+  -DCMAKE_C_COMPILER=${CLANG_CL} -DCMAKE_C_COMPILER_TARGET=x86_64-pc-windows-msvc -DCMAKE_C_COMPILER_WORKS=ON
+  -DCMAKE_LINKER=${LLD_LINK} -DCMAKE_MT=${LLVM_MT} -DCMAKE_RC_COMPILER=${LLVM_RC}
+  -DCMAKE_TRY_COMPILE_TARGET_TYPE=STATIC_LIBRARY -DCMAKE_C_STANDARD_LIBRARIES=
+  -DCMAKE_PREFIX_PATH=${prefix})
+run(${CMAKE_COMMAND} --build ${FOLDER}/other)
+run(${EMULATOR} ${FOLDER}/other/other_linker.exe)
+message(STATUS "${FOLDER}/other: the program runs")
