@@ -1,5 +1,7 @@
 #include "tests/second_opinion/written_support.h"
 
+#include <algorithm>
+
 namespace opinion {
 namespace {
 
@@ -140,16 +142,23 @@ std::string TextOf(const Written& written) {
 }
 
 std::string AdaptedToXml(const Written& written) {
-    std::string text = TextOf(written);
-    if (!written.wide) return text;
-    static constexpr std::string_view kNarrow = "encoding=\"UTF-8\"?>";
-    const std::size_t at = text.find(kNarrow);
-    if (text.starts_with("<?xml") && at != std::string::npos)
-        text.replace(at, kNarrow.size(), "encoding=\"UTF-16\"?>");
-    std::string adapted = "\xFF\xFE";
-    for (const char character : text)
-        adapted.append(1, character).append(1, '\0');
-    return adapted;
+    const auto inFile = [&](std::string_view text) {
+        std::string bytes;
+        for (const char character : text) {
+            bytes += character;
+            if (written.wide) bytes += '\0';
+        }
+        return bytes;
+    };
+    const bool ascii = std::none_of(written.bytes.begin(), written.bytes.end(),
+                                    [](char byte) { return (byte & 0x80) != 0; });
+    const std::string old = inFile("encoding=\"UTF-8\"?>");
+    std::string text = written.bytes.substr(0, written.bytes.size() - (written.wide ? 2 : 1));
+    const std::size_t at = text.find(old);
+    if (at != std::string::npos && (written.wide || !ascii))
+        text.replace(at, old.size(),
+                     inFile(written.wide ? "encoding=\"UTF-16\"?>" : "encoding=\"ISO-8859-1\"?>"));
+    return written.wide ? "\xFF\xFE" + text : text;
 }
 
 }  // namespace opinion

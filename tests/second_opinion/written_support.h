@@ -46,8 +46,8 @@ class Host {
 // The document in a file, without the zero at its end. Every unit has to be 7-bit text.
 std::string TextOf(const Written& written);
 
-// The file as XML has it: without the zero at its end, and a wide one with a byte-order mark and the encoding that it
-// has.
+// The file as XML has it: without the zero at its end, with the encoding that it has in its declaration, and a wide one
+// with a byte-order mark. A narrow one with bytes beyond 7-bit text is taken for Latin-1.
 std::string AdaptedToXml(const Written& written);
 
 }  // namespace opinion
