@@ -1,0 +1,143 @@
+// How the C++ front reads entries through the exports, one by one and as a range.
+// Part of mox_xmlApi.hpp; valid in C++17 and later.
+#ifndef MOX_XMLAPI_FRONT_ENTRY_READING_HPP
+#define MOX_XMLAPI_FRONT_ENTRY_READING_HPP
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "mox_xmlApi/front/entry.hpp"
+#include "mox_xmlApi/mox_xmlApi.h"
+
+namespace mox {
+namespace front {
+
+// A handle of the table functions with all that it needs to live; released with its last copy.
+using TableHandle = std::shared_ptr<void>;
+
+// What a step of an enumeration found: the end, an element without a known type, or an entry.
+enum class Step { End, Unreadable, Entry };
+
+template <class String>
+void FillEntry(UnitsView name, const TableEntryValueInfoStruct& value, const TableEntryUInfoStruct& ui,
+               BasicEntry<String>& entry) {
+    entry.name = StringOf<String>(name);
+    entry.value = ValueIn<String>(value, value.type);
+    entry.id = value.id;
+    const int code = value.type;
+    entry.type = static_cast<ValueType>(code & ~kShapeBits);
+    entry.shape = static_cast<Shape>(code & kShapeBits);
+    entry.ui = PresentationIn<String>(ui);
+}
+
+// Reads the entry after the position, 0 for the first one, and moves the position there.
+//
+// The export fails for an entry whose value has no 8-bit form, too, and fills the records up to there: the type says
+// that there is an entry, and the presentation record alone gives what the value record then lacks.
+template <class String>
+Step ReadNext(void* handle, std::uint64_t& position, BasicEntry<String>& entry) {
+    TableEntryValueInfoStruct value;
+    TableEntryUInfoStruct ui;
+    std::uint64_t before = position;
+    const bool isRead = xmlTableEntryGet(handle, &position, &value, &ui);
+    if (!isRead && position == before) return Step::End;
+    if (!isRead && value.type == 0) return Step::Unreadable;
+    if (!isRead && ui.type == 0) xmlTableEntryGet(handle, &before, nullptr, &ui);
+    FillEntry(NameIn(ui), value, ui, entry);
+    return Step::Entry;
+}
+
+// Reads the first entry of a name. Returns false when there is none that can be read.
+template <class String>
+bool ReadByName(void* handle, const Text& name, BasicEntry<String>& entry) {
+    TableEntryValueInfoStruct value;
+    TableEntryUInfoStruct ui;
+    if (!PutKey(name, value)) return false;
+    const bool isRead = xmlTableEntryGet(handle, nullptr, &value, &ui);
+    if (!isRead && value.type == 0) return false;
+    if (isRead || ui.type != 0) {
+        FillEntry(name.units(), value, ui, entry);
+        return true;
+    }
+    // A value without an 8-bit form: its presentation data are given to an enumeration only.
+    std::uint64_t position = 0;
+    for (Step step = Step::Unreadable; step != Step::End; step = ReadNext(handle, position, entry)) {
+        if (step == Step::Entry && Text(entry.name).units() == name.units()) return true;
+    }
+    return false;
+}
+
+}  // namespace front
+
+// Walks through the entries of a table; made by begin() of a range. It reads one entry at each step, and reads nothing
+// ahead. It may be copied and dropped at any time, and keeps its table alive. The entry on which it stands must not be
+// removed before the next step.
+template <class String>
+class BasicEntryIterator {
+  public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = BasicEntry<String>;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const value_type*;
+    using reference = const value_type&;
+
+    BasicEntryIterator() = default;  // the end
+    explicit BasicEntryIterator(front::TableHandle table) : table_(std::move(table)) { ++*this; }
+
+    reference operator*() const { return entry_; }
+    pointer operator->() const { return &entry_; }
+
+    BasicEntryIterator& operator++() {
+        front::Step step = front::Step::Unreadable;
+        while (step == front::Step::Unreadable)
+            step = front::ReadNext(table_.get(), position_, entry_);
+        if (step == front::Step::End) *this = BasicEntryIterator();
+        return *this;
+    }
+    BasicEntryIterator operator++(int) {
+        BasicEntryIterator old = *this;
+        ++*this;
+        return old;
+    }
+
+    // Position variable for the table functions of mox_xmlApi.h, referring to this entry; 0 at the end.
+    std::uint64_t position() const noexcept { return position_; }
+
+    friend bool operator==(const BasicEntryIterator& a, const BasicEntryIterator& b) noexcept {
+        return a.position_ == b.position_;
+    }
+    friend bool operator!=(const BasicEntryIterator& a, const BasicEntryIterator& b) noexcept {
+        return !(a == b);
+    }
+
+  private:
+    front::TableHandle table_;
+    std::uint64_t position_ = 0;
+    BasicEntry<String> entry_;
+};
+
+// The entries of a table in document order. Elements that cannot be read as entries, because they lack a known type,
+// are passed over. It keeps its table alive, a temporary one as well.
+template <class String>
+class BasicEntryRange {
+  public:
+    using iterator = BasicEntryIterator<String>;
+    using const_iterator = iterator;
+
+    explicit BasicEntryRange(front::TableHandle table) : table_(std::move(table)) {}
+
+    iterator begin() const { return iterator(table_); }
+    iterator end() const { return iterator(); }
+
+  private:
+    front::TableHandle table_;
+};
+
+}  // namespace mox
+
+#endif

@@ -1,0 +1,110 @@
+// How the C++ front finds the sections of a profile.
+// Part of mox_xmlApi.hpp; valid in C++17 and later.
+#ifndef MOX_XMLAPI_FRONT_SECTION_LIST_HPP
+#define MOX_XMLAPI_FRONT_SECTION_LIST_HPP
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "mox_xmlApi/front/entry_reading.hpp"
+#include "mox_xmlApi/front/text.hpp"
+#include "mox_xmlApi/mox_xmlApi.h"
+
+namespace mox {
+namespace front {
+
+using ProfileHandle = std::shared_ptr<moxSettings>;
+
+struct FoundSection {
+    TableHandle handle;
+    Units name;
+    bool isEditable = false;
+};
+
+// Releases a section handle, and after it the profile that it belongs to.
+class SectionDisposer {
+  public:
+    explicit SectionDisposer(ProfileHandle profile) : profile_(std::move(profile)) {}
+    void operator()(void* handle) const { xmlTableDispose(&handle); }
+
+  private:
+    ProfileHandle profile_;
+};
+
+inline FoundSection OwnSection(const ProfileHandle& profile, void* handle) {
+    FoundSection section;
+    section.handle = TableHandle(handle, SectionDisposer(profile));
+    return section;
+}
+
+// An enumeration of sections that is always brought to its end, since its position owns memory until then.
+class SectionEnumeration {
+  public:
+    explicit SectionEnumeration(moxSettings* profile) noexcept : profile_(profile) {}
+    SectionEnumeration(const SectionEnumeration&) = delete;
+    SectionEnumeration& operator=(const SectionEnumeration&) = delete;
+    ~SectionEnumeration() {
+        while (position_ != 0) {
+            void* handle = Next(nullptr, 0, nullptr);
+            xmlTableDispose(&handle);
+        }
+    }
+
+    // The next section's handle, which is then the caller's; null at the end.
+    void* Next(wchar16* name, std::uint32_t size, std::uint32_t* editable) {
+        return xmlEnumProfileSections(profile_, &position_, name, size, editable);
+    }
+
+  private:
+    moxSettings* profile_;
+    std::uintptr_t position_ = 0;
+};
+
+// Reads the names of those sections whose names fill a buffer of `size` units and may be longer, into one that is four
+// times as large. A step cannot be taken twice, so each size takes an enumeration of its own. Returns whether one still
+// fills it.
+inline bool ReadLongNames(moxSettings* profile, std::vector<FoundSection>& sections, std::uint32_t size) {
+    SectionEnumeration enumeration(profile);
+    Units buffer(std::size_t{size} * 4, wchar16{0});
+    bool isCut = false;
+    for (FoundSection& section : sections) {
+        const bool isLong = section.name.size() + 1 == size;
+        void* handle = enumeration.Next(isLong ? &buffer[0] : nullptr, size * 4, nullptr);
+        xmlTableDispose(&handle);
+        if (!isLong) continue;
+        section.name = buffer.c_str();
+        isCut = isCut || section.name.size() + 1 == buffer.size();
+    }
+    return isCut;
+}
+
+// Every section with its whole name.
+inline std::vector<FoundSection> FindSections(const ProfileHandle& profile) {
+    constexpr std::uint32_t kUsualSize = 128;
+    constexpr std::uint32_t kLargestSize = std::uint32_t{1} << 29;
+    std::vector<FoundSection> sections;
+    bool isCut = false;
+    {
+        SectionEnumeration enumeration(profile.get());
+        Units buffer(kUsualSize, wchar16{0});
+        std::uint32_t editable = 0;
+        while (void* const handle = enumeration.Next(&buffer[0], kUsualSize, &editable)) {
+            FoundSection section = OwnSection(profile, handle);
+            section.name = buffer.c_str();
+            section.isEditable = editable != 0;
+            isCut = isCut || section.name.size() + 1 == buffer.size();
+            sections.push_back(std::move(section));
+        }
+    }
+    for (std::uint32_t size = kUsualSize; isCut && size <= kLargestSize; size *= 4)
+        isCut = ReadLongNames(profile.get(), sections, size);
+    return sections;
+}
+
+}  // namespace front
+}  // namespace mox
+
+#endif

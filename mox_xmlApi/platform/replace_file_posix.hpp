@@ -1,0 +1,136 @@
+// The system's part of front/replace_file.hpp, for POSIX systems. Valid in C++17 and later.
+#ifndef MOX_XMLAPI_PLATFORM_REPLACE_FILE_POSIX_HPP
+#define MOX_XMLAPI_PLATFORM_REPLACE_FILE_POSIX_HPP
+
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <fcntl.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "mox_xmlApi/front/text.hpp"
+
+namespace mox {
+namespace front {
+
+inline std::uint64_t ProcessNumber() {
+    return static_cast<std::uint64_t>(getpid());
+}
+
+// A file beside the one that it is to replace.
+class TemporaryFile {
+  public:
+    TemporaryFile() = default;
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() { CloseFile(); }
+
+    // Finds the file to replace, through links. Returns false when it may not be replaced.
+    bool Find(UnitsView path) {
+        target_ = Utf8Of(path);
+        if (!FollowLinks()) return false;
+        isReplacing_ = stat(target_.c_str(), &old_) == 0;
+        if (!isReplacing_) return errno == ENOENT;
+        return S_ISREG(old_.st_mode) && faccessat(AT_FDCWD, target_.c_str(), W_OK, AT_EACCESS) == 0;
+    }
+
+    // Makes the file in the folder of the other; until it takes its place, nobody else may read what was in a file
+    // with fewer rights.
+    bool Create(const std::string& name) {
+        constexpr mode_t kOwnerOnly = 0600;
+        constexpr mode_t kAsUsual = 0666;  // less what the process masks out
+        path_ = Folder().append(name);
+        do {
+            file_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                         isReplacing_ ? kOwnerOnly : kAsUsual);
+        } while (file_ < 0 && errno == EINTR);
+        if (file_ < 0) {
+            isNameTaken_ = errno == EEXIST;
+            path_.clear();
+        }
+        return file_ >= 0;
+    }
+
+    bool IsNameTaken() const noexcept { return isNameTaken_; }
+    const std::string& Path() const noexcept { return path_; }
+
+    // Flushes the file and puts it in the place of the other.
+    bool TakePlace() {
+        if (isReplacing_ && !TakeRights()) return false;
+        if (fsync(file_) != 0 || !CloseFile()) return false;
+        if (std::rename(path_.c_str(), target_.c_str()) != 0) return false;
+        path_.clear();
+        FlushFolder();
+        return true;
+    }
+
+    // Removes the file unless it took its place.
+    void Discard() noexcept {
+        if (!path_.empty()) unlink(path_.c_str());
+        path_.clear();
+    }
+
+  private:
+    // The folder of the file to replace, with its slash; empty for the current one.
+    std::string Folder() const { return target_.substr(0, target_.rfind('/') + 1); }
+
+    // Links are followed by hand, so that one that leads to no file yet is kept, too.
+    bool FollowLinks() {
+        constexpr int kMostLinks = 40;
+        for (int links = 0; links < kMostLinks; ++links) {
+            struct stat status;
+            if (lstat(target_.c_str(), &status) != 0) return errno == ENOENT;
+            if (!S_ISLNK(status.st_mode)) return true;
+            std::string link(PATH_MAX, '\0');
+            const ssize_t length = readlink(target_.c_str(), &link[0], link.size());
+            if (length <= 0 || static_cast<std::size_t>(length) == link.size()) return false;
+            link.resize(static_cast<std::size_t>(length));
+            target_ = link[0] == '/' ? link : Folder().append(link);
+        }
+        return false;
+    }
+
+    // Changing the owner may take mode bits away, so these come after it. Only the superuser may give a file away; the
+    // group is left to be the process's when it may not be kept.
+    bool TakeRights() const {
+        struct stat now;
+        if (fstat(file_, &now) != 0) return false;
+        if ((now.st_uid != old_.st_uid || now.st_gid != old_.st_gid) &&
+            fchown(file_, old_.st_uid, old_.st_gid) != 0 &&
+            fchown(file_, static_cast<uid_t>(-1), old_.st_gid) != 0) {
+            errno = 0;
+        }
+        constexpr mode_t kAllBits = 07777;
+        return fchmod(file_, old_.st_mode & kAllBits) == 0;
+    }
+
+    bool CloseFile() noexcept {
+        const int file = file_;
+        file_ = -1;
+        return file < 0 || close(file) == 0;
+    }
+
+    void FlushFolder() const {
+        const std::string folder = Folder();
+        const int file = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
+        if (file < 0) return;
+        static_cast<void>(fsync(file));
+        close(file);
+    }
+
+    std::string target_;
+    std::string path_;
+    struct stat old_ {};
+    int file_ = -1;
+    bool isReplacing_ = false;
+    bool isNameTaken_ = false;
+};
+
+}  // namespace front
+}  // namespace mox
+
+#endif

@@ -1,0 +1,169 @@
+// The system's part of front/replace_file.hpp, for Windows. Valid in C++17 and later.
+//
+// <windows.h> would bring its macros into every program that includes the front, so the few functions that are needed
+// are declared here, just as it declares them: a program may include it as well, before or after.
+#ifndef MOX_XMLAPI_PLATFORM_REPLACE_FILE_WINDOWS_HPP
+#define MOX_XMLAPI_PLATFORM_REPLACE_FILE_WINDOWS_HPP
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "mox_xmlApi/front/text.hpp"
+
+struct _SECURITY_ATTRIBUTES;
+
+namespace mox {
+namespace front {
+namespace win {
+
+extern "C" {
+__declspec(dllimport) void* __stdcall CreateFileW(const wchar_t* name, unsigned long access,
+                                                  unsigned long share, ::_SECURITY_ATTRIBUTES* security,
+                                                  unsigned long disposition, unsigned long flags,
+                                                  void* model);
+__declspec(dllimport) int __stdcall CloseHandle(void* handle);
+__declspec(dllimport) int __stdcall DeleteFileW(const wchar_t* name);
+__declspec(dllimport) int __stdcall FlushFileBuffers(void* handle);
+__declspec(dllimport) unsigned long __stdcall GetCurrentProcessId();
+__declspec(dllimport) unsigned long __stdcall GetFileAttributesW(const wchar_t* name);
+__declspec(dllimport) unsigned long __stdcall GetFinalPathNameByHandleW(void* handle, wchar_t* path,
+                                                                        unsigned long size,
+                                                                        unsigned long flags);
+__declspec(dllimport) unsigned long __stdcall GetLastError();
+__declspec(dllimport) int __stdcall MoveFileExW(const wchar_t* from, const wchar_t* to, unsigned long flags);
+__declspec(dllimport) int __stdcall ReplaceFileW(const wchar_t* replaced, const wchar_t* replacement,
+                                                 const wchar_t* backup, unsigned long flags, void* exclude,
+                                                 void* reserved);
+__declspec(dllimport) int __stdcall SetFileAttributesW(const wchar_t* name, unsigned long attributes);
+}
+
+inline constexpr unsigned long kGenericWrite = 0x40000000;
+inline constexpr unsigned long kShareAll = 7;
+inline constexpr unsigned long kCreateNew = 1;
+inline constexpr unsigned long kOpenExisting = 3;
+inline constexpr unsigned long kBackupSemantics = 0x02000000;  // opens folders, too
+inline constexpr unsigned long kReadOnly = 0x01;
+inline constexpr unsigned long kDirectory = 0x10;
+inline constexpr unsigned long kNormal = 0x80;
+inline constexpr unsigned long kReparsePoint = 0x400;
+inline constexpr unsigned long kNoAttributes = 0xFFFFFFFF;
+inline constexpr unsigned long kErrorFileNotFound = 2;
+inline constexpr unsigned long kErrorFileExists = 80;
+inline constexpr unsigned long kErrorAlreadyExists = 183;
+inline constexpr unsigned long kReplaceExisting = 1;
+inline constexpr unsigned long kWriteThrough = 8;
+inline constexpr unsigned long kIgnoreMergeErrors = 2;
+
+// A file handle that closes itself.
+class File {
+  public:
+    File(const std::wstring& path, unsigned long access, unsigned long disposition, unsigned long flags)
+        : handle_(CreateFileW(path.c_str(), access, kShareAll, nullptr, disposition, flags, nullptr)) {}
+    ~File() {
+        if (IsOpen()) CloseHandle(handle_);
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    bool IsOpen() const noexcept { return reinterpret_cast<std::intptr_t>(handle_) != -1; }
+    void* Get() const noexcept { return handle_; }
+
+  private:
+    void* handle_;
+};
+
+}  // namespace win
+
+inline std::uint64_t ProcessNumber() {
+    return win::GetCurrentProcessId();
+}
+
+// A file beside the one that it is to replace.
+class TemporaryFile {
+  public:
+    TemporaryFile() = default;
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    // Finds the file to replace, through links. Returns false when it may not be replaced.
+    bool Find(UnitsView path) {
+        target_.assign(path.begin(), path.end());
+        attributes_ = win::GetFileAttributesW(target_.c_str());
+        if (attributes_ == win::kNoAttributes) return win::GetLastError() == win::kErrorFileNotFound;
+        if ((attributes_ & win::kReparsePoint) != 0 && !FollowLinks()) return false;
+        return attributes_ != win::kNoAttributes && (attributes_ & (win::kDirectory | win::kReadOnly)) == 0;
+    }
+
+    // Makes the file in the folder of the other.
+    bool Create(const std::string& name) {
+        path_ = target_.substr(0, target_.find_last_of(L"/\\:") + 1);
+        path_.append(name.begin(), name.end());
+        const win::File file(path_, win::kGenericWrite, win::kCreateNew, win::kNormal);
+        if (file.IsOpen()) return true;
+        const unsigned long error = win::GetLastError();
+        isNameTaken_ = error == win::kErrorFileExists || error == win::kErrorAlreadyExists;
+        path_.clear();
+        return false;
+    }
+
+    bool IsNameTaken() const noexcept { return isNameTaken_; }
+    const std::wstring& Path() const noexcept { return path_; }
+
+    // Flushes the file and puts it in the place of the other.
+    bool TakePlace() {
+        if (!Flush()) return false;
+        const bool isReplacing = attributes_ != win::kNoAttributes;
+        const bool isReplaced =
+            isReplacing && win::ReplaceFileW(target_.c_str(), path_.c_str(), nullptr, win::kIgnoreMergeErrors,
+                                             nullptr, nullptr) != 0;
+        if (!isReplaced) {
+            // No old file, or one whose rights and attributes could not be merged: then its attributes alone are kept.
+            if (isReplacing) win::SetFileAttributesW(path_.c_str(), attributes_);
+            if (win::MoveFileExW(path_.c_str(), target_.c_str(),
+                                 win::kReplaceExisting | win::kWriteThrough) == 0) {
+                // ReplaceFileW may fail after the old file was given up. The new one is then the only one.
+                if (isReplacing && win::GetFileAttributesW(target_.c_str()) == win::kNoAttributes)
+                    path_.clear();
+                return false;
+            }
+        }
+        path_.clear();
+        return true;
+    }
+
+    // Removes the file unless it took its place.
+    void Discard() noexcept {
+        if (!path_.empty()) win::DeleteFileW(path_.c_str());
+        path_.clear();
+    }
+
+  private:
+    bool FollowLinks() {
+        const win::File file(target_, 0, win::kOpenExisting, win::kBackupSemantics);
+        if (!file.IsOpen()) return false;
+        std::wstring path(std::size_t{1} << 15, L'\0');
+        const unsigned long length =
+            win::GetFinalPathNameByHandleW(file.Get(), &path[0], static_cast<unsigned long>(path.size()), 0);
+        if (length == 0 || length >= path.size()) return false;
+        path.resize(length);
+        target_ = path;
+        attributes_ = win::GetFileAttributesW(target_.c_str());
+        return true;
+    }
+
+    bool Flush() const {
+        const win::File file(path_, win::kGenericWrite, win::kOpenExisting, win::kNormal);
+        return file.IsOpen() && win::FlushFileBuffers(file.Get()) != 0;
+    }
+
+    std::wstring target_;
+    std::wstring path_;
+    unsigned long attributes_ = win::kNoAttributes;
+    bool isNameTaken_ = false;
+};
+
+}  // namespace front
+}  // namespace mox
+
+#endif
