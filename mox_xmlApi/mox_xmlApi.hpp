@@ -105,6 +105,12 @@ class Profile {
     // A new document without sections. It is wide.
     Profile() : Profile(xmlProfileNew(nullptr, nullptr, 0, 0), Form::Wide) {}
 
+    Profile(Profile&&) noexcept = default;
+    Profile& operator=(Profile&&) noexcept = default;
+    Profile(const Profile&) = delete;
+    Profile& operator=(const Profile&) = delete;
+    ~Profile() = default;
+
     // Opens a file. Nothing when it cannot be read or does not parse. Without a form, the one that it has is found out.
     static std::optional<Profile> open(const Text& path) {
         // Narrow text makes no sense as a wide one, but the start of a wide one could pass as an empty narrow one.
@@ -178,6 +184,7 @@ class Profile {
     // existing key the value alone changes, and a mark is taken away. Each returns whether the document has the value
     // now.
 
+    // NOLINTBEGIN(readability-make-member-function-const): they change the document
     bool setString(const Text& section, const Text& key, const Text& value) {
         return IsKey(section, key) && value.isValid() &&
                xmlWriteProfileString(handle(), section.c_str(), key.c_str(), value.c_str()) == 1;
@@ -189,7 +196,7 @@ class Profile {
 
     // Two upper-case hexadecimal digits per byte. `data` may be null when size is 0.
     bool setData(const Text& section, const Text& key, const void* data, std::size_t size) {
-        if (!IsKey(section, key) || size > std::numeric_limits<std::uint32_t>::max()) return false;
+        if (!IsKey(section, key) || size > (std::numeric_limits<std::uint32_t>::max)()) return false;
         const void* const bytes = size == 0 ? "" : data;  // null would mean to remove the key
         return xmlWriteProfileData(handle(), section.c_str(), key.c_str(), bytes,
                                    static_cast<std::uint32_t>(size)) == 1;
@@ -204,12 +211,14 @@ class Profile {
                xmlWriteProfileString(handle(), section.c_str(), key.c_str(), nullptr) == 1;
     }
 
+    // NOLINTEND(readability-make-member-function-const)
+
     // ---- sections
 
     // The section of that name; nothing when there is none.
     std::optional<Section> findSection(const Text& name) const {
-        std::uint32_t editable = 0;
         if (!name.isValid()) return std::nullopt;
+        std::uint32_t editable = 0;
         void* const found = xmlGetProfileSection(handle(), name.c_str(), &editable);
         return Found(found, name, editable != 0);
     }
@@ -220,18 +229,11 @@ class Profile {
         if (!name.isValid()) return std::nullopt;
         void* const made = xmlWriteProfileSection(handle(), name.c_str(), options.editable ? 1 : 0,
                                                   options.firstId, options.type, nullptr);
-        if (made == nullptr) return std::nullopt;
-        front::FoundSection section = front::OwnSection(handle_, made);
-        std::uint32_t editable = 0;
-        void* again = xmlGetProfileSection(handle(), name.c_str(), &editable);
-        xmlTableDispose(&again);
-        section.name = name.units();
-        section.isEditable = editable != 0;
-        return Section(std::move(section));
+        return Found(made, name, false).has_value() ? findSection(name) : std::nullopt;
     }
 
     // Removes the section with all that it holds. Returns whether there was one.
-    bool removeSection(const Text& name) {
+    bool removeSection(const Text& name) {  // NOLINT(readability-make-member-function-const)
         return name.isValid() && xmlWriteProfileString(handle(), name.c_str(), nullptr, nullptr) == 1;
     }
 
@@ -257,8 +259,8 @@ class Profile {
     // The same, but at any time the file is the old or the new one, whole. See front/replace_file.hpp.
     bool saveReplacing(const Text& path) const { return saveReplacing(path, form_); }
     bool saveReplacing(const Text& path, Form form, Content content = Content::Document) const {
-        return front::ReplaceFile(path,
-                                  [&](const wchar16* temporary) { return Write(temporary, form, content); });
+        return front::ReplaceWholeFile(
+            path, [&](const wchar16* temporary) { return Write(temporary, form, content); });
     }
 
   private:
@@ -266,14 +268,6 @@ class Profile {
 
     Profile(moxSettings* handle, Form form) : handle_(handle, Dispose), form_(form) {}
 
-  public:
-    Profile(Profile&&) noexcept = default;
-    Profile& operator=(Profile&&) noexcept = default;
-    Profile(const Profile&) = delete;
-    Profile& operator=(const Profile&) = delete;
-    ~Profile() = default;
-
-  private:
     static std::optional<Profile> Opened(moxSettings* handle, Form form) {
         if (handle == nullptr) return std::nullopt;
         return Profile(handle, form);
@@ -292,8 +286,8 @@ class Profile {
         if (!contains(section, key)) return std::nullopt;
         const std::uint32_t length = Length(section, key);
         front::Units text(std::size_t{length} + 1, wchar16{0});
-        if (length == std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
-        xmlGetProfileString(handle(), section.c_str(), key.c_str(), &text[0], length + 1, nullptr);
+        if (length == (std::numeric_limits<std::uint32_t>::max)()) return std::nullopt;
+        xmlGetProfileString(handle(), section.c_str(), key.c_str(), text.data(), length + 1, nullptr);
         text.resize(length);
         return front::StringOf<String>(text);
     }

@@ -25,6 +25,9 @@ class EntryTable {
     using Entries = BasicEntryRange<std::string>;
     using Entries16 = BasicEntryRange<std::u16string>;
 
+    EntryTable(const EntryTable&) = delete;
+    EntryTable& operator=(const EntryTable&) = delete;
+
     // False for an object that was moved from. All its functions fail, or find nothing.
     explicit operator bool() const noexcept { return handle_ != nullptr; }
 
@@ -65,12 +68,13 @@ class EntryTable {
     }
 
     // ---- writing
+    // NOLINTBEGIN(readability-make-member-function-const): they change the document
 
     // Adds an entry after the last one, or before the first one named `next`, which is looked for from the start.
     //
     // Returns false, with nothing added, when the name is taken already, when there is no `next`, and for what cannot
-    // be stored: a name of more than 259 units, a value that is not well-formed, a value of the presentation data of an
-    // entry without a comment, and any value in a table whose first entry has a value in its presentation data alone.
+    // be stored: a name of more than 259 units, a type that is none, a value that is not well-formed, and a value of the
+    // presentation data without a comment.
     bool add(const Entry& entry, Mark mark = Mark::No) { return front::AddEntry(handle(), 0, entry, mark); }
     bool add(const Entry16& entry, Mark mark = Mark::No) { return front::AddEntry(handle(), 0, entry, mark); }
     bool addBefore(const Text& next, const Entry& entry, Mark mark = Mark::No) {
@@ -109,6 +113,8 @@ class EntryTable {
     // Removes every entry. Comments and other elements stay.
     bool clear() { return xmlTableRemoveEntries(handle()); }
 
+    // NOLINTEND(readability-make-member-function-const)
+
     // ---- saving
 
     // Writes the table's document, or a section's element alone, to a wide file, which is created or overwritten. A
@@ -120,15 +126,13 @@ class EntryTable {
         const auto write = [this](const wchar16* temporary) {
             return xmlTableSave(handle(), temporary, 0, 0);
         };
-        return front::ReplaceFile(path, write);
+        return front::ReplaceWholeFile(path, write);
     }
 
   protected:
     explicit EntryTable(front::TableHandle handle) : handle_(std::move(handle)) {}
     EntryTable(EntryTable&&) noexcept = default;
     EntryTable& operator=(EntryTable&&) noexcept = default;
-    EntryTable(const EntryTable&) = delete;
-    EntryTable& operator=(const EntryTable&) = delete;
     ~EntryTable() = default;
 
   private:
@@ -156,7 +160,7 @@ class EntryTable {
         return false;
     }
 
-    bool Remove(const Text& name, std::int32_t occurrence, std::int32_t removeAll) {
+    bool Remove(const Text& name, std::int32_t occurrence, std::int32_t removeAll) const {
         TableEntryBaseInfoStruct key;
         return name.isValid() && front::PutName(name.units(), key) &&
                xmlTableRemoveEntry(handle(), &key, occurrence, removeAll);

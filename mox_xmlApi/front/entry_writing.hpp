@@ -5,7 +5,9 @@
 #ifndef MOX_XMLAPI_FRONT_ENTRY_WRITING_HPP
 #define MOX_XMLAPI_FRONT_ENTRY_WRITING_HPP
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
 
@@ -25,13 +27,43 @@ bool IsFilled(const std::optional<String>& value) noexcept {
     return !value.has_value() || !value->empty();
 }
 
-// Whether a new value would be handed over to the presentation data, which do not take it.
-inline bool LosesNewValues(void* handle) {
-    std::uint64_t position = 0;
-    Entry16 first;
-    return ReadNext(handle, position, first) == Step::Entry && !IsFilled(first.value) &&
-           first.ui.has_value() && IsFilled(first.ui->value);
-}
+// Sees to it that values can be written to a table whose first entry has a value in its presentation data alone: there
+// the exports hand every new value over to presentation data, which do not take it. While this lives, such a table
+// begins with an empty entry.
+class PlainFirstEntry {
+  public:
+    explicit PlainFirstEntry(void* handle) : handle_(handle) {
+        std::uint64_t position = 0;
+        Entry16 first;
+        if (ReadNext(handle, position, first) != Step::Entry || IsFilled(first.value) ||
+            !first.ui.has_value() || !IsFilled(first.ui->value)) {
+            return;
+        }
+        TableEntryValueInfoStruct empty;
+        std::size_t length = 0;
+        do {
+            isGood_ = length + 1 < std::size(name_.name);
+            if (!isGood_) return;
+            name_.name[length++] = '_';
+        } while (xmlTableEntryIsExist(handle, &name_));
+        PutName(NameIn(name_), empty);
+        isThere_ = xmlTableEntryAdd(handle, &position, &empty, nullptr, 0, 0);
+        isGood_ = isThere_;
+    }
+    ~PlainFirstEntry() {
+        if (isThere_) xmlTableRemoveEntry(handle_, &name_, 0, 0);
+    }
+    PlainFirstEntry(const PlainFirstEntry&) = delete;
+    PlainFirstEntry& operator=(const PlainFirstEntry&) = delete;
+
+    bool IsGood() const noexcept { return isGood_; }
+
+  private:
+    void* handle_;
+    TableEntryBaseInfoStruct name_;
+    bool isThere_ = false;
+    bool isGood_ = true;
+};
 
 // Whether the table holds the values as asked for.
 template <class String>
@@ -67,14 +99,10 @@ bool WriteEntry(void* handle, std::uint64_t before, const BasicEntry<String>& en
     TableEntryUInfoStruct ui;
     if (!PutEntry(entry, value) || (entry.ui.has_value() && !PutPresentation(*entry.ui, ui))) return false;
 
-    const bool isNeeded = (entry.value.has_value() && !entry.value->empty()) || !entry.ui.has_value();
-    if (!LosesNewValues(handle)) {
-        if (!xmlTableEntryAdd(handle, &before, &value, nullptr, static_cast<std::int32_t>(mark), 1))
-            return false;
-    } else if (isNeeded) {
-        if (old == nullptr || !IsFilled(old->value)) return false;
-        if (!xmlTableEntrySet(handle, nullptr, &value, nullptr, 1, static_cast<std::int32_t>(mark)))
-            return false;
+    const PlainFirstEntry plain(handle);
+    if (!plain.IsGood() ||
+        !xmlTableEntryAdd(handle, &before, &value, nullptr, static_cast<std::int32_t>(mark), 1)) {
+        return false;
     }
     if (!entry.ui.has_value()) return true;
 
@@ -121,8 +149,9 @@ inline bool SetEntryValue(void* handle, const Text& name, const Text& text, bool
     const auto flag = static_cast<std::int32_t>(mark);
     bool isFilled = IsFilled(old.value);
     if (!isFilled) {
-        if (!force || LosesNewValues(handle)) return false;
-        if (!xmlTableEntryAdd(handle, nullptr, &value, nullptr, flag, 1)) return false;
+        if (!force) return false;
+        const PlainFirstEntry plain(handle);
+        if (!plain.IsGood() || !xmlTableEntryAdd(handle, nullptr, &value, nullptr, flag, 1)) return false;
         isFilled = !wanted.value->empty();
     }
     // An entry with a value of its own keeps it in the same place; the export sees to marks.

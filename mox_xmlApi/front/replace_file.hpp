@@ -8,7 +8,8 @@
 // - Links: the file that a symbolic link leads to is replaced, and the link stays. Other hard links to the old file
 //   keep the old content.
 // - Rights: an existing file keeps its mode bits and, as far as the process may say so, its owner and group; on Windows
-//   what ReplaceFileW keeps (attributes, access rights, creation time). A new file gets what every new file gets.
+//   its attributes, while access rights are those that the folder gives to a new file. A new file gets what every new
+//   file gets.
 // - A file that the process may not write, or that is no regular file, is not replaced.
 // - After a failure the old file is as it was, and the temporary file is gone. Only a process that dies leaves it
 //   behind: ".mox-<number>-<number>.tmp" in the folder of the file.
@@ -28,8 +29,7 @@
 #include "mox_xmlApi/platform/replace_file_posix.hpp"
 #endif
 
-namespace mox {
-namespace front {
+namespace mox::front {
 
 // A file name that no other thread of this process, and most likely no other process, uses. Who makes the file must
 // still see that it is new.
@@ -56,7 +56,7 @@ class TemporaryFileGuard {
 // which exists and is empty, and to return whether it could. Returns whether the new file is in place. What `write`
 // throws passes through, and is a failure.
 template <class Write>
-bool ReplaceFile(const Text& path, Write write) {
+bool ReplaceWholeFile(const Text& path, Write write) {
     if (!path.isValid() || path.units().empty()) return false;
     constexpr int kMostTries = 1000;  // each name that is taken already costs one
     TemporaryFile file;
@@ -70,7 +70,6 @@ bool ReplaceFile(const Text& path, Write write) {
     return temporary.isValid() && write(temporary.c_str()) && file.TakePlace();
 }
 
-}  // namespace front
-}  // namespace mox
+}  // namespace mox::front
 
 #endif

@@ -13,8 +13,7 @@
 #include "mox_xmlApi/front/text.hpp"
 #include "mox_xmlApi/mox_xmlApi.h"
 
-namespace mox {
-namespace front {
+namespace mox::front {
 
 using ProfileHandle = std::shared_ptr<moxSettings>;
 
@@ -47,9 +46,14 @@ class SectionEnumeration {
     SectionEnumeration(const SectionEnumeration&) = delete;
     SectionEnumeration& operator=(const SectionEnumeration&) = delete;
     ~SectionEnumeration() {
-        while (position_ != 0) {
-            void* handle = Next(nullptr, 0, nullptr);
-            xmlTableDispose(&handle);
+        try {
+            while (position_ != 0) {
+                void* handle = Next(nullptr, 0, nullptr);
+                xmlTableDispose(&handle);
+            }
+        } catch (...) {
+            // A step needs memory. Where there is none, leaking a little is what is left to do.
+            position_ = 0;
         }
     }
 
@@ -72,10 +76,10 @@ inline bool ReadLongNames(moxSettings* profile, std::vector<FoundSection>& secti
     bool isCut = false;
     for (FoundSection& section : sections) {
         const bool isLong = section.name.size() + 1 == size;
-        void* handle = enumeration.Next(isLong ? &buffer[0] : nullptr, size * 4, nullptr);
+        void* handle = enumeration.Next(isLong ? buffer.data() : nullptr, size * 4, nullptr);
         xmlTableDispose(&handle);
         if (!isLong) continue;
-        section.name = buffer.c_str();
+        section.name = ViewOf(buffer.data());
         isCut = isCut || section.name.size() + 1 == buffer.size();
     }
     return isCut;
@@ -91,9 +95,9 @@ inline std::vector<FoundSection> FindSections(const ProfileHandle& profile) {
         SectionEnumeration enumeration(profile.get());
         Units buffer(kUsualSize, wchar16{0});
         std::uint32_t editable = 0;
-        while (void* const handle = enumeration.Next(&buffer[0], kUsualSize, &editable)) {
+        while (void* const handle = enumeration.Next(buffer.data(), kUsualSize, &editable)) {
             FoundSection section = OwnSection(profile, handle);
-            section.name = buffer.c_str();
+            section.name = ViewOf(buffer.data());
             section.isEditable = editable != 0;
             isCut = isCut || section.name.size() + 1 == buffer.size();
             sections.push_back(std::move(section));
@@ -104,7 +108,6 @@ inline std::vector<FoundSection> FindSections(const ProfileHandle& profile) {
     return sections;
 }
 
-}  // namespace front
-}  // namespace mox
+}  // namespace mox::front
 
 #endif

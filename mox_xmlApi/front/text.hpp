@@ -140,6 +140,7 @@ inline std::optional<std::u16string> toUtf16(std::string_view utf8) {
 // null pointer. Every function fails that is given one, and does nothing.
 class Text {
   public:
+    // NOLINTBEGIN(google-explicit-constructor): texts become arguments by themselves
     Text(std::string_view utf8) : Text(front::UnitsOf<wchar16>(utf8)) {}
     Text(std::u16string_view text) : Text(std::optional(front::Units(text.begin(), text.end()))) {}
     Text(const std::string& utf8) : Text(std::string_view(utf8)) {}
@@ -156,6 +157,8 @@ class Text {
     Text(const std::wstring& text) : Text(std::wstring_view(text)) {}
     Text(const wchar_t* text) : Text(OfPointer<std::wstring_view>(text)) {}
 #endif
+
+    // NOLINTEND(google-explicit-constructor)
 
     bool isValid() const noexcept {
         return isValid_;

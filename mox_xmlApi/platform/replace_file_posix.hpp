@@ -14,8 +14,7 @@
 
 #include "mox_xmlApi/front/text.hpp"
 
-namespace mox {
-namespace front {
+namespace mox::front {
 
 inline std::uint64_t ProcessNumber() {
     return static_cast<std::uint64_t>(getpid());
@@ -86,7 +85,7 @@ class TemporaryFile {
             if (lstat(target_.c_str(), &status) != 0) return errno == ENOENT;
             if (!S_ISLNK(status.st_mode)) return true;
             std::string link(PATH_MAX, '\0');
-            const ssize_t length = readlink(target_.c_str(), &link[0], link.size());
+            const ssize_t length = readlink(target_.c_str(), link.data(), link.size());
             if (length <= 0 || static_cast<std::size_t>(length) == link.size()) return false;
             link.resize(static_cast<std::size_t>(length));
             target_ = link[0] == '/' ? link : Folder().append(link);
@@ -130,7 +129,6 @@ class TemporaryFile {
     bool isNameTaken_ = false;
 };
 
-}  // namespace front
-}  // namespace mox
+}  // namespace mox::front
 
 #endif

@@ -13,8 +13,7 @@
 
 struct _SECURITY_ATTRIBUTES;
 
-namespace mox {
-namespace front {
+namespace mox::front {
 namespace win {
 
 extern "C" {
@@ -32,9 +31,6 @@ __declspec(dllimport) unsigned long __stdcall GetFinalPathNameByHandleW(void* ha
                                                                         unsigned long flags);
 __declspec(dllimport) unsigned long __stdcall GetLastError();
 __declspec(dllimport) int __stdcall MoveFileExW(const wchar_t* from, const wchar_t* to, unsigned long flags);
-__declspec(dllimport) int __stdcall ReplaceFileW(const wchar_t* replaced, const wchar_t* replacement,
-                                                 const wchar_t* backup, unsigned long flags, void* exclude,
-                                                 void* reserved);
 __declspec(dllimport) int __stdcall SetFileAttributesW(const wchar_t* name, unsigned long attributes);
 }
 
@@ -46,6 +42,7 @@ inline constexpr unsigned long kBackupSemantics = 0x02000000;  // opens folders,
 inline constexpr unsigned long kReadOnly = 0x01;
 inline constexpr unsigned long kDirectory = 0x10;
 inline constexpr unsigned long kNormal = 0x80;
+inline constexpr unsigned long kSettable = 0x2026;  // hidden, system, archive, not indexed
 inline constexpr unsigned long kReparsePoint = 0x400;
 inline constexpr unsigned long kNoAttributes = 0xFFFFFFFF;
 inline constexpr unsigned long kErrorFileNotFound = 2;
@@ -53,7 +50,6 @@ inline constexpr unsigned long kErrorFileExists = 80;
 inline constexpr unsigned long kErrorAlreadyExists = 183;
 inline constexpr unsigned long kReplaceExisting = 1;
 inline constexpr unsigned long kWriteThrough = 8;
-inline constexpr unsigned long kIgnoreMergeErrors = 2;
 
 // A file handle that closes itself.
 class File {
@@ -110,24 +106,13 @@ class TemporaryFile {
     bool IsNameTaken() const noexcept { return isNameTaken_; }
     const std::wstring& Path() const noexcept { return path_; }
 
-    // Flushes the file and puts it in the place of the other.
+    // Flushes the file and puts it in the place of the other, in one step: ReplaceFileW would keep access rights, too,
+    // but it moves the old file away first, and what ends in between leaves no file of that name.
     bool TakePlace() {
         if (!Flush()) return false;
-        const bool isReplacing = attributes_ != win::kNoAttributes;
-        const bool isReplaced =
-            isReplacing && win::ReplaceFileW(target_.c_str(), path_.c_str(), nullptr, win::kIgnoreMergeErrors,
-                                             nullptr, nullptr) != 0;
-        if (!isReplaced) {
-            // No old file, or one whose rights and attributes could not be merged: then its attributes alone are kept.
-            if (isReplacing) win::SetFileAttributesW(path_.c_str(), attributes_);
-            if (win::MoveFileExW(path_.c_str(), target_.c_str(),
-                                 win::kReplaceExisting | win::kWriteThrough) == 0) {
-                // ReplaceFileW may fail after the old file was given up. The new one is then the only one.
-                if (isReplacing && win::GetFileAttributesW(target_.c_str()) == win::kNoAttributes)
-                    path_.clear();
-                return false;
-            }
-        }
+        if (attributes_ != win::kNoAttributes && !TakeAttributes()) return false;
+        if (win::MoveFileExW(path_.c_str(), target_.c_str(), win::kReplaceExisting | win::kWriteThrough) == 0)
+            return false;
         path_.clear();
         return true;
     }
@@ -143,13 +128,18 @@ class TemporaryFile {
         const win::File file(target_, 0, win::kOpenExisting, win::kBackupSemantics);
         if (!file.IsOpen()) return false;
         std::wstring path(std::size_t{1} << 15, L'\0');
-        const unsigned long length =
-            win::GetFinalPathNameByHandleW(file.Get(), &path[0], static_cast<unsigned long>(path.size()), 0);
+        const unsigned long length = win::GetFinalPathNameByHandleW(
+            file.Get(), path.data(), static_cast<unsigned long>(path.size()), 0);
         if (length == 0 || length >= path.size()) return false;
         path.resize(length);
         target_ = path;
         attributes_ = win::GetFileAttributesW(target_.c_str());
         return true;
+    }
+
+    bool TakeAttributes() const {
+        const unsigned long attributes = attributes_ & win::kSettable;
+        return win::SetFileAttributesW(path_.c_str(), attributes == 0 ? win::kNormal : attributes) != 0;
     }
 
     bool Flush() const {
@@ -163,7 +153,6 @@ class TemporaryFile {
     bool isNameTaken_ = false;
 };
 
-}  // namespace front
-}  // namespace mox
+}  // namespace mox::front
 
 #endif
