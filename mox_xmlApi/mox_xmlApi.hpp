@@ -1,5 +1,6 @@
 // The C++ front of mox_xmlApi: the exports of mox_xmlApi.h as classes. Header-only, C++17 and later.
 //
+//     #include <iostream>
 //     #include "mox_xmlApi/mox_xmlApi.hpp"
 //
 //     int main() {

@@ -170,8 +170,27 @@ inline bool PutKey(const Text& name, TableEntryBaseInfoStruct& record) noexcept 
     return name.isValid() && !name.units().empty() && PutName(name.units(), record);
 }
 
+// Whether files have a name for the type. An entry with another one could not be read again.
+inline bool IsKnownType(ValueType type, Shape shape) noexcept {
+    switch (type) {
+        case ValueType::Short:
+        case ValueType::Long:
+        case ValueType::Double:
+        case ValueType::String:
+        case ValueType::Bool:
+        case ValueType::Char:
+        case ValueType::Byte:
+        case ValueType::UShort:
+        case ValueType::ULong:
+        case ValueType::UcString:
+            return shape == Shape::Single || shape == Shape::Vector || shape == Shape::Array;
+    }
+    return false;
+}
+
 template <class String>
 bool PutEntry(const BasicEntry<String>& entry, TableEntryValueInfoStruct& record) {
+    if (!IsKnownType(entry.type, entry.shape)) return false;
     record.type = static_cast<std::uint16_t>(static_cast<std::uint16_t>(entry.type) |
                                              static_cast<std::uint16_t>(entry.shape));
     record.id = entry.id;

@@ -47,8 +47,8 @@ class PlainFirstEntry {
             name_.name[length++] = '_';
         } while (xmlTableEntryIsExist(handle, &name_));
         PutName(NameIn(name_), empty);
-        isThere_ = xmlTableEntryAdd(handle, &position, &empty, nullptr, 0, 0);
-        isGood_ = isThere_;
+        isThere_ = true;
+        isGood_ = xmlTableEntryAdd(handle, &position, &empty, nullptr, 0, 0);
     }
     ~PlainFirstEntry() {
         if (isThere_) xmlTableRemoveEntry(handle_, &name_, 0, 0);
