@@ -1,0 +1,77 @@
+// What the tests of the C++ front share beside what host tests have: paths as the front takes them, and folders that
+// hold nothing else.
+#ifndef MOX_XMLAPI_TESTS_FRONT_FRONT_SUPPORT_H
+#define MOX_XMLAPI_TESTS_FRONT_FRONT_SUPPORT_H
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "mox_xmlApi/mox_xmlApi.hpp"
+#include "tests/host/host_support.h"
+
+namespace front_tests {
+
+// An empty folder that is removed at the end of the scope.
+class ScratchFolder {
+  public:
+    ScratchFolder() : path_(host::ScratchFolder() / ("front_" + std::to_string(++Number()))) {
+        std::filesystem::remove_all(path_);
+        std::filesystem::create_directories(path_);
+    }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    std::filesystem::path Of(const char* name) const { return path_ / name; }
+
+    // The names of what is in it, sorted.
+    std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(path_))
+            names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+  private:
+    static int& Number() {
+        static int number = 0;
+        return number;
+    }
+
+    std::filesystem::path path_;
+};
+
+// A profile over a settings document whose one section is named "S" and has these elements in it.
+inline mox::Profile ProfileWith(std::string_view entries) {
+    std::string text(host::kDeclaration);
+    text.append("\n").append(host::kRootStart).append("<Table name=\"S\">");
+    text.append(entries).append("</Table>").append(host::kRootEnd);
+    auto profile = mox::Profile::parse(text);
+    EXPECT_TRUE(profile.has_value());
+    return profile.has_value() ? std::move(*profile) : mox::Profile();
+}
+
+// A table over a document whose table is named "T" and has these elements in it.
+inline mox::Table TableWith(std::string_view entries) {
+    auto table = mox::Table::parse(std::string("<Table name=\"T\">").append(entries).append("</Table>\n"));
+    EXPECT_TRUE(table.has_value());
+    return table.has_value() ? std::move(*table) : mox::Table::create("T");
+}
+
+// The bytes of the file that a save makes.
+template <class Document>
+std::string SavedBytes(const Document& document) {
+    const host::ScratchFile file;
+    EXPECT_TRUE(document.save(file.Path().u16string()));
+    return file.Bytes();
+}
+
+}  // namespace front_tests
+
+#endif

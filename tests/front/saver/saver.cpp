@@ -1,0 +1,23 @@
+// saver <file> <ready file>: saves two documents in turn to the file, safely, until it is killed. Makes the ready file
+// before the first save.
+//
+// Ends by itself when a save fails, or after a minute, so that a test that lost it leaves nothing running.
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "tests/front/saver/documents.h"
+
+int main(int argc, char** argv) {
+    if (argc != 3) return 2;
+    const std::filesystem::path file(argv[1]);
+    const mox::Profile first = saver::Document('a');
+    const mox::Profile second = saver::Document('b');
+    std::ofstream(argv[2]) << "ready\n";
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (std::chrono::steady_clock::now() < end) {
+        if (!first.saveReplacing(file.u16string()) || !second.saveReplacing(file.u16string())) return 1;
+    }
+    return 0;
+}

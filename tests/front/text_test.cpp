@@ -1,0 +1,98 @@
+#include "mox_xmlApi/front/text.hpp"
+
+#include <gtest/gtest.h>
+#include <string>
+
+#include "tests/host/host_support.h"
+
+namespace {
+
+using mox::Text;
+
+// Every length of form, at its borders.
+TEST(FrontTexts, CharactersHaveTheirUtf8Form) {
+    EXPECT_EQ(mox::toUtf8(u"\x01\x7F"), "\x01\x7F");
+    EXPECT_EQ(mox::toUtf8(u"\u0080\u07FF"), "\xC2\x80\xDF\xBF");
+    EXPECT_EQ(mox::toUtf8(u"\u0800\uFFFF"), "\xE0\xA0\x80\xEF\xBF\xBF");
+    EXPECT_EQ(mox::toUtf8(u"\U00010000\U0010FFFF"), "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF");
+    EXPECT_EQ(mox::toUtf8(u""), "");
+}
+
+TEST(FrontTexts, Utf8FormsGiveTheirCharacters) {
+    EXPECT_EQ(mox::toUtf16("\x01\x7F"), u"\x01\x7F");
+    EXPECT_EQ(mox::toUtf16("\xC2\x80\xDF\xBF"), u"\u0080\u07FF");
+    EXPECT_EQ(mox::toUtf16("\xE0\xA0\x80\xEF\xBF\xBF"), u"\u0800\uFFFF");
+    EXPECT_EQ(mox::toUtf16("\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"), u"\U00010000\U0010FFFF");
+    EXPECT_EQ(mox::toUtf16(""), u"");
+}
+
+TEST(FrontTexts, LoneSurrogatesHaveAThreeByteForm) {
+    EXPECT_EQ(mox::toUtf8(std::u16string{0xD800}), "\xED\xA0\x80");
+    EXPECT_EQ(mox::toUtf8(std::u16string{0xDFFF, 0xD800}), "\xED\xBF\xBF\xED\xA0\x80");
+    EXPECT_EQ(mox::toUtf8(std::u16string{0xDBFF, 'x', 0xDC00}), "\xED\xAF\xBFx\xED\xB0\x80");
+    EXPECT_EQ(mox::toUtf16("\xED\xA0\x80x"), (std::u16string{0xD800, 'x'}));
+}
+
+TEST(FrontTexts, TwoThreeByteFormsThatMakeAPairAreThePair) {
+    EXPECT_EQ(mox::toUtf16("\xED\xA0\x80\xED\xB0\x80"), u"\U00010000");
+}
+
+TEST(FrontTexts, EveryUnitSurvivesTheWayThroughUtf8) {
+    for (unsigned first = 1; first <= 0xFFFF; ++first) {
+        for (const char16_t second : {u'x', char16_t{0xD800}, char16_t{0xDC00}}) {
+            const std::u16string text{static_cast<char16_t>(first), second};
+            ASSERT_EQ(mox::toUtf16(mox::toUtf8(text)), text) << first;
+        }
+    }
+}
+
+TEST(FrontTexts, OtherBytesHaveNo16BitForm) {
+    for (const char* bytes :
+         {"\x80", "\xBF", "a\xFFz", "\xFE", "\xF8\x88\x80\x80\x80",    // no first byte
+          "\xC3", "\xE2\x82", "\xF0\x9F\x98",                          // cut off
+          "\xC3(", "\xE2\x82(", "\xE2(\xAC", "\xF0\x9F(\x80",          // not followed
+          "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF",  // longer than needed
+          "\xF4\x90\x80\x80", "\xF7\xBF\xBF\xBF"}) {                   // too large
+        EXPECT_FALSE(mox::toUtf16(bytes).has_value()) << testing::PrintToString(bytes);
+        EXPECT_FALSE(Text(bytes).isValid()) << testing::PrintToString(bytes);
+        EXPECT_EQ(*Text(bytes).c_str(), wchar16{0});
+    }
+}
+
+TEST(FrontTexts, ArgumentsComeFromAnyKindOfString) {
+    const host::WideText expected{'J', 0xFC, 'n', 'g'};
+    EXPECT_EQ(Text("J\xC3\xBCng").units(), expected);
+    EXPECT_EQ(Text(std::string("J\xC3\xBCng")).units(), expected);
+    EXPECT_EQ(Text(std::string_view("J\xC3\xBCng...").substr(0, 5)).units(), expected);
+    EXPECT_EQ(Text(u"J\u00FCng").units(), expected);
+    EXPECT_EQ(Text(std::u16string(u"J\u00FCng")).units(), expected);
+    EXPECT_EQ(Text(std::u16string_view(u"J\u00FCng...").substr(0, 4)).units(), expected);
+    EXPECT_EQ(Text(u8"J\u00FCng").units(), expected);
+    EXPECT_EQ(Text(std::u8string(u8"J\u00FCng")).units(), expected);
+    EXPECT_EQ(Text(std::u8string_view(u8"J\u00FCng")).units(), expected);
+#if defined(_WIN32)
+    EXPECT_EQ(Text(L"J\u00FCng").units(), expected);
+    EXPECT_EQ(Text(std::wstring(L"J\u00FCng")).units(), expected);
+    EXPECT_EQ(Text(std::wstring_view(L"J\u00FCng")).units(), expected);
+#endif
+    EXPECT_EQ(Text(u"J\u00FCng").c_str(), expected);
+    EXPECT_TRUE(Text("").isValid());
+}
+
+TEST(FrontTexts, ZeroUnitsAndNullPointersAreInvalid) {
+    EXPECT_FALSE(Text(std::string("a\0b", 3)).isValid());
+    EXPECT_FALSE(Text(std::u16string(u"a\0b", 3)).isValid());
+    EXPECT_FALSE(Text(std::string(1, '\0')).isValid());
+    EXPECT_TRUE(Text(std::string("a\0b", 3)).units().empty());
+    EXPECT_FALSE(Text(static_cast<const char*>(nullptr)).isValid());
+    EXPECT_FALSE(Text(static_cast<const char16_t*>(nullptr)).isValid());
+}
+
+TEST(FrontTexts, ACopyOutlivesItsSource) {
+    std::string source = "gone";
+    const Text text(source);
+    source.assign(100, 'x');
+    EXPECT_EQ(mox::toUtf8(std::u16string(text.units().begin(), text.units().end())), "gone");
+}
+
+}  // namespace
