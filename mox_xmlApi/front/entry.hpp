@@ -72,8 +72,8 @@ struct BasicPresentation {
 //   name   at most 259 units, since more do not fit a record: a longer name is given cut, and not taken as an argument.
 //          An entry that has none is given with an empty one.
 //   value  the entry's own value, empty when it has none. Nothing when a record cannot hold it: that is, when it has a
-//          surrogate without its partner (Profile::getString reads such a value in a section). As an argument nothing
-//          means: no value is written.
+//          surrogate without its partner and another type than UcString (Profile::getString reads such a value in a
+//          section). As an argument nothing means: no value is written.
 //   id     0 means none.
 //   ui     nothing when the entry has no presentation data, or such that say nothing.
 template <class String>

@@ -194,10 +194,14 @@ TEST(FrontEntries, TextsBeyondAsciiComeInBothEncodings) {
     EXPECT_EQ(table.find16("w")->value, u"\u4E2D");
 }
 
-// Names, shown names and comments travel as they are; a value needs both forms of text.
+// Names, shown names, comments and 16-bit values travel as they are; other values need an 8-bit form.
 TEST(FrontEntries, ValuesThatARecordCannotHoldAreNothing) {
-    for (const char16_t* type : {u"string", u"ucstring"}) {
-        const std::u16string lone{0xD800};
+    const std::u16string lone{0xD800};
+    struct Case {
+        const char16_t* type;
+        std::optional<std::u16string> held;
+    };
+    for (const auto& [type, held] : {Case{u"string", std::nullopt}, Case{u"ucstring", lone}}) {
         std::u16string text =
             u"<Var name=\"0\" type=\"long\"/><Var name=\"" + lone + u"\" id=\"5\" type=\"" + type;
         text += u"\"><Value>" + lone + u"</Value><UI control=\"num\" name=\"" + lone + u"\"><Comment>" + lone;
@@ -210,14 +214,14 @@ TEST(FrontEntries, ValuesThatARecordCannotHoldAreNothing) {
         ASSERT_EQ(list.size(), 4U);
         for (const Entry16& entry : {list[1], *table.find16(lone)}) {
             EXPECT_EQ(entry.name, lone);
-            EXPECT_EQ(entry.value, std::nullopt);
+            EXPECT_EQ(entry.value, held);
             EXPECT_EQ(entry.id, 5U);
             ASSERT_TRUE(entry.ui.has_value());
             EXPECT_EQ(entry.ui->control, Control::Number);
             EXPECT_EQ(entry.ui->shownName, lone);
             EXPECT_EQ(entry.ui->comment, lone);
             EXPECT_EQ(entry.ui->value, u"ok");
-            EXPECT_EQ(entry.effectiveValue(), u"");
+            EXPECT_EQ(entry.effectiveValue(), held.value_or(u""));
         }
         EXPECT_EQ(table.find("\xED\xA0\x80")->name, "\xED\xA0\x80");
         for (const Entry16& entry : {list[2], *table.find16("B")}) {
@@ -225,10 +229,10 @@ TEST(FrontEntries, ValuesThatARecordCannotHoldAreNothing) {
             EXPECT_EQ(entry.value, u"ok");
             ASSERT_TRUE(entry.ui.has_value());
             EXPECT_EQ(entry.ui->control, Control::Number);
-            EXPECT_EQ(entry.ui->value, std::nullopt);
+            EXPECT_EQ(entry.ui->value, held);
         }
         EXPECT_EQ(list[3].name, u"C");
-        EXPECT_EQ(list[3].value, std::nullopt);
+        EXPECT_EQ(list[3].value, held);
         EXPECT_FALSE(list[3].ui.has_value());
         EXPECT_EQ(table.countUnreadable(), 0U);
     }

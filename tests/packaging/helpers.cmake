@@ -61,10 +61,11 @@ endfunction()
 
 # check_headers(<include folder>): the public headers are there, and none of the library's own.
 function(check_headers folder)
-  check_files(${folder} mox_xmlApi/mox_xmlApi.h mox_xmlApi/platform/wchar16.h mox_xmlApi/platform/mox_dbtInfo.h)
+  check_files(${folder} mox_xmlApi/mox_xmlApi.h mox_xmlApi/platform/wchar16.h mox_xmlApi/platform/mox_dbtInfo.h
+    mox_xmlApi/mox_xmlApi.hpp)
   file(GLOB_RECURSE headers RELATIVE ${folder} ${folder}/*)
   list(FILTER headers EXCLUDE REGEX
-    "^mox_xmlApi/(mox_xmlApi\\.h|platform/wchar16\\.h|platform/mox_dbtInfo\\.h|mox_xmlApi\\.hpp|front/[^/]+\\.hpp)$")
+    "^mox_xmlApi/(mox_xmlApi\\.h|platform/wchar16\\.h|platform/mox_dbtInfo\\.h|mox_xmlApi\\.hpp|(front|platform)/[^/]+\\.hpp)$")
   if(headers)
     message(FATAL_ERROR "${folder}: not expected: ${headers}")
   endif()

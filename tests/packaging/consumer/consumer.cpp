@@ -1,10 +1,11 @@
-// Adds an entry to a table by a record of mox_dbtInfo, saves, loads and reads it. The exit code is 0 when it was the
-// same.
+// Adds an entry to a table by a record of mox_dbtInfo, saves, loads and reads it, and then a key of a profile by the C++
+// front. The exit code is 0 when both were the same.
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
 
 #include "mox_xmlApi/mox_xmlApi.h"
+#include "mox_xmlApi/mox_xmlApi.hpp"
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 
 #if defined(_WIN32)
@@ -31,5 +32,11 @@ int main() {
     if (!xmlTableEntryGet(table, &position, &read, nullptr)) return 6;
     xmlTableDispose(&table);
     std::printf("speed %s\n", read.GetVal());
-    return std::string_view(read.GetVal()) == "900" ? 0 : 7;
+    if (std::string_view(read.GetVal()) != "900") return 7;
+
+    mox::Profile written;
+    if (!written.setString("Tool", "Name", "Fr\xC3\xA4ser") || !written.saveReplacing("consumer_cpp.xml"))
+        return 8;
+    const auto profile = mox::Profile::open("consumer_cpp.xml");
+    return profile && profile->getString("Tool", "Name") == "Fr\xC3\xA4ser" ? 0 : 9;
 }
