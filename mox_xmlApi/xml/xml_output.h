@@ -99,9 +99,9 @@ class BasicXmlOutput {
         PreferLargePages(units.get(), nextSize_ * sizeof(Unit));
         chunks_.reserve(chunks_.size() + 1);
         if (!chunks_.empty()) chunks_.back().end = next_;
-        next_ = units.get();
-        end_ = next_ + nextSize_;
         chunks_.push_back({std::move(units), nullptr});
+        next_ = chunks_.back().units.get();
+        end_ = next_ + nextSize_;
         nextSize_ = std::min(nextSize_ * 2, kLargestChunk);
     }
 

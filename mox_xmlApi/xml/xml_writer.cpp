@@ -11,22 +11,25 @@
 namespace mox {
 namespace {
 
-// For each ASCII character 1 + its place in kXmlEntities, or 0.
-constexpr auto kEntityOf = [] {
+constexpr std::array<unsigned char, 128> PlacesOfEntities() noexcept {
     std::array<unsigned char, 128> table{};
     for (std::size_t i = 0; i < kXmlEntities.size(); ++i) {
         table[kXmlEntities[i].character] = static_cast<unsigned char>(i + 1);
     }
     return table;
-}();
+}
 
-// The same characters as one bit each: all lie below 64.
-constexpr std::uint64_t kEscaped = [] {
+constexpr std::uint64_t BitsOfEntities() noexcept {
     std::uint64_t bits = 0;
     for (const XmlEntity& entity : kXmlEntities)
         bits |= std::uint64_t{1} << entity.character;
     return bits;
-}();
+}
+
+// For each ASCII character 1 + its place in kXmlEntities, or 0.
+constexpr auto kEntityOf = PlacesOfEntities();
+// The same characters as one bit each: all lie below 64.
+constexpr std::uint64_t kEscaped = BitsOfEntities();
 
 constexpr std::size_t kLongestEntity = 6;
 
