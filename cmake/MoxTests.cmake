@@ -31,25 +31,30 @@ endfunction()
 
 # mox_add_test(<target> [argument...]): runs the program as one test of the same name.
 function(mox_add_test target)
-  set(scratch ${PROJECT_BINARY_DIR}/test-tmp/${target})
+  mox_add_command_test(${target} ${target} ${ARGN})
+endfunction()
+
+# mox_add_command_test(<name> <command>...): runs the command as a test.
+function(mox_add_command_test name)
+  set(scratch ${PROJECT_BINARY_DIR}/test-tmp/${name})
   mox_test_path(scratchPath ${scratch})
-  mox_test_path(resultPath ${MOX_TEST_RESULTS}/${target}.xml)
+  mox_test_path(resultPath ${MOX_TEST_RESULTS}/${name}.xml)
 
-  add_test(NAME fixture_${target}_folder
+  add_test(NAME fixture_${name}_folder
     COMMAND ${CMAKE_COMMAND} -DFOLDER=${scratch} -P ${PROJECT_SOURCE_DIR}/cmake/fresh_folder.cmake)
-  set_tests_properties(fixture_${target}_folder PROPERTIES FIXTURES_SETUP ${target}_folder)
+  set_tests_properties(fixture_${name}_folder PROPERTIES FIXTURES_SETUP ${name}_folder)
 
-  set(fixtures ${target}_folder)
+  set(fixtures ${name}_folder)
   if(CMAKE_CROSSCOMPILING AND WIN32)
     list(APPEND fixtures wine)
   endif()
-  add_test(NAME ${target} COMMAND ${target} ${ARGN} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/tests)
-  set_tests_properties(${target} PROPERTIES
+  add_test(NAME ${name} COMMAND ${ARGN} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/tests)
+  set_tests_properties(${name} PROPERTIES
     ENVIRONMENT "${MOX_TEST_ENVIRONMENT};MOX_TEST_TMP=${scratchPath};GTEST_OUTPUT=xml:${resultPath}"
     FIXTURES_REQUIRED "${fixtures}"
     TIMEOUT 600)
   if(CMAKE_CROSSCOMPILING AND WIN32)
     # A crash shows whatever the exit code makes of it.
-    set_tests_properties(${target} PROPERTIES FAIL_REGULAR_EXPRESSION "wine: Unhandled")
+    set_tests_properties(${name} PROPERTIES FAIL_REGULAR_EXPRESSION "wine: Unhandled")
   endif()
 endfunction()

@@ -37,6 +37,10 @@ struct Form {
     WideText units;
 };
 
+void PrintTo(const Form& form, std::ostream* out) {
+    *out << form.name;
+}
+
 const Form kForms[] = {
     {"LoneLead", {0xD83D}},
     {"LoneTrail", {0xDE00}},
