@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the fuzz targets and runs each for some seconds, one after the other.
+# Builds the fuzz targets and runs each for some seconds, as many at a time as the machine has processors.
 #
 #   fuzz/run.sh [seconds [target...]]     20 seconds, all targets
 #
@@ -38,25 +38,26 @@ number() {
     sed -n "s/$1/\1/p" "$2" | tail -n 1 | grep . || echo 0
 }
 
-status=0
-for target in "${targets[@]}"; do
-    log="$build/logs/$target.log"
-    corpus="$build/corpus/$target"
+# fuzz <target>
+fuzz() {
+    local target=$1 log="$build/logs/$1.log" corpus="$build/corpus/$1" before ended=0 findings
     mkdir -p "$corpus"
     before=$(find "$build/findings" -name "$target-*" | wc -l)
-    seeds=("fuzz/corpus/$target")
+    local seeds=("fuzz/corpus/$target")
     [ ! -d "tests/regression/inputs/$target" ] || seeds+=("tests/regression/inputs/$target")
-    ended=0
     nice -n 19 "$build/bin/fuzz_$target" -max_total_time="$seconds" -max_len="$mostBytes" \
         -timeout="$mostSecondsForOne" -rss_limit_mb=2048 -dict=fuzz/xml.dict -print_final_stats=1 \
         -artifact_prefix="$build/findings/$target-" "$corpus" "${seeds[@]}" >"$log" 2>&1 || ended=$?
     findings=$(($(find "$build/findings" -name "$target-*" | wc -l) - before))
     # A program that ends badly without a file has found something all the same: that it cannot run.
     if [ "$ended" -ne 0 ] && [ "$findings" -eq 0 ]; then findings=1; fi
-    [ "$findings" -eq 0 ] || status=1
     printf '%s: %s executions, %s of %s edges, %s findings\n' "$target" \
         "$(number '.*number_of_executed_units: *\([0-9]*\).*' "$log")" \
         "$(number '.* cov: \([0-9]*\) .*' "$log")" \
         "$(number '.*(\([0-9]*\) inline 8-bit counters).*' "$log")" "$findings"
-done
-exit "$status"
+    [ "$findings" -eq 0 ]
+}
+
+export build seconds mostBytes mostSecondsForOne
+export -f fuzz number
+printf '%s\n' "${targets[@]}" | xargs -n 1 -P "$(nproc)" bash -c 'fuzz "$0" || exit 1'
