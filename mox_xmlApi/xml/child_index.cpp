@@ -41,7 +41,8 @@ std::uint32_t HashOf(WideView name) noexcept {
     for (const wchar16 unit : name)
         hash = std::rotl((hash ^ unit) * kMultiplier, 29);
     hash *= kMultiplier;
-    return static_cast<std::uint32_t>(hash >> 32) | 2U;  // never 0 or kRemoved
+    const auto upper = static_cast<std::uint32_t>(hash >> 32);
+    return upper < 2 ? upper + 2 : upper;  // never 0 or kRemoved
 }
 
 // Adds to the account of `parent` that a scan has looked at so many of its children.
@@ -138,27 +139,34 @@ bool ChildIndex::Enter(XmlNode* child) noexcept {
     if (name == nullptr) return true;
     if (used_ + used_ / 2 >= size_) return false;
     const std::uint32_t hash = HashOf(name->value.View());
+    Slot* removed = nullptr;
     std::size_t place = hash & (size_ - 1);
     for (std::size_t probe = 0; probe < kLongestProbe; ++probe, place = (place + 1) & (size_ - 1)) {
         Slot& slot = slots_[place];
         if (slot.hash == 0) {
-            slot = {child, hash, false};
-            ++used_;
+            if (removed == nullptr) ++used_;
+            (removed == nullptr ? slot : *removed) = {child, hash, false};
             return true;
         }
-        if (slot.hash == hash && slot.child != nullptr && IsCalled(*slot.child, name->value.View())) {
+        if (slot.hash == kRemoved) {
+            if (removed == nullptr) removed = &slot;
+        } else if (slot.hash == hash && IsCalled(*slot.child, name->value.View())) {
             slot.hasLater = true;
             return true;
         }
     }
-    return false;
+    if (removed == nullptr) return false;
+    *removed = {child, hash, false};
+    return true;
 }
 
 const ChildIndex::Slot* ChildIndex::LookUp(WideView name) const noexcept {
     const std::uint32_t hash = HashOf(name);
-    for (std::size_t place = hash & (size_ - 1); slots_[place].hash != 0; place = (place + 1) & (size_ - 1)) {
+    std::size_t place = hash & (size_ - 1);
+    for (std::size_t probe = 0; probe < kLongestProbe; ++probe, place = (place + 1) & (size_ - 1)) {
         const Slot& slot = slots_[place];
-        if (slot.hash == hash && slot.child != nullptr && IsCalled(*slot.child, name)) return &slot;
+        if (slot.hash == 0) return nullptr;
+        if (slot.hash == hash && IsCalled(*slot.child, name)) return &slot;
     }
     return nullptr;
 }
@@ -166,8 +174,8 @@ const ChildIndex::Slot* ChildIndex::LookUp(WideView name) const noexcept {
 ChildIndex::Slot* ChildIndex::SlotOf(const XmlNode& child) noexcept {
     const XmlAttribute* name = NameOf(child);
     if (name == nullptr) return nullptr;
-    const std::uint32_t hash = HashOf(name->value.View());
-    for (std::size_t place = hash & (size_ - 1); slots_[place].hash != 0; place = (place + 1) & (size_ - 1)) {
+    std::size_t place = HashOf(name->value.View()) & (size_ - 1);
+    for (std::size_t probe = 0; probe < kLongestProbe; ++probe, place = (place + 1) & (size_ - 1)) {
         if (slots_[place].child == &child) return &slots_[place];
     }
     return nullptr;

@@ -47,7 +47,7 @@ class ChildIndex {
 
   private:
     struct Slot {
-        XmlNode* child = nullptr;  // null with a hash of kRemoved: passed over, not used again
+        XmlNode* child = nullptr;  // null with a hash of kRemoved: passed over, used again by the next one
         std::uint32_t hash = 0;
         bool hasLater = false;
     };

@@ -132,6 +132,25 @@ TEST_F(ChildIndexTest, RemovingNeverUsesTheIndexUp) {
     EXPECT_EQ(Find(Name(1950)), parent_->children.At(50));
 }
 
+TEST_F(ChildIndexTest, PlacesOfRemovedChildrenAreUsedAgain) {
+    AddMany(100);
+    Warm();
+    constexpr std::uint32_t kUntouched = 12345;  // a new index would begin a new account
+    parent_->scanned = kUntouched;
+    const std::size_t held = document_.Pool().BytesHeld();
+    for (int round = 0; round < 1000; ++round) {
+        for (unsigned i = 100; i < 110; ++i) {
+            Add(Name(i));
+            ASSERT_EQ(Find(Name(i)), parent_->children.At(i));
+        }
+        for (unsigned i = 110; i-- > 100;)
+            document_.RemoveNode(parent_, parent_->children.At(i));
+        ASSERT_EQ(Find(Name(105)), nullptr);
+    }
+    EXPECT_EQ(parent_->scanned, kUntouched);
+    EXPECT_EQ(document_.Pool().BytesHeld(), held);
+}
+
 TEST_F(ChildIndexTest, GivesItsMemoryBackWithTheParent) {
     AddMany(1000);
     Warm();
