@@ -20,17 +20,17 @@
  * releases it. What a document looks like on disk is told in docs/file-format.md. These rules hold for every
  * function unless its own text says otherwise:
  *
- * Order of arguments
+ * @par Order of arguments
  *   The handle first; then what to look for (section, key); then the data, a buffer directly followed by its
  *   size; then flags. A dispose function takes the address of the variable that holds the handle.
  *
- * Null
+ * @par Null
  *   A null handle is allowed everywhere: the call changes no document and gives its neutral result (null, 0,
  *   or the caller's default), after it has set the outputs that its text promises for every call. Another
  *   pointer may be null only where its text says so; elsewhere null is an error of the host that is not
  *   looked for.
  *
- * Texts
+ * @par Texts
  *   A text is a row of 16-bit units (wchar16) that ends with a zero unit, meant as UTF-16 but never checked:
  *   what a host stores, it reads back unit by unit. wchar16 is wchar_t on Windows (L"text") and char16_t
  *   elsewhere (u"text"). Names of sections and keys are compared exactly, unit by unit, with upper and lower
@@ -38,16 +38,16 @@
  *   (two bytes per unit) or narrow (one byte per unit, safe for 7-bit text only); files of table documents
  *   are always wide.
  *
- * Lengths
+ * @par Lengths
  *   A length of a text buffer counts units, the zero unit included; a length given back does not include it.
  *   A size of a byte buffer counts bytes. A text buffer of length 0 is left alone, whatever is said about it
  *   below.
  *
- * Flags
+ * @par Flags
  *   A signed flag is set exactly when it is 1; any other value, 2 or -1 say, leaves it unset. (removeAll of
  *   xmlTableRemoveEntry and editable of xmlWriteProfileSection are set by any value but 0.)
  *
- * Ownership and life
+ * @par Ownership and life
  *   Arguments stay the host's and are copied as needed; the library keeps no pointer into them. A profile
  *   handle lives from xmlProfileNew to xmlProfileDispose and owns its document. A table handle (the void* of
  *   xmlTableNew) owns its document. A section handle (the void* of a section function) refers to the section
@@ -55,7 +55,7 @@
  *   handles before their profile is disposed. Once its section was deleted, a section handle is good for
  *   xmlTableDispose only.
  *
- * Position variables
+ * @par Position variables
  *   An enumeration keeps its place in a variable of the host that starts as 0. What the library stores there
  *   means nothing to the host. The one of xmlEnumProfileSections must not be changed, copied for later or
  *   used with another handle, and the element that was returned last must not be deleted before the next
@@ -64,7 +64,7 @@
  *   removed. The value with all bits set means, where a function says so: no enumeration, look the entry up
  *   by its name.
  *
- * Entry records
+ * @par Entry records
  *   Entries travel in the records of mox_dbtInfo (mox_xmlApi/platform/mox_dbtInfo.h). They are C++ classes; a
  *   host in C can use the functions that take handles alone. Records are the host's; the library reads or
  *   fills them during the call and keeps nothing of them. An entry is known by its name alone: the id and
@@ -72,17 +72,17 @@
  *   removing one removes only entries whose name is empty. A handle that is not ready (over a section or
  *   table that could not be opened) is refused as a null handle is.
  *
- * Threads
+ * @par Threads
  *   The library starts no thread, takes no lock and keeps no state outside its handles. A profile handle
  *   together with every section handle taken from it belongs to one thread at a time; different documents
  *   share nothing.
  *
- * Failure
+ * @par Failure
  *   Failure shows in the result, without a reason. Nothing is rolled back: what a call had changed in memory
  *   before it failed stays changed, the handle stays usable, and no file is touched but the one that is being
  *   saved.
  *
- * Exceptions
+ * @par Exceptions
  *   C++ exceptions pass out of these functions, and only these:
  *   - std::bad_alloc, from any function, when memory runs out;
  *   - std::length_error "string too long", when a text outgrows what a text can hold;
@@ -97,9 +97,12 @@
 /** A settings document that is open; the host sees pointers to it only. */
 typedef struct moxSettings moxSettings;
 
-/** The entry records of mox_dbtInfo, declared in mox_xmlApi/platform/mox_dbtInfo.h. */
+/* The entry records of mox_dbtInfo, declared in mox_xmlApi/platform/mox_dbtInfo.h. */
+/** What identifies an entry. */
 typedef struct TableEntryBaseInfoStruct TableEntryBaseInfoStruct;
+/** What identifies an entry, and its value. */
 typedef struct TableEntryValueInfoStruct TableEntryValueInfoStruct;
+/** What identifies an entry, its value, and how it is presented. */
 typedef struct TableEntryUInfoStruct TableEntryUInfoStruct;
 
 #ifdef __cplusplus
