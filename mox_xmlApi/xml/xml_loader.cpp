@@ -71,15 +71,10 @@ void Widen(const unsigned char* bytes, std::size_t count, wchar16* units) noexce
         units[i] = widen(bytes[i]);
 }
 
-std::size_t LengthToZero(const unsigned char* bytes, std::size_t count) noexcept {
+std::size_t BytesToZero(const unsigned char* bytes, std::size_t count) noexcept {
     const void* zero = count == 0 ? nullptr : std::memchr(bytes, 0, count);
     return zero == nullptr ? count
                            : static_cast<std::size_t>(static_cast<const unsigned char*>(zero) - bytes);
-}
-
-std::size_t LengthToZero(const wchar16* units, std::size_t count) noexcept {
-    const wchar16* zero = std::char_traits<wchar16>::find(units, count, wchar16{0});
-    return zero == nullptr ? count : static_cast<std::size_t>(zero - units);
 }
 
 // The memory that `count` units take, a zero, and what the parser may read behind it.
@@ -109,7 +104,7 @@ std::size_t ReadNarrow(InputFile& file, XmlPool& pool, TextBlock& block) {
     for (;;) {
         const std::size_t wanted = std::min(piece.size(), RoomAfter(block, length));
         const std::size_t count = file.Read(piece.data(), wanted);
-        const std::size_t used = LengthToZero(piece.data(), count);
+        const std::size_t used = BytesToZero(piece.data(), count);
         Widen(piece.data(), used, block.Units() + length);
         length += used;
         if (used < wanted) return length;
@@ -185,7 +180,7 @@ bool XmlDocument::LoadBuffer(const char* bytes, std::uint64_t size) {
     const auto* image = reinterpret_cast<const unsigned char*>(bytes);
     constexpr std::uint64_t kNoLimit = std::numeric_limits<std::size_t>::max() / 2;
     const std::size_t length =
-        size >= kNoLimit ? std::strlen(bytes) : LengthToZero(image, static_cast<std::size_t>(size));
+        size >= kNoLimit ? std::strlen(bytes) : BytesToZero(image, static_cast<std::size_t>(size));
     TextBlock block(*pool_, BlockSize(length));
     Widen(image, length, block.Units());
     return loaded = ParseBlock(*this, block, length, root);

@@ -1,9 +1,9 @@
 #include "mox_xmlApi/xml/xml_writer.h"
 
 #include <array>
-#include <cstdint>
 #include <vector>
 
+#include "mox_xmlApi/platform/copy_units.h"
 #include "mox_xmlApi/platform/files.h"
 #include "mox_xmlApi/xml/xml_document.h"
 #include "mox_xmlApi/xml/xml_entities.h"
@@ -19,17 +19,8 @@ constexpr std::array<unsigned char, 128> PlacesOfEntities() noexcept {
     return table;
 }
 
-constexpr std::uint64_t BitsOfEntities() noexcept {
-    std::uint64_t bits = 0;
-    for (const XmlEntity& entity : kXmlEntities)
-        bits |= std::uint64_t{1} << entity.character;
-    return bits;
-}
-
 // For each ASCII character 1 + its place in kXmlEntities, or 0.
 constexpr auto kEntityOf = PlacesOfEntities();
-// The same characters as one bit each: all lie below 64.
-constexpr std::uint64_t kEscaped = BitsOfEntities();
 
 constexpr std::size_t kLongestEntity = 6;
 
@@ -38,14 +29,13 @@ constexpr std::size_t kShortText = 128;
 
 template <class Output, class Unit>
 Unit* CopyEscaped(Unit* to, WideView text) noexcept {
-    for (const wchar16 unit : text) {
-        if (unit >= 64 || ((kEscaped >> unit) & 1) == 0) {
-            *to++ = Output::Narrow(unit);
-        } else {
-            to = Output::Copy(to, kXmlEntities[kEntityOf[unit] - 1U].text);
-        }
+    for (;;) {
+        const std::size_t plain = CopyToMarkup(to, text);
+        to += plain;
+        if (plain == text.size()) return to;
+        to = Output::Copy(to, kXmlEntities[kEntityOf[text[plain]] - 1U].text);
+        text.remove_prefix(plain + 1);
     }
-    return to;
 }
 
 template <class Output>

@@ -24,6 +24,23 @@ TEST(Scan, FindsWhatItsPlainTwinFindsAtEveryPlaceAndAlignment) {
     }
 }
 
+TEST(Scan, CountsUpToAZeroAsItsPlainTwinAtEveryPlaceAndAlignment) {
+    constexpr std::size_t kMost = 40;
+    for (std::size_t alignment = 0; alignment < 9; ++alignment) {
+        for (std::size_t count = 0; count < kMost; ++count) {
+            for (std::size_t zero = 0; zero <= count; ++zero) {
+                // Each byte of a unit may be zero: that is no zero unit.
+                std::vector<wchar16> units(alignment + count, wchar16{0x0100});
+                for (std::size_t i = alignment; i < units.size(); i += 2)
+                    units[i] = 0x00FF;
+                if (zero < count) units[alignment + zero] = 0;
+                ASSERT_EQ(mox::LengthToZero(units.data() + alignment, count), zero);
+                ASSERT_EQ(mox::LengthToZeroPlain(units.data() + alignment, count), zero);
+            }
+        }
+    }
+}
+
 TEST(Scan, TakesTheFirstOfSeveral) {
     std::vector<wchar16> units = {'a', '&', '<', '"', 0, 0, 0, 0, 0, 0, 0, 0};
     EXPECT_EQ(FindAnyOf(units.data(), '"', '<', '&'), units.data() + 1);

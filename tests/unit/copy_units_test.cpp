@@ -1,0 +1,67 @@
+// The fast copy against its plain twin.
+#include "mox_xmlApi/platform/copy_units.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+#include "mox_xmlApi/xml/xml_entities.h"
+
+namespace {
+
+using mox::CopyToMarkup;
+using mox::CopyToMarkupPlain;
+using mox::WideView;
+
+template <class Unit>
+class CopyUnits : public testing::Test {};
+using OutputUnits = testing::Types<wchar16, char>;
+TYPED_TEST_SUITE(CopyUnits, OutputUnits);
+
+// The text of the units and, behind it, what must stay.
+template <class Unit, class Copy>
+std::vector<Unit> Copied(Copy copy, WideView text, std::size_t& count) {
+    std::vector<Unit> to(text.size() + 1, Unit{'#'});
+    count = copy(to.data(), text);
+    EXPECT_EQ(to.back(), Unit{'#'});
+    to.resize(count);
+    return to;
+}
+
+TYPED_TEST(CopyUnits, GivesWhatItsPlainTwinGivesAtEveryLengthPlaceAndAlignment) {
+    constexpr std::size_t kMost = 36;
+    const auto fast = [](TypeParam* to, WideView text) { return CopyToMarkup(to, text); };
+    const auto plain = [](TypeParam* to, WideView text) { return CopyToMarkupPlain(to, text); };
+    for (std::size_t alignment = 0; alignment < 9; ++alignment) {
+        for (std::size_t length = 0; length < kMost; ++length) {
+            for (std::size_t place = 0; place <= length; ++place) {
+                std::vector<wchar16> units(alignment + length);
+                for (std::size_t i = 0; i < length; ++i)
+                    units[alignment + i] = static_cast<wchar16>('a' + i % 26);
+                if (place < length) units[alignment + place] = '<';
+                const WideView text(units.data() + alignment, length);
+                std::size_t count = 0;
+                std::size_t plainCount = 0;
+                ASSERT_EQ(Copied<TypeParam>(fast, text, count), Copied<TypeParam>(plain, text, plainCount));
+                ASSERT_EQ(count, place);
+                ASSERT_EQ(plainCount, place);
+            }
+        }
+    }
+}
+
+TYPED_TEST(CopyUnits, StopsAtTheFiveCharactersWithAnEntityAndAtNoOther) {
+    for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
+        bool hasEntity = false;
+        for (const mox::XmlEntity& entity : mox::kXmlEntities)
+            hasEntity = hasEntity || entity.character == unit;
+        const std::vector<wchar16> units(8, static_cast<wchar16>(unit));
+        TypeParam to[8] = {};
+        const std::size_t copied = CopyToMarkup(to, WideView(units.data(), units.size()));
+        ASSERT_EQ(copied, hasEntity ? 0U : 8U) << unit;
+        const std::size_t half = CopyToMarkup(to, WideView(units.data(), 4));
+        ASSERT_EQ(half, hasEntity ? 0U : 4U) << unit;
+        ASSERT_EQ(to[7], hasEntity ? TypeParam{} : static_cast<TypeParam>(unit)) << unit;
+    }
+}
+
+}  // namespace
