@@ -129,7 +129,7 @@ std::size_t ReadWide(InputFile& file, XmlPool& pool, TextBlock& block) {
 
 // Roughly how many bytes the nodes of a text will take, judged by the markup at its beginning.
 std::size_t EstimateTreeSize(const wchar16* text, std::size_t length) noexcept {
-    constexpr std::size_t kSample = 16 * 1024;
+    constexpr std::size_t kSample = 4 * 1024;
     constexpr std::size_t kUsualBytesPerUnit = 3;
     constexpr std::size_t kMostBytesPerUnit = 4;  // the beginning may mislead
     if (length < kSample) return length * kUsualBytesPerUnit;
