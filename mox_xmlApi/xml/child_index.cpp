@@ -99,23 +99,65 @@ ChildIndex* ChildIndex::Ready(XmlPool& pool, XmlNode& parent) noexcept {
         GiveUp(pool, parent);
         return nullptr;
     }
-    if (index->Cover(parent)) return index;
+    if (index->Cover(parent) || (index->Grow(pool, parent.children.Size()) && index->Cover(parent)))
+        return index;
     GiveUp(pool, parent);
-    return parent.childIndex = Make(pool, parent);
+    return nullptr;
+}
+
+std::size_t ChildIndex::SizeFor(std::size_t children) noexcept {
+    return std::bit_ceil(children * 2 + kFewChildren);
+}
+
+ChildIndex::Slot* ChildIndex::AllocateSlots(XmlPool& pool, std::size_t size) noexcept {
+    auto* slots = static_cast<Slot*>(pool.TryAllocate(size * sizeof(Slot)));
+    if (slots != nullptr) std::uninitialized_fill_n(slots, size, Slot());
+    return slots;
+}
+
+// Gives the slots the room that so many children need. The children are not looked at: no two slots have one name.
+// False when there is no memory, no need of more room, or when the names defeat the index.
+bool ChildIndex::Grow(XmlPool& pool, std::size_t children) noexcept {
+    const std::size_t size = SizeFor(children);
+    if (size <= size_ && HasRoom()) return false;
+    Slot* slots = AllocateSlots(pool, size);
+    if (slots == nullptr) return false;
+    ChildIndex larger(slots, size, renames_);
+    for (const Slot* slot = slots_; slot != slots_ + size_; ++slot) {
+        if (slot->child == nullptr || larger.Put(*slot)) continue;
+        pool.Free(slots, size * sizeof(Slot));
+        return false;
+    }
+    pool.Free(slots_, size_ * sizeof(Slot));
+    slots_ = larger.slots_;
+    size_ = larger.size_;
+    used_ = larger.used_;
+    return true;
+}
+
+// Puts a slot where its hash belongs. False when too many others have that place.
+bool ChildIndex::Put(const Slot& slot) noexcept {
+    std::size_t place = slot.hash & (size_ - 1);
+    for (std::size_t probe = 0; probe < kLongestProbe; ++probe, place = (place + 1) & (size_ - 1)) {
+        if (slots_[place].hash != 0) continue;
+        slots_[place] = slot;
+        ++used_;
+        return true;
+    }
+    return false;
 }
 
 // Null when there is no memory, or when the names defeat the index; scans begin to pay for another one then.
 ChildIndex* ChildIndex::Make(XmlPool& pool, XmlNode& parent) noexcept {
     parent.scanned = 0;
-    const std::size_t size = std::bit_ceil(parent.children.Size() * 2 + kFewChildren);
-    auto* slots = static_cast<Slot*>(pool.TryAllocate(size * sizeof(Slot)));
+    const std::size_t size = SizeFor(parent.children.Size());
+    Slot* slots = AllocateSlots(pool, size);
     auto* memory = pool.TryAllocate(sizeof(ChildIndex));
     if (slots == nullptr || memory == nullptr) {
         pool.Free(slots, size * sizeof(Slot));
         pool.Free(memory, sizeof(ChildIndex));
         return nullptr;
     }
-    std::uninitialized_fill_n(slots, size, Slot());
     auto* index = new (memory) ChildIndex(slots, size, pool.Renames());
     if (index->Cover(parent)) return index;
     parent.childIndex = index;
@@ -137,7 +179,7 @@ bool ChildIndex::Cover(const XmlNode& parent) noexcept {
 bool ChildIndex::Enter(XmlNode* child) noexcept {
     const XmlAttribute* name = NameOf(*child);
     if (name == nullptr) return true;
-    if (used_ + used_ / 2 >= size_) return false;
+    if (!HasRoom()) return false;
     const std::uint32_t hash = HashOf(name->value.View());
     Slot* removed = nullptr;
     std::size_t place = hash & (size_ - 1);

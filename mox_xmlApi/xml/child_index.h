@@ -58,6 +58,11 @@ class ChildIndex {
 
     static ChildIndex* Ready(XmlPool& pool, XmlNode& parent) noexcept;
     static ChildIndex* Make(XmlPool& pool, XmlNode& parent) noexcept;
+    static std::size_t SizeFor(std::size_t children) noexcept;
+    static Slot* AllocateSlots(XmlPool& pool, std::size_t size) noexcept;
+    bool Grow(XmlPool& pool, std::size_t children) noexcept;
+    bool Put(const Slot& slot) noexcept;
+    bool HasRoom() const noexcept { return used_ + used_ / 2 < size_; }
     bool Cover(const XmlNode& parent) noexcept;
     bool Enter(XmlNode* child) noexcept;
     const Slot* LookUp(WideView name) const noexcept;
