@@ -40,8 +40,14 @@ bool IsSpace(wchar16 unit) noexcept {
 
 class Parser {
   public:
-    Parser(XmlDocument& document, wchar16* text, std::size_t length, XmlNode* parent)
-        : document_(document), pool_(document.Pool()), next_(text), end_(text + length), parent_(parent) {}
+    Parser(XmlDocument& document, wchar16* text, std::size_t length, XmlNode* parent, ParseFailure* failure)
+        : document_(document),
+          pool_(document.Pool()),
+          next_(text),
+          end_(text + length),
+          parent_(parent),
+          begin_(text),
+          failure_(failure) {}
     ~Parser() { DropUnfinished(); }
     Parser(const Parser&) = delete;
     Parser& operator=(const Parser&) = delete;
@@ -50,7 +56,7 @@ class Parser {
         for (;;) {
             SkipSpace();
             if (AtEnd()) return true;
-            if (*next_ != '<') return false;
+            if (*next_ != '<') return Fail(ParseWant::TopLevelNode, next_, nullptr);
             ++next_;
             if (!ParseTopLevelNode()) return false;
             if (!AtEnd()) ++next_;
@@ -62,6 +68,24 @@ class Parser {
         XmlNode* node;
         std::size_t firstChild;  // in closed_
     };
+
+    // Always false. `inside` is null at the top level.
+    bool Fail(ParseWant wanted, const wchar16* at, const wchar16* inside) const noexcept {
+        if (failure_ == nullptr) return false;
+        failure_->wanted = wanted;
+        failure_->offset = static_cast<std::size_t>(at - begin_);
+        failure_->inside =
+            inside == nullptr ? ParseFailure::kNowhere : static_cast<std::size_t>(inside - begin_);
+        return false;
+    }
+
+    bool FailInElement(ParseWant wanted, const wchar16* at) noexcept {
+        return Fail(wanted, at, open_.IsEmpty() ? nullptr : open_.Top().node->name.View().data());
+    }
+
+    bool FailInTag(ParseWant wanted, const wchar16* at) const noexcept {
+        return Fail(wanted, at, unfinished_->name.View().data());
+    }
 
     bool AtEnd() const noexcept { return next_ == end_; }
     std::size_t Left() const noexcept { return static_cast<std::size_t>(end_ - next_); }
@@ -125,28 +149,33 @@ class Parser {
     }
 
     bool ParseDeclaration() {
-        if (parent_->kind != XmlNodeKind::Document || !parent_->children.IsEmpty()) return false;
+        if (parent_->kind != XmlNodeKind::Document || !parent_->children.IsEmpty()) {
+            return Fail(ParseWant::DeclarationFirst, next_, nullptr);
+        }
         const WideView name = ParseName();
-        if (name != names::kXml || !IsSpace(*next_)) return false;
+        if (name != names::kXml || !IsSpace(*next_)) {
+            return Fail(ParseWant::DeclarationName, name.data(), nullptr);
+        }
         StartNode(XmlNodeKind::ProcessingInstruction, name);
         if (!ParseAttributes()) return false;
         const auto& attributes = unfinished_->attributes;
         const bool hasVersion = std::any_of(
             attributes.begin(), attributes.end(),
             [](const XmlAttribute& attribute) { return attribute.name.View() == names::kVersion; });
-        if (!hasVersion || !Accept('?') || !Accept('>')) return false;
+        if (!hasVersion) return FailInTag(ParseWant::DeclarationVersion, next_);
+        if (!Accept('?') || !Accept('>')) return FailInTag(ParseWant::DeclarationEnd, next_);
         FinishNode();
         return true;
     }
 
     // `dashes` counts as the format wants it: two in a row must be followed by ">".
     bool ParseComment() {
-        if (!Accept("--"_w)) return false;
+        if (!Accept("--"_w)) return FailInElement(ParseWant::CommentStart, next_);
         const wchar16* begin = next_;
         for (int dashes = 0;; ++next_) {
-            if (*next_ == 0 && AtEnd()) return false;
+            if (*next_ == 0 && AtEnd()) return Fail(ParseWant::CommentEnd, next_, begin);
             if (*next_ == '>' || dashes == 2) {
-                if (*next_ != '>' || dashes != 2) return false;
+                if (*next_ != '>' || dashes != 2) return Fail(ParseWant::CommentEnd, next_, begin);
                 break;
             }
             dashes = *next_ == '-' ? dashes + 1 : std::max(dashes - 1, 0);
@@ -161,15 +190,15 @@ class Parser {
 
     bool ParseStartTag() {
         const WideView name = ParseName();
-        if (name.empty()) return false;
+        if (name.empty()) return FailInElement(ParseWant::ElementName, next_);
         StartNode(XmlNodeKind::Element, name);
         if (!ParseAttributes()) return false;
         if (Accept('/')) {
-            if (!Accept('>')) return false;
+            if (!Accept('>')) return FailInTag(ParseWant::EmptyTagEnd, next_);
             FinishNode();
             return true;
         }
-        if (!Accept('>')) return false;
+        if (!Accept('>')) return FailInTag(ParseWant::TagEnd, next_);
         open_.Push({unfinished_, closed_.Size()});
         unfinished_ = nullptr;
         SkipSpace();
@@ -181,12 +210,12 @@ class Parser {
         wchar16* name = EndOfSpace(next_);
         for (wchar16* nameEnd = EndOfName(name); nameEnd != name; nameEnd = EndOfName(name)) {
             wchar16* mark = EndOfSpace(nameEnd);
-            if (*mark != '=') return false;
+            if (*mark != '=') return Fail(ParseWant::AttributeEquals, mark, name);
             mark = EndOfSpace(mark + 1);
-            if (*mark != '"') return false;
+            if (*mark != '"') return Fail(ParseWant::AttributeQuote, mark, name);
             next_ = mark + 1;
             const WideView value = ParseText('"');
-            if (*next_ != '"') return false;
+            if (*next_ != '"') return Fail(ParseWant::AttributeEnd, next_, mark + 1);
             attributes_.Push({XmlText::Slice(Between(name, nameEnd)), XmlText::Slice(value)});
             name = EndOfSpace(next_ + 1);
         }
@@ -199,7 +228,7 @@ class Parser {
     // One run of text of the innermost open element, and the markup behind it.
     bool ParseContent() {
         const WideView text = ParseText('<');
-        if (!Accept('<')) return false;
+        if (!Accept('<')) return FailInElement(ParseWant::Content, next_);
         if (!text.empty()) AddText(text);
         if (Accept('/')) return ParseEndTag();
         if (Accept('!')) return ParseComment();
@@ -207,7 +236,9 @@ class Parser {
     }
 
     bool ParseEndTag() {
-        if (!Accept(open_.Top().node->name.View()) || !Accept('>')) return false;
+        if (!Accept(open_.Top().node->name.View()) || !Accept('>')) {
+            return FailInElement(ParseWant::EndTag, next_);
+        }
         CloseElement();
         return true;
     }
@@ -296,6 +327,8 @@ class Parser {
     wchar16* next_;
     wchar16* const end_;
     XmlNode* const parent_;
+    const wchar16* const begin_;
+    ParseFailure* const failure_;
     XmlNode* unfinished_ = nullptr;            // the node that is being read, in no list yet
     SmallStack<XmlAttribute, 16> attributes_;  // those of unfinished_
     SmallStack<OpenElement, 16> open_;
@@ -304,8 +337,9 @@ class Parser {
 
 }  // namespace
 
-bool ParseInPlace(XmlDocument& document, wchar16* text, std::size_t length, XmlNode* parent) {
-    return Parser(document, text, length, parent).ParseDocument();
+bool ParseInPlace(XmlDocument& document, wchar16* text, std::size_t length, XmlNode* parent,
+                  ParseFailure* failure) {
+    return Parser(document, text, length, parent, failure).ParseDocument();
 }
 
 }  // namespace mox
