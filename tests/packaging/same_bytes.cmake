@@ -15,7 +15,7 @@ file(COPY ${SOURCES}/CMakeLists.txt ${SOURCES}/cmake ${SOURCES}/companions ${SOU
 settings_of_first_build(settings)
 execute_process(
   COMMAND ${CMAKE_COMMAND} -S ${copy} -B ${again} ${settings}
-    -DMOX_BUILD_TESTS=OFF -DMOX_BUILD_EXAMPLES=OFF
+    -DMOX_BUILD_TESTS=OFF -DMOX_BUILD_EXAMPLES=OFF -DMOX_BUILD_TOOLS=OFF
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 execute_process(COMMAND ${CMAKE_COMMAND} --build ${again} --parallel 2 --target mox_xmlApi
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)

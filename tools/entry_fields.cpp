@@ -1,0 +1,83 @@
+#include "tools/entry_fields.h"
+
+#include "mox_xmlApi/entries/entry_codes.h"
+#include "tools/outcome.h"
+#include "tools/shown_text.h"
+
+namespace mox::tool {
+namespace {
+
+ValueType TypeOf(const std::string& name) {
+    const mox::Text text(name);
+    std::uint16_t code = 0;
+    if (!ValueTypeFromName(text.units(), WideView(), code))
+        throw Stop(ExitCode::kUsage,
+                   ShownName(name) +
+                       " is no type: short, long, double, string, bool, char, byte, ushort, "
+                       "ulong or ucstring");
+    return static_cast<ValueType>(code);
+}
+
+Control ControlOf(const std::string& name) {
+    const mox::Text text(name);
+    const std::uint16_t code = ControlKindFromName(text.units());
+    if (Utf8(ControlKindToName(code)) != name)
+        throw Stop(ExitCode::kUsage,
+                   ShownName(name) +
+                       " is no control: num, text, switch, no_edit, rgb, button, text_array, "
+                       "named_array, switch_array, radio_array, state, named_list_array, "
+                       "radio or prop_array");
+    return static_cast<Control>(code);
+}
+
+Owner OwnerOf(const std::string& name) {
+    const mox::Text text(name);
+    const std::uint8_t code = OwnerFromName(text.units());
+    if (Utf8(OwnerToName(code)) != name)
+        throw Stop(ExitCode::kUsage, ShownName(name) + " is no provider: app, dwg or erg");
+    return static_cast<Owner>(code);
+}
+
+}  // namespace
+
+void EntryFields::AddTo(CLI::App& verb) {
+    value_ = verb.add_option("VALUE", valueText_, "The value");
+    type_ =
+        verb.add_option("--type", typeText_, "Type of the value, \"long\" for example; \"string\" if new");
+    CLI::Option* const array = verb.add_flag("--array", isArray_, "The value holds an array of that type");
+    verb.add_flag("--vector", isVector_, "The value holds a vector of that type")->excludes(array);
+    id_ = verb.add_option("--id", idNumber_, "The entry's number");
+    control_ = verb.add_option("--control", controlText_, "Presentation: control, \"num\" for example");
+    shownName_ = verb.add_option("--shown-name", shownNameText_, "Presentation: the name for people");
+    comment_ = verb.add_option("--comment", commentText_, "Presentation: comment");
+    provider_ = verb.add_option("--provider", providerText_, "Presentation: app, dwg or erg");
+    providerIndex_ =
+        verb.add_option("--provider-index", providerNumber_, "Presentation: number of the provider");
+    uiValue_ = verb.add_option("--ui-value", uiValueText_, "Presentation: value (needs a comment)");
+}
+
+bool EntryFields::HasUi() const {
+    for (const CLI::Option* option : {control_, shownName_, comment_, provider_, providerIndex_, uiValue_}) {
+        if (option->count() > 0) return true;
+    }
+    return false;
+}
+
+void EntryFields::Apply(Entry& entry) const {
+    if (HasValue()) entry.value = valueText_;
+    if (type_->count() > 0) entry.type = TypeOf(typeText_);
+    if (isArray_) entry.shape = Shape::Array;
+    if (isVector_) entry.shape = Shape::Vector;
+    if (id_->count() > 0) entry.id = idNumber_;
+    if (!HasUi()) return;
+    if (!entry.ui.has_value()) entry.ui.emplace();
+    Presentation& ui = *entry.ui;
+    if (control_->count() > 0) ui.control = ControlOf(controlText_);
+    if (shownName_->count() > 0) ui.shownName = shownNameText_;
+    if (comment_->count() > 0) ui.comment = commentText_;
+    if (provider_->count() > 0) ui.providerOwner = OwnerOf(providerText_);
+    if (providerIndex_->count() > 0) ui.providerIndex = providerNumber_;
+    if (uiValue_->count() > 0) ui.value = uiValueText_;
+}
+
+}  // namespace mox::tool

@@ -1,0 +1,83 @@
+#include "tools/json_output.h"
+
+namespace mox::tool {
+namespace {
+
+void PutText(Json& json, const char* name, const std::string& text) {
+    if (!text.empty()) json[name] = text;
+}
+
+void PutTrue(Json& json, const char* name, bool value) {
+    if (value) json[name] = true;
+}
+
+Json UiJson(const UiModel& ui) {
+    Json json = Json::object();
+    json["control"] = ui.control;
+    PutText(json, "access", ui.access);
+    PutText(json, "flags", ui.flags);
+    PutText(json, "provider", ui.provider);
+    if (ui.providerIndex != 0) json["provider_index"] = ui.providerIndex;
+    PutText(json, "regen", ui.regen);
+    PutText(json, "minimum", ui.minimum);
+    PutText(json, "maximum", ui.maximum);
+    PutText(json, "shown_name", ui.shownName);
+    PutText(json, "comment", ui.comment);
+    PutText(json, "value", ui.value);
+    return json;
+}
+
+Json TableJson(const TableModel& table) {
+    Json json = Json::object();
+    json["name"] = table.name;
+    json["first_id"] = table.firstId;
+    json["type"] = table.type;
+    json["editable"] = table.isEditable;
+    PutTrue(json, "marked", table.isMarked);
+    json["entries"] = Json::array();
+    for (const EntryModel& entry : table.entries)
+        json["entries"].push_back(EntryJson(entry));
+    return json;
+}
+
+}  // namespace
+
+std::string JsonText(const Json& json) {
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+Json EntryJson(const EntryModel& entry) {
+    Json json = Json::object();
+    json["name"] = entry.name;
+    json["type"] = entry.type;
+    if (!entry.isReadable) {
+        json["readable"] = false;
+        return json;
+    }
+    PutText(json, "shape", entry.shape);
+    if (entry.id != 0) json["id"] = entry.id;
+    PutTrue(json, "marked", entry.isMarked);
+    json["value"] = entry.value;
+    if (entry.ui.has_value()) json["ui"] = UiJson(*entry.ui);
+    return json;
+}
+
+Json DocumentJson(const DocumentModel& document, Form form) {
+    Json json = Json::object();
+    json["kind"] = document.kind == DocumentKind::Settings ? "settings"
+                   : document.kind == DocumentKind::Table  ? "table"
+                                                           : "other";
+    json["form"] = form == Form::Wide ? "wide" : "narrow";
+    const bool isTable = document.kind == DocumentKind::Table;
+    if (!isTable) json["sections"] = Json::array();
+    for (const TableModel& table : document.tables) {
+        if (isTable) {
+            json["table"] = TableJson(table);
+        } else if (table.isTable) {
+            json["sections"].push_back(TableJson(table));
+        }
+    }
+    return json;
+}
+
+}  // namespace mox::tool

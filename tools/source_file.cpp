@@ -1,0 +1,118 @@
+#include "tools/source_file.h"
+
+#include <algorithm>
+#include <array>
+
+#include "mox_xmlApi/platform/files.h"
+#include "mox_xmlApi/platform/scan.h"
+#include "tools/outcome.h"
+#include "tools/parse_message.h"
+
+namespace mox::tool {
+namespace {
+
+std::string ReadBytes(const std::string& path) {
+    const mox::Text name(path);
+    InputFile file(name.isValid() ? name.c_str() : nullptr);
+    if (!file.IsOpen()) throw Stop(ExitCode::kNoAccess, path + ": the file cannot be opened");
+    std::string bytes;
+    std::array<char, 64 * 1024> piece;
+    std::size_t count = piece.size();
+    while (count == piece.size()) {
+        count = file.Read(piece.data(), piece.size());
+        bytes.append(piece.data(), count);
+    }
+    if (file.Failed()) throw Stop(ExitCode::kNoAccess, path + ": the file cannot be read");
+    return bytes;
+}
+
+// As the library reads them: low byte first, or each byte with its sign.
+WideString UnitsIn(const std::string& bytes, Form form) {
+    const auto byte = [&bytes](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
+    WideString units;
+    if (form == Form::Wide) {
+        units.reserve(bytes.size() / 2);
+        for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+            units += static_cast<wchar16>(byte(i) | (byte(i + 1) << 8));
+    } else {
+        units.reserve(bytes.size());
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            units += static_cast<wchar16>(byte(i) < 0x80 ? byte(i) : 0xFF00 | byte(i));
+    }
+    return units;
+}
+
+bool LooksWide(const std::string& bytes) noexcept {
+    if (bytes.size() < 2) return false;
+    const auto first = static_cast<unsigned char>(bytes[0]);
+    const auto second = static_cast<unsigned char>(bytes[1]);
+    const bool hasMark = (first == 0xFF && second == 0xFE) || (first == 0xFE && second == 0xFF);
+    return hasMark || (first != 0 && second == 0);
+}
+
+}  // namespace
+
+SourceFile::SourceFile(const std::string& path, std::optional<Form> form) : path_(path) {
+    const std::string bytes = ReadBytes(path);
+    if (form.has_value()) {
+        Parse(bytes, *form);
+    } else {
+        FindForm(bytes);
+    }
+    lineStarts_.push_back(0);
+    for (std::size_t at = text_.find(wchar16{'\n'}); at != WideString::npos;
+         at = text_.find(wchar16{'\n'}, at + 1))
+        lineStarts_.push_back(at + 1);
+}
+
+// Narrow text makes no sense as a wide one. That one is tried first, since the zero in the first unit of a wide text
+// may look like the end of a narrow one.
+void SourceFile::FindForm(const std::string& bytes) {
+    if (Parse(bytes, Form::Wide) && (bytes.empty() || !text_.empty())) return;
+    if (Parse(bytes, Form::Narrow)) return;
+    if (LooksWide(bytes)) Parse(bytes, Form::Wide);
+}
+
+bool SourceFile::Parse(const std::string& bytes, Form form) {
+    form_ = form;
+    text_ = UnitsIn(bytes, form);
+    const std::size_t zero = text_.find(wchar16{0});
+    const std::size_t length = std::min(zero, text_.size());
+    const std::size_t unitSize = form == Form::Wide ? 2 : 1;
+    const auto behind = bytes.begin() + static_cast<std::ptrdiff_t>(
+                                            std::min(bytes.size(), (length + (zero == length)) * unitSize));
+    unread_ = static_cast<std::size_t>(bytes.end() - behind) -
+              static_cast<std::size_t>(std::count(behind, bytes.end(), '\0'));
+    text_.resize(length);
+    document_ = std::make_unique<XmlDocument>();
+    parsed_ = text_;
+    parsed_.append(1 + kScanAhead, wchar16{0});
+    isParsed_ = ParseInPlace(*document_, parsed_.data(), length, document_->root, &failure_);
+    return isParsed_;
+}
+
+void SourceFile::RequireParsed() const {
+    if (!isParsed_) throw Stop(ExitCode::kNotParsed, ParseMessage(*this));
+}
+
+Position SourceFile::PositionAt(std::size_t offset) const noexcept {
+    const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
+    Position position;
+    position.line = static_cast<std::size_t>(next - lineStarts_.begin());
+    position.column = offset - *(next - 1) + 1;
+    return position;
+}
+
+Position SourceFile::PositionOf(const XmlNode& node) const noexcept {
+    const WideView text = node.name.IsEmpty() ? node.value.View() : node.name.View();
+    return PositionAt(static_cast<std::size_t>(text.data() - parsed_.data()));
+}
+
+std::string AtPosition(const SourceFile& file, Position position, const std::string& message) {
+    std::string text = file.Path();
+    text.append(":").append(std::to_string(position.line));
+    text.append(":").append(std::to_string(position.column));
+    return text.append(": ").append(message);
+}
+
+}  // namespace mox::tool

@@ -1,0 +1,80 @@
+#include "tools/system.h"
+
+#include <cstdio>
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+#else
+#include <filesystem>
+#include <system_error>
+#endif
+
+#include "mox_xmlApi/front/text.hpp"
+
+namespace mox::tool {
+
+#if defined(_WIN32)
+
+std::vector<std::string> ProcessArguments(int /*argc*/, char** /*argv*/) {
+    std::vector<std::string> arguments;
+    int count = 0;
+    wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    for (int i = 1; i < count; ++i)
+        arguments.push_back(front::Utf8Of(std::wstring_view(wide[i])));
+    LocalFree(wide);
+    return arguments;
+}
+
+StandardStreams::StandardStreams() : codePage_(GetConsoleOutputCP()) {
+    SetConsoleOutputCP(CP_UTF8);
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+}
+
+StandardStreams::~StandardStreams() {
+    if (codePage_ != 0) SetConsoleOutputCP(codePage_);
+}
+
+bool Exists(const std::string& path) {
+    const mox::Text name(path);
+    if (GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
+    return GetLastError() != ERROR_FILE_NOT_FOUND;
+}
+
+bool CopyFileTo(const std::string& from, const std::string& to) {
+    const mox::Text source(from);
+    const mox::Text target(to);
+    return source.isValid() && target.isValid() && CopyFileW(source.c_str(), target.c_str(), FALSE) != 0;
+}
+
+#else
+
+std::vector<std::string> ProcessArguments(int argc, char** argv) {
+    return argc < 1 ? std::vector<std::string>() : std::vector<std::string>(argv + 1, argv + argc);
+}
+
+StandardStreams::StandardStreams() = default;
+StandardStreams::~StandardStreams() = default;
+
+bool Exists(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::status(path, error).type() != std::filesystem::file_type::not_found;
+}
+
+bool CopyFileTo(const std::string& from, const std::string& to) {
+    std::error_code error;
+    return std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing, error);
+}
+
+#endif
+
+bool StandardStreams::Write(const std::string& data, const std::string& messages) {
+    const bool isOut =
+        std::fwrite(data.data(), 1, data.size(), stdout) == data.size() && std::fflush(stdout) == 0;
+    std::fwrite(messages.data(), 1, messages.size(), stderr);
+    return isOut;
+}
+
+}  // namespace mox::tool
