@@ -42,38 +42,28 @@ WideString UnitsIn(const std::string& bytes, Form form) {
     return units;
 }
 
+// A document begins with "<" or white space, so that the second byte of a wide one is zero; a mark of another kind of
+// text is a unit, too. What holds nothing could be either.
 bool LooksWide(const std::string& bytes) noexcept {
-    if (bytes.size() < 2) return false;
+    if (bytes.empty()) return true;
+    if (bytes.size() == 1) return false;
     const auto first = static_cast<unsigned char>(bytes[0]);
     const auto second = static_cast<unsigned char>(bytes[1]);
-    const bool hasMark = (first == 0xFF && second == 0xFE) || (first == 0xFE && second == 0xFF);
-    return hasMark || (first != 0 && second == 0);
+    return second == 0 || (first == 0xFF && second == 0xFE) || (first == 0xFE && second == 0xFF);
 }
 
 }  // namespace
 
 SourceFile::SourceFile(const std::string& path, std::optional<Form> form) : path_(path) {
     const std::string bytes = ReadBytes(path);
-    if (form.has_value()) {
-        Parse(bytes, *form);
-    } else {
-        FindForm(bytes);
-    }
+    Parse(bytes, form.value_or(LooksWide(bytes) ? Form::Wide : Form::Narrow));
     lineStarts_.push_back(0);
     for (std::size_t at = text_.find(wchar16{'\n'}); at != WideString::npos;
          at = text_.find(wchar16{'\n'}, at + 1))
         lineStarts_.push_back(at + 1);
 }
 
-// Narrow text makes no sense as a wide one. That one is tried first, since the zero in the first unit of a wide text
-// may look like the end of a narrow one.
-void SourceFile::FindForm(const std::string& bytes) {
-    if (Parse(bytes, Form::Wide) && (bytes.empty() || !text_.empty())) return;
-    if (Parse(bytes, Form::Narrow)) return;
-    if (LooksWide(bytes)) Parse(bytes, Form::Wide);
-}
-
-bool SourceFile::Parse(const std::string& bytes, Form form) {
+void SourceFile::Parse(const std::string& bytes, Form form) {
     form_ = form;
     text_ = UnitsIn(bytes, form);
     const std::size_t zero = text_.find(wchar16{0});
@@ -88,7 +78,6 @@ bool SourceFile::Parse(const std::string& bytes, Form form) {
     parsed_ = text_;
     parsed_.append(1 + kScanAhead, wchar16{0});
     isParsed_ = ParseInPlace(*document_, parsed_.data(), length, document_->root, &failure_);
-    return isParsed_;
 }
 
 void SourceFile::RequireParsed() const {

@@ -24,8 +24,8 @@ struct Position {
 
 class SourceFile {
   public:
-    // Reads the file and parses it in the form that is asked for, or in the one that it has: the form in which it
-    // parses and, when it does not parse, the one that its first bytes look like. Throws Stop when it cannot be read.
+    // Reads the file and parses it in the form that is asked for, or in the one that its first bytes show. Throws Stop
+    // when it cannot be read.
     SourceFile(const std::string& path, std::optional<Form> form);
     SourceFile(const SourceFile&) = delete;
     SourceFile& operator=(const SourceFile&) = delete;
@@ -54,8 +54,7 @@ class SourceFile {
     Position PositionOf(const XmlNode& node) const noexcept;
 
   private:
-    bool Parse(const std::string& bytes, Form form);
-    void FindForm(const std::string& bytes);
+    void Parse(const std::string& bytes, Form form);
 
     std::string path_;
     Form form_ = Form::Wide;
