@@ -1,0 +1,184 @@
+// show, export, convert, diff.
+#include "tests/tool/tool_support.h"
+
+namespace tool {
+namespace {
+
+using FileVerbs = ToolTest;
+
+const std::string kInner =
+    "\t<!-- note -->\n"
+    "\t<Table name=\"A\" first_id=\"5\" type=\"0010\" editable=\"true\" eud=\"true\">\n"
+    "\t\t<Var name=\"k\" id=\"5\" type=\"long\" array=\"\" eud=\"true\">\n\t\t\t<Value>1</Value>\n"
+    "\t\t\t<UI control=\"num\" access=\"hidden\" flags=\"0003\" prov_owner=\"erg\" name=\"K\" minVal=\"0\" "
+    "maxVal=\"9\" "
+    "regen=\"r\">\n\t\t\t\t<Comment>c</Comment>\n\t\t\t\t<Value>2</Value>\n\t\t\t</UI>\n\t\t</Var>\n"
+    "\t\t<Lease hours=\"12\"/>\n"
+    "\t</Table>\n"
+    "\t<History>\n\t\t<Change by=\"x\">text</Change>\n\t</History>\n";
+
+TEST_F(FileVerbs, ShowIsATreeWithEverythingInIt) {
+    WriteBytes("a.xml", Narrow(Settings(kInner)));
+    EXPECT_EQ(Data({"show", "a.xml"}),
+              "settings document, narrow\n"
+              "# \" note \"\n"
+              "section A  [first id 5, type 0010, editable, marked]\n"
+              "  k = \"1\"  [long, id 5, marked]\n"
+              "    shown as num \"K\"  [value \"2\", from \"0\", to \"9\", hidden, flags 0003, regen \"r\", "
+              "provider erg]\n"
+              "    comment \"c\"\n"
+              "  <Lease> hours=\"12\"\n"
+              "<History>\n"
+              "  <Change> by=\"x\" \"text\"\n");
+}
+
+TEST_F(FileVerbs, ShowKnowsTablesAndDocumentsThatAreNeither) {
+    WriteBytes("t.xml", Wide(TableDocument(Var("Ä", "line\nend"))));
+    EXPECT_EQ(Data({"show", "t.xml"}), "table document, wide\ntable Tools\n  Ä = \"line\\nend\"  [string]\n");
+    WriteBytes("e.xml", "");
+    EXPECT_EQ(Data({"show", "e.xml"}), "document without settings or table, wide\n");
+    EXPECT_EQ(Data({"show", "e.xml", "--json"}),
+              "{\n  \"kind\": \"other\",\n  \"form\": \"wide\",\n  \"sections\": []\n}\n");
+}
+
+TEST_F(FileVerbs, ShowAsJson) {
+    WriteBytes("a.xml",
+               Wide(Settings("<Table name=\"Ä\"><Var name=\"k\" type=\"byte\" array=\"array\" eud=\"true\">"
+                             "<Value>00</Value></Var><Var name=\"x\" type=\"what\"/></Table>")));
+    EXPECT_EQ(Data({"show", "a.xml", "--json"}),
+              "{\n  \"kind\": \"settings\",\n  \"form\": \"wide\",\n  \"sections\": [\n    {\n      "
+              "\"name\": \"Ä\",\n"
+              "      \"first_id\": 0,\n      \"type\": \"0000\",\n      \"editable\": false,\n      "
+              "\"entries\": [\n"
+              "        {\n          \"name\": \"k\",\n          \"type\": \"byte\",\n          \"shape\": "
+              "\"array\",\n"
+              "          \"marked\": true,\n          \"value\": \"00\"\n        },\n"
+              "        {\n          \"name\": \"x\",\n          \"type\": \"what\",\n          \"readable\": "
+              "false\n"
+              "        }\n      ]\n    }\n  ]\n}\n");
+}
+
+TEST_F(FileVerbs, ASurrogateWithoutPartnerDoesNotStopTheOutput) {
+    std::string bytes = Wide(TableDocument(Var("k", "@")));
+    const std::size_t at = bytes.find(std::string("@\0", 2));
+    bytes.replace(at, 2, "\x3D\xD8");
+    WriteBytes("t.xml", bytes);
+    EXPECT_EQ(Data({"entry", "get", "t.xml", "k"}), "\xED\xA0\xBD\n");
+    EXPECT_NE(Data({"show", "t.xml", "--json"}).find("\xEF\xBF\xBD"), std::string::npos);
+}
+
+TEST_F(FileVerbs, ExportWritesValuesOrPresentationData) {
+    WriteBytes("a.xml", Narrow(Settings(kInner)));
+    Data({"export", "a.xml", "v.xml", "--values"});
+    EXPECT_NE(ReadBytes("v.xml").find("<Var name=\"k\" id=\"5\" type=\"long\""), std::string::npos);
+    EXPECT_EQ(ReadBytes("v.xml").find("<UI"), std::string::npos);
+    Data({"export", "a.xml", "u.xml", "--ui"});
+    EXPECT_NE(ReadBytes("u.xml").find("<UI control=\"num\" prov_owner=\"erg\" name=\"K\">"),
+              std::string::npos);
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(Settings(kInner)));
+    Fails(2, {"export", "a.xml", "x.xml"}, "one of --values and --ui");
+    Fails(2, {"export", "a.xml", "x.xml", "--ui", "--values"}, "one of --values and --ui");
+    Fails(4, {"export", "a.xml", "no folder/x.xml", "--ui"}, "cannot be written");
+    EXPECT_FALSE(Exists("x.xml"));
+}
+
+TEST_F(FileVerbs, ConvertChangesTheFormAndNothingElse) {
+    const std::string text =
+        "<Settings   xmlns:noNamespaceSchemaLocation=\"\">\r\n <Table name=\"S\" eud=\"true\">\n"
+        "<!-- c --> x &amp;\n</Table>\n\n</Settings>";
+    WriteBytes("a.xml", text);
+    Data({"convert", "--wide", "a.xml", "w.xml"});
+    EXPECT_EQ(ReadBytes("w.xml"), Wide(text));
+    EXPECT_EQ(ReadBytes("a.xml"), text);
+    Data({"convert", "--narrow", "w.xml", "--backup"});
+    EXPECT_EQ(ReadBytes("w.xml"), Narrow(text));
+    EXPECT_EQ(ReadBytes("w.xml.bak"), Wide(text));
+    Data({"convert", "--narrow", "w.xml"});
+    EXPECT_EQ(ReadBytes("w.xml"), Narrow(text));
+}
+
+TEST_F(FileVerbs, ConvertDoesNotLoseTextUnlessToldTo) {
+    const std::string wide = Wide(Settings("<Table name=\"Öl\"/>\n"));
+    WriteBytes("a.xml", wide);
+    Fails(4, {"convert", "--narrow", "a.xml"}, "a.xml:3:14: the narrow form cannot keep this character");
+    EXPECT_EQ(ReadBytes("a.xml"), wide);
+    Data({"convert", "--narrow", "--lossy", "a.xml", "n.xml"});
+    EXPECT_EQ(ReadBytes("n.xml"), Narrow(Settings("<Table name=\"\xD6l\"/>\n")));
+    const Result back = RunTool({"convert", "--wide", "n.xml"});
+    EXPECT_EQ(back.code, 0);
+    EXPECT_NE(back.err.find("have become U+FF80 to U+FFFF"), std::string::npos);
+    EXPECT_EQ(ReadBytes("n.xml"), Wide(Settings("<Table name=\"\xEF\xBF\x96l\"/>\n")));
+}
+
+TEST_F(FileVerbs, ConvertWantsToKnowWhatTo) {
+    WriteBytes("t.xml", Wide(TableDocument("")));
+    Fails(2, {"convert", "t.xml"}, "one of --wide and --narrow");
+    Fails(2, {"convert", "t.xml", "--wide", "--narrow"}, "one of --wide and --narrow");
+    Fails(2, {"convert", "t.xml", "--narrow"}, "always wide");
+    Fails(2, {"convert", "t.xml", "--wide", "--from", "utf8"}, "utf8");
+    Fails(3, {"convert", "t.xml", "--wide", "--from", "narrow"}, "t.xml:1:2: found the end of the file");
+    EXPECT_EQ(ReadBytes("t.xml"), Wide(TableDocument("")));
+}
+
+TEST_F(FileVerbs, DiffSeesMeaningOnly) {
+    WriteBytes("a.xml",
+               Narrow(Settings("<Table name=\"A\" type=\"0010\"><Var name=\"k\" type=\"long\" id=\"1\">"
+                               "<Value>1</Value></Var><Var name=\"l\" type=\"bool\"/></Table>\n"
+                               "<Table name=\"B\"/>\n<!-- a -->\n")));
+    WriteBytes("b.xml",
+               Wide("<Settings xsi:noNamespaceSchemaLocation=\"\"><Table name=\"B\"/><Table type=\"10\" "
+                    "name=\"A\"> <Var type=\"bool\" name=\"l\" array=\"\"></Var>\n<Var id=\"1\" name=\"k\" "
+                    "type=\"long\" Value=\"1\"/></Table></Settings>"));
+    EXPECT_EQ(Data({"diff", "a.xml", "b.xml"}), "");
+    EXPECT_EQ(Data({"diff", "a.xml", "b.xml", "--json"}), "[]\n");
+}
+
+TEST_F(FileVerbs, DiffSaysWhatIsNewGoneAndChanged) {
+    WriteBytes("a.xml", Narrow(Settings("<Table name=\"A\" first_id=\"1\">" + Var("k", "1") +
+                                        Var("gone", "x") + Var("k", "2") + "</Table><Table name=\"Old/1\">" +
+                                        Var("o", "1") + "</Table>")));
+    WriteBytes("b.xml",
+               Narrow(Settings(
+                   "<Table name=\"A\" editable=\"true\"><Var name=\"k\" type=\"long\"><Value>1</Value><UI "
+                   "control=\"num\" minVal=\"3\"/></Var>" +
+                   Var("new", "a\nb") + Var("k", "3") + "</Table><Table name=\"\"/>")));
+    const Result result = RunTool({"diff", "a.xml", "b.xml"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out,
+              "~ A first_id: \"1\" -> \"0\"\n"
+              "~ A editable: \"false\" -> \"true\"\n"
+              "~ A/k type: \"string\" -> \"long\"\n"
+              "~ A/k ui.control: \"\" -> \"num\"\n"
+              "~ A/k ui.minimum: \"\" -> \"3\"\n"
+              "- A/gone string: \"x\"\n"
+              "~ A/k#2 value: \"2\" -> \"3\"\n"
+              "+ A/new string: \"a\\nb\"\n"
+              "- \"Old/1\"\n"
+              "- \"Old/1\"/o string: \"1\"\n"
+              "+ \"\"\n");
+}
+
+TEST_F(FileVerbs, DiffAsJsonAndBetweenKinds) {
+    WriteBytes("a.xml", Wide(TableDocument(Var("k", "1"))));
+    WriteBytes("b.xml", Wide(TableDocument(Var("k", "2"))));
+    WriteBytes("s.xml", Wide(Settings("")));
+    const Result changed = RunTool({"diff", "a.xml", "b.xml", "--json"});
+    EXPECT_EQ(changed.code, 1);
+    EXPECT_EQ(changed.out,
+              "[\n  {\n    \"change\": \"changed\",\n    \"section\": \"Tools\",\n    \"entry\": \"k\",\n"
+              "    \"field\": \"value\",\n    \"before\": \"1\",\n    \"after\": \"2\"\n  }\n]\n");
+    EXPECT_EQ(RunTool({"diff", "a.xml", "s.xml"}).out,
+              "~ a table document -> a settings document\n- Tools\n"
+              "- Tools/k string: \"1\"\n");
+}
+
+TEST_F(FileVerbs, DiffOfAFileThatCannotBeReadIsNoDifference) {
+    WriteBytes("a.xml", Narrow(Settings("")));
+    WriteBytes("bad.xml", "<a>");
+    Fails(4, {"diff", "a.xml", "none.xml"}, "none.xml: the file cannot be opened");
+    Fails(3, {"diff", "bad.xml", "a.xml"}, "bad.xml:1:4: found the end of the file");
+}
+
+}  // namespace
+}  // namespace tool

@@ -1,0 +1,229 @@
+// What holds for every verb: usage, files that must not be touched, backups, help.
+#include <filesystem>
+
+#include "tests/tool/tool_support.h"
+#if !defined(_WIN32)
+#include <csignal>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace fs = std::filesystem;
+
+namespace tool {
+namespace {
+
+using Safety = ToolTest;
+
+const std::string kText = Settings("\t<Table name=\"S\" eud=\"true\">\n" + Var("k", "1") + "\t</Table>\n");
+
+// Every verb on settings files that writes, without the program's options.
+std::vector<std::vector<std::string>> WritingCalls(const std::string& file) {
+    return {{"set", file, "S", "k", "2"},
+            {"delete", file, "S", "k"},
+            {"delete", file, "S"},
+            {"entry", "set", file, "k", "2", "--section", "S"},
+            {"entry", "add", file, "new", "2", "--section", "S"},
+            {"entry", "remove", file, "k", "--section", "S"},
+            {"convert", file, "--wide"}};
+}
+
+std::vector<std::string> FilesHere() {
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator("."))
+        names.push_back(entry.path().filename().string());
+    return names;
+}
+
+TEST_F(Safety, AFileThatDoesNotParseIsNotTouched) {
+    const std::string bytes = Narrow(kText).substr(0, 200);
+    WriteBytes("a.xml", bytes);
+    for (const auto& call : WritingCalls("a.xml"))
+        Fails(3, call, "mox-xml: a.xml:");
+    EXPECT_EQ(ReadBytes("a.xml"), bytes);
+    EXPECT_EQ(FilesHere(), std::vector<std::string>{"a.xml"});
+}
+
+TEST_F(Safety, AFileThatCannotBeReadGivesFour) {
+    fs::create_directory("folder");
+    for (const auto& call : WritingCalls("none.xml"))
+        Fails(4, call, "none.xml: the file cannot be opened");
+    for (const std::string name : {"folder", "no folder/a.xml", ""}) {
+        for (const std::string verb : {"sections", "show", "entries"})
+            Fails(4, {verb, name}, "cannot be ");
+        Fails(4, {"set", name, "S", "k", "v"}, "cannot be ");
+    }
+    EXPECT_EQ(FilesHere(), std::vector<std::string>{"folder"});
+}
+
+TEST_F(Safety, ANarrowFileIsNotGivenWhatItCannotKeep) {
+    WriteBytes("a.xml", Narrow(kText));
+    Fails(4, {"set", "a.xml", "S", "k", "ü"}, "the file is narrow and cannot keep \"ü\"");
+    Fails(4, {"set", "a.xml", "S", "ü", "1"}, "convert --wide");
+    Fails(4, {"set", "a.xml", "ü", "k", "1"}, "convert --wide");
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+}
+
+TEST_F(Safety, BackupKeepsTheOldFile) {
+    for (auto call : WritingCalls("a.xml")) {
+        WriteBytes("a.xml", Narrow(kText));
+        WriteBytes("a.xml.bak", "something longer than the file" + std::string(2000, '.'));
+        call.emplace_back("--backup");
+        Data(call);
+        EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kText)) << call[0];
+        EXPECT_NE(ReadBytes("a.xml"), Narrow(kText)) << call[0];
+    }
+}
+
+TEST_F(Safety, WithoutABackupNothingIsChanged) {
+    fs::create_directory("a.xml.bak");
+    WriteBytes("a.xml", Narrow(kText));
+    for (auto call : WritingCalls("a.xml")) {
+        call.emplace_back("--backup");
+        Fails(4, call, "a.xml.bak: the backup cannot be written");
+    }
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+}
+
+TEST_F(Safety, TheFormIsKept) {
+    WriteBytes("w.xml", Wide(kText));
+    WriteBytes("n.xml", Narrow(kText));
+    Data({"set", "w.xml", "S", "k", "ü"});
+    Data({"set", "n.xml", "S", "k", "u"});
+    EXPECT_EQ(ReadBytes("w.xml").substr(0, 4), std::string("<\0?\0", 4));
+    EXPECT_EQ(ReadBytes("n.xml").substr(0, 4), "<?xm");
+    Fails(3, {"set", "w.xml", "S", "k", "1", "--narrow"}, "w.xml:1:2: found the end of the file");
+    EXPECT_EQ(RunTool({"get", "n.xml", "S", "k", "--wide"}).code, 3);
+    EXPECT_EQ(Data({"get", "w.xml", "S", "k", "--wide"}), "ü\n");
+    Fails(2, {"get", "w.xml", "S", "k", "--wide", "--narrow"}, "excludes");
+}
+
+TEST_F(Safety, WrongUsageGivesTwo) {
+    WriteBytes("a.xml", Narrow(kText));
+    Fails(2, {}, "subcommand is required");
+    Fails(2, {"frobnicate", "a.xml"}, "mox-xml --help");
+    Fails(2, {"get", "a.xml", "S"}, "KEY is required");
+    Fails(2, {"get", "a.xml", "S", "k", "more"}, "more");
+    Fails(2, {"keys", "a.xml", "S", "--nope"}, "--nope");
+    Fails(2, {"keys", "a.xml", "S", "/nope"}, "/nope");
+#if !defined(_WIN32)
+    Fails(2, {"get", "a.xml", "S", "\xFF"}, "an argument is no UTF-8 text");
+#endif
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+}
+
+TEST_F(Safety, TheProgramHasHelpAndAVersion) {
+    EXPECT_EQ(Data({"--help"}).rfind("Examples:\n  mox-xml ", 0), 0U);
+    EXPECT_EQ(Data({"entry", "--help"}).rfind("Examples:\n  mox-xml entry ", 0), 0U);
+    EXPECT_EQ(Data({"--version"}).rfind("mox-xml ", 0), 0U);
+}
+
+// The words of a text that begin with "--".
+std::vector<std::string> OptionsIn(const std::string& text) {
+    std::vector<std::string> options;
+    for (std::size_t at = text.find("  --"); at != std::string::npos; at = text.find("  --", at + 1)) {
+        const std::size_t begin = at + 2;
+        options.push_back(
+            text.substr(begin, text.find_first_not_of("-abcdefghijklmnopqrstuvwxyz", begin) - begin));
+    }
+    return options;
+}
+
+TEST_F(Safety, HelpBeginsWithExamplesAndAgreesWithManualAndCompletion) {
+    const std::string manual = ReadBytes(SourceFolder() + "/../tools/mox-xml.1");
+    const std::string completion = ReadBytes(SourceFolder() + "/../tools/completion/mox-xml");
+    std::size_t count = 0;
+    for (const std::string verb :
+         {"sections", "keys", "get", "set", "delete", "entries", "entry get", "entry set", "entry add",
+          "entry remove", "show", "export", "convert", "diff", "check"}) {
+        std::vector<std::string> call{verb, "--help"};
+        if (verb.rfind("entry ", 0) == 0) call = {"entry", verb.substr(6), "--help"};
+        EXPECT_NE(manual.find(".B " + verb + " "), std::string::npos) << verb;
+        const std::string help = Data(call);
+        EXPECT_EQ(help.rfind("Examples:\n  mox-xml " + verb + " ", 0), 0U) << help;
+        EXPECT_NE(help.find("Usage: mox-xml " + verb + " "), std::string::npos) << help;
+        for (const std::string& option : OptionsIn(help)) {
+            std::string escaped = option;
+            for (std::size_t at = 0; (at = escaped.find('-', at)) != std::string::npos; at += 2)
+                escaped.replace(at, 1, "\\-");
+            EXPECT_NE(manual.find(escaped), std::string::npos) << verb << " " << option;
+            EXPECT_NE(completion.find(option), std::string::npos) << verb << " " << option;
+            ++count;
+        }
+    }
+    EXPECT_GT(count, 60U);
+}
+
+#if defined(_WIN32)
+
+TEST_F(Safety, AFileThatMayNotBeWrittenIsNotTouched) {
+    WriteBytes("a.xml", Narrow(kText));
+    fs::permissions("a.xml", fs::perms::owner_read);
+    for (const auto& call : WritingCalls("a.xml"))
+        Fails(4, call, "a.xml: the file cannot be replaced");
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(FilesHere(), std::vector<std::string>{"a.xml"});
+    fs::permissions("a.xml", fs::perms::owner_all);
+}
+
+#else
+
+TEST_F(Safety, AFullDiskLeavesTheFileAsItWas) {
+    const std::string bytes = Narrow(Settings("<Table name=\"S\">" + Var("k", std::string(3000, '1')) +
+                                              Var("l", std::string(3000, '1')) + "</Table>\n"));
+    WriteBytes("a.xml", bytes);
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit small{2048, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);  // the write fails instead
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    std::vector<Result> results;
+    for (const auto& call : WritingCalls("a.xml")) {
+        if (call[0] != "delete" || call.size() > 3) results.push_back(RunTool(call));
+    }
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    for (const Result& result : results) {
+        EXPECT_EQ(result.code, 4) << result;
+        EXPECT_EQ(result.err, "mox-xml: a.xml: the file cannot be replaced; it is as it was\n");
+    }
+    EXPECT_EQ(results.size(), 6U);
+    EXPECT_EQ(ReadBytes("a.xml"), bytes);
+    EXPECT_EQ(FilesHere(), std::vector<std::string>{"a.xml"});
+}
+
+TEST_F(Safety, RightsAreKeptInTheFileAndItsBackup) {
+    WriteBytes("a.xml", Narrow(kText));
+    ASSERT_EQ(chmod("a.xml", 0640), 0);
+    Data({"set", "a.xml", "S", "k", "2", "--backup"});
+    for (const char* const name : {"a.xml", "a.xml.bak"}) {
+        struct stat status {};
+        ASSERT_EQ(stat(name, &status), 0);
+        EXPECT_EQ(status.st_mode & 0777U, 0640U) << name;
+    }
+}
+
+TEST_F(Safety, OutputThatCannotBeWrittenGivesFour) {
+    WriteBytes("a.xml", Narrow(kText));
+    const std::string command = std::string("'") + std::getenv("MOX_TOOL") + "' show a.xml >/dev/full";
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 4);
+}
+
+TEST_F(Safety, DataGoThroughPipesOfTheShell) {
+    WriteBytes("a.xml", Narrow(Settings("<Table name=\"A b\">" + Var("k", "1") +
+                                        "</Table><Table name=\"C\">" + Var("l m", "2") + "</Table>")));
+    const std::string script =
+        "tool=$MOX_TOOL; \"$tool\" sections a.xml | while IFS= read -r s; do \"$tool\" keys "
+        "a.xml \"$s\" | while IFS= read -r k; do \"$tool\" get a.xml \"$s\" \"$k\"; done; done "
+        ">values; \"$tool\" show a.xml | head -n 1 >first";
+    EXPECT_EQ(std::system(script.c_str()), 0);
+    EXPECT_EQ(ReadBytes("values"), "1\n2\n");
+    EXPECT_EQ(ReadBytes("first"), "settings document, narrow\n");
+}
+
+#endif
+
+}  // namespace
+}  // namespace tool

@@ -1,0 +1,82 @@
+// The transcript in the README: its commands, run on the files of the examples, say what it says.
+//
+// With MOX_WRITE_TRANSCRIPT set, the README is rewritten instead (tests/tool/write_transcript.sh).
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+
+#include "tests/tool/tool_support.h"
+
+namespace fs = std::filesystem;
+
+namespace tool {
+namespace {
+
+using Transcript = ToolTest;
+
+const std::string kBegin =
+    "<!-- transcript of mox-xml, made by tests/tool/write_transcript.sh -->\n```console\n";
+const std::string kEnd = "```\n";
+
+// A command line in words: double quotes hold what is between them together.
+std::vector<std::string> WordsOf(const std::string& line) {
+    std::vector<std::string> words;
+    bool isQuoted = false;
+    bool isInWord = false;
+    for (const char character : line) {
+        if (character == '"') {
+            isQuoted = !isQuoted;
+            if (isQuoted && !isInWord) words.emplace_back();
+            isInWord = true;
+        } else if (character == ' ' && !isQuoted) {
+            isInWord = false;
+        } else {
+            if (!isInWord) words.emplace_back();
+            isInWord = true;
+            words.back() += character;
+        }
+    }
+    return words;
+}
+
+// The same commands with what they write now.
+std::string Replayed(const std::string& transcript) {
+    const std::string prompt = "$ mox-xml ";
+    std::string replayed;
+    std::istringstream lines(transcript);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.rfind(prompt, 0) != 0) continue;
+        const Result result = RunTool(WordsOf(line.substr(prompt.size())));
+        replayed.append(line).append("\n").append(result.out).append(result.err);
+        if (result.code != 0)
+            replayed.append("(exit code ").append(std::to_string(result.code)).append(")\n");
+    }
+    return replayed;
+}
+
+TEST_F(Transcript, OfTheReadmeIsWhatTheToolSays) {
+    const std::string path = SourceFolder() + "/../README.md";
+    const std::string readme = ReadBytes(path);
+    const std::size_t begin = readme.find(kBegin);
+    ASSERT_NE(begin, std::string::npos);
+    const std::size_t textBegin = begin + kBegin.size();
+    const std::size_t textEnd = readme.find(kEnd, textBegin);
+    ASSERT_NE(textEnd, std::string::npos);
+    for (const char* const name : {"camera.xml", "press_line.xml"})
+        WriteBytes(name, ReadBytes(SourceFolder() + "/../examples/data/" + name));
+    std::string broken = ReadBytes("camera.xml");
+    WriteBytes("broken.xml", broken.replace(broken.find("</Table>"), 8, "</Tabel>"));
+
+    const std::string written = readme.substr(textBegin, textEnd - textBegin);
+    const std::string replayed = Replayed(written);
+    if (std::getenv("MOX_WRITE_TRANSCRIPT") != nullptr) {
+        WriteBytes(path, readme.substr(0, textBegin) + replayed + readme.substr(textEnd));
+        return;
+    }
+    EXPECT_EQ(written, replayed) << "tests/tool/write_transcript.sh brings the README up to date";
+    EXPECT_GE(std::count(replayed.begin(), replayed.end(), '$'), 8);
+}
+
+}  // namespace
+}  // namespace tool
