@@ -18,7 +18,7 @@ set(prefix ${FOLDER}/unpacked/${prefix})
 check_headers(${prefix}/include)
 check_no_build_paths(${prefix})
 check_files(${prefix}
-  bin/mox_xmlApi.dll bin/mox_dbtInfo.dll bin/mox_porting.dll
+  bin/mox-xml.exe bin/mox_xmlApi.dll bin/mox_dbtInfo.dll bin/mox_porting.dll
   bin/libstdc++-6.dll bin/libgcc_s_seh-1.dll bin/libwinpthread-1.dll
   lib/libmox_xmlApi.dll.a lib/libmox_dbtInfo.dll.a lib/mox_xmlApi.lib
   share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md share/doc/mox_xmlApi/runtime-dlls.txt)
