@@ -8,7 +8,7 @@ namespace host {
 
 struct RandomOptions {
     std::uint64_t seed = 1;     // --random-seed=<number>, the first of a row
-    std::uint64_t count = 400;  // --random-count=<number>, how many
+    std::uint64_t count = 1000;  // --random-count=<number>, how many
 };
 
 const RandomOptions& GetRandomOptions();

@@ -11,13 +11,11 @@ bool IsOwner(unsigned owner) {
     return owner == 0 || owner == 1 || owner == 2 || owner == 4;
 }
 
-// What a host's record takes of a text. A wide one that has no narrow form is refused by the record itself.
+// What a host's record takes of a text: anything as wide text, otherwise what has a narrow form.
 bool Store(const Text& text, PlainValue& record) {
-    if (HasNarrowForm(text)) {
-        record.value = text;
-        return true;
-    }
-    return record.type == kWideText;
+    if (record.type != kWideText && !HasNarrowForm(text)) return false;
+    record.value = text;
+    return true;
 }
 
 void StoreName(const Text& name, PlainValue& record) {
