@@ -7,7 +7,7 @@
 namespace host {
 
 struct RandomOptions {
-    std::uint64_t seed = 1;     // --random-seed=<number>, the first of a row
+    std::uint64_t seed = 1;      // --random-seed=<number>, the first of a row
     std::uint64_t count = 1000;  // --random-count=<number>, how many
 };
 
