@@ -11,7 +11,7 @@
 namespace mox::tool {
 namespace {
 
-struct Arguments {
+struct CheckArguments {
     std::vector<std::string> paths{};
     FileArgument form{};
     bool isJson = false;
@@ -34,7 +34,7 @@ Json JsonOf(const SourceFile& file, const Finding& finding) {
 }
 
 // Adds what there is to say of one file; returns how the check of it ended.
-ExitCode CheckFile(const std::string& path, const Arguments& arguments, Session& session, Json& json) {
+ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Session& session, Json& json) {
     const SourceFile file(path, arguments.form.ForcedForm());
     for (const Finding& finding : FindingsIn(file)) {
         const bool isError = finding.severity == Severity::Error;
@@ -49,7 +49,7 @@ ExitCode CheckFile(const std::string& path, const Arguments& arguments, Session&
     return file.IsParsed() ? ExitCode::kDone : ExitCode::kNotParsed;
 }
 
-void Check(const Arguments& arguments, Session& session) {
+void Check(const CheckArguments& arguments, Session& session) {
     Json json = Json::array();
     for (const std::string& path : arguments.paths) {
         ExitCode code = ExitCode::kDone;
@@ -67,7 +67,7 @@ void Check(const Arguments& arguments, Session& session) {
 }  // namespace
 
 void AddCheckVerb(CLI::App& app, Session& session) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<CheckArguments>();
     CLI::App& check = AddVerb(app, "check", "What keeps files from being loaded, and what will surprise",
                               "mox-xml check camera.xml\nmox-xml check --quiet *.xml");
     // CLI11 would take "[a,b]" apart in a list, so that the files but the first are what is left over.

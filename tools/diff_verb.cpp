@@ -10,7 +10,7 @@
 namespace mox::tool {
 namespace {
 
-struct Arguments {
+struct DiffArguments {
     FileArgument before{};
     std::string after{};
     bool isJson = false;
@@ -53,7 +53,7 @@ Json JsonOf(const Difference& difference) {
     return json;
 }
 
-void Diff(const Arguments& arguments, Session& session) {
+void Diff(const DiffArguments& arguments, Session& session) {
     const SourceFile before(arguments.before.path, arguments.before.ForcedForm());
     before.RequireParsed();
     const SourceFile after(arguments.after, arguments.before.ForcedForm());
@@ -74,7 +74,7 @@ void Diff(const Arguments& arguments, Session& session) {
 }  // namespace
 
 void AddDiffVerb(CLI::App& app, Session& session) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<DiffArguments>();
     CLI::App& diff =
         AddVerb(app, "diff", "What differs in meaning between two files; the exit code is 1 if anything does",
                 "mox-xml diff old.xml new.xml\nmox-xml diff old.xml new.xml --json");

@@ -11,7 +11,7 @@
 namespace mox::tool {
 namespace {
 
-struct Arguments {
+struct EntryArguments {
     TargetArguments target{};
     EntryFields fields{};
     std::string name{};
@@ -21,39 +21,39 @@ struct Arguments {
     bool all = false;
 };
 
-std::string TypeText(const EntryModel& entry) {
+std::string ListedType(const EntryModel& entry) {
     return entry.shape.empty() ? entry.type : entry.type + " " + entry.shape;
 }
 
-[[noreturn]] void NoEntry(const Arguments& arguments, const std::string& name) {
+[[noreturn]] void NoEntry(const EntryArguments& arguments, const std::string& name) {
     throw Stop(ExitCode::kNotFound, arguments.target.file.path + ": no entry " + ShownName(name));
 }
 
-[[noreturn]] void NotStored(const Arguments& arguments) {
+[[noreturn]] void NotStored(const EntryArguments& arguments) {
     throw Stop(ExitCode::kNoAccess, arguments.target.file.path + ": the table cannot hold entry " +
                                         ShownName(arguments.name) + " like this; nothing was changed");
 }
 
-void RequireTextsKept(const Arguments& arguments, const EntryTarget& target) {
+void RequireTextsKept(const EntryArguments& arguments, const EntryTarget& target) {
     RequireKept(arguments.target.file.path, target.GetForm(), {arguments.name});
     for (const std::string& text : arguments.fields.Texts())
         RequireKept(arguments.target.file.path, target.GetForm(), {text});
 }
 
-void Entries(const Arguments& arguments, Session& session) {
+void Entries(const EntryArguments& arguments, Session& session) {
     const EntryTarget target(arguments.target);
     Json json = Json::array();
     for (const EntryModel& entry : target.Model().entries) {
         if (arguments.isJson) {
             json.push_back(EntryJson(entry));
         } else if (entry.isReadable) {
-            session.Line(entry.name + "\t" + TypeText(entry) + "\t" + EffectiveValue(entry));
+            session.Line(entry.name + "\t" + ListedType(entry) + "\t" + EffectiveValue(entry));
         }
     }
     if (arguments.isJson) session.out += JsonText(json);
 }
 
-void Get(const Arguments& arguments, Session& session) {
+void Get(const EntryArguments& arguments, Session& session) {
     const EntryTarget target(arguments.target);
     for (const EntryModel& entry : target.Model().entries) {
         if (!entry.isReadable || !entry.hasName || entry.name != arguments.name) continue;
@@ -67,7 +67,7 @@ void Get(const Arguments& arguments, Session& session) {
     NoEntry(arguments, arguments.name);
 }
 
-void Set(const Arguments& arguments) {
+void Set(const EntryArguments& arguments) {
     if (!arguments.fields.HasValue() && !arguments.fields.HasOthers())
         throw Stop(ExitCode::kUsage, "entry set wants a value or something else to change");
     EntryTarget target(arguments.target);
@@ -90,7 +90,7 @@ void Set(const Arguments& arguments) {
     target.Save(arguments.withBackup);
 }
 
-void Add(const Arguments& arguments) {
+void Add(const EntryArguments& arguments) {
     if (arguments.name.empty()) throw Stop(ExitCode::kUsage, "an entry has a name");
     EntryTarget target(arguments.target);
     EntryTable& table = target.Entries();
@@ -111,7 +111,7 @@ void Add(const Arguments& arguments) {
     target.Save(arguments.withBackup);
 }
 
-void Remove(const Arguments& arguments) {
+void Remove(const EntryArguments& arguments) {
     EntryTarget target(arguments.target);
     EntryTable& table = target.Entries();
     const bool isRemoved = arguments.all ? table.removeAll(arguments.name) : table.remove(arguments.name);
@@ -119,20 +119,20 @@ void Remove(const Arguments& arguments) {
     target.Save(arguments.withBackup);
 }
 
-void AddName(CLI::App& verb, Arguments& arguments) {
+void AddName(CLI::App& verb, EntryArguments& arguments) {
     verb.add_option("NAME", arguments.name, "The entry's name")->required();
 }
 
 // Each verb has arguments of its own, since their options are asked whether they were given.
-std::shared_ptr<Arguments> AddReadingVerb(CLI::App& verb) {
-    auto arguments = std::make_shared<Arguments>();
+std::shared_ptr<EntryArguments> AddReadingVerb(CLI::App& verb) {
+    auto arguments = std::make_shared<EntryArguments>();
     arguments->target.AddTo(verb);
     AddJson(verb, arguments->isJson);
     return arguments;
 }
 
-std::shared_ptr<Arguments> AddWritingVerb(CLI::App& verb) {
-    auto arguments = std::make_shared<Arguments>();
+std::shared_ptr<EntryArguments> AddWritingVerb(CLI::App& verb) {
+    auto arguments = std::make_shared<EntryArguments>();
     arguments->target.AddTo(verb);
     AddName(verb, *arguments);
     AddBackup(verb, arguments->withBackup);

@@ -11,7 +11,7 @@
 namespace mox::tool {
 namespace {
 
-struct Arguments {
+struct KeyArguments {
     FileArgument file{};
     std::string section{};
     std::string key{};
@@ -29,7 +29,7 @@ void WriteNames(Session& session, const std::vector<std::string>& names, bool is
         session.Line(name);
 }
 
-void Sections(const Arguments& arguments, Session& session) {
+void Sections(const KeyArguments& arguments, Session& session) {
     const SourceFile file(arguments.file.path, arguments.file.ForcedForm());
     file.RequireParsed();
     const DocumentModel document = ReadDocument(file);
@@ -41,7 +41,7 @@ void Sections(const Arguments& arguments, Session& session) {
     WriteNames(session, names, arguments.isJson);
 }
 
-void Keys(const Arguments& arguments, Session& session) {
+void Keys(const KeyArguments& arguments, Session& session) {
     const SourceFile file(arguments.file.path, arguments.file.ForcedForm());
     file.RequireParsed();
     const DocumentModel document = ReadDocument(file);
@@ -56,7 +56,7 @@ void Keys(const Arguments& arguments, Session& session) {
     WriteNames(session, names, arguments.isJson);
 }
 
-void Get(const Arguments& arguments, Session& session) {
+void Get(const KeyArguments& arguments, Session& session) {
     const SourceFile file(arguments.file.path, arguments.file.ForcedForm());
     file.RequireParsed();
     RequireSettings(file, ReadDocument(file));
@@ -77,7 +77,7 @@ void Get(const Arguments& arguments, Session& session) {
 }  // namespace
 
 void AddKeyVerbs(CLI::App& app, Session& session) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<KeyArguments>();
 
     CLI::App& sections = AddVerb(app, "sections", "The sections of a settings file, one per line",
                                  "mox-xml sections camera.xml\nmox-xml sections camera.xml --json");

@@ -14,7 +14,7 @@
 namespace mox::tool {
 namespace {
 
-struct Arguments {
+struct KeyWritingArguments {
     FileArgument file{};
     std::string section{};
     std::string key{};
@@ -52,24 +52,24 @@ std::vector<std::uint8_t> Bytes(const std::string& text) {
     return bytes;
 }
 
-bool Write(const Arguments& arguments, Profile& profile) {
+bool Write(const KeyWritingArguments& arguments, Profile& profile) {
     if (arguments.isInt) return profile.setInt(arguments.section, arguments.key, Number(arguments.value));
     if (arguments.isHex) return profile.setData(arguments.section, arguments.key, Bytes(arguments.value));
     return profile.setString(arguments.section, arguments.key, arguments.value);
 }
 
-void SetIn(const Arguments& arguments, Profile& profile, Form form) {
+void SetIn(const KeyWritingArguments& arguments, Profile& profile, Form form) {
     RequireKept(arguments.file.path, form, {arguments.section, arguments.key, arguments.value});
     if (!Write(arguments, profile))
         throw Stop(ExitCode::kNoAccess, arguments.file.path + ": the key cannot be written");
     SaveProfile(profile, arguments.file.path, form, arguments.withBackup);
 }
 
-void Set(const Arguments& arguments) {
+void Set(const KeyWritingArguments& arguments) {
     if (arguments.key.empty()) throw Stop(ExitCode::kUsage, "a key has a name");
     if (arguments.mayCreate && !Exists(arguments.file.path)) {
         Profile profile;
-        Arguments withoutBackup = arguments;
+        KeyWritingArguments withoutBackup = arguments;
         withoutBackup.withBackup = false;
         SetIn(withoutBackup, profile, arguments.file.ForcedForm().value_or(Form::Wide));
         return;
@@ -82,7 +82,7 @@ void Set(const Arguments& arguments) {
     SetIn(arguments, profile, file.GetForm());
 }
 
-void Delete(const Arguments& arguments) {
+void Delete(const KeyWritingArguments& arguments) {
     const SourceFile file(arguments.file.path, arguments.file.ForcedForm());
     file.RequireParsed();
     RequireSettings(file, ReadDocument(file));
@@ -101,7 +101,7 @@ void Delete(const Arguments& arguments) {
 }  // namespace
 
 void AddKeyWritingVerbs(CLI::App& app, Session& /*session*/) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<KeyWritingArguments>();
 
     CLI::App& set = AddVerb(app, "set", "Write a key; a missing section or key is made",
                             "mox-xml set camera.xml Camera Model \"VC-1240 M\"\n"

@@ -11,9 +11,9 @@ namespace {
 constexpr const char* kReferences = R"("&amp;", "&apos;", "&gt;", "&lt;" or "&quot;")";
 
 // The text around a failure.
-class Place {
+class ParsePlace {
   public:
-    explicit Place(const SourceFile& file) : file_(file), text_(file.Text()), failure_(file.Failure()) {}
+    explicit ParsePlace(const SourceFile& file) : file_(file), text_(file.Text()), failure_(file.Failure()) {}
 
     std::size_t Offset() const noexcept { return failure_.offset; }
 
@@ -81,42 +81,42 @@ std::string NameHint(wchar16 unit) {
     return unit == '-' || unit == '.' ? R"( (a name has no "-" and no "."))" : "";
 }
 
-std::string WantedAtTopLevel(const Place& place) {
+std::string WantedAtTopLevel(const ParsePlace& place) {
     constexpr wchar16 kUtf8Mark = 0xFFEF;  // byte EF, as it is read from a narrow file
     if (place.Unit() == 0xFEFF || (place.Unit() == kUtf8Mark && place.Offset() == 0))
         return R"(no mark: the text begins with "<")";
     return R"("<" or the end of the file)";
 }
 
-std::string WantedElementName(const Place& place) {
+std::string WantedElementName(const ParsePlace& place) {
     if (place.Unit() == '?') return R"(an element: "<?" stands only at the very beginning)";
     if (place.Unit() == '/') return "an element name: no element is open here";
     return R"(an element name behind "<" (in a text it is written "&lt;"))";
 }
 
-std::string WantedEndOfValue(const Place& place) {
+std::string WantedEndOfValue(const ParsePlace& place) {
     if (place.Unit() == '&') return kReferences;
     std::string wanted = R"(the closing quote (") of the value that begins in )" + place.BeginLine();
     if (place.Unit() == '<') wanted += R"( (in a value it is written "&lt;"))";
     return wanted;
 }
 
-std::string WantedEndOfComment(const Place& place) {
+std::string WantedEndOfComment(const ParsePlace& place) {
     if (place.IsAtEnd()) return R"("-->" for the comment that begins in )" + place.BeginLine();
     return R"("-->" (a comment has no ">" and no "--" inside))";
 }
 
-std::string WantedInContent(const Place& place) {
+std::string WantedInContent(const ParsePlace& place) {
     if (place.Unit() == '&') return kReferences;
     return Quoted("</" + place.Name() + ">") + " for the element that begins in " + place.BeginLine();
 }
 
-std::string WantedQuote(const Place& place) {
+std::string WantedQuote(const ParsePlace& place) {
     const std::string wanted = "a double quote (\") before the value of " + Quoted(place.Name());
     return place.Unit() == '\'' ? wanted + " (single quotes are not known)" : wanted;
 }
 
-std::string Wanted(const Place& place, ParseWant want) {
+std::string Wanted(const ParsePlace& place, ParseWant want) {
     switch (want) {
         case ParseWant::TopLevelNode:
             return WantedAtTopLevel(place);
@@ -154,7 +154,7 @@ std::string Wanted(const Place& place, ParseWant want) {
 }
 
 // Where to point at: the parser stops behind what it has taken, which may be the first part of what is wrong.
-std::size_t BlamedOffset(const Place& place, ParseWant want) {
+std::size_t BlamedOffset(const ParsePlace& place, ParseWant want) {
     const std::size_t offset = place.Offset();
     if (want == ParseWant::CommentStart) return offset - 2;
     if (want == ParseWant::DeclarationFirst) return offset - 2;
@@ -170,7 +170,7 @@ std::size_t BlamedOffset(const Place& place, ParseWant want) {
 }  // namespace
 
 ParseProblem DescribeFailure(const SourceFile& file) {
-    const Place place(file);
+    const ParsePlace place(file);
     const ParseWant want = file.Failure().wanted;
     std::size_t offset = BlamedOffset(place, want);
     std::string wanted = Wanted(place, want);

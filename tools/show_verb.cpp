@@ -13,7 +13,7 @@
 namespace mox::tool {
 namespace {
 
-struct Arguments {
+struct ShowArguments {
     FileArgument file{};
     bool isJson = false;
 };
@@ -135,7 +135,7 @@ class TreeWriter {
     Session& session_;
 };
 
-void Show(const Arguments& arguments, Session& session) {
+void Show(const ShowArguments& arguments, Session& session) {
     const SourceFile file(arguments.file.path, arguments.file.ForcedForm());
     file.RequireParsed();
     const DocumentModel document = ReadDocument(file);
@@ -150,7 +150,7 @@ void Show(const Arguments& arguments, Session& session) {
 }  // namespace
 
 void AddShowVerb(CLI::App& app, Session& session) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<ShowArguments>();
     CLI::App& show = AddVerb(app, "show", "A whole file as a tree, presentation data included",
                              "mox-xml show camera.xml\nmox-xml show tools.xml --json");
     AddFile(show, arguments->file);

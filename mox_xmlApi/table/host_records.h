@@ -47,6 +47,13 @@ bool IsKnownOwner(std::uint8_t owner) noexcept;
 struct TextBuffers {
     WideString wide;
     std::string narrow;
+
+    // Gives back what an unusually long text has taken.
+    void DropLarge() noexcept {
+        constexpr std::size_t kMostKept = 4096;
+        if (wide.capacity() > kMostKept) WideString().swap(wide);
+        if (narrow.capacity() > kMostKept) std::string().swap(narrow);
+    }
 };
 
 // Fills a host's record from an entry that was read. `useUiValue`: an empty value that is not "ucstring" is

@@ -155,8 +155,11 @@ bool GetEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* po
     if (!byName)
         *position = PositionOf(entry);  // an entry that cannot be read is passed over by the next call
     if (!ReadEntry(cursor, *entry, &entryValue, &entryUi)) return false;
-    return (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, buffers, *value)) &&
-           (ui == nullptr || FillUiRecord(entryValue, entryUi, buffers, *ui));
+    const bool isFilled =
+        (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, buffers, *value)) &&
+        (ui == nullptr || FillUiRecord(entryValue, entryUi, buffers, *ui));
+    buffers.DropLarge();
+    return isFilled;
 }
 
 bool SetEntry(const TableCursor& cursor, std::uint64_t* position, const TableEntryValueInfoStruct* value,
