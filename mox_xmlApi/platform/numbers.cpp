@@ -34,7 +34,7 @@ std::uint32_t DigitValue(std::uint32_t unit) {
     return unit < kZerosBeyondAscii.front() ? kNoDigit : DigitBeyondAscii(unit);
 }
 
-bool IsSpace(std::uint32_t unit) {
+bool IsWhiteSpace(std::uint32_t unit) {
     if (unit < 0x80) return unit == ' ' || (unit >= '\t' && unit <= '\r');
     return unit == 0x00A0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 ||
            unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
@@ -48,7 +48,7 @@ struct Number {
 Number Read(WideView text, std::uint32_t base) {
     constexpr std::uint32_t kMost = std::numeric_limits<std::uint32_t>::max();
     std::size_t at = 0;
-    while (at < text.size() && IsSpace(text[at]))
+    while (at < text.size() && IsWhiteSpace(text[at]))
         ++at;
 
     Number number;
