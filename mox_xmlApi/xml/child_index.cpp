@@ -90,10 +90,10 @@ bool ChildIndex::FindSole(XmlPool& pool, XmlNode& parent, WideView name, XmlNode
 
 // The index of `parent`, covering all its children; null when they are to be scanned.
 ChildIndex* ChildIndex::Ready(XmlPool& pool, XmlNode& parent) noexcept {
-    ChildIndex* index = parent.childIndex;
+    ChildIndex* index = parent.children.Attached();
     if (index == nullptr) {
         if (parent.children.Size() < kFewChildren || !HasPaidForIndex(parent)) return nullptr;
-        return parent.childIndex = Make(pool, parent);
+        return Make(pool, parent);
     }
     if (index->renames_ != pool.Renames()) {
         GiveUp(pool, parent);
@@ -159,8 +159,8 @@ ChildIndex* ChildIndex::Make(XmlPool& pool, XmlNode& parent) noexcept {
         return nullptr;
     }
     auto* index = new (memory) ChildIndex(slots, size, pool.Renames());
+    parent.children.Attach(index);
     if (index->Cover(parent)) return index;
-    parent.childIndex = index;
     GiveUp(pool, parent);
     return nullptr;
 }
@@ -224,11 +224,12 @@ ChildIndex::Slot* ChildIndex::SlotOf(const XmlNode& child) noexcept {
 }
 
 void ChildIndex::BeforeInsert(XmlPool& pool, XmlNode& parent, std::size_t position) noexcept {
-    if (parent.childIndex != nullptr && position < parent.childIndex->covered_) GiveUp(pool, parent);
+    const ChildIndex* index = parent.children.Attached();
+    if (index != nullptr && position < index->covered_) GiveUp(pool, parent);
 }
 
 void ChildIndex::BeforeRemove(XmlPool& pool, XmlNode& parent, const XmlNode& child) noexcept {
-    ChildIndex* index = parent.childIndex;
+    ChildIndex* index = parent.children.Attached();
     if (index == nullptr || static_cast<std::size_t>(child.index) >= index->covered_) return;
     if (index->renames_ != pool.Renames()) return GiveUp(pool, parent);
     if (Slot* slot = index->SlotOf(child); slot != nullptr) {
@@ -243,9 +244,9 @@ void ChildIndex::BeforeRename(XmlPool& pool, const XmlNode& child) noexcept {
 }
 
 void ChildIndex::GiveUp(XmlPool& pool, XmlNode& parent) noexcept {
-    ChildIndex* index = parent.childIndex;
+    ChildIndex* index = parent.children.Attached();
     if (index == nullptr) return;
-    parent.childIndex = nullptr;
+    parent.children.Attach(nullptr);
     pool.Free(index->slots_, index->size_ * sizeof(Slot));
     pool.Delete(index);
 }

@@ -107,28 +107,31 @@ XmlNode* XmlDocument::CreateNode(WideView name, std::optional<WideView> value, X
     return node;
 }
 
-// Goes down to a node without children and back up again. The way back needs no memory: a node that is being
-// destroyed has no further use for its index, so it holds the address of the parent.
+void XmlDocument::FreeNode(XmlNode* node) noexcept {
+    for (XmlAttribute& attribute : node->attributes)
+        ReleaseAttribute(attribute, *pool_);
+    ChildIndex::GiveUp(*pool_, *node);
+    node->attributes.Release(*pool_);
+    node->children.Release(*pool_);
+    node->name.Release(*pool_);
+    node->value.Release(*pool_);
+    pool_->Delete(node);
+}
+
+// Goes down to a node without children and back up again. The way back needs no memory: the place that a child
+// had in the list holds the parent of the list's owner while the child is being destroyed.
 void XmlDocument::DestroyNode(XmlNode*& node) noexcept {
     XmlNode* current = std::exchange(node, nullptr);
-    if (current == nullptr) return;
-    current->index = 0;
+    XmlNode* parent = nullptr;
     while (current != nullptr) {
-        if (XmlNode* child = current->children.RemoveLast(); child != nullptr) {
-            child->index = static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(current));
-            current = child;
+        if (!current->children.IsEmpty()) {
+            XmlNode* child = current->children.ReplaceLast(parent);
+            parent = std::exchange(current, child);
             continue;
         }
-        auto* parent = reinterpret_cast<XmlNode*>(static_cast<std::intptr_t>(current->index));
-        for (XmlAttribute& attribute : current->attributes)
-            ReleaseAttribute(attribute, *pool_);
-        ChildIndex::GiveUp(*pool_, *current);
-        current->attributes.Release(*pool_);
-        current->children.Release(*pool_);
-        current->name.Release(*pool_);
-        current->value.Release(*pool_);
-        pool_->Delete(current);
+        FreeNode(current);
         current = parent;
+        if (parent != nullptr) parent = parent->children.PopLast();
     }
 }
 

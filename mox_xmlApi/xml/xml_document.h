@@ -145,6 +145,7 @@ class XmlDocument {
     void RemoveChild(XmlNode& parent, XmlNode* child) noexcept;
     bool CanLoad() const noexcept { return writable && !loaded; }
     XmlNode* NewDocumentNode();
+    void FreeNode(XmlNode* node) noexcept;
     bool FinishLoad(wchar16* text, std::size_t length);
 
     XmlPool* pool_;

@@ -38,8 +38,7 @@ struct XmlNode {
     XmlText name{};
     XmlText value{};
     XmlArray<XmlAttribute> attributes{};
-    XmlList<XmlNode> children{};
-    ChildIndex* childIndex = nullptr;
+    XmlList<XmlNode, ChildIndex> children{};  // with the index of their names, when there is one
 };
 
 }  // namespace mox

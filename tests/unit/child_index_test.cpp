@@ -52,7 +52,7 @@ class ChildIndexTest : public testing::Test {
     void Warm() {
         for (int i = 0; i < 20; ++i)
             Find("no such name"_w);
-        ASSERT_NE(parent_->childIndex, nullptr);
+        ASSERT_NE(parent_->children.Attached(), nullptr);
     }
 
     XmlDocument document_;
@@ -62,7 +62,7 @@ class ChildIndexTest : public testing::Test {
 TEST_F(ChildIndexTest, IsMadeOnlyAfterScansHavePaidForIt) {
     AddMany(100);
     Find("no such name"_w);
-    EXPECT_EQ(parent_->childIndex, nullptr);
+    EXPECT_EQ(parent_->children.Attached(), nullptr);
     Warm();
     EXPECT_EQ(Find(Name(99)), parent_->children.At(99));
 }
@@ -71,7 +71,7 @@ TEST_F(ChildIndexTest, IsNotMadeForFewChildren) {
     AddMany(15);
     for (int i = 0; i < 1000; ++i)
         EXPECT_EQ(Find(Name(14)), parent_->children.At(14));
-    EXPECT_EQ(parent_->childIndex, nullptr);
+    EXPECT_EQ(parent_->children.Attached(), nullptr);
 }
 
 TEST_F(ChildIndexTest, FindsWhatWasAppendedSince) {
@@ -80,7 +80,7 @@ TEST_F(ChildIndexTest, FindsWhatWasAppendedSince) {
     XmlNode* added = document_.InsertChild(parent_, "Var"_w, std::nullopt, nullptr);
     document_.SetAttribute(added, "name"_w, "new"_w);
     EXPECT_EQ(Find("new"_w), added);
-    EXPECT_NE(parent_->childIndex, nullptr);
+    EXPECT_NE(parent_->children.Attached(), nullptr);
 }
 
 TEST_F(ChildIndexTest, GrowsWithTheList) {
@@ -90,7 +90,7 @@ TEST_F(ChildIndexTest, GrowsWithTheList) {
         XmlNode* added = Add(Name(i));
         ASSERT_EQ(Find(Name(i)), added);
     }
-    EXPECT_NE(parent_->childIndex, nullptr);
+    EXPECT_NE(parent_->children.Attached(), nullptr);
     EXPECT_EQ(Find(Name(0)), parent_->children.At(0));
 }
 
@@ -118,7 +118,7 @@ TEST_F(ChildIndexTest, SettingAnEqualNameKeepsTheIndex) {
     Warm();
     document_.SetAttribute(parent_->children.At(5), "name"_w, Name(5));
     EXPECT_EQ(Find(Name(5)), parent_->children.At(5));
-    EXPECT_NE(parent_->childIndex, nullptr);
+    EXPECT_NE(parent_->children.Attached(), nullptr);
 }
 
 TEST_F(ChildIndexTest, RemovingNeverUsesTheIndexUp) {
@@ -128,7 +128,7 @@ TEST_F(ChildIndexTest, RemovingNeverUsesTheIndexUp) {
         ASSERT_EQ(document_.RemoveNode(parent_, Find(Name(i))), 1);
         ASSERT_EQ(Find(Name(i)), nullptr);
     }
-    EXPECT_NE(parent_->childIndex, nullptr);
+    EXPECT_NE(parent_->children.Attached(), nullptr);
     EXPECT_EQ(Find(Name(1950)), parent_->children.At(50));
 }
 
@@ -225,7 +225,7 @@ TEST_F(ChildIndexTest, AnswersAsTheScanDoesOverRandomChanges) {
             const WideString name = Name(static_cast<unsigned>(random() % 620));
             ASSERT_EQ(Find(name), Scan(*parent_, name)) << "step " << step;
         }
-        if (parent_->childIndex != nullptr) ++answeredByIndex;
+        if (parent_->children.Attached() != nullptr) ++answeredByIndex;
         if (parent_->children.Size() > 1500) {
             document_.RemoveNode(document_.root, parent_);
             parent_ = document_.InsertChild(document_.root, "Table"_w, std::nullopt, nullptr);

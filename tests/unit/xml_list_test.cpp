@@ -174,13 +174,66 @@ TEST_F(XmlListTest, GrowingListKeepsItsItemsAndMovesSeldom) {
     EXPECT_LT(moves, 40);
 }
 
+TEST_F(XmlListTest, OneItemLiesInTheListItself) {
+    const void* next = pool_.Allocate(8);
+    pool_.Free(const_cast<void*>(next), 8);
+    Append(7);
+    EXPECT_EQ(static_cast<const void*>(list_.begin()), static_cast<const void*>(&list_));
+    EXPECT_EQ(pool_.Allocate(8), next);
+    EXPECT_EQ(Numbers(), "7");
+    const XmlList<Item> copy = list_;
+    EXPECT_EQ(copy.At(0)->number, 7);
+    list_.RemoveAt(0);
+    EXPECT_TRUE(list_.IsEmpty());
+    EXPECT_EQ(copy.At(0)->number, 7);
+}
+
 TEST_F(XmlListTest, OutgrownStorageIsGivenBack) {
-    Append(0);
-    const void* storage = list_.begin();
-    const std::size_t bytes = XmlPool::BlockSize(sizeof(Item*));
-    Append(1);
-    ASSERT_NE(static_cast<const void*>(list_.begin()), storage);
+    Fill(2);
+    const void* storage = list_.begin() - 1;  // the attachment lies in front of the items
+    const std::size_t bytes = XmlPool::BlockSize(3 * sizeof(Item*));
+    Append(2);
+    ASSERT_NE(static_cast<const void*>(list_.begin() - 1), storage);
     EXPECT_EQ(pool_.Allocate(bytes), storage);
+}
+
+TEST(XmlListAttachment, GoesAlongWhenTheListGrows) {
+    const test::OwnPool owner;
+    XmlList<Item, int> list;
+    std::array<Item, 100> items;
+    int attachment = 5;
+    EXPECT_EQ(list.Attached(), nullptr);
+    for (Item& item : items) {
+        list.Reserve(*owner, 1);
+        list.Append(&item);
+        if (list.Size() == 1) {
+            EXPECT_EQ(list.Attached(), nullptr);
+        } else if (list.Size() == 2) {
+            EXPECT_EQ(list.Attached(), nullptr);
+            list.Attach(&attachment);
+        } else {
+            ASSERT_EQ(list.Attached(), &attachment);
+        }
+    }
+    while (!list.IsEmpty())
+        list.RemoveLast();
+    EXPECT_EQ(list.Attached(), &attachment);
+    list.Attach(nullptr);
+    EXPECT_EQ(list.Attached(), nullptr);
+    list.Release(*owner);
+}
+
+TEST_F(XmlListTest, LastPlaceCanHoldAnotherPointerUntilItIsGivenUp) {
+    Fill(2);
+    Item other{40, 9};
+    EXPECT_EQ(list_.ReplaceLast(&other)->number, 1);
+    EXPECT_EQ(list_.Size(), 2U);
+    EXPECT_EQ(list_.PopLast(), &other);
+    EXPECT_EQ(other.index, 40);
+    EXPECT_EQ(Numbers(), "0");
+    EXPECT_EQ(list_.ReplaceLast(nullptr)->number, 0);
+    EXPECT_EQ(list_.PopLast(), nullptr);
+    EXPECT_TRUE(list_.IsEmpty());
 }
 
 TEST_F(XmlListTest, TakeMakesTheItemsTheWholeList) {
@@ -194,9 +247,20 @@ TEST_F(XmlListTest, TakeMakesTheItemsTheWholeList) {
 }
 
 TEST_F(XmlListTest, TakeOfNothingLeavesTheListEmptyAndWithoutStorage) {
+    const void* next = pool_.Allocate(8);
+    pool_.Free(const_cast<void*>(next), 8);
     list_.Take(pool_, nullptr, 0);
     EXPECT_TRUE(list_.IsEmpty());
-    EXPECT_EQ(list_.begin(), nullptr);
+    EXPECT_EQ(list_.begin(), list_.end());
+    EXPECT_EQ(pool_.Allocate(8), next);
+}
+
+TEST_F(XmlListTest, TakeOfOneItemNeedsNoStorage) {
+    Item* item = NewItem(3);
+    item->index = 0;
+    list_.Take(pool_, &item, 1);
+    EXPECT_EQ(Numbers(), "3");
+    EXPECT_EQ(static_cast<const void*>(list_.begin()), static_cast<const void*>(&list_));
 }
 
 TEST_F(XmlListTest, MoreItemsThanAListCanHoldAreRefused) {
@@ -216,11 +280,11 @@ TEST_F(XmlListTest, MoreItemsThanAListCanHoldAreRefused) {
 
 TEST_F(XmlListTest, ReleaseGivesTheStorageBackAndLeavesTheItemsAlone) {
     Fill(8);
-    const void* storage = list_.begin();
+    const void* storage = list_.begin() - 1;
     list_.Release(pool_);
     EXPECT_TRUE(list_.IsEmpty());
     EXPECT_EQ(items_[3]->number, 3);
-    // The list had grown to at most 12 places by then.
+    // The list had grown to at most 11 places and an attachment by then.
     bool found = false;
     for (std::size_t bytes = 64; bytes <= 96; bytes += 8)
         found = found || pool_.Allocate(bytes) == storage;

@@ -15,12 +15,16 @@ using test::Wide;
 
 class XmlTextTest : public testing::Test {
   protected:
+    // The block of the pool that a text has: four bytes of it lie in front of the units.
+    static const void* BlockOf(const XmlText& text) { return text.View().data() - 2; }
+
     test::OwnPool owner_;
     XmlPool& pool_ = *owner_;
 };
 
-TEST_F(XmlTextTest, IsAPlainValueOf16Bytes) {
-    EXPECT_EQ(sizeof(XmlText), 16U);
+TEST_F(XmlTextTest, IsAPlainValueOf12Bytes) {
+    EXPECT_EQ(sizeof(XmlText), 12U);
+    EXPECT_EQ(alignof(XmlText), 4U);
     EXPECT_TRUE(std::is_trivially_destructible_v<XmlText>);
     EXPECT_TRUE(std::is_trivially_copyable_v<XmlText>);
 }
@@ -84,7 +88,7 @@ TEST_F(XmlTextTest, EmptyingASliceLeavesItsSourceAlone) {
 }
 
 TEST_F(XmlTextTest, AssignedTextThatFitsIsOverwrittenInPlace) {
-    XmlText text = XmlText::Copy(pool_, "twelve"_w);
+    XmlText text = XmlText::Copy(pool_, "fourteen14 are"_w);
     const wchar16* storage = text.View().data();
     text.Assign(pool_, "six"_w);
     EXPECT_EQ(text.View().data(), storage);
@@ -96,10 +100,10 @@ TEST_F(XmlTextTest, AssignedTextThatFitsIsOverwrittenInPlace) {
 
 TEST_F(XmlTextTest, AssignedTextThatDoesNotFitGivesItsOldStorageBack) {
     XmlText text = XmlText::Copy(pool_, "abcd"_w);
-    const void* storage = text.View().data();
+    const void* storage = BlockOf(text);
     text.Assign(pool_, "a text that needs more units"_w);
     EXPECT_EQ(Shown(text.View()), "a text that needs more units");
-    EXPECT_EQ(pool_.Allocate(8), storage);
+    EXPECT_EQ(pool_.Allocate(12), storage);
 }
 
 TEST_F(XmlTextTest, AssignTakesAPartOfTheTextItself) {
@@ -159,10 +163,10 @@ TEST_F(XmlTextTest, ManyAppendedPiecesMoveTheTextSeldom) {
 
 TEST_F(XmlTextTest, ReleaseGivesTheStorageBack) {
     XmlText text = XmlText::Copy(pool_, "storage"_w);
-    const void* storage = text.View().data();
+    const void* storage = BlockOf(text);
     text.Release(pool_);
     EXPECT_TRUE(text.IsEmpty());
-    EXPECT_EQ(pool_.Allocate(14), storage);
+    EXPECT_EQ(pool_.Allocate(18), storage);
 }
 
 TEST_F(XmlTextTest, ReleaseOfASliceGivesNothingBack) {
@@ -182,9 +186,9 @@ TEST_F(XmlTextTest, ReassigningForeverDoesNotGrowThePool) {
 }
 
 // No unit of these texts is ever looked at: they are too long for any document.
-TEST_F(XmlTextTest, TextLongerThan32BitsCanSayIsTooLong) {
+TEST_F(XmlTextTest, TextLongerThan31BitsCanSayIsTooLong) {
     const wchar16 unit{'x'};
-    const WideView tooLong(&unit, std::size_t{1} << 32);
+    const WideView tooLong(&unit, std::size_t{1} << 31);
     const auto expectTooLong = [](const auto& action) {
         try {
             action();
@@ -202,10 +206,10 @@ TEST_F(XmlTextTest, TextLongerThan32BitsCanSayIsTooLong) {
     EXPECT_EQ(pool_.BytesHeld(), XmlPool::kFirstSlab);
 }
 
-TEST_F(XmlTextTest, SliceMayHaveAsManyUnitsAs32BitsCanSay) {
+TEST_F(XmlTextTest, SliceMayHaveAsManyUnitsAs31BitsCanSay) {
     const wchar16 unit{'x'};
-    const XmlText text = XmlText::Slice(WideView(&unit, 0xFFFFFFFFU));
-    EXPECT_EQ(text.View().size(), 0xFFFFFFFFU);
+    const XmlText text = XmlText::Slice(WideView(&unit, 0x7FFFFFFFU));
+    EXPECT_EQ(text.View().size(), 0x7FFFFFFFU);
 }
 
 }  // namespace
