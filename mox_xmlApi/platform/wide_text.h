@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -34,16 +35,34 @@ constexpr WideView operator""_w() {
     return WideView(Literal.units, sizeof(Literal.units) / sizeof(wchar16) - 1);
 }
 
-// Whether two texts are equal. Short ones, as names are, cost no call; the standard comparison of 16-bit
-// units orders them one by one.
+namespace detail {
+
+template <class Word>
+bool SameWord(const wchar16* a, const wchar16* b) noexcept {
+    Word wordOfA;
+    Word wordOfB;
+    std::memcpy(&wordOfA, a, sizeof wordOfA);
+    std::memcpy(&wordOfB, b, sizeof wordOfB);
+    return wordOfA == wordOfB;
+}
+
+}  // namespace detail
+
+// Whether two texts are equal. Short ones, as names are, cost no call and few comparisons: four units at a time, the
+// last four once more.
 inline bool SameText(WideView a, WideView b) noexcept {
     constexpr std::size_t kShort = 16;
-    if (a.size() != b.size()) return false;
-    if (a.size() > kShort) return std::memcmp(a.data(), b.data(), a.size() * sizeof(wchar16)) == 0;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (a[i] != b[i]) return false;
+    const std::size_t size = a.size();
+    if (size != b.size()) return false;
+    if (size > kShort) return std::memcmp(a.data(), b.data(), size * sizeof(wchar16)) == 0;
+    if (size < 4) {
+        if (size < 2) return size == 0 || a[0] == b[0];
+        return detail::SameWord<std::uint32_t>(a.data(), b.data()) && a[size - 1] == b[size - 1];
     }
-    return true;
+    for (std::size_t i = 0; i + 4 < size; i += 4) {
+        if (!detail::SameWord<std::uint64_t>(a.data() + i, b.data() + i)) return false;
+    }
+    return detail::SameWord<std::uint64_t>(a.data() + size - 4, b.data() + size - 4);
 }
 
 // A view of a zero-terminated text; empty for null.
