@@ -44,17 +44,27 @@ class TextBlock {
     unsigned char* memory_;
 };
 
-// How many units to make room for at first: what a file of that size holds, and one more to see its end.
-std::size_t FirstCapacity(const InputFile& file, std::size_t bytesPerUnit) {
-    constexpr std::size_t kOfUnknownSize = 4096;
+// The piece of a file that was read last.
+struct Piece {
+    static constexpr std::size_t kBytes = 16 * 1024;
+
+    alignas(wchar16) std::array<unsigned char, kBytes> bytes;
+    std::size_t count = 0;
+
+    void Read(InputFile& file, std::size_t wanted) noexcept { count = file.Read(bytes.data(), wanted); }
+};
+
+// How many units to make room for at first: what is there in `first`, and when that is not the whole file, what a
+// file of its size holds, and one more to see its end. The system is asked for the size of large files alone.
+std::size_t FirstCapacity(const InputFile& file, const Piece& first, std::size_t bytesPerUnit) {
+    if (first.count < Piece::kBytes) return first.count / bytesPerUnit;
     constexpr std::uint64_t kMost = std::numeric_limits<std::size_t>::max() / 8;
     const std::uint64_t size = file.SizeHint();
     if (size > kMost) throw std::bad_alloc();
-    return size == 0 ? kOfUnknownSize : static_cast<std::size_t>(size) / bytesPerUnit + 1;
+    return std::max(static_cast<std::size_t>(size), Piece::kBytes) / bytesPerUnit + 1;
 }
 
-// Bytes become units with their sign: 0x80 to 0xFF give 0xFF80 to 0xFFFF. Works from the front, block by
-// block, so that `bytes` may lie in the tail of the memory at `units`.
+// Bytes become units with their sign: 0x80 to 0xFF give 0xFF80 to 0xFFFF.
 void Widen(const unsigned char* bytes, std::size_t count, wchar16* units) noexcept {
     constexpr std::size_t kBlock = 32;
     const auto widen = [](unsigned char byte) {
@@ -95,35 +105,33 @@ std::size_t RoomAfter(const TextBlock& block, std::size_t count) noexcept {
     return block.Size() / sizeof(wchar16) - 1 - kScanAhead - count;
 }
 
-constexpr std::size_t kPieceBytes = 16 * 1024;
-
-// Reads a file of bytes up to the first zero or its end. Returns the number of units before it.
-std::size_t ReadNarrow(InputFile& file, XmlPool& pool, TextBlock& block) {
-    std::array<unsigned char, kPieceBytes> piece;
+// Goes on with a file of bytes up to the first zero or its end. Returns the number of units before it.
+std::size_t ReadNarrow(InputFile& file, XmlPool& pool, TextBlock& block, Piece& piece) {
     std::size_t length = 0;
-    for (;;) {
-        const std::size_t wanted = std::min(piece.size(), RoomAfter(block, length));
-        const std::size_t count = file.Read(piece.data(), wanted);
-        const std::size_t used = BytesToZero(piece.data(), count);
-        Widen(piece.data(), used, block.Units() + length);
+    for (std::size_t wanted = Piece::kBytes;;) {
+        const std::size_t used = BytesToZero(piece.bytes.data(), piece.count);
+        Widen(piece.bytes.data(), used, block.Units() + length);
         length += used;
         if (used < wanted) return length;
         GrowWhenFull(pool, block, length);
+        wanted = std::min(Piece::kBytes, RoomAfter(block, length));
+        piece.Read(file, wanted);
     }
 }
 
-// Reads a file of units up to the first zero or its end; an odd byte at its end is dropped. Returns the
+// Goes on with a file of units up to the first zero or its end; an odd byte at its end is dropped. Returns the
 // number of units before it.
-std::size_t ReadWide(InputFile& file, XmlPool& pool, TextBlock& block) {
+std::size_t ReadWide(InputFile& file, XmlPool& pool, TextBlock& block, const Piece& first) {
+    std::size_t count = first.count / sizeof(wchar16);
+    std::memcpy(block.Units(), first.bytes.data(), count * sizeof(wchar16));
     std::size_t length = 0;
-    for (;;) {
-        const std::size_t wanted = std::min(kPieceBytes / sizeof(wchar16), RoomAfter(block, length));
-        wchar16* units = block.Units() + length;
-        const std::size_t count = file.Read(units, wanted * sizeof(wchar16)) / sizeof(wchar16);
-        const std::size_t used = LengthToZero(units, count);
+    for (std::size_t wanted = Piece::kBytes / sizeof(wchar16);;) {
+        const std::size_t used = LengthToZero(block.Units() + length, count);
         length += used;
         if (used < wanted) return length;
         GrowWhenFull(pool, block, length);
+        wanted = std::min(Piece::kBytes / sizeof(wchar16), RoomAfter(block, length));
+        count = file.Read(block.Units() + length, wanted * sizeof(wchar16)) / sizeof(wchar16);
     }
 }
 
@@ -169,8 +177,11 @@ bool XmlDocument::LoadFile(const wchar16* path, bool wide) {
     if (!CanLoad()) return false;
     InputFile file(path);
     if (!file.IsOpen()) return false;
-    TextBlock block(*pool_, BlockSize(FirstCapacity(file, wide ? sizeof(wchar16) : 1)));
-    const std::size_t length = wide ? ReadWide(file, *pool_, block) : ReadNarrow(file, *pool_, block);
+    Piece piece;
+    piece.Read(file, Piece::kBytes);
+    TextBlock block(*pool_, BlockSize(FirstCapacity(file, piece, wide ? sizeof(wchar16) : 1)));
+    const std::size_t length =
+        wide ? ReadWide(file, *pool_, block, piece) : ReadNarrow(file, *pool_, block, piece);
     if (file.Failed()) return false;
     return loaded = ParseBlock(*this, block, length, root);
 }
