@@ -48,6 +48,14 @@ class XmlArray {
         size_ = static_cast<std::uint32_t>(count);
     }
 
+    // Takes a block of the pool that was asked for `count` items and holds them as the whole array, which must be
+    // empty.
+    void Adopt(T* items, std::size_t count) noexcept {
+        items_ = items;
+        size_ = static_cast<std::uint32_t>(count);
+        capacity_ = CapacityOf(XmlPool::BlockSize(count * sizeof(T)));
+    }
+
     // Adds `item` as the last one. Room must have been reserved.
     void Append(T item) noexcept { items_[size_++] = item; }
 
@@ -76,8 +84,12 @@ class XmlArray {
   private:
     static constexpr std::size_t kLargestSize = std::numeric_limits<std::uint32_t>::max() / 2;
 
+    static std::uint32_t CapacityOf(std::size_t bytes) noexcept {
+        return static_cast<std::uint32_t>(bytes / sizeof(T));
+    }
+
     void Move(XmlPool& pool, std::size_t wanted) {
-        const std::size_t capacity = XmlPool::BlockSize(wanted * sizeof(T)) / sizeof(T);
+        const std::size_t capacity = CapacityOf(XmlPool::BlockSize(wanted * sizeof(T)));
         auto* moved = static_cast<T*>(pool.Allocate(capacity * sizeof(T)));
         std::copy_n(items_, size_, moved);
         pool.Free(items_, std::size_t{capacity_} * sizeof(T));

@@ -64,6 +64,8 @@ class Parser {
     }
 
   private:
+    static constexpr std::size_t kFewAttributes = XmlPool::kRoom / sizeof(XmlAttribute);
+
     struct OpenElement {
         XmlNode* node;
         std::size_t firstChild;  // in closed_
@@ -205,31 +207,59 @@ class Parser {
         return true;
     }
 
-    // Leaves the space behind the last attribute skipped.
+    // Leaves the space behind the last attribute skipped. The attributes are written where they will stay, as long
+    // as they are few.
     bool ParseAttributes() {
+        auto* const first = static_cast<XmlAttribute*>(pool_.OpenRoom());
+        XmlAttribute* last = first;
         wchar16* name = EndOfSpace(next_);
         for (wchar16* nameEnd = EndOfName(name); nameEnd != name; nameEnd = EndOfName(name)) {
-            wchar16* mark = EndOfSpace(nameEnd);
-            if (*mark != '=') return Fail(ParseWant::AttributeEquals, mark, name);
-            mark = EndOfSpace(mark + 1);
-            if (*mark != '"') return Fail(ParseWant::AttributeQuote, mark, name);
+            wchar16* mark = nameEnd + 1;
+            if (*nameEnd != '=' || *mark != '"') {
+                mark = EndOfSpace(nameEnd);
+                if (*mark != '=') return Fail(ParseWant::AttributeEquals, mark, name);
+                mark = EndOfSpace(mark + 1);
+                if (*mark != '"') return Fail(ParseWant::AttributeQuote, mark, name);
+            }
             next_ = mark + 1;
             const WideView value = ParseText('"');
             if (*next_ != '"') return Fail(ParseWant::AttributeEnd, next_, mark + 1);
-            attributes_.Push({XmlText::Slice(Between(name, nameEnd)), XmlText::Slice(value)});
+            if (last == first + kFewAttributes) PutAside(first, last);
+            *last++ = {XmlText::Slice(Between(name, nameEnd)), XmlText::Slice(value)};
             name = EndOfSpace(next_ + 1);
         }
         next_ = name;
-        unfinished_->attributes.Take(pool_, attributes_.From(0), attributes_.Size());
-        attributes_.PopTo(0);
+        KeepAttributes(first, last);
         return true;
+    }
+
+    // Makes room for more.
+    void PutAside(XmlAttribute* first, XmlAttribute*& last) {
+        for (const XmlAttribute* attribute = first; attribute != last; ++attribute)
+            attributes_.Push(*attribute);
+        last = first;
+    }
+
+    void KeepAttributes(XmlAttribute* first, XmlAttribute* last) {
+        const auto count = static_cast<std::size_t>(last - first);
+        if (!attributes_.IsEmpty()) {
+            PutAside(first, last);
+            unfinished_->attributes.Take(pool_, attributes_.From(0), attributes_.Size());
+            attributes_.PopTo(0);
+        } else if (count != 0) {
+            void* kept = pool_.KeepRoom(count * sizeof(XmlAttribute));
+            unfinished_->attributes.Adopt(static_cast<XmlAttribute*>(kept), count);
+        }
     }
 
     // One run of text of the innermost open element, and the markup behind it.
     bool ParseContent() {
-        const WideView text = ParseText('<');
-        if (!Accept('<')) return FailInElement(ParseWant::Content, next_);
-        if (!text.empty()) AddText(text);
+        if (*next_ != '<') {
+            const WideView text = ParseText('<');
+            if (*next_ != '<') return FailInElement(ParseWant::Content, next_);
+            AddText(text);
+        }
+        ++next_;
         if (Accept('/')) return ParseEndTag();
         if (Accept('!')) return ParseComment();
         return ParseStartTag();
@@ -329,8 +359,8 @@ class Parser {
     XmlNode* const parent_;
     const wchar16* const begin_;
     ParseFailure* const failure_;
-    XmlNode* unfinished_ = nullptr;            // the node that is being read, in no list yet
-    SmallStack<XmlAttribute, 16> attributes_;  // those of unfinished_
+    XmlNode* unfinished_ = nullptr;                            // the node that is being read, in no list yet
+    SmallStack<XmlAttribute, 2 * kFewAttributes> attributes_;  // those of unfinished_ when they are many
     SmallStack<OpenElement, 16> open_;
     SmallStack<XmlNode*, 64> closed_;
 };

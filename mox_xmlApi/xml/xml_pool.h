@@ -40,11 +40,7 @@ class XmlPool {
     void* Allocate(std::size_t bytes) {
         if (bytes > kLargestSmall) return AllocateLarge(bytes);
         const std::size_t sizeClass = ClassOf(bytes);
-        if (FreeBlock* block = free_[sizeClass]; block != nullptr) {
-            UnpoisonMemory(block, SizeOf(sizeClass));
-            free_[sizeClass] = block->next;
-            return block;
-        }
+        if (void* returned = TakeReturned(sizeClass); returned != nullptr) return returned;
         const std::size_t size = SizeOf(sizeClass);
         if (static_cast<std::size_t>(end_ - next_) < size) AddSlab(size);
         std::byte* block = next_;
@@ -58,6 +54,28 @@ class XmlPool {
         if (block == nullptr) return;
         if (bytes > kLargestSmall) return FreeLarge(block);
         KeepForReuse(block, ClassOf(bytes));
+    }
+
+    // For a block whose size shows only while it is filled: OpenRoom gives kRoom bytes that are free, and KeepRoom
+    // gives a block as Allocate does that holds the first `used` of them, most often in place. Nothing else may be
+    // asked of the pool in between. OpenRoom throws std::bad_alloc and changes nothing then.
+    void* OpenRoom() {
+        if (static_cast<std::size_t>(end_ - next_) < kRoom) AddSlab(kRoom);
+        UnpoisonMemory(next_, kRoom);
+        return next_;
+    }
+    void* KeepRoom(std::size_t used) noexcept {
+        const std::size_t sizeClass = ClassOf(used);
+        void* block = TakeReturned(sizeClass);
+        if (block != nullptr) {
+            std::memcpy(block, next_, used);
+            PoisonMemory(next_, kRoom);
+            return block;
+        }
+        block = next_;
+        next_ += SizeOf(sizeClass);
+        PoisonMemory(next_, kRoom - SizeOf(sizeClass));
+        return block;
     }
 
     // A new object of a type that needs no destructor.
@@ -96,6 +114,7 @@ class XmlPool {
     static constexpr std::size_t kLargestSmall = 4096;
     static constexpr std::size_t kFirstSlab = 16 * 1024;
     static constexpr std::size_t kLargestSlab = 64 * 1024;
+    static constexpr std::size_t kRoom = 384;
 
   private:
     struct FreeBlock {
@@ -132,6 +151,15 @@ class XmlPool {
 
     XmlPool(std::byte* next, std::byte* end) noexcept : next_(next), end_(end) {}
     ~XmlPool() = default;
+
+    // A block that was given back; null when there is none of that class.
+    void* TakeReturned(std::size_t sizeClass) noexcept {
+        FreeBlock* block = free_[sizeClass];
+        if (block == nullptr) return nullptr;
+        UnpoisonMemory(block, SizeOf(sizeClass));
+        free_[sizeClass] = block->next;
+        return block;
+    }
 
     void KeepForReuse(void* block, std::size_t sizeClass) noexcept {
         auto* freed = static_cast<FreeBlock*>(block);

@@ -110,6 +110,21 @@ TEST(XmlParserDeclaration, NeedsAVersionWhateverItsValue) {
     EXPECT_EQ(Parsed("<?xml version=\"&lt;any&gt;\"?>"), "?xml{version='<any>'}");
 }
 
+TEST(XmlParserElement, KeepsAnyNumberOfAttributes) {
+    for (const int count : {0, 1, 2, 15, 16, 17, 31, 32, 33, 47, 48, 49, 1000}) {
+        std::string attributes;
+        std::string expected;
+        for (int i = 0; i < count; ++i) {
+            const std::string number = std::to_string(i);
+            attributes += " k" + number + "=\"v" + number + '"';
+            expected += (i == 0 ? "k" : " k") + number + "='v" + number + "'";
+        }
+        EXPECT_EQ(Parsed("<a" + attributes + "><b" + attributes + "/></a>"),
+                  count == 0 ? "a(b)" : "a{" + expected + "}(b{" + expected + "})")
+            << count;
+    }
+}
+
 TEST(XmlParserDeclaration, KeepsOtherAttributesInAnyOrder) {
     EXPECT_EQ(Parsed("<?xml standalone=\"no\" encoding=\"x\" version=\"1\"version=\"2\"?>"),
               "?xml{standalone='no' encoding='x' version='1' version='2'}");

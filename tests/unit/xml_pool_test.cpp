@@ -43,6 +43,51 @@ TEST(XmlPool, BlocksOfNoBytesAreDistinct) {
     EXPECT_NE(pool->Allocate(0), pool->Allocate(0));
 }
 
+TEST(XmlPool, RoomIsKeptAsFarAsItWasUsed) {
+    const test::OwnPool pool;
+    void* room = pool->OpenRoom();
+    std::memset(room, 7, XmlPool::kRoom);
+    void* kept = pool->KeepRoom(20);
+    EXPECT_EQ(kept, room);
+    auto* next = static_cast<unsigned char*>(pool->Allocate(8));
+    EXPECT_EQ(next, static_cast<unsigned char*>(kept) + 24);
+    std::memset(next, 9, 8);
+    EXPECT_EQ(static_cast<unsigned char*>(kept)[19], 7);
+}
+
+TEST(XmlPool, RoomThatIsNotKeptStaysFree) {
+    const test::OwnPool pool;
+    void* room = pool->OpenRoom();
+    EXPECT_EQ(pool->OpenRoom(), room);
+    EXPECT_EQ(pool->Allocate(40), room);
+}
+
+TEST(XmlPool, RoomThatIsKeptPrefersABlockThatWasGivenBack) {
+    const test::OwnPool pool;
+    void* returned = pool->Allocate(24);
+    pool->Free(returned, 24);
+    void* room = pool->OpenRoom();
+    std::memset(room, 7, 24);
+    EXPECT_EQ(pool->KeepRoom(24), returned);
+    EXPECT_EQ(static_cast<unsigned char*>(returned)[0], 7);
+    EXPECT_EQ(static_cast<unsigned char*>(returned)[23], 7);
+    EXPECT_EQ(pool->Allocate(40), room);
+}
+
+TEST(XmlPool, RoomCanBeKeptWholeAgainAndAgain) {
+    const test::OwnPool pool;
+    std::vector<unsigned char*> rooms;
+    for (unsigned char mark = 0; mark < 250; ++mark) {
+        rooms.push_back(static_cast<unsigned char*>(pool->OpenRoom()));
+        std::memset(rooms.back(), mark, XmlPool::kRoom);
+        ASSERT_EQ(pool->KeepRoom(XmlPool::kRoom), rooms.back());
+    }
+    for (std::size_t i = 0; i < rooms.size(); ++i) {
+        ASSERT_EQ(rooms[i][0], i);
+        ASSERT_EQ(rooms[i][XmlPool::kRoom - 1], i);
+    }
+}
+
 TEST(XmlPool, EveryByteOfABlockIsItsOwn) {
     const test::OwnPool pool;
     struct Block {
