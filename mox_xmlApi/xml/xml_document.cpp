@@ -161,8 +161,10 @@ XmlNode* XmlDocument::InsertChild(XmlNode* parent, WideView name, std::optional<
 bool XmlDocument::AddDeclaration() {
     XmlNode* declaration =
         InsertChild(root, names::kXml, std::nullopt, nullptr, XmlNodeKind::ProcessingInstruction);
-    return declaration != nullptr && SetAttribute(declaration, names::kVersion, names::kVersionText) &&
-           SetAttribute(declaration, names::kEncoding, names::kEncodingText);
+    if (declaration == nullptr) return false;
+    WriteAttribute(*declaration, names::kVersion, names::kVersionText);
+    WriteAttribute(*declaration, names::kEncoding, names::kEncodingText);
+    return true;
 }
 
 bool XmlDocument::AppendNode(XmlNode* parent, XmlNode* node) {
@@ -247,32 +249,35 @@ bool XmlDocument::GetAttribute(const XmlNode* node, WideView name, WideView& out
     return true;
 }
 
-bool XmlDocument::SetAttribute(XmlNode* node, WideView name, std::optional<WideView> value) {
-    if (node == nullptr) return false;
-    const WideView text = value.value_or(WideView());
-    if (XmlAttribute* attribute = FindInAttributes(*node, name); attribute != nullptr) {
-        const bool renames = SameText(name, names::kName) && !SameText(attribute->value.View(), text);
-        if (renames) ChildIndex::BeforeRename(*pool_, *node);
-        attribute->value.Assign(*pool_, text);
-        return true;
+void XmlDocument::WriteAttribute(XmlNode& node, WideView name, WideView value) {
+    if (XmlAttribute* attribute = FindInAttributes(node, name); attribute != nullptr) {
+        const bool renames = SameText(name, names::kName) && !SameText(attribute->value.View(), value);
+        if (renames) ChildIndex::BeforeRename(*pool_, node);
+        attribute->value.Assign(*pool_, value);
+        return;
     }
-    node->attributes.Reserve(*pool_, 1);
+    node.attributes.Reserve(*pool_, 1);
     XmlAttribute attribute;
     try {
         attribute.name.Assign(*pool_, name);
-        attribute.value.Assign(*pool_, text);
+        attribute.value.Assign(*pool_, value);
     } catch (...) {
         ReleaseAttribute(attribute, *pool_);
         throw;
     }
-    if (SameText(name, names::kName)) ChildIndex::BeforeRename(*pool_, *node);
-    node->attributes.Append(attribute);
+    if (SameText(name, names::kName)) ChildIndex::BeforeRename(*pool_, node);
+    node.attributes.Append(attribute);
+}
+
+bool XmlDocument::SetAttribute(XmlNode* node, WideView name, std::optional<WideView> value) {
+    if (node == nullptr) return false;
+    WriteAttribute(*node, name, value.value_or(WideView()));
     return true;
 }
 
 bool XmlDocument::SetText(XmlNode* element, WideView text) {
     if (element == nullptr || !IsElement(*element)) return false;
-    element->value.Assign(*pool_, text);
+    WriteText(*element, text);
     return true;
 }
 

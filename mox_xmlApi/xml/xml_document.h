@@ -62,6 +62,10 @@ class XmlDocument {
     // child of `parent`.
     XmlNode* InsertChild(XmlNode* parent, WideView name, std::optional<WideView> value, const XmlNode* before,
                          XmlNodeKind kind = XmlNodeKind::Element);
+    // The same for an element or the document as parent, at the end, which is never refused.
+    XmlNode& AppendElement(XmlNode& parent, WideView name, std::optional<WideView> value = std::nullopt) {
+        return *InsertChild(&parent, name, value, nullptr);
+    }
     // Appends the declaration <?xml version="1.0" encoding="UTF-8"?> to a document that has no children yet.
     // False, and nothing changed, for any other.
     bool AddDeclaration();
@@ -93,10 +97,14 @@ class XmlDocument {
     // Views the value of that attribute. False and `out` untouched when there is none. The view lasts until
     // the value changes.
     static bool GetAttribute(const XmlNode* node, WideView name, WideView& out) noexcept;
-    // Replaces the value of the first attribute called `name`, or appends a new one; no value means empty.
-    // The declaration takes attributes too. False only for null.
+    // Replaces the value of the first attribute called `name`, or appends a new one. The declaration takes
+    // attributes too.
+    void WriteAttribute(XmlNode& node, WideView name, WideView value);
+    // The same; no value means empty. False only for null.
     bool SetAttribute(XmlNode* node, WideView name, std::optional<WideView> value);
-    // Replaces the character data of an element. False for null and other kinds.
+    // Replaces the character data of an element.
+    void WriteText(XmlNode& element, WideView text) { element.value.Assign(*pool_, text); }
+    // The same. False for null and other kinds.
     bool SetText(XmlNode* element, WideView text);
 
     // ---- Look-ups --------------------------------------------------------------------------------------------
