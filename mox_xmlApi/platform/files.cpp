@@ -97,8 +97,9 @@ namespace {
 
 // Opens the file; -1 if that is not possible.
 int Open(const wchar16* path, int flags) {
+    if (path == nullptr) return -1;
     std::string narrow;
-    if (path == nullptr || !pdConvertString(path, narrow)) return -1;
+    if (!pdConvertString(path, narrow)) return -1;
     constexpr mode_t kReadAndWriteForAll = 0666;  // less what the process masks out
     int file = -1;
     do {

@@ -181,7 +181,7 @@ void WriteNode(const XmlNode& node, Output& out, std::size_t depth) {
     };
     if (!BeginNode(node, out, depth)) return;
     std::vector<OpenElement> open{{&node, 0}};
-    while (!open.empty()) {
+    for (;;) {
         OpenElement& element = open.back();
         if (element.nextChild < element.node->children.Size()) {
             const XmlNode& child = *element.node->children.At(element.nextChild++);
