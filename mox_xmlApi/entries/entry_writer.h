@@ -7,15 +7,16 @@
 
 namespace mox {
 
-// Writes the records, each of which may be null, into `entry`: the value record as far as its `writeMask`
-// selects, and the "UI" child. With a UI record the entry's own "Value" child is left alone. `onlySet` skips
-// fields that are zero, false or empty. False for a cursor that is not ready and for a tree operation that
-// fails; what was written by then stays. May throw std::bad_alloc or std::length_error with the same effect.
+// Writes the records, each of which may be null, into the element `entry`: the value record as far as its
+// `writeMask` selects, and the "UI" child. With a UI record the entry's own "Value" child is left alone.
+// `onlySet` skips fields that are zero, false or empty. False for a cursor that is not ready. May throw
+// std::bad_alloc or std::length_error; what was written by then stays.
 bool WriteEntry(const TableCursor& cursor, XmlNode* entry, const EntryValueRecord* value,
                 const EntryUiRecord* ui, bool onlySet);
 
 // Writes the "UI" child `uiElement` of an entry, in a fixed order with fixed early ends: "Value" is reached
-// only when the element has a "Comment" child and the record none. Results as WriteEntry.
+// only when the element has a "Comment" child and the record none. False for a cursor that is not ready and
+// when a new comment replaced one. Throws as WriteEntry.
 bool WriteEntryUi(const TableCursor& cursor, XmlNode* uiElement, const EntryUiRecord& ui, bool onlySet);
 
 }  // namespace mox

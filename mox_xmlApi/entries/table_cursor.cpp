@@ -23,20 +23,19 @@ TableHeader ReadHeader(const XmlNode& table) noexcept {
     return header;
 }
 
-bool WriteHeader(XmlDocument& document, XmlNode* table, const TableHeader& header, bool withSchema) {
+void WriteHeader(XmlDocument& document, XmlNode& table, const TableHeader& header, bool withSchema) {
     FieldText number;
-    if (withSchema && !document.SetAttribute(table, names::kSchemaLocation, names::kTableSchema))
-        return false;
-    if (!document.SetAttribute(table, names::kName, header.name)) return false;
+    if (withSchema) document.WriteAttribute(table, names::kSchemaLocation, names::kTableSchema);
+    document.WriteAttribute(table, names::kName, header.name);
     if (header.first_id != 0) {
         number.Format("%u"_w, header.first_id);
-        if (!document.SetAttribute(table, names::kFirstId, number.View())) return false;
+        document.WriteAttribute(table, names::kFirstId, number.View());
     }
     if (header.type != 0) {
         number.Format("%04X"_w, header.type);
-        if (!document.SetAttribute(table, names::kType, number.View())) return false;
+        document.WriteAttribute(table, names::kType, number.View());
     }
-    return !header.editable || document.SetAttribute(table, names::kEditable, names::kTrue);
+    if (header.editable) document.WriteAttribute(table, names::kEditable, names::kTrue);
 }
 
 }  // namespace
@@ -46,8 +45,8 @@ bool OpenTable(TableCursor& cursor, TableHeader& header, bool withSchema) {
     if (root == nullptr) return false;
     XmlNode* table = cursor.openExisting ? XmlDocument::FindChildElement(root, names::kTable) : root;
     if (table == nullptr) {
-        table = cursor.document->InsertChild(root, names::kTable, std::nullopt, nullptr);
-        if (table == nullptr || !WriteHeader(*cursor.document, table, header, withSchema)) return false;
+        table = &cursor.document->AppendElement(*root, names::kTable);
+        WriteHeader(*cursor.document, *table, header, withSchema);
     } else {
         const TableHeader found = ReadHeader(*table);
         if (!header.name.empty() && header.name != found.name) return false;

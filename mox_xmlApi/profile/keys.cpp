@@ -47,7 +47,6 @@ bool WriteKeyValue(moxSettings& settings, WideView section, WideView key, WideVi
     if (element == nullptr) element = ObtainSection(settings, TableHeader{section}, eud);
     if (element == nullptr) return false;
     const TableHandle handle(settings.document.Pool(), element);
-    if (!handle.cursor.IsReady()) return false;
     if (XmlNode* entry = FindEntry(handle.cursor, key); entry != nullptr)
         return UpdateKey(handle.cursor, entry, record);
     return AddEntry(handle.cursor, nullptr, key, &record, nullptr, false, false);

@@ -22,7 +22,7 @@ void StripMarks(XmlDocument& document, XmlNode* section) noexcept {
 // Copies the entries of a section up to the first that cannot be read.
 void ExportEntries(const TableCursor& from, const TableCursor& to, std::uint32_t mode) {
     XmlNode* entry = nullptr;
-    while (from.IsReady() && XmlDocument::NextChildElement(from.table, entry) != nullptr) {
+    while (XmlDocument::NextChildElement(from.table, entry) != nullptr) {
         EntryValueRecord value;
         EntryUiRecord ui;
         if (!ReadEntry(from, *entry, &value, &ui)) return;
@@ -37,7 +37,6 @@ void ExportSection(const moxSettings& source, XmlNode* section, moxSettings& tar
     const TableHandle from(source.document.Pool(), section, header);
     bool eud = false;
     XmlNode* copy = ObtainSection(target, header, eud);
-    if (copy == nullptr) return;
     TableHeader copyHeader;
     const TableHandle to(target.document.Pool(), copy, copyHeader);
     ExportEntries(from.cursor, to.cursor, mode);

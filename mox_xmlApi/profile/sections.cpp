@@ -11,33 +11,32 @@ bool HasAttributeTrue(const XmlNode& section, WideView name) noexcept {
     return XmlDocument::GetAttribute(&section, name, text) && text == names::kTrue;
 }
 
-bool SetNumber(XmlDocument& document, XmlNode* section, WideView name, WideView format,
-               std::uint32_t number) {
+void WriteNumber(XmlDocument& document, XmlNode& section, WideView name, WideView format,
+                 std::uint32_t number) {
     FieldText text;
     text.Format(format, number);
-    return document.SetAttribute(section, name, text.View());
+    document.WriteAttribute(section, name, text.View());
 }
 
-void StampSection(moxSettings& settings, XmlNode* section, const TableHeader& header, bool& eud) {
+void StampSection(moxSettings& settings, XmlNode& section, const TableHeader& header, bool& eud) {
     XmlDocument& document = settings.document;
     TableHeader found;
-    const TableHandle handle(document.Pool(), section, found);
-    const bool stamped = handle.cursor.IsReady() &&
-                         document.SetAttribute(section, names::kName, header.name) &&
-                         document.SetAttribute(section, names::kEditable,
-                                               IsEditable(*section) ? names::kTrue : names::kFalse) &&
-                         SetNumber(document, section, names::kFirstId, "%u"_w, header.first_id) &&
-                         SetNumber(document, section, names::kType, "%04X"_w, header.type);
-    if (!stamped) throw kStampFailed;
-    eud = HasAttributeTrue(*section, names::kEud);
+    const TableHandle handle(document.Pool(), &section, found);
+    if (!handle.cursor.IsReady()) throw kStampFailed;
+    document.WriteAttribute(section, names::kName, header.name);
+    document.WriteAttribute(section, names::kEditable, IsEditable(section) ? names::kTrue : names::kFalse);
+    WriteNumber(document, section, names::kFirstId, "%u"_w, header.first_id);
+    WriteNumber(document, section, names::kType, "%04X"_w, header.type);
+    eud = HasAttributeTrue(section, names::kEud);
 }
 
 // Makes the section in a document of its own first, so that it enters the profile complete or not at all.
 XmlNode* NewSection(moxSettings& settings, const TableHeader& header) {
+    if (settings.root == nullptr) return nullptr;
     XmlDocument scratch(settings.document.Pool());
     TableCursor cursor{true, true, &scratch, nullptr, true};
     TableHeader wanted = header;
-    if (!OpenTable(cursor, wanted, false) || settings.root == nullptr) return nullptr;
+    OpenTable(cursor, wanted, false);
     settings.root->children.Reserve(settings.document.Pool(), 1);
     XmlNode* section = scratch.DetachLastChild(scratch.root);
     settings.document.AppendNode(settings.root, section);
@@ -62,7 +61,7 @@ XmlNode* ObtainSection(moxSettings& settings, const TableHeader& header, bool& e
     eud = false;
     XmlNode* section = FindSection(settings, header.name);
     if (section == nullptr) return NewSection(settings, header);
-    StampSection(settings, section, header, eud);
+    StampSection(settings, *section, header, eud);
     return section;
 }
 

@@ -32,10 +32,9 @@ bool moxSettings::LocateRoot() {
         hasRoot = true;
         return true;
     }
-    settings = document.InsertChild(document.root, names::kSettings, std::nullopt, nullptr);
-    if (settings == nullptr) return false;
-    if (!document.SetAttribute(settings, names::kSchemaLocation, names::kSettingsSchema)) return false;
-    root = settings;
+    XmlNode& made = document.AppendElement(*document.root, names::kSettings);
+    document.WriteAttribute(made, names::kSchemaLocation, names::kSettingsSchema);
+    root = &made;
     hasRoot = true;
     return true;
 }

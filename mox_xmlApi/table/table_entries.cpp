@@ -128,7 +128,8 @@ bool AddEntry(const TableCursor& cursor, const XmlNode* before, WideView name, c
     XmlNode* entry = update ? FindEntry(cursor, name) : nullptr;
     if (entry == nullptr)
         entry = cursor.document->InsertChild(cursor.table, names::kVar, std::nullopt, before);
-    if (entry == nullptr || !WriteEntry(cursor, entry, value, ui, true)) return false;
+    if (entry == nullptr) return false;
+    WriteEntry(cursor, entry, value, ui, true);
     if (mark) MarkEntry(cursor, entry);
     return true;
 }

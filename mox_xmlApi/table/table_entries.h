@@ -24,8 +24,8 @@ void MarkEntry(const TableCursor& cursor, XmlNode* entry);
 // Adds a "Var" entry before the entry `before`, or as the last one when that is null, and writes the records,
 // each of which may be null, into it. With `update` the first entry that FindEntry gives for `name` is
 // written instead, if there is one. With `mark` the entry is marked. False for a cursor that is not ready and
-// for a `before` that is no entry of the table. A new entry whose writing fails stays. May throw
-// std::bad_alloc or std::length_error.
+// for a `before` that is no entry of the table. May throw std::bad_alloc or std::length_error; a new entry
+// whose writing fails so stays.
 bool AddEntry(const TableCursor& cursor, const XmlNode* before, WideView name, const EntryValueRecord* value,
               const EntryUiRecord* ui, bool mark, bool update);
 
