@@ -162,7 +162,8 @@ inline bool PutName(UnitsView name, TableEntryBaseInfoStruct& record) noexcept {
 
 inline bool PutValue(const Text& value, std::uint16_t type, TableEntryValueInfoStruct& record) {
     if (!value.isValid()) return false;
-    return type == kWideType ? record.SetVal_w(value.c_str()) : record.SetVal(Utf8Of(value.units()).c_str());
+    if (type == kWideType) return record.SetVal_w(value.c_str());
+    return record.SetVal(Utf8Of(value.units()).c_str());
 }
 
 // Whether an entry of this name can be looked for: an empty name would find another entry.
@@ -198,8 +199,9 @@ bool PutEntry(const BasicEntry<String>& entry, TableEntryValueInfoStruct& record
     if (entry.id != 0) mask |= kMaskId;
     if (entry.value.has_value()) mask |= kMaskValue;
     record.writeMask = static_cast<std::uint16_t>(mask);
-    return PutKey(entry.name, record) &&
-           (!entry.value.has_value() || PutValue(*entry.value, record.type, record));
+    if (!PutKey(entry.name, record)) return false;
+    if (!entry.value.has_value()) return true;
+    return PutValue(*entry.value, record.type, record);
 }
 
 // Everything but the value, which takes a write of its own.

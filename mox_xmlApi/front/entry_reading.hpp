@@ -67,7 +67,8 @@ bool ReadByName(void* handle, const Text& name, BasicEntry<String>& entry) {
     // A value without an 8-bit form: its presentation data are given to an enumeration only.
     std::uint64_t position = 0;
     for (Step step = Step::Unreadable; step != Step::End; step = ReadNext(handle, position, entry)) {
-        if (step == Step::Entry && Text(entry.name).units() == name.units()) return true;
+        if (step != Step::Entry) continue;
+        if (Text(entry.name).units() == name.units()) return true;
     }
     return false;
 }

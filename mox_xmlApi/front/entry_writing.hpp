@@ -72,7 +72,7 @@ bool HoldsValues(void* handle, const BasicEntry<String>& entry) {
     if (!ReadByName(handle, entry.name, read)) return false;
     if (entry.value.has_value() && read.value != entry.value) return false;
     if (!entry.ui.has_value() || !entry.ui->value.has_value()) return true;
-    return read.ui.has_value() ? read.ui->value == entry.ui->value : entry.ui->value->empty();
+    return read.ui.has_value() && read.ui->value == entry.ui->value;
 }
 
 // Writes presentation data to an entry; the records have all but their value. Without a comment the export stores the
@@ -108,9 +108,11 @@ bool WriteEntry(void* handle, std::uint64_t before, const BasicEntry<String>& en
 
     std::optional<Text> newText;
     if (entry.ui->value.has_value()) newText.emplace(*entry.ui->value);
-    const bool hasOldText = old != nullptr && old->ui.has_value();
-    if (hasOldText && !old->ui->value.has_value() && !newText.has_value()) return false;
-    const Text oldText(hasOldText ? old->ui->value.value_or(std::u16string()) : std::u16string());
+    std::u16string oldText;
+    if (old != nullptr && old->ui.has_value()) {
+        if (!old->ui->value.has_value() && !newText.has_value()) return false;
+        oldText = old->ui->value.value_or(std::u16string());
+    }
     return WritePresentation(handle, &before, value, ui, newText, oldText, mark);
 }
 
@@ -118,7 +120,8 @@ bool WriteEntry(void* handle, std::uint64_t before, const BasicEntry<String>& en
 template <class String>
 bool AddEntry(void* handle, std::uint64_t before, const BasicEntry<String>& entry, Mark mark) {
     TableEntryBaseInfoStruct key;
-    if (!PutKey(entry.name, key) || xmlTableEntryIsExist(handle, &key)) return false;
+    if (!PutKey(entry.name, key)) return false;
+    if (xmlTableEntryIsExist(handle, &key)) return false;
     if (WriteEntry(handle, before, entry, nullptr, mark) && HoldsValues(handle, entry)) return true;
     xmlTableRemoveEntry(handle, &key, -1, 1);
     return false;

@@ -181,7 +181,8 @@ class Text {
 
     template <class View>
     static Text OfPointer(typename View::const_pointer text) {
-        return text == nullptr ? Text(std::optional<front::Units>()) : Text(View(text));
+        if (text == nullptr) return Text(std::optional<front::Units>());
+        return Text(View(text));
     }
 
     front::Units units_;

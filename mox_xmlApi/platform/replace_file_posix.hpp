@@ -88,7 +88,8 @@ class TemporaryFile {
             const ssize_t length = readlink(target_.c_str(), link.data(), link.size());
             if (length <= 0 || static_cast<std::size_t>(length) == link.size()) return false;
             link.resize(static_cast<std::size_t>(length));
-            target_ = link[0] == '/' ? link : Folder().append(link);
+            if (link[0] != '/') link.insert(0, Folder());
+            target_ = link;
         }
         return false;
     }
