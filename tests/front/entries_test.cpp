@@ -238,6 +238,22 @@ TEST(FrontEntries, ValuesThatARecordCannotHoldAreNothing) {
     }
 }
 
+TEST(FrontEntries, APresentationValueThatARecordCannotHoldCountsAlone) {
+    const Table table = WideTableWith(u"<Var name=\"A\" type=\"string\"><Value>ok</Value><UI><Value>" +
+                                      std::u16string{0xD800} + u"</Value></UI></Var>");
+    const Entry entry = *table.find("A");
+    EXPECT_EQ(entry.value, "ok");
+    ASSERT_TRUE(entry.ui.has_value());
+    EXPECT_EQ(entry.ui->value, std::nullopt);
+}
+
+TEST(FrontEntries, ARecordWhoseTextWasNeverSetHasNoValue) {
+    const TableEntryValueInfoStruct record;
+    EXPECT_EQ(mox::front::ValueIn<std::string>(record, mox::front::kWideType), std::nullopt);
+    EXPECT_EQ(mox::front::ValueIn<std::u16string>(record, mox::front::kWideType), std::nullopt);
+    EXPECT_EQ(mox::front::ValueIn<std::string>(record, 3), std::nullopt);
+}
+
 TEST(FrontEntries, LongNamesAreCutAndLongTextsAreNot) {
     const std::string name(300, 'n');
     const std::string text(100000, 'x');

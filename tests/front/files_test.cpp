@@ -39,6 +39,12 @@ TEST(FrontFiles, ASaveWritesTheFormThatIsAskedFor) {
     EXPECT_EQ(folder.Names(), std::vector<std::string>{"s.xml"});
 }
 
+TEST(FrontFiles, ASaveToAPathThatIsNoTextWritesNothing) {
+    EXPECT_FALSE(Small().save("a\xFF"));
+    EXPECT_FALSE(Table::create("T").save("a\xFF"));
+    EXPECT_FALSE(std::filesystem::exists("a"));
+}
+
 TEST(FrontFiles, ANewProfileIsWideAndAParsedOneNarrow) {
     EXPECT_EQ(Profile().form(), Form::Wide);
     EXPECT_EQ(front_tests::SavedBytes(Small()), host::WideFile(kSmall));

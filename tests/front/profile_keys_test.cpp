@@ -131,6 +131,8 @@ TEST(FrontKeys, WhatCannotBeToldIsRefusedAndChangesNothing) {
     EXPECT_FALSE(profile.setInt("S", "", 1));
     EXPECT_FALSE(profile.setInt("S", null, 1));
     EXPECT_FALSE(profile.setData("S", "", "x", 1));
+    EXPECT_FALSE(profile.setData("S", "K", "x", std::size_t{1} << 32)) << "more than a call takes";
+    EXPECT_FALSE(profile.remove(kBadUtf8, "K"));
     EXPECT_FALSE(profile.remove("S", null));
     EXPECT_FALSE(profile.remove("S", kBadUtf8));
     EXPECT_FALSE(profile.remove("S", ""));

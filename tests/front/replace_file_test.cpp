@@ -108,6 +108,17 @@ TEST_F(FrontReplacing, TakesAnotherNameWhenItsNameIsTaken) {
     EXPECT_EQ(Profile::open(file.u16string())->getString("S", "K"), "xxxxx");
 }
 
+TEST_F(FrontReplacing, AFileThatBecameAFolderStays) {
+    EXPECT_FALSE(mox::front::ReplaceWholeFile(file.u16string(), [&](const wchar16* temporary) {
+        fs::remove(file);
+        fs::create_directory(file);
+        host::WriteBytes(file / "kept", "kept");
+        return WriteText(temporary, "new");
+    }));
+    EXPECT_EQ(host::ReadBytes(file / "kept"), "kept");
+    EXPECT_EQ(folder.Names(), Names{"s.xml"});
+}
+
 TEST_F(FrontReplacing, RefusesPathsThatCannotBeFiles) {
     const Profile profile = WithText(5);
     const char* const null = nullptr;

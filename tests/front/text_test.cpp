@@ -30,6 +30,7 @@ TEST(FrontTexts, LoneSurrogatesHaveAThreeByteForm) {
     EXPECT_EQ(mox::toUtf8(std::u16string{0xD800}), "\xED\xA0\x80");
     EXPECT_EQ(mox::toUtf8(std::u16string{0xDFFF, 0xD800}), "\xED\xBF\xBF\xED\xA0\x80");
     EXPECT_EQ(mox::toUtf8(std::u16string{0xDBFF, 'x', 0xDC00}), "\xED\xAF\xBFx\xED\xB0\x80");
+    EXPECT_EQ(mox::toUtf8(std::u16string{0xD800, 0xE000}), "\xED\xA0\x80\xEE\x80\x80");
     EXPECT_EQ(mox::toUtf16("\xED\xA0\x80x"), (std::u16string{0xD800, 'x'}));
 }
 

@@ -107,6 +107,16 @@ TYPED_TEST(TableAdd, PositionInsertsBeforeItsEntryAndStays) {
                          "\t<Var name=\"y\"/>", "\t<Var name=\"b\" type=\"long\"/>"}));
 }
 
+TYPED_TEST(TableAdd, PositionThatIsNoneIsFalseAndAddsNothing) {
+    const TypeParam table("");
+    std::uint64_t position = ~std::uint64_t{0};
+    TableEntryValueInfoStruct value = ValueRecord("a"_w, 3, "1");
+    EXPECT_FALSE(xmlTableEntryAdd(table, &position, &value, nullptr, 0, 0));
+    EXPECT_FALSE(xmlTableEntryAdd(table, &position, &value, nullptr, 1, 1));
+    EXPECT_EQ(position, ~std::uint64_t{0});
+    EXPECT_EQ(table.Text(), "<Table name=\"T\"/>\n");
+}
+
 TYPED_TEST(TableAdd, PositionOnAnEntryOfAnotherTableIsFalseAndAddsNothing) {
     const TypeParam table("<Var name=\"a\" type=\"long\"/>");
     const TypeParam other("<Var name=\"a\" type=\"long\"/>");

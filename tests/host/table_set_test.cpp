@@ -173,6 +173,16 @@ TYPED_TEST(TableSet, ByPositionWritesEntriesWithoutName) {
                                        "\t\t<Value loc=\"\">2</Value>", "\t</Item>"}));
 }
 
+TYPED_TEST(TableSet, PositionThatIsNoneIsRefused) {
+    const TypeParam table(kOwnValue);
+    const std::string before = table.Text();
+    std::uint64_t position = ~std::uint64_t{0};
+    TableEntryValueInfoStruct value = ValueRecord("a"_w, 3, "2", 9);
+    EXPECT_FALSE(xmlTableEntrySet(table, &position, &value, nullptr, 1, 1));
+    EXPECT_EQ(position, ~std::uint64_t{0});
+    EXPECT_EQ(table.Text(), before);
+}
+
 TYPED_TEST(TableSet, ByPositionInAnEmptyTableIsFalse) {
     const TypeParam table("");
     std::uint64_t position = 0;

@@ -103,6 +103,16 @@ TEST_P(UnreadyHandle, SaveIsFalseUnlessOnlyTheTableIsMissing) {
 INSTANTIATE_TEST_SUITE_P(, UnreadyHandle, testing::ValuesIn(kUnready),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
+TEST(UnreadyHandles, OneWhoseDocumentIsNotEmptyMakesNoNewTable) {
+    TableHandle handle;
+    ASSERT_TRUE(handle.document.LoadBuffer("<a/>", 4));
+    handle.CreateNew(TableHeader{"T"_w}, true);
+    EXPECT_EQ(Written(handle.document.root), "<a/>\\n");
+    const TableEntryBaseInfoStruct any;
+    EXPECT_FALSE(xmlTableEntryIsExist(&handle, &any));
+    EXPECT_FALSE(xmlTableRemoveEntries(&handle));
+}
+
 TEST(UnreadyHandles, CanBeDisposed) {
     auto handle = std::make_unique<TableHandle>();
     handle->cursor.documentReady = false;

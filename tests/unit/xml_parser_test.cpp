@@ -286,6 +286,12 @@ TEST(XmlParser, TopLevelNodesGoToTheGivenParent) {
     EXPECT_EQ(test::DumpChildren(document.root), "e'old'(first a !'c' b)");
 }
 
+TEST(XmlParser, WithoutAParentNothingIsParsed) {
+    XmlDocument document;
+    EXPECT_FALSE(document.Parse("<a/>"_w, nullptr));
+    EXPECT_TRUE(document.root->children.IsEmpty());
+}
+
 TEST(XmlParser, ParsingAloneDoesNotMakeTheDocumentLoaded) {
     XmlDocument document;
     EXPECT_TRUE(document.Parse(Wide("<a/>"), document.root));

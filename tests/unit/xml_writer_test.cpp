@@ -127,6 +127,16 @@ TEST(XmlWriteNode, ChildrenStandOneTabDeeperEach) {
               "<a k=\"v\">\\n\\t<b>\\n\\t\\t<c>1</c>\\n\\t\\t<!--n-->\\n\\t</b>\\n\\t<d/>\\n</a>");
 }
 
+TEST(XmlWriteNode, LongNamesAreWrittenWhole) {
+    for (const std::size_t length : {127, 128, 129, 5000}) {
+        const std::string name(length, 'n');
+        EXPECT_EQ(WrittenAt(0, Element(name, {{name, "v"}}, "text")),
+                  "<" + name + " " + name + "=\"v\">text</" + name + ">");
+        EXPECT_EQ(WrittenAt(0, Element(name, {}, "", {Element("c")})),
+                  "<" + name + ">\\n\\t<c/>\\n</" + name + ">");
+    }
+}
+
 TEST(XmlWriteNode, IndentsByTheGivenDepth) {
     EXPECT_EQ(WrittenAt(3, Element("a")), "\\t\\t\\t<a/>");
     EXPECT_EQ(WrittenAt(3, Comment("c")), "\\t\\t\\t<!--c-->");

@@ -1,0 +1,85 @@
+// Writing entries where presentation data decide on what a write does.
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+
+#include "tests/front/front_support.h"
+
+namespace {
+
+using front_tests::SavedBytes;
+using front_tests::TableWith;
+using mox::Control;
+using mox::Presentation;
+using mox::Shape;
+using mox::Table;
+using mox::ValueType;
+
+Presentation WithValue(const std::string& value, const std::string& comment) {
+    Presentation ui;
+    ui.control = Control::Number;
+    ui.value = value;
+    ui.comment = comment;
+    return ui;
+}
+
+TEST(FrontPresentationWrites, AnEmptyFirstEntryKeepsNoValueFromOthers) {
+    Table table = TableWith("<Var name=\"A\" type=\"long\"><UI control=\"num\"/></Var>");
+    EXPECT_TRUE(table.add({"B", "1", ValueType::Long}));
+    EXPECT_EQ(table.find("B")->value, "1");
+    EXPECT_EQ(table.list().size(), 2U);
+}
+
+// Values go into such a table with the help of an entry of another name, and these names are all that there are.
+TEST(FrontPresentationWrites, ATableWhoseFirstValueIsInThePresentationDataNeedsAFreeName) {
+    std::string entries =
+        "<Var name=\"A\" type=\"long\"><UI control=\"num\"><Value>1</Value></UI></Var>"
+        "<Var name=\"C\" type=\"long\"/>";
+    for (std::size_t length = 1; length <= 259; ++length)
+        entries += "<Var name=\"" + std::string(length, '_') + "\" type=\"long\"/>";
+    Table table = TableWith(entries);
+    const std::string before = SavedBytes(table);
+    EXPECT_FALSE(table.add({"D", "1", ValueType::Long}));
+    EXPECT_FALSE(table.put({"C", "1", ValueType::Long}));
+    EXPECT_FALSE(table.setValue("C", "1"));
+    EXPECT_EQ(SavedBytes(table), before);
+    EXPECT_TRUE(table.remove("___"));
+    EXPECT_TRUE(table.setValue("C", "1"));
+    EXPECT_EQ(table.find("C")->value, "1");
+}
+
+TEST(FrontPresentationWrites, ThoseWithoutAControlGetOne) {
+    Table table = TableWith("");
+    Presentation ui = WithValue("", "");
+    ui.control = Control::None;
+    EXPECT_TRUE(table.add({"A", "1", ValueType::Long, Shape::Single, 0, ui}));
+    ASSERT_TRUE(table.find("A")->ui.has_value());
+    EXPECT_EQ(table.find("A")->ui->control, Control::Text);
+    EXPECT_EQ(table.find("A")->ui->value, "");
+}
+
+TEST(FrontPresentationWrites, AValueWithoutACommentIsRefused) {
+    Table table = TableWith("<Var name=\"A\" type=\"long\"><Value>1</Value></Var>");
+    EXPECT_FALSE(table.put({"A", std::nullopt, ValueType::Long, Shape::Single, 0, WithValue("v", "")}));
+    EXPECT_TRUE(table.put({"A", std::nullopt, ValueType::Long, Shape::Single, 0, WithValue("v", "c")}));
+    EXPECT_EQ(table.find("A")->ui->value, "v");
+    EXPECT_EQ(table.find("A")->value, "1");
+}
+
+TEST(FrontPresentationWrites, AValueThatARecordCannotHoldCannotBeKept) {
+    Table table = TableWith("");
+    mox::Presentation16 lone;
+    lone.comment = u"c";
+    lone.value = std::u16string{0xD800};
+    ASSERT_TRUE(table.add({u"A", u"1", ValueType::UcString, Shape::Single, 0, lone}));
+    ASSERT_TRUE(table.put({"A", "1", ValueType::String}));
+    ASSERT_EQ(table.find("A")->ui->value, std::nullopt);
+    Presentation ui;
+    ui.shownName = "n";
+    EXPECT_FALSE(table.put({"A", std::nullopt, ValueType::String, Shape::Single, 0, ui}));
+    ui.value = "new";
+    EXPECT_TRUE(table.put({"A", std::nullopt, ValueType::String, Shape::Single, 0, ui}));
+    EXPECT_EQ(table.find("A")->ui->value, "new");
+}
+
+}  // namespace
