@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string_view>
+#include <type_traits>
 
 namespace {
 
@@ -93,31 +95,65 @@ std::size_t NarrowLength(char32_t character) {
     return character < 0x10000 ? 3 : 4;
 }
 
+template <class Word, class Unit>
+Word Load(const Unit* units) {
+    Word word = 0;
+    std::memcpy(&word, units, sizeof word);
+    return word;
+}
+
+// Calls `four(from)` for every four units of a text, the last ones once more if need be, or `one(at)` for each of less.
+template <class Four, class One>
+void ForEachFour(std::size_t size, Four four, One one) {
+    if (size < 4) {
+        for (std::size_t i = 0; i < size; ++i)
+            one(i);
+        return;
+    }
+    for (std::size_t from = 0; from + 4 < size; from += 4)
+        four(from);
+    four(size - 4);
+}
+
 // Most texts are: they are told from the others without looking at each unit for itself.
 template <class Text>
 bool IsAscii(const Text& text) {
-    using Unit = typename Text::value_type;
-    constexpr std::size_t kBlock = 32;
-    const Unit* units = text.data();
-    const auto hasOther = [&units](std::size_t count) {
-        std::uint32_t all = 0;
-        for (std::size_t i = 0; i < count; ++i)
-            all |= static_cast<std::uint32_t>(units[i]);
-        return (all & ~std::uint32_t{0x7F}) != 0;  // a negative char, too
-    };
-    std::size_t left = text.size();
-    for (; left >= kBlock; left -= kBlock, units += kBlock) {
-        if (hasOther(kBlock)) return false;
-    }
-    return !hasOther(left);
+    constexpr bool kIsNarrow = sizeof(typename Text::value_type) == 1;
+    using Word = std::conditional_t<kIsNarrow, std::uint32_t, std::uint64_t>;
+    constexpr Word kOthers = static_cast<Word>(kIsNarrow ? 0x80808080U : 0xFF80FF80FF80FF80U);
+    const auto* units = text.data();
+    Word all = 0;
+    ForEachFour(
+        text.size(), [&](std::size_t from) { all |= Load<Word>(units + from); },
+        [&](std::size_t i) { all |= static_cast<Word>(units[i]) & kOthers; });
+    return (all & kOthers) == 0;
 }
 
-// Gives `to` the units of a text that are the same in both forms.
-template <class From, class To>
-void CopyUnits(const From& from, To& to) {
-    using Unit = typename To::value_type;
-    to.resize(from.size());
-    std::transform(from.begin(), from.end(), to.begin(), [](auto unit) { return static_cast<Unit>(unit); });
+// Gives `narrow` an ASCII text.
+void CopyAscii(const std::basic_string<wchar16>& wide, std::string& narrow) {
+    narrow.resize(wide.size());
+    const wchar16* units = wide.data();
+    char* out = narrow.data();
+    const auto four = [=](std::size_t from) {
+        auto word = Load<std::uint64_t>(units + from);
+        word = (word | (word >> 8)) & 0x0000FFFF0000FFFFU;
+        const auto bytes = static_cast<std::uint32_t>(word | (word >> 16));
+        std::memcpy(out + from, &bytes, sizeof bytes);
+    };
+    ForEachFour(wide.size(), four, [=](std::size_t i) { out[i] = static_cast<char>(units[i]); });
+}
+
+void CopyAscii(const std::string& narrow, std::basic_string<wchar16>& wide) {
+    wide.resize(narrow.size());
+    const char* bytes = narrow.data();
+    wchar16* out = wide.data();
+    const auto four = [=](std::size_t from) {
+        std::uint64_t word = Load<std::uint32_t>(bytes + from);
+        word = (word | (word << 16)) & 0x0000FFFF0000FFFFU;
+        word = (word | (word << 8)) & 0x00FF00FF00FF00FFU;
+        std::memcpy(out + from, &word, sizeof word);
+    };
+    ForEachFour(narrow.size(), four, [=](std::size_t i) { out[i] = static_cast<wchar16>(bytes[i]); });
 }
 
 // Where the text of a conversion goes: never past the capacity, with room kept for the zero unit.
@@ -238,7 +274,7 @@ void PutSignedNumber(BoundedText& out, const Conversion& how, int value) {
 
 bool pdConvertString(const std::basic_string<wchar16>& wide, std::string& narrow) {
     if (IsAscii(wide)) {
-        CopyUnits(wide, narrow);
+        CopyAscii(wide, narrow);
         return true;
     }
     std::size_t length = 0;
@@ -256,7 +292,7 @@ bool pdConvertString(const std::basic_string<wchar16>& wide, std::string& narrow
 
 bool pdConvertString(const std::string& narrow, std::basic_string<wchar16>& wide) {
     if (IsAscii(narrow)) {
-        CopyUnits(narrow, wide);
+        CopyAscii(narrow, wide);
         return true;
     }
     std::size_t length = 0;

@@ -55,7 +55,7 @@ constexpr std::array<NamedCode<std::uint8_t>, 3> kAccessLevels = {
 template <class Table>
 auto FindName(const Table& table, WideView name) noexcept {
     const auto* found =
-        std::find_if(table.begin(), table.end(), [&](const auto& row) { return row.name == name; });
+        std::find_if(table.begin(), table.end(), [&](const auto& row) { return SameText(row.name, name); });
     return found == table.end() ? nullptr : found;
 }
 
@@ -73,9 +73,9 @@ bool ValueTypeFromName(WideView typeName, WideView qualifier, std::uint16_t& cod
     if (type == nullptr) return false;
     code = type->code;
     if (qualifier.empty()) return true;
-    if (qualifier == names::kArray) {
+    if (SameText(qualifier, names::kArray)) {
         code |= kTypeArray;
-    } else if (qualifier == names::kVector) {
+    } else if (SameText(qualifier, names::kVector)) {
         code |= kTypeVector;
     } else {
         return false;

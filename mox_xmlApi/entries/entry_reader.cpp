@@ -6,7 +6,7 @@ namespace mox {
 namespace {
 
 bool IsElementNamed(const XmlNode& node, WideView name) noexcept {
-    return node.kind == XmlNodeKind::Element && node.name.View() == name;
+    return node.kind == XmlNodeKind::Element && SameText(node.name.View(), name);
 }
 
 }  // namespace
