@@ -92,7 +92,7 @@ class Section : public EntryTable {
   private:
     friend class Profile;
 
-    explicit Section(front::FoundSection found)
+    explicit Section(front::FoundSection&& found)
         : EntryTable(std::move(found.handle)), name_(std::move(found.name)), isEditable_(found.isEditable) {}
 
     front::Units name_;

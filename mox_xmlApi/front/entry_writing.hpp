@@ -82,8 +82,8 @@ inline bool WritePresentation(void* handle, std::uint64_t* before, TableEntryVal
                               Mark mark) {
     const auto flag = static_cast<std::int32_t>(mark);
     ui.type = value.type;
-    TableEntryValueInfoStruct& textOf = value.type == kWideType ? ui : value;
-    if (!PutValue(newText.value_or(text), value.type, textOf)) return false;
+    TableEntryValueInfoStruct* const textOf = value.type == kWideType ? &ui : &value;
+    if (!PutValue(newText.value_or(text), value.type, *textOf)) return false;
     if (!xmlTableEntryAdd(handle, before, &value, &ui, flag, 1)) return false;
     const bool hasComment = !ViewOf(ui.GetComment_w()).empty();
     if (!newText.has_value() || !hasComment) return true;
