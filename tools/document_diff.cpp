@@ -12,11 +12,6 @@ std::string Number(std::uint32_t number) {
     return std::to_string(number);
 }
 
-std::string TypeText(const EntryModel& entry) {
-    if (!entry.isReadable) return "unknown type " + entry.type;
-    return entry.shape.empty() ? entry.type : entry.type + " " + entry.shape;
-}
-
 Fields FieldsOf(const TableModel& table) {
     return {{"first_id", Number(table.firstId)},
             {"type", table.type},

@@ -121,6 +121,11 @@ std::string KindName(DocumentKind kind) {
     return kind == DocumentKind::Table ? "table document" : "document without settings or table";
 }
 
+std::string TypeText(const EntryModel& entry) {
+    if (!entry.isReadable) return "unknown type " + entry.type;
+    return entry.shape.empty() ? entry.type : entry.type + " " + entry.shape;
+}
+
 const std::string& EffectiveValue(const EntryModel& entry) noexcept {
     return entry.value.empty() && entry.ui.has_value() ? entry.ui->value : entry.value;
 }

@@ -21,10 +21,6 @@ struct EntryArguments {
     bool all = false;
 };
 
-std::string ListedType(const EntryModel& entry) {
-    return entry.shape.empty() ? entry.type : entry.type + " " + entry.shape;
-}
-
 [[noreturn]] void NoEntry(const EntryArguments& arguments, const std::string& name) {
     throw Stop(ExitCode::kNotFound, arguments.target.file.path + ": no entry " + ShownName(name));
 }
@@ -47,7 +43,7 @@ void Entries(const EntryArguments& arguments, Session& session) {
         if (arguments.isJson) {
             json.push_back(EntryJson(entry));
         } else if (entry.isReadable) {
-            session.Line(entry.name + "\t" + ListedType(entry) + "\t" + EffectiveValue(entry));
+            session.Line(entry.name + "\t" + TypeText(entry) + "\t" + EffectiveValue(entry));
         }
     }
     if (arguments.isJson) session.out += JsonText(json);
