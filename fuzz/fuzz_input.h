@@ -33,6 +33,20 @@ inline WideString WidenBytes(std::string_view bytes) {
     return units;
 }
 
+// An input that is one document behind a byte that says what to do with it: by a letter, or by its lowest bits.
+struct MarkedDocument {
+    char letter;
+    bool bit0;
+    bool bit1;
+    std::string_view text;
+};
+
+// `size` is at least 1.
+inline MarkedDocument TakeApart(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    return {bytes[0], (*data & 1) != 0, (*data & 2) != 0, bytes.substr(1)};
+}
+
 class FuzzInput {
   public:
     FuzzInput(const std::uint8_t* data, std::size_t size)

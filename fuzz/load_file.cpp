@@ -53,11 +53,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace mox::fuzz;
     if (size == 0) return 0;
     static const ScratchFile file;
-    const std::string_view rest(reinterpret_cast<const char*>(data + 1), size - 1);
-    const char first = static_cast<char>(*data);
-    const bool isRaw = first == 'n' || first == 'w' || (*data & 2) != 0;
-    const bool wide = first == 'w' || first == 'e' || (first != 'n' && (*data & 1) != 0);
-    const std::string bytes = wide && !isRaw ? Expand(rest) : std::string(rest);
+    const auto [letter, bit0, bit1, text] = TakeApart(data, size);
+    const bool isRaw = letter == 'n' || letter == 'w' || bit1;
+    const bool wide = letter == 'w' || letter == 'e' || (letter != 'n' && bit0);
+    const std::string bytes = wide && !isRaw ? Expand(text) : std::string(text);
 
     file.Write(bytes);
     PlainDocument expected;

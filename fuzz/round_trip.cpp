@@ -34,10 +34,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace mox::fuzz;
     if (size == 0) return 0;
     static const ScratchFile file;
-    const std::string_view rest(reinterpret_cast<const char*>(data + 1), size - 1);
-    file.Write(PlainFile(TextOf(rest), true));
-    const char first = static_cast<char>(*data);
-    if (first == 't' || (first != 'n' && first != 'w' && (*data & 2) != 0)) {
+    const auto [letter, bit0, bit1, text] = TakeApart(data, size);
+    file.Write(PlainFile(TextOf(text), true));
+    if (letter == 't' || (letter != 'n' && letter != 'w' && bit1)) {
         void* table = xmlTableNew(file.Name(), nullptr, 0, nullptr, 0, 0, 0, 0);
         if (table == nullptr) return 0;
         CheckRoundTrip(table, file);
@@ -46,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     moxSettings* profile = xmlProfileNew(file.Name(), nullptr, 0, 1);
     if (profile == nullptr) return 0;
-    CheckRoundTrip(profile, file, first == 'w' || (first != 'n' && (*data & 1) != 0));
+    CheckRoundTrip(profile, file, letter == 'w' || (letter != 'n' && bit0));
     xmlProfileDispose(&profile);
     return 0;
 }
