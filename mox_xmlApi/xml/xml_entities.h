@@ -2,8 +2,10 @@
 #ifndef MOX_XMLAPI_XML_XML_ENTITIES_H
 #define MOX_XMLAPI_XML_XML_ENTITIES_H
 
+#include <algorithm>
 #include <array>
 
+#include "mox_xmlApi/platform/copy_units.h"
 #include "mox_xmlApi/platform/wide_text.h"
 
 namespace mox {
@@ -20,6 +22,18 @@ inline constexpr std::array<XmlEntity, 5> kXmlEntities = {{
     {"&lt;"_w, wchar16{'<'}},
     {"&quot;"_w, wchar16{'"'}},
 }};
+
+// The writer copies up to the next markup and puts an entity there: the two have to agree.
+static_assert(
+    [] {
+        for (wchar16 unit = 0; unit < 0x100; ++unit) {
+            const auto isOfUnit = [unit](const XmlEntity& entity) { return entity.character == unit; };
+            if (std::any_of(kXmlEntities.begin(), kXmlEntities.end(), isOfUnit) != IsMarkup(unit))
+                return false;
+        }
+        return true;
+    }(),
+    "every markup character has an entity, and no other one has");
 
 }  // namespace mox
 
