@@ -85,7 +85,8 @@
  * @par Exceptions
  *   C++ exceptions pass out of these functions, and only these:
  *   - std::bad_alloc, from any function, when memory runs out;
- *   - std::length_error "string too long", when a text outgrows what a text can hold;
+ *   - std::length_error: "string too long", when a text outgrows what a text can hold; "vector<T> too long",
+ *     when a list of children or attributes is to have more than 2^31 - 1 items;
  *   - std::out_of_range, a guard of the library's own lists that no call is known to trip;
  *   - std::int32_t of value 0x80000008, from xmlWriteProfileSection and from xmlProfileSave in the modes
  *     other than 0, when an existing section cannot be given its new data (no document is known to cause it).
