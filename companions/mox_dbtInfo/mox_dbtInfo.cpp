@@ -1,6 +1,7 @@
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 
 #include <cstring>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -22,6 +23,17 @@ void Drop(Text& text) noexcept {
     }
 }
 
+// Gives back what a much longer text has left behind.
+template <class Text>
+void Trim(Text& text) noexcept {
+    if (text.capacity() <= kMostKept || text.size() > kMostKept) return;
+    try {
+        text.shrink_to_fit();
+    } catch (const std::bad_alloc&) {
+        // The text is as good where it is.
+    }
+}
+
 }  // namespace
 
 // Both forms of a value. Made at once when it is set, so that reading needs no memory.
@@ -39,6 +51,7 @@ struct TableEntryValueInfoStruct::Texts {
         if (!pdConvertString(nextNarrow, wide)) return false;
         narrow.swap(nextNarrow);
         Drop(nextNarrow);
+        Trim(wide);
         isSet = hasNarrow = true;
         return true;
     }
@@ -48,6 +61,11 @@ struct TableEntryValueInfoStruct::Texts {
         hasNarrow = pdConvertString(nextWide, narrow);
         wide.swap(nextWide);
         Drop(nextWide);
+        if (hasNarrow) {
+            Trim(narrow);
+        } else {
+            Drop(narrow);
+        }
         isSet = true;
     }
 
@@ -66,9 +84,13 @@ struct TableEntryUInfoStruct::ShownTexts {
 
         const wchar16* Get() const noexcept { return isSet ? text.c_str() : nullptr; }
         void Set(const wchar16* units) {
-            if (units != nullptr) text = units;
+            if (units != nullptr) {
+                text = units;
+                Trim(text);
+            } else {
+                Drop(text);
+            }
             isSet = units != nullptr;
-            if (!isSet) Drop(text);
         }
     };
     Shown comment;
