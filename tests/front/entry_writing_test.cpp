@@ -1,4 +1,4 @@
-// Writing entries: a call that succeeds has stored what it was given.
+// Adding and putting entries: a call that succeeds has stored what it was given.
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
@@ -7,13 +7,13 @@
 
 namespace {
 
-using front_tests::ProfileWith;
+using front_tests::FullUi;
 using front_tests::SavedBytes;
+using front_tests::TableFile;
 using front_tests::TableWith;
 using mox::Control;
 using mox::Entry;
 using mox::Entry16;
-using mox::Mark;
 using mox::Owner;
 using mox::Presentation;
 using mox::Shape;
@@ -21,7 +21,6 @@ using mox::Table;
 using mox::ValueType;
 
 const std::string kNoType = "<Var name=\"A\"><Value>1</Value></Var>";
-const std::string kMarked = "<Var name=\"A\" type=\"long\" eud=\"true\"><Value>1</Value></Var>";
 // The first entry has a value in its presentation data alone.
 const std::string kValuesInUi =
     "<Var name=\"A\" type=\"long\"><UI control=\"num\"><Value>1</Value></UI></Var>"
@@ -33,23 +32,6 @@ std::string NamesOf(const mox::EntryTable& table) {
     for (const Entry& entry : table.entries())
         names += entry.name;
     return names;
-}
-
-// The lines of a table document that has these lines in its table.
-std::string TableFile(std::initializer_list<std::string_view> lines,
-                      std::string_view tag = "<Table name=\"T\">") {
-    return host::WideFile(host::Lines({tag}) + host::Lines(lines) + host::Lines({"</Table>"}));
-}
-
-Presentation FullUi() {
-    Presentation ui;
-    ui.control = Control::Number;
-    ui.providerIndex = 7;
-    ui.providerOwner = Owner::App;
-    ui.shownName = "shown";
-    ui.comment = "comment";
-    ui.value = "ui value";
-    return ui;
 }
 
 TEST(FrontEntryWrites, AddStoresEveryField) {
@@ -229,119 +211,6 @@ TEST(FrontEntryWrites, PutRepairsAnEntryWithoutAType) {
     EXPECT_FALSE(table.put({"A", "3", static_cast<ValueType>(0)}));
     EXPECT_FALSE(table.put({"A", "3", ValueType::Long, static_cast<Shape>(0x4000)}));
     EXPECT_EQ(table.find("A")->value, "2");
-}
-
-TEST(FrontEntryWrites, SetValueChangesTheValueAlone) {
-    Table table = TableWith("");
-    ASSERT_TRUE(table.add({"A", "1", ValueType::Long, Shape::Vector, 12, FullUi()}));
-    EXPECT_TRUE(table.setValue("A", "22"));
-    Entry read = *table.find("A");
-    EXPECT_EQ(read.value, "22");
-    EXPECT_EQ(read.shape, Shape::Vector);
-    EXPECT_EQ(read.id, 12U);
-    EXPECT_EQ(read.ui->control, Control::Number);
-    EXPECT_EQ(read.ui->value, "ui value");
-    EXPECT_TRUE(table.setValue(u"A", u""));
-    EXPECT_EQ(table.find("A")->value, "");
-    EXPECT_TRUE(table.setValue("A", ""));
-    EXPECT_TRUE(table.setValue("A", "3"));
-    read = *table.find("A");
-    EXPECT_EQ(read.value, "3");
-    EXPECT_EQ(read.ui->shownName, "shown") << "the way over an empty value costs nothing";
-    EXPECT_FALSE(table.setValue("B", "1"));
-    EXPECT_FALSE(table.setValue("", "1"));
-    EXPECT_FALSE(table.setValue("A", "\xFF"));
-    EXPECT_FALSE(table.setValue("A", kLone));
-    EXPECT_EQ(table.find("A")->value, "3");
-}
-
-TEST(FrontEntryWrites, SetValueGivesAnEntryAValueOfItsOwn) {
-    Table table = TableWith(
-        "<Var name=\"0\" type=\"long\"><Value>1</Value></Var>"
-        "<Var name=\"A\" type=\"long\"><UI control=\"num\" name=\"n\"><Value>1</Value></UI></Var>");
-    EXPECT_TRUE(table.setValue("A", "2"));
-    EXPECT_EQ(table.find("A")->value, "2");
-    EXPECT_EQ(table.find("A")->ui->value, "1");
-    EXPECT_EQ(table.find("A")->ui->control, Control::Number);
-}
-
-TEST(FrontEntryWrites, SetValueReplacesOneThatARecordCannotHold) {
-    mox::Profile profile;
-    ASSERT_TRUE(profile.setString("S", "K", kLone));
-    auto section = profile.findSection("S");
-    ASSERT_EQ(section->find("K")->value, std::nullopt);
-    EXPECT_TRUE(section->setValue("K", "1"));
-    EXPECT_EQ(profile.getString("S", "K"), "1");
-}
-
-TEST(FrontEntryWrites, MarksAreSetKeptAndTakenAway) {
-    const std::string unmarked =
-        TableFile({"\t<Var name=\"A\" type=\"long\" array=\"\">", "\t\t<Value>1</Value>", "\t</Var>"});
-    Table table = TableWith("");
-    ASSERT_TRUE(table.add({"A", "1", ValueType::Long}));
-    EXPECT_EQ(SavedBytes(table), unmarked);
-    Table marked = TableWith("");
-    ASSERT_TRUE(marked.add({"A", "1", ValueType::Long}, Mark::Set));
-    const std::string withMarks = TableFile(
-        {"\t<Var name=\"A\" type=\"long\" array=\"\" eud=\"true\">", "\t\t<Value>1</Value>", "\t</Var>"},
-        "<Table name=\"T\" eud=\"true\">");
-    EXPECT_EQ(SavedBytes(marked), withMarks);
-    ASSERT_TRUE(table.put({"A", "1", ValueType::Long}, Mark::Set));
-    EXPECT_EQ(SavedBytes(table), withMarks);
-    ASSERT_TRUE(table.put({"A", "2", ValueType::Long}));
-    ASSERT_TRUE(table.put({"A", "1", ValueType::Long}));
-    EXPECT_EQ(SavedBytes(table), withMarks);
-    EXPECT_FALSE(table.setValueUnlessMarked("A", "2"));
-    EXPECT_TRUE(table.setValueUnlessMarked("A", "1")) << "that is its value";
-    EXPECT_EQ(SavedBytes(table), withMarks);
-    EXPECT_TRUE(table.setValue("A", "2"));
-    EXPECT_TRUE(table.setValueUnlessMarked("A", "3"));
-    EXPECT_TRUE(table.setValueUnlessMarked("A", "4", Mark::Set));
-    EXPECT_FALSE(table.setValueUnlessMarked("A", "5"));
-    EXPECT_EQ(table.find("A")->value, "4");
-    EXPECT_TRUE(table.setValue("A", "6", Mark::Set));
-    EXPECT_FALSE(table.setValueUnlessMarked("A", "7"));
-}
-
-TEST(FrontEntryWrites, AnEntryWithoutAValueCannotBeToldToBeMarked) {
-    Table table = TableWith("<Var name=\"A\" type=\"long\"/>");
-    const std::string before = SavedBytes(table);
-    EXPECT_FALSE(table.setValueUnlessMarked("A", "1"));
-    EXPECT_EQ(SavedBytes(table), before);
-}
-
-TEST(FrontEntryWrites, RemovalsTakeOneOfANameOrAll) {
-    Table table = TableWith(
-        "<Var name=\"A\" type=\"long\" id=\"1\"/><Var name=\"B\" type=\"long\"/><Var name=\"A\" "
-        "type=\"long\" id=\"2\"/>"
-        "<Var name=\"A\" type=\"long\" id=\"3\" eud=\"true\"/><Var name=\"\" type=\"long\"/><Var "
-        "type=\"long\"/>");
-    EXPECT_TRUE(table.remove("A", 1));
-    EXPECT_EQ(table.list().at(2).id, 3U);
-    EXPECT_TRUE(table.remove(u"A"));
-    EXPECT_EQ(table.find("A")->id, 3U);
-    EXPECT_FALSE(table.remove("A", 1));
-    EXPECT_FALSE(table.remove("X"));
-    EXPECT_FALSE(table.remove(std::string(260, 'A')));
-    EXPECT_FALSE(table.remove("\xFF"));
-    EXPECT_TRUE(table.removeAll("A"));
-    EXPECT_FALSE(table.removeAll("A"));
-    EXPECT_TRUE(table.remove(""));
-    EXPECT_EQ(table.list().size(), 2U);
-    EXPECT_TRUE(table.clear());
-    EXPECT_TRUE(table.list().empty());
-}
-
-TEST(FrontEntryWrites, ASectionIsATable) {
-    mox::Profile profile = ProfileWith(kMarked);
-    auto section = profile.findSection("S");
-    EXPECT_FALSE(section->setValueUnlessMarked("A", "2"));
-    EXPECT_TRUE(section->setValue("A", "2"));
-    EXPECT_TRUE(section->add({"B", "3", ValueType::String, Shape::Single, 0, FullUi()}));
-    EXPECT_EQ(profile.getInt("S", "A"), 2);
-    EXPECT_EQ(profile.getInt("S", "B"), 3);
-    EXPECT_TRUE(section->remove("A"));
-    EXPECT_FALSE(profile.contains("S", "A"));
 }
 
 }  // namespace

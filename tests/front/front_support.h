@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "mox_xmlApi/mox_xmlApi.hpp"
@@ -70,6 +72,24 @@ std::string SavedBytes(const Document& document) {
     const host::ScratchFile file;
     EXPECT_TRUE(document.save(file.Path().u16string()));
     return file.Bytes();
+}
+
+// The bytes of a wide file that has these lines in its table.
+inline std::string TableFile(std::initializer_list<std::string_view> lines,
+                             std::string_view tag = "<Table name=\"T\">") {
+    return host::WideFile(host::Lines({tag}) + host::Lines(lines) + host::Lines({"</Table>"}));
+}
+
+// Presentation data with something in every field.
+inline mox::Presentation FullUi() {
+    mox::Presentation ui;
+    ui.control = mox::Control::Number;
+    ui.providerIndex = 7;
+    ui.providerOwner = mox::Owner::App;
+    ui.shownName = "shown";
+    ui.comment = "comment";
+    ui.value = "ui value";
+    return ui;
 }
 
 }  // namespace front_tests
