@@ -5,6 +5,7 @@ set(prefix "${FOLDER}/an empty prefix")
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${prefix})
 check_headers(${prefix}/include)
 check_no_build_paths(${prefix})
+check_links(${prefix}/share/doc/mox_xmlApi)
 check_files(${prefix}
   lib/libmox_xmlApi.so lib/libmox_xmlApi.so.${VERSION} lib/libmox_dbtInfo.so lib/libmox_porting.so
   share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md

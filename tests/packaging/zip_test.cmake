@@ -17,6 +17,7 @@ cmake_path(GET package STEM LAST_ONLY prefix)
 set(prefix ${FOLDER}/unpacked/${prefix})
 check_headers(${prefix}/include)
 check_no_build_paths(${prefix})
+check_links(${prefix}/share/doc/mox_xmlApi)
 check_files(${prefix}
   bin/mox-xml.exe bin/mox_xmlApi.dll bin/mox_dbtInfo.dll bin/mox_porting.dll
   bin/libstdc++-6.dll bin/libgcc_s_seh-1.dll bin/libwinpthread-1.dll
