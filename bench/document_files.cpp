@@ -35,12 +35,12 @@ void WriteFile(const std::string& path, const std::string& bytes) {
     std::ofstream file(path, std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     file.close();
-    Check(file.good(), "cannot write " + path);
+    Check(file.good(), "cannot write ", path);
 }
 
 std::string ReadFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    Check(file.is_open(), "cannot read " + path);
+    Check(file.is_open(), "cannot read ", path);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 

@@ -38,15 +38,15 @@ class Ours final : public Contestant {
         const std::string& path = wide ? source.wideXml : source.narrowXml;
         const std::u16string widePath(path.begin(), path.end());
         handle_ = xmlProfileNew(widePath.c_str(), nullptr, 0, wide ? 1 : 0);
-        Check(handle_ != nullptr, "mox_xmlApi cannot load " + path);
+        Check(handle_ != nullptr, "mox_xmlApi cannot load ", path);
     }
 
     void Release() override { xmlProfileDispose(&handle_); }
 
     void Save(const std::string& path, bool wide) override {
         const std::u16string widePath(path.begin(), path.end());
-        Check(xmlProfileSave(handle_, widePath.c_str(), 0, 0, wide ? 1 : 0) == 1,
-              "mox_xmlApi cannot save " + path);
+        Check(xmlProfileSave(handle_, widePath.c_str(), 0, 0, wide ? 1 : 0) == 1, "mox_xmlApi cannot save ",
+              path);
     }
 
     Sum ReadStrings(std::span<const Query> queries) override {
@@ -73,7 +73,7 @@ class Ours final : public Contestant {
         for (const Query& query : queries) {
             Check(xmlWriteProfileString(handle_, query.wideSection.c_str(), query.wideKey.c_str(),
                                         query.wideValue.c_str()) == 1,
-                  "mox_xmlApi cannot write " + query.key);
+                  "mox_xmlApi cannot write ", query.key);
         }
     }
 
@@ -83,13 +83,13 @@ class Ours final : public Contestant {
         for (const Query& query : queries) {
             Check(xmlWriteProfileString(handle_, query.wideSection.c_str(), query.wideKey.c_str(), nullptr) ==
                       1,
-                  "mox_xmlApi cannot delete " + query.key);
+                  "mox_xmlApi cannot delete ", query.key);
         }
     }
 
     void Empty(const Query& section) override {
         const Section table(handle_, section);
-        Check(xmlTableRemoveEntries(table.handle), "mox_xmlApi cannot empty " + section.section);
+        Check(xmlTableRemoveEntries(table.handle), "mox_xmlApi cannot empty ", section.section);
     }
 
     Sum Enumerate(const Query& section) override {
@@ -117,7 +117,7 @@ class Ours final : public Contestant {
     struct Section {
         Section(moxSettings* settings, const Query& section)
             : handle(xmlGetProfileSection(settings, section.wideSection.c_str(), nullptr)) {
-            Check(handle != nullptr, "mox_xmlApi finds no section " + section.section);
+            Check(handle != nullptr, "mox_xmlApi finds no section ", section.section);
         }
         Section(const Section&) = delete;
         Section& operator=(const Section&) = delete;

@@ -61,7 +61,7 @@ class Libxml2 final : public Contestant {
         const xmlNode* value = Named(section, "Var", query.key)->children;
         while (value != nullptr && xmlStrcmp(value->name, Xml("Value")) != 0)
             value = value->next;
-        Check(value != nullptr, "libxml2 does not find the value of " + query.key);
+        Check(value != nullptr, "libxml2 does not find the value of ", query.key);
         return value;
     }
 

@@ -41,7 +41,7 @@ class Tinyxml2 final : public Contestant {
         tinyxml2::XMLElement* child = parent->FirstChildElement(element);
         while (child != nullptr && child->Attribute("name", name.c_str()) == nullptr)
             child = child->NextSiblingElement(element);
-        Check(child != nullptr, "TinyXML-2 does not find " + name);
+        Check(child != nullptr, "TinyXML-2 does not find ", name);
         return child;
     }
     tinyxml2::XMLElement* FindValue(const Query& query) {

@@ -158,6 +158,14 @@ XmlNode* XmlDocument::InsertChild(XmlNode* parent, WideView name, std::optional<
     return child;
 }
 
+XmlNode& XmlDocument::AppendElement(XmlNode& parent, WideView name, WideView value) {
+    parent.children.Reserve(*pool_, 1);
+    XmlNode* child = CreateNode(WideView(), value, XmlNodeKind::Element);
+    child->name = XmlText::Slice(name);
+    parent.children.Append(child);
+    return *child;
+}
+
 bool XmlDocument::AddDeclaration() {
     XmlNode* declaration =
         InsertChild(root, names::kXml, std::nullopt, nullptr, XmlNodeKind::ProcessingInstruction);
@@ -249,29 +257,38 @@ bool XmlDocument::GetAttribute(const XmlNode* node, WideView name, WideView& out
     return true;
 }
 
-void XmlDocument::WriteAttribute(XmlNode& node, WideView name, WideView value) {
-    if (XmlAttribute* attribute = FindInAttributes(node, name); attribute != nullptr) {
-        const bool renames = SameText(name, names::kName) && !SameText(attribute->value.View(), value);
-        if (renames) ChildIndex::BeforeRename(*pool_, node);
-        attribute->value.Assign(*pool_, value);
-        return;
-    }
-    node.attributes.Reserve(*pool_, 1);
-    XmlAttribute attribute;
+// False when there is no such attribute.
+bool XmlDocument::ReplaceAttribute(XmlNode& node, WideView name, WideView value) {
+    XmlAttribute* attribute = FindInAttributes(node, name);
+    if (attribute == nullptr) return false;
+    const bool renames = SameText(name, names::kName) && !SameText(attribute->value.View(), value);
+    if (renames) ChildIndex::BeforeRename(*pool_, node);
+    attribute->value.Assign(*pool_, value);
+    return true;
+}
+
+// Takes `name` over, also when it throws.
+void XmlDocument::AppendAttribute(XmlNode& node, XmlText name, WideView value) {
+    XmlAttribute attribute{name, XmlText()};
     try {
-        attribute.name.Assign(*pool_, name);
+        node.attributes.Reserve(*pool_, 1);
         attribute.value.Assign(*pool_, value);
     } catch (...) {
         ReleaseAttribute(attribute, *pool_);
         throw;
     }
-    if (SameText(name, names::kName)) ChildIndex::BeforeRename(*pool_, node);
+    if (SameText(name.View(), names::kName)) ChildIndex::BeforeRename(*pool_, node);
     node.attributes.Append(attribute);
+}
+
+void XmlDocument::WriteAttribute(XmlNode& node, WideView name, WideView value) {
+    if (!ReplaceAttribute(node, name, value)) AppendAttribute(node, XmlText::Slice(name), value);
 }
 
 bool XmlDocument::SetAttribute(XmlNode* node, WideView name, std::optional<WideView> value) {
     if (node == nullptr) return false;
-    WriteAttribute(*node, name, value.value_or(WideView()));
+    const WideView text = value.value_or(WideView());
+    if (!ReplaceAttribute(*node, name, text)) AppendAttribute(*node, XmlText::Copy(*pool_, name), text);
     return true;
 }
 

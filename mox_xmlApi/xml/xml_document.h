@@ -62,10 +62,9 @@ class XmlDocument {
     // child of `parent`.
     XmlNode* InsertChild(XmlNode* parent, WideView name, std::optional<WideView> value, const XmlNode* before,
                          XmlNodeKind kind = XmlNodeKind::Element);
-    // The same for an element or the document as parent, at the end, which is never refused.
-    XmlNode& AppendElement(XmlNode& parent, WideView name, std::optional<WideView> value = std::nullopt) {
-        return *InsertChild(&parent, name, value, nullptr);
-    }
+    // Appends a new element under an element or the document, which is never refused. The tree keeps `name` itself,
+    // which lives as long as it, as literals do.
+    XmlNode& AppendElement(XmlNode& parent, WideView name, WideView value = WideView());
     // Appends the declaration <?xml version="1.0" encoding="UTF-8"?> to a document that has no children yet.
     // False, and nothing changed, for any other.
     bool AddDeclaration();
@@ -98,9 +97,9 @@ class XmlDocument {
     // the value changes.
     static bool GetAttribute(const XmlNode* node, WideView name, WideView& out) noexcept;
     // Replaces the value of the first attribute called `name`, or appends a new one. The declaration takes
-    // attributes too.
+    // attributes too. The tree keeps `name` itself, which lives as long as it, as literals do.
     void WriteAttribute(XmlNode& node, WideView name, WideView value);
-    // The same; no value means empty. False only for null.
+    // The same with a copy of `name`; no value means empty. False only for null.
     bool SetAttribute(XmlNode* node, WideView name, std::optional<WideView> value);
     // Replaces the character data of an element.
     void WriteText(XmlNode& element, WideView text) { element.value.Assign(*pool_, text); }
@@ -153,6 +152,8 @@ class XmlDocument {
     void RemoveChild(XmlNode& parent, XmlNode* child) noexcept;
     bool CanLoad() const noexcept { return writable && !loaded; }
     XmlNode* NewDocumentNode();
+    bool ReplaceAttribute(XmlNode& node, WideView name, WideView value);
+    void AppendAttribute(XmlNode& node, XmlText name, WideView value);
     void FreeNode(XmlNode* node) noexcept;
     bool FinishLoad(wchar16* text, std::size_t length);
 
