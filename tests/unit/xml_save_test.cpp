@@ -56,6 +56,32 @@ TEST_F(XmlSave, NarrowFilesOfEveryLengthAreWhole) {
     }
 }
 
+// A document that takes more than a few megabytes is written in pieces.
+TEST_F(XmlSave, LargeDocumentIsWholeInBothForms) {
+    constexpr int kElements = 40000;
+    constexpr std::size_t kLevels = 300;
+    std::string xml = "<a>\n";
+    for (int i = 0; i < kElements; ++i) {
+        const std::string number = std::to_string(i);
+        xml.append("\t<e k=\"v &amp; ").append(number).append("\">&lt;").append(number).append("</e>\n");
+        if (i % 100 == 0) xml.append("\t<!--").append(number).append("-->\n");
+    }
+    for (std::size_t level = 1; level <= kLevels; ++level)
+        xml.append(level, '\t').append(level < kLevels ? "<l>\n" : "<l/>\n");
+    for (std::size_t level = kLevels - 1; level >= 1; --level)
+        xml.append(level, '\t').append("</l>\n");
+    xml.append("</a>\n<b/>\n");
+
+    ASSERT_TRUE(document_.LoadBuffer(xml.data(), xml.size()));
+    ASSERT_GT(document_.Pool().BytesHeld(), std::size_t{5} << 20);
+    xml += '\0';
+    EXPECT_TRUE(SavedBytes(false) == xml);
+    std::string wide(xml.size() * 2, '\0');
+    for (std::size_t i = 0; i < xml.size(); ++i)
+        wide[2 * i] = xml[i];
+    EXPECT_TRUE(SavedBytes(true) == wide);
+}
+
 TEST_F(XmlSave, RefusedSaveTouchesNoFile) {
     Build(document_, document_.root, Element("a"));
     const ScratchFile file;
