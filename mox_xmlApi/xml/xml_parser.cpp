@@ -194,7 +194,7 @@ class Parser {
         const WideView name = ParseName();
         if (name.empty()) return FailInElement(ParseWant::ElementName, next_);
         StartNode(XmlNodeKind::Element, name);
-        if (!ParseAttributes()) return false;
+        if (*next_ != '>' && !ParseAttributes()) return false;
         if (Accept('/')) {
             if (!Accept('>')) return FailInTag(ParseWant::EmptyTagEnd, next_);
             FinishNode();
