@@ -24,8 +24,9 @@ const wchar16* Terminated(WideView text, TextBuffers& buffers) {
 
 // A 16-bit text is stored whatever its units; any other has to have an 8-bit form.
 bool SetValue(WideView value, TextBuffers& buffers, TableEntryValueInfoStruct& record) {
-    const wchar16* text = Terminated(value, buffers);
-    if (record.type == kTypeWideString) return record.SetVal_w(text);
+    if (record.type == kTypeWideString) return record.SetVal_w(Terminated(value, buffers));
+    if (value.empty()) return record.SetVal("");
+    buffers.wide.assign(value);
     return pdConvertString(buffers.wide, buffers.narrow) && record.SetVal(buffers.narrow.c_str());
 }
 
