@@ -177,8 +177,8 @@ Participant FirstLookUps(std::shared_ptr<DocumentFiles> files, const DocumentSha
     return {std::to_string(shape.sections) + " sections", batch, static_cast<double>(count)};
 }
 
-// Both documents are larger than the caches, so that what was loaded first is no longer there in either. The time says how
-// far it has been pushed out; that the look-up does no more work in the larger one, the count of instructions does.
+// Both documents are larger than the caches, so that what was loaded first is no longer there in either. The time
+// says how far it has been pushed out; that the look-up does no more work in the larger one, the count of instructions.
 void RunFirstSection(Suite& suite) {
     const DocumentShape few{suite.Quick() ? 5U : 500U, 20};
     const DocumentShape many{suite.Quick() ? 20U : 2000U, 20};
