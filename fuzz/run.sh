@@ -46,7 +46,8 @@ fuzz() {
     local seeds=("fuzz/corpus/$target")
     [ ! -d "tests/regression/inputs/$target" ] || seeds+=("tests/regression/inputs/$target")
     nice -n 19 "$build/bin/fuzz_$target" -max_total_time="$seconds" -max_len="$mostBytes" \
-        -timeout="$mostSecondsForOne" -rss_limit_mb=2048 -dict=fuzz/xml.dict -print_final_stats=1 \
+        -timeout="$mostSecondsForOne" -report_slow_units="$mostSecondsForOne" -rss_limit_mb=2048 \
+        -dict=fuzz/xml.dict -print_final_stats=1 \
         -artifact_prefix="$build/findings/$target-" "$corpus" "${seeds[@]}" >"$log" 2>&1 || ended=$?
     findings=$(($(find "$build/findings" -name "$target-*" | wc -l) - before))
     # A program that ends badly without a file has found something all the same: that it cannot run.
