@@ -72,7 +72,6 @@ OutputFile::OutputFile(const wchar16* path) {
 }
 
 bool OutputFile::Write(const void* bytes, std::size_t size) noexcept {
-    if (failed_) return false;
     std::size_t done = 0;
     while (handle_ != kNoFile && done < size) {
         const auto piece = static_cast<DWORD>(std::min(size - done, kLargestPiece));
@@ -140,7 +139,6 @@ std::size_t InputFile::Read(void* buffer, std::size_t size) noexcept {
 OutputFile::OutputFile(const wchar16* path) : handle_(Open(path, O_WRONLY | O_CREAT | O_TRUNC)) {}
 
 bool OutputFile::Write(const void* bytes, std::size_t size) noexcept {
-    if (failed_) return false;
     std::size_t done = 0;
     while (handle_ != kNoFile && done < size) {
         const std::size_t piece = std::min(size - done, kLargestPiece);

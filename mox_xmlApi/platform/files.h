@@ -57,8 +57,8 @@ class OutputFile {
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
 
-    // Appends `size` bytes. Returns false when not all of them could be written, and ever after; the file then
-    // holds some first part of what was to be in it.
+    // Appends `size` bytes. Returns false when not all of them could be written; the file then holds some
+    // first part of what was to be in it.
     bool Write(const void* bytes, std::size_t size) noexcept;
 
     // Closes the file. Returns true only when it was opened, and every write and the closing went without an

@@ -1,8 +1,7 @@
 // The text that a save builds up, in wide units or in narrow bytes.
 //
 // It grows by chunks that are never moved, so that a large text is written once and no more memory than it
-// needs is touched; or it has one chunk, and what is full goes to a file. A narrow text keeps the low byte of each
-// unit.
+// needs is touched. A narrow text keeps the low byte of each unit.
 #ifndef MOX_XMLAPI_XML_XML_OUTPUT_H
 #define MOX_XMLAPI_XML_XML_OUTPUT_H
 
@@ -12,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "mox_xmlApi/platform/files.h"
 #include "mox_xmlApi/platform/large_pages.h"
 #include "mox_xmlApi/platform/wide_text.h"
 
@@ -24,25 +22,10 @@ class BasicXmlOutput {
     // The most units that Room can be asked for.
     static constexpr std::size_t kMostRoom = 2048;
 
-    // For a text that goes to a file while it is written. MakeRoomToSpill, before anything is written, gets all the
-    // memory that this takes, or throws std::bad_alloc; from SpillTo on no call throws, and what is full goes to `file`,
-    // which must outlive the writing. Spill sends the rest.
-    void MakeRoomToSpill() {
-        nextSize_ = kSpilledChunk;
-        AddChunk();
-    }
-    void SpillTo(OutputFile& file) noexcept { file_ = &file; }
-    // A file that once failed takes no more; its Close tells.
-    void Spill() noexcept {
-        Unit* begin = chunks_.back().units.get();
-        file_->Write(begin, static_cast<std::size_t>(next_ - begin) * sizeof(Unit));
-        next_ = begin;
-    }
-
     // Makes room for `count` units in a row and returns where they begin; Advance says how many were written.
     // Throws std::bad_alloc; what was written stays then.
     Unit* Room(std::size_t count) {
-        if (count > static_cast<std::size_t>(end_ - next_)) MakeRoom();
+        if (count > static_cast<std::size_t>(end_ - next_)) AddChunk();
         return next_;
     }
     void Advance(Unit* next) noexcept { next_ = next; }
@@ -97,7 +80,6 @@ class BasicXmlOutput {
   private:
     static constexpr std::size_t kFirstChunk = 8 * 1024;
     static constexpr std::size_t kLargestChunk = 8 * 1024 * 1024;
-    static constexpr std::size_t kSpilledChunk = 64 * 1024;  // small enough to stay in the processor's cache
     static_assert(kMostRoom <= kFirstChunk);
 
     struct Chunk {
@@ -110,11 +92,6 @@ class BasicXmlOutput {
     void AppendRun(std::size_t count, wchar16 unit) {
         Unit* to = Room(count);
         next_ = std::fill_n(to, count, Narrow(unit));
-    }
-
-    void MakeRoom() {
-        if (file_ != nullptr) return Spill();
-        AddChunk();
     }
 
     void AddChunk() {
@@ -132,7 +109,6 @@ class BasicXmlOutput {
     Unit* next_ = nullptr;
     Unit* end_ = nullptr;
     std::size_t nextSize_ = kFirstChunk;
-    OutputFile* file_ = nullptr;
 };
 
 using XmlOutput = BasicXmlOutput<wchar16>;

@@ -146,94 +146,14 @@ bool BeginNode(const XmlNode& node, Output& out, std::size_t depth) {
     return true;
 }
 
-// The elements whose children are being visited, the innermost one last.
-struct OpenElement {
-    const XmlNode* node;
-    std::size_t nextChild;
-};
-using OpenElements = std::vector<OpenElement>;
-
-// Visits the elements that have children, and leaves `open` empty and with room for as many as the tree is deep.
-void MakeRoomForDepth(const XmlNode& node, OpenElements& open) {
-    open.push_back({&node, 0});
-    while (!open.empty()) {
-        OpenElement& element = open.back();
-        if (element.nextChild == element.node->children.Size()) {
-            open.pop_back();
-            continue;
-        }
-        const XmlNode* child = element.node->children.begin()[element.nextChild++];
-        if (!child->children.IsEmpty()) open.push_back({child, 0});
-    }
-}
-
-// `open` is empty before and after.
 template <class Output>
-void WriteNode(const XmlNode& node, Output& out, std::size_t depth, OpenElements& open) {
-    if (!BeginNode(node, out, depth)) return;
-    open.push_back({&node, 0});
-    while (!open.empty()) {
-        OpenElement& element = open.back();
-        if (element.nextChild < element.node->children.Size()) {
-            const XmlNode& child = *element.node->children.begin()[element.nextChild++];
-            if (BeginNode(child, out, depth + open.size())) {
-                open.push_back({&child, 0});
-                continue;
-            }
-        } else {
-            out.Append(depth + open.size() - 1, wchar16{'\t'});
-            WriteEndTag(*element.node, out);
-            open.pop_back();
-            if (open.empty()) return;
-        }
-        out.Append(wchar16{'\n'});
-    }
-}
-
-template <class Output>
-void WriteDocument(const XmlNode& node, Output& out, OpenElements& open) {
-    if (node.kind != XmlNodeKind::Document) return WriteNode(node, out, 0, open);
-    for (const XmlNode* child : node.children) {
-        WriteNode(*child, out, 0, open);
-        out.Append(wchar16{'\n'});
-    }
-}
-
-constexpr wchar16 kEndOfFile{0};  // readers of the format stop there
-
-// The whole text is there before the file is opened: a failed allocation never costs the user the old file.
-template <class Output>
-bool WriteAtOnce(const wchar16* path, const XmlNode* root) {
-    Output out;
+bool WriteToFile(const wchar16* path, const XmlNode* root, Output& out) {
     if (root != nullptr) WriteDocument(*root, out);
-    out.Append(kEndOfFile);
+    out.Append(wchar16{0});  // readers of the format stop at a zero
     OutputFile file(path);
     out.ForEachChunk(
         [&](const auto* units, std::size_t count) { return file.Write(units, count * sizeof(*units)); });
     return file.Close();
-}
-
-// The same for a large document, which is written faster in pieces than to memory that is new: what memory that takes is
-// there before the file is opened.
-template <class Output>
-bool WriteInPieces(const wchar16* path, const XmlNode& root) {
-    OpenElements open;
-    MakeRoomForDepth(root, open);
-    Output out;
-    out.MakeRoomToSpill();
-    OutputFile file(path);
-    out.SpillTo(file);
-    WriteDocument(root, out, open);
-    out.Append(kEndOfFile);
-    out.Spill();
-    return file.Close();
-}
-
-template <class Output>
-bool WriteToFile(const wchar16* path, const XmlNode* root, std::size_t memory) {
-    constexpr std::size_t kLarge = std::size_t{4} * 1024 * 1024;
-    return root == nullptr || memory < kLarge ? WriteAtOnce<Output>(path, root)
-                                              : WriteInPieces<Output>(path, *root);
 }
 
 }  // namespace
@@ -255,14 +175,37 @@ void WriteAttributes(const XmlNode& node, Output& out) {
 
 template <class Output>
 void WriteNode(const XmlNode& node, Output& out, std::size_t depth) {
-    OpenElements open;
-    WriteNode(node, out, depth, open);
+    struct OpenElement {
+        const XmlNode* node;
+        std::size_t nextChild;
+    };
+    if (!BeginNode(node, out, depth)) return;
+    std::vector<OpenElement> open{{&node, 0}};
+    for (;;) {
+        OpenElement& element = open.back();
+        if (element.nextChild < element.node->children.Size()) {
+            const XmlNode& child = *element.node->children.At(element.nextChild++);
+            if (BeginNode(child, out, depth + open.size())) {
+                open.push_back({&child, 0});
+                continue;
+            }
+        } else {
+            out.Append(depth + open.size() - 1, wchar16{'\t'});
+            WriteEndTag(*element.node, out);
+            open.pop_back();
+            if (open.empty()) return;
+        }
+        out.Append(wchar16{'\n'});
+    }
 }
 
 template <class Output>
 void WriteDocument(const XmlNode& node, Output& out) {
-    OpenElements open;
-    WriteDocument(node, out, open);
+    if (node.kind != XmlNodeKind::Document) return WriteNode(node, out, 0);
+    for (const XmlNode* child : node.children) {
+        WriteNode(*child, out, 0);
+        out.Append(wchar16{'\n'});
+    }
 }
 
 template void XmlEscape(WideView, XmlOutput&);
@@ -274,11 +217,16 @@ template void WriteNode(const XmlNode&, NarrowXmlOutput&, std::size_t);
 template void WriteDocument(const XmlNode&, XmlOutput&);
 template void WriteDocument(const XmlNode&, NarrowXmlOutput&);
 
+// The whole text is built before the file is opened: a failed allocation never costs the user the old file.
 bool XmlDocument::Save(const wchar16* path, bool refuse, bool wide) const {
     if (refuse) return false;
     const XmlNode* content = writable ? root : nullptr;
-    return wide ? WriteToFile<XmlOutput>(path, content, pool_->BytesHeld())
-                : WriteToFile<NarrowXmlOutput>(path, content, pool_->BytesHeld());
+    if (wide) {
+        XmlOutput out;
+        return WriteToFile(path, content, out);
+    }
+    NarrowXmlOutput out;
+    return WriteToFile(path, content, out);
 }
 
 }  // namespace mox

@@ -56,7 +56,7 @@ TEST_F(XmlSave, NarrowFilesOfEveryLengthAreWhole) {
     }
 }
 
-// A document that takes more than a few megabytes is written in pieces.
+// Its text fills several chunks of memory.
 TEST_F(XmlSave, LargeDocumentIsWholeInBothForms) {
     constexpr int kElements = 40000;
     constexpr std::size_t kLevels = 300;
