@@ -76,6 +76,7 @@ def environment(results):
         f"- Compiler: g++ {results['compiler']}, `-O3 -DNDEBUG`",
         "- Versions: " + ", ".join(f"{name} {version(package)}" for name, package in PACKAGES.items()),
         f"- {results['repetitions']} repetitions of each, the libraries in turn; medians of processor time",
+        "- How times grow with size: the least of the repetitions",
     ]
     return lines
 

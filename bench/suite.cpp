@@ -1,5 +1,6 @@
 #include "bench/suite.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <malloc.h>
@@ -26,10 +27,12 @@ void Suite::AddGrowth(const std::string& subject, const std::string& size,
                       std::vector<Participant> participants, std::optional<double> limit) {
     const RowResult result = Measure({subject, size, std::move(participants), {}}, settings_);
     std::string detail;
-    for (const Timing& timing : result.timings)
-        detail += (detail.empty() ? "" : ", ") + timing.name + ": " + TimeText(timing.median);
-    Add(Figure{subject, size, result.timings.back().median / result.timings.front().median, limit, false,
-               detail});
+    std::vector<double> least;
+    for (const Timing& timing : result.timings) {
+        least.push_back(*std::min_element(timing.repetitions.begin(), timing.repetitions.end()));
+        detail += (detail.empty() ? "" : ", ") + timing.name + ": " + TimeText(least.back());
+    }
+    Add(Figure{subject, size, least.back() / least.front(), limit, false, detail});
 }
 
 Workload StringWorkload(std::vector<Query> queries) {

@@ -38,7 +38,8 @@ class Suite {
     void Add(const Row& row);
     void Add(const Figure& figure);
     // The figure "time of one operation at a large size over that at a small one": measures all participants,
-    // of which the first is the small size and the last the large one.
+    // of which the first is the small size and the last the large one. Takes the least of the repetitions: here nothing
+    // is compared in turn, and what else goes on can only add to a time.
     void AddGrowth(const std::string& subject, const std::string& size, std::vector<Participant> participants,
                    std::optional<double> limit);
 
