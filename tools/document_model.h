@@ -78,7 +78,7 @@ const TableModel* FindTable(const DocumentModel& document, const std::string& na
 // "settings document", "table document", "document without settings or table"
 std::string KindName(DocumentKind kind);
 
-// "string", "INT32 array", "unknown type complex": the type as people see it, with its shape.
+// "string", "long array", "unknown type complex": the type as people see it, with its shape.
 std::string TypeText(const EntryModel& entry);
 
 // The value that a host reads: the own one or, when it is empty, the one of the presentation data.

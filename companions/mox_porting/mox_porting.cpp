@@ -1,6 +1,5 @@
 #include "mox_xmlApi/platform/mox_porting.h"
 
-#include <algorithm>
 #include <cstdarg>
 #include <cstdint>
 #include <cstring>

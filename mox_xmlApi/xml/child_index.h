@@ -6,13 +6,11 @@
 //   slots:     hash of the name -> the first covered child of that name, and whether there are later ones
 //
 // It answers exactly as the scan of the list would:
-// - it covers a prefix of the list; what was appended since enters at the next look-up, so that a child can
-// be
-//   appended first and named afterwards;
+// - it covers a prefix of the list; what was appended since enters at the next look-up, so that a child
+//   can be appended first and named afterwards;
 // - a look-up compares the child's present name before it answers;
 // - removing a covered child takes its slot out. When another child of that name may come after it, when a
-// child is
-//   inserted among the covered ones, or when the name of a covered child has changed, the index is given up,
+//   child is inserted among the covered ones, or when the name of a covered child has changed, the index is given up,
 //   and made anew when scans have paid for it again.
 // Children and names change through XmlDocument alone, which gives the notices below. The memory is the
 // pool's; when there is none, the list is scanned as before.
