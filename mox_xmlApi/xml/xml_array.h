@@ -31,7 +31,7 @@ class XmlArray {
         return items_[position];
     }
 
-    // Makes room for `more` further items, so that as many Append and Insert calls cannot fail.
+    // Makes room for `more` further items, so that as many Append calls cannot fail.
     // Throws std::bad_alloc or std::length_error; the array stays as it was then.
     void Reserve(XmlPool& pool, std::size_t more) {
         if (more <= capacity_ - size_) return;
@@ -59,21 +59,11 @@ class XmlArray {
     // Adds `item` as the last one. Room must have been reserved.
     void Append(T item) noexcept { items_[size_++] = item; }
 
-    // Adds `item` at `position`, at most Size(). Room must have been reserved.
-    void Insert(std::size_t position, T item) noexcept {
-        std::copy_backward(items_ + position, items_ + size_, items_ + size_ + 1);
-        items_[position] = item;
-        ++size_;
-    }
-
     // Takes out the item at `position`, which must be there.
     void RemoveAt(std::size_t position) noexcept {
         std::copy(items_ + position + 1, items_ + size_, items_ + position);
         --size_;
     }
-
-    // Keeps the first `size` items.
-    void Truncate(std::size_t size) noexcept { size_ = static_cast<std::uint32_t>(size); }
 
     // Gives the storage back and leaves the array empty.
     void Release(XmlPool& pool) noexcept {

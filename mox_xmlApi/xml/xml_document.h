@@ -155,7 +155,6 @@ class XmlDocument {
     bool ReplaceAttribute(XmlNode& node, WideView name, WideView value);
     void AppendAttribute(XmlNode& node, XmlText name, WideView value);
     void FreeNode(XmlNode* node) noexcept;
-    bool FinishLoad(wchar16* text, std::size_t length);
 
     XmlPool* pool_;
     bool ownsPool_;

@@ -63,26 +63,25 @@ TEST_F(XmlArrayTest, ItemsOfAtCanBeChanged) {
     EXPECT_EQ(Numbers(), "0 7");
 }
 
-TEST_F(XmlArrayTest, InsertAndRemoveKeepTheOrder) {
-    Fill(3);
-    array_.Reserve(pool_, 3);
-    array_.Insert(0, 10);
-    array_.Insert(2, 11);
-    array_.Insert(5, 12);
-    EXPECT_EQ(Numbers(), "10 0 11 1 2 12");
+TEST_F(XmlArrayTest, RemovingKeepsTheOrder) {
+    Fill(6);
     array_.RemoveAt(5);
     array_.RemoveAt(0);
     array_.RemoveAt(1);
-    EXPECT_EQ(Numbers(), "0 1 2");
+    EXPECT_EQ(Numbers(), "1 3 4");
 }
 
-TEST_F(XmlArrayTest, TruncateKeepsTheFirstItems) {
-    Fill(5);
-    array_.Truncate(2);
-    EXPECT_EQ(Numbers(), "0 1");
-    array_.Truncate(2);
-    array_.Truncate(0);
-    EXPECT_TRUE(array_.IsEmpty());
+TEST_F(XmlArrayTest, AdoptedBlockIsTheStorageAndGoesBackToThePool) {
+    auto* block = static_cast<std::int64_t*>(pool_.Allocate(3 * sizeof(std::int64_t)));
+    block[0] = 7;
+    block[1] = 8;
+    block[2] = 9;
+    array_.Adopt(block, 3);
+    EXPECT_EQ(array_.begin(), block);
+    EXPECT_EQ(Numbers(), "7 8 9");
+    Append(10);
+    EXPECT_EQ(Numbers(), "7 8 9 10");
+    EXPECT_EQ(pool_.Allocate(3 * sizeof(std::int64_t)), block);
 }
 
 TEST_F(XmlArrayTest, TakeCopiesTheItems) {
