@@ -41,24 +41,25 @@ inline wchar16* FindAnyOf(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexce
 #endif
 }
 
-// How many of the `count` units stand before the first zero, looked for one by one.
-inline std::size_t LengthToZeroPlain(const wchar16* units, std::size_t count) noexcept {
+// How many of the `count` units stand before the first one that is `wanted`, looked for one by one.
+inline std::size_t LengthToPlain(wchar16 wanted, const wchar16* units, std::size_t count) noexcept {
     std::size_t length = 0;
-    while (length < count && units[length] != 0)
+    while (length < count && units[length] != wanted)
         ++length;
     return length;
 }
 
 // The same, faster.
-inline std::size_t LengthToZero(const wchar16* units, std::size_t count) noexcept {
+inline std::size_t LengthTo(wchar16 wanted, const wchar16* units, std::size_t count) noexcept {
     std::size_t length = 0;
 #if defined(MOX_SCAN_SSE2)
+    const __m128i all = _mm_set1_epi16(static_cast<short>(wanted));
     for (; count - length >= 8; length += 8) {
         const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + length));
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(block, _mm_setzero_si128())) != 0) break;
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(block, all)) != 0) break;
     }
 #endif
-    return length + LengthToZeroPlain(units + length, count - length);
+    return length + LengthToPlain(wanted, units + length, count - length);
 }
 
 }  // namespace mox

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "mox_xmlApi/platform/copy_units.h"
 #include "mox_xmlApi/platform/large_pages.h"
 #include "mox_xmlApi/platform/wide_text.h"
 
@@ -70,13 +71,6 @@ class BasicXmlOutput {
 
     static constexpr Unit Narrow(wchar16 unit) noexcept { return static_cast<Unit>(unit); }
 
-    // Copies `text` to where it has room, and returns the place after it.
-    static Unit* Copy(Unit* to, WideView text) noexcept {
-        for (const wchar16 unit : text)
-            *to++ = Narrow(unit);
-        return to;
-    }
-
   private:
     static constexpr std::size_t kFirstChunk = 8 * 1024;
     static constexpr std::size_t kLargestChunk = 8 * 1024 * 1024;
@@ -87,7 +81,7 @@ class BasicXmlOutput {
         Unit* end;  // of what was written, for all chunks but the last
     };
 
-    void AppendPiece(WideView text) { next_ = Copy(Room(text.size()), text); }
+    void AppendPiece(WideView text) { next_ = CopyUnits(Room(text.size()), text); }
 
     void AppendRun(std::size_t count, wchar16 unit) {
         Unit* to = Room(count);

@@ -5,6 +5,7 @@
 
 #include "mox_xmlApi/platform/copy_units.h"
 #include "mox_xmlApi/platform/files.h"
+#include "mox_xmlApi/platform/scan.h"
 #include "mox_xmlApi/xml/xml_document.h"
 #include "mox_xmlApi/xml/xml_entities.h"
 
@@ -27,13 +28,13 @@ constexpr std::size_t kLongestEntity = 6;
 // Texts up to this length are written in one go together with what surrounds them.
 constexpr std::size_t kShortText = 128;
 
-template <class Output, class Unit>
+template <class Unit>
 Unit* CopyEscaped(Unit* to, WideView text) noexcept {
     for (;;) {
         const std::size_t plain = CopyToMarkup(to, text);
         to += plain;
         if (plain == text.size()) return to;
-        to = Output::Copy(to, kXmlEntities[kEntityOf[text[plain]] - 1U].text);
+        to = CopyUnits(to, kXmlEntities[kEntityOf[text[plain]] - 1U].text);
         text.remove_prefix(plain + 1);
     }
 }
@@ -65,7 +66,7 @@ void WriteEndTag(const XmlNode& node, Output& out) {
     auto* to = out.Room(name.size() + 3);
     *to++ = '<';
     *to++ = '/';
-    to = Output::Copy(to, name);
+    to = CopyUnits(to, name);
     *to++ = '>';
     out.Advance(to);
 }
@@ -84,10 +85,10 @@ void WriteAttribute(const XmlAttribute& attribute, Output& out) {
     }
     auto* to = out.Room(name.size() + value.size() * kLongestEntity + 4);
     *to++ = ' ';
-    to = Output::Copy(to, name);
+    to = CopyUnits(to, name);
     *to++ = '=';
     *to++ = '"';
-    to = CopyEscaped<Output>(to, value);
+    to = CopyEscaped(to, value);
     *to++ = '"';
     out.Advance(to);
 }
@@ -109,7 +110,7 @@ void WriteChildlessElement(const XmlNode& node, Output& out, std::size_t depth) 
         return;
     }
     out.Append(wchar16{'>'});
-    if (text.find(wchar16{'\n'}) == WideView::npos) {
+    if (LengthTo('\n', text.data(), text.size()) == text.size()) {
         XmlEscape(text, out);
     } else {
         WriteTextLines(text, out, depth);
@@ -162,9 +163,9 @@ template <class Output>
 void XmlEscape(WideView text, Output& out) {
     constexpr std::size_t kPiece = Output::kMostRoom / kLongestEntity;
     for (; text.size() > kPiece; text.remove_prefix(kPiece)) {
-        out.Advance(CopyEscaped<Output>(out.Room(kPiece * kLongestEntity), text.substr(0, kPiece)));
+        out.Advance(CopyEscaped(out.Room(kPiece * kLongestEntity), text.substr(0, kPiece)));
     }
-    out.Advance(CopyEscaped<Output>(out.Room(text.size() * kLongestEntity), text));
+    out.Advance(CopyEscaped(out.Room(text.size() * kLongestEntity), text));
 }
 
 template <class Output>

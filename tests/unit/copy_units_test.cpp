@@ -13,21 +13,41 @@ using mox::CopyToMarkupPlain;
 using mox::WideView;
 
 template <class Unit>
-class CopyUnits : public testing::Test {};
+class CopyUnitsTest : public testing::Test {};
 using OutputUnits = testing::Types<wchar16, char>;
-TYPED_TEST_SUITE(CopyUnits, OutputUnits);
+TYPED_TEST_SUITE(CopyUnitsTest, OutputUnits);
 
 // The text of the units and, behind it, what must stay.
 template <class Unit, class Copy>
 std::vector<Unit> Copied(Copy copy, WideView text, std::size_t& count) {
     std::vector<Unit> to(text.size() + 1, Unit{'#'});
-    count = copy(to.data(), text);
+    count = static_cast<std::size_t>(copy(to.data(), text));
     EXPECT_EQ(to.back(), Unit{'#'});
     to.resize(count);
     return to;
 }
 
-TYPED_TEST(CopyUnits, GivesWhatItsPlainTwinGivesAtEveryLengthPlaceAndAlignment) {
+TYPED_TEST(CopyUnitsTest, CopiesAllAsItsPlainTwinAtEveryLengthAndAlignment) {
+    const auto fast = [](TypeParam* to, WideView text) { return mox::CopyUnits(to, text) - to; };
+    const auto plain = [](TypeParam* to, WideView text) { return mox::CopyUnitsPlain(to, text) - to; };
+    for (std::size_t alignment = 0; alignment < 9; ++alignment) {
+        for (std::size_t length = 0; length < 36; ++length) {
+            std::vector<wchar16> units(alignment + length);
+            for (std::size_t i = 0; i < units.size(); ++i)
+                units[i] = static_cast<wchar16>(0xFE21 + 259 * i);
+            const WideView text(units.data() + alignment, length);
+            std::size_t count = 0;
+            const std::vector<TypeParam> copied = Copied<TypeParam>(fast, text, count);
+            ASSERT_EQ(count, length);
+            for (std::size_t i = 0; i < length; ++i)
+                ASSERT_EQ(copied[i], static_cast<TypeParam>(text[i])) << i;
+            ASSERT_EQ(Copied<TypeParam>(plain, text, count), copied);
+            ASSERT_EQ(count, length);
+        }
+    }
+}
+
+TYPED_TEST(CopyUnitsTest, GivesWhatItsPlainTwinGivesAtEveryLengthPlaceAndAlignment) {
     constexpr std::size_t kMost = 36;
     const auto fast = [](TypeParam* to, WideView text) { return CopyToMarkup(to, text); };
     const auto plain = [](TypeParam* to, WideView text) { return CopyToMarkupPlain(to, text); };
@@ -49,7 +69,7 @@ TYPED_TEST(CopyUnits, GivesWhatItsPlainTwinGivesAtEveryLengthPlaceAndAlignment) 
     }
 }
 
-TYPED_TEST(CopyUnits, StopsAtTheFiveCharactersWithAnEntityAndAtNoOther) {
+TYPED_TEST(CopyUnitsTest, StopsAtTheFiveCharactersWithAnEntityAndAtNoOther) {
     for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
         bool hasEntity = false;
         for (const mox::XmlEntity& entity : mox::kXmlEntities)

@@ -24,18 +24,22 @@ TEST(Scan, FindsWhatItsPlainTwinFindsAtEveryPlaceAndAlignment) {
     }
 }
 
-TEST(Scan, CountsUpToAZeroAsItsPlainTwinAtEveryPlaceAndAlignment) {
+TEST(Scan, CountsUpToAUnitAsItsPlainTwinAtEveryPlaceAndAlignment) {
     constexpr std::size_t kMost = 40;
-    for (std::size_t alignment = 0; alignment < 9; ++alignment) {
-        for (std::size_t count = 0; count < kMost; ++count) {
-            for (std::size_t zero = 0; zero <= count; ++zero) {
-                // Each byte of a unit may be zero: that is no zero unit.
-                std::vector<wchar16> units(alignment + count, wchar16{0x0100});
-                for (std::size_t i = alignment; i < units.size(); i += 2)
-                    units[i] = 0x00FF;
-                if (zero < count) units[alignment + zero] = 0;
-                ASSERT_EQ(mox::LengthToZero(units.data() + alignment, count), zero);
-                ASSERT_EQ(mox::LengthToZeroPlain(units.data() + alignment, count), zero);
+    for (const wchar16 wanted : {wchar16{0}, wchar16{'\n'}}) {
+        // Either byte of a unit may be that of the wanted one: that is not the wanted one.
+        const auto lowByte = static_cast<wchar16>(0x0100 | wanted);
+        const auto highByte = static_cast<wchar16>(wanted << 8 | 0xFF);
+        for (std::size_t alignment = 0; alignment < 9; ++alignment) {
+            for (std::size_t count = 0; count < kMost; ++count) {
+                for (std::size_t place = 0; place <= count; ++place) {
+                    std::vector<wchar16> units(alignment + count, lowByte);
+                    for (std::size_t i = alignment; i < units.size(); i += 2)
+                        units[i] = highByte;
+                    if (place < count) units[alignment + place] = wanted;
+                    ASSERT_EQ(mox::LengthTo(wanted, units.data() + alignment, count), place);
+                    ASSERT_EQ(mox::LengthToPlain(wanted, units.data() + alignment, count), place);
+                }
             }
         }
     }
