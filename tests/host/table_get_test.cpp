@@ -233,6 +233,32 @@ TYPED_TEST(TableGet, LongNameIsCutTo259Units) {
     EXPECT_EQ(value.name[259], 0);
 }
 
+TYPED_TEST(TableGet, NothingOfAnOlderNameStaysBehindTheName) {
+    const TypeParam table("<Var name=\"abc\" type=\"long\"/>");
+    TableEntryValueInfoStruct value;
+    TableEntryUInfoStruct ui;
+    const auto fillNames = [&] {
+        std::fill(std::begin(value.name), std::end(value.name), wchar16{'x'});
+        std::fill(std::begin(ui.name), std::end(ui.name), wchar16{'x'});
+    };
+    const auto onlyNameIn = [](const TableEntryBaseInfoStruct& record) {
+        return std::all_of(record.name + 3, std::end(record.name), [](wchar16 unit) { return unit == 0; });
+    };
+    fillNames();
+    std::uint64_t position = 0;
+    ASSERT_TRUE(xmlTableEntryGet(table, &position, &value, &ui));
+    EXPECT_EQ(WideText(value.name), "abc"_w);
+    EXPECT_TRUE(onlyNameIn(value));
+    EXPECT_TRUE(onlyNameIn(ui));
+    fillNames();
+    value.name[3] = 0;
+    std::copy_n("abc", 3, value.name);
+    ASSERT_TRUE(xmlTableEntryGet(table, nullptr, &value, &ui));
+    EXPECT_EQ(WideText(ui.name), "abc"_w);
+    EXPECT_TRUE(onlyNameIn(value));
+    EXPECT_TRUE(onlyNameIn(ui));
+}
+
 TYPED_TEST(TableGet, NameOf259UnitsIsFoundAndOneOf260IsNot) {
     for (const std::size_t length : {259U, 260U}) {
         const TypeParam table("<Var name=\"" + std::string(length, 'n') + "\" type=\"long\"/>");
