@@ -39,15 +39,6 @@ class XmlArray {
         Move(pool, std::max({size_ + more, std::size_t{size_} + size_ / 2, kLeastCapacity}));
     }
 
-    // Takes copies of `count` items as the whole array, which must be empty, in storage of just that size.
-    // Throws std::bad_alloc or std::length_error; the array stays empty then.
-    void Take(XmlPool& pool, const T* items, std::size_t count) {
-        if (count > kLargestSize) throw std::length_error("vector<T> too long");
-        if (count > capacity_) Move(pool, count);
-        std::copy_n(items, count, items_);
-        size_ = static_cast<std::uint32_t>(count);
-    }
-
     // Takes a block of the pool that was asked for `count` items and holds them as the whole array, which must be
     // empty.
     void Adopt(T* items, std::size_t count) noexcept {

@@ -21,6 +21,7 @@
 #include "mox_xmlApi/xml/xml_parser.h"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #include "mox_xmlApi/platform/letters.h"
@@ -65,6 +66,7 @@ class Parser {
 
   private:
     static constexpr std::size_t kFewAttributes = XmlPool::kRoom / sizeof(XmlAttribute);
+    static_assert(std::has_single_bit(kFewAttributes), "room for more is made at powers of two");
 
     struct OpenElement {
         XmlNode* node;
@@ -207,11 +209,11 @@ class Parser {
         return true;
     }
 
-    // Leaves the space behind the last attribute skipped. The attributes are written where they will stay, as long
-    // as they are few.
+    // Leaves the space behind the last attribute skipped. Attributes are written where they will stay, as long as
+    // they are few.
     bool ParseAttributes() {
-        auto* const first = static_cast<XmlAttribute*>(pool_.OpenRoom());
-        XmlAttribute* last = first;
+        auto* const few = static_cast<XmlAttribute*>(pool_.OpenRoom());
+        std::size_t count = 0;
         wchar16* name = EndOfSpace(next_);
         for (wchar16* nameEnd = EndOfName(name); nameEnd != name; nameEnd = EndOfName(name)) {
             wchar16* mark = nameEnd + 1;
@@ -224,32 +226,30 @@ class Parser {
             next_ = mark + 1;
             const WideView value = ParseText('"');
             if (*next_ != '"') return Fail(ParseWant::AttributeEnd, next_, mark + 1);
-            if (last == first + kFewAttributes) PutAside(first, last);
-            *last++ = {XmlText::Slice(Between(name, nameEnd)), XmlText::Slice(value)};
+            const XmlAttribute attribute{XmlText::Slice(Between(name, nameEnd)), XmlText::Slice(value)};
+            if (count < kFewAttributes) {
+                few[count] = attribute;
+            } else {
+                if (count == kFewAttributes) KeepFew(few, count);
+                AppendAttribute(attribute);
+            }
+            ++count;
             name = EndOfSpace(next_ + 1);
         }
         next_ = name;
-        KeepAttributes(first, last);
+        if (count != 0 && count <= kFewAttributes) KeepFew(few, count);
         return true;
     }
 
-    // Makes room for more.
-    void PutAside(XmlAttribute* first, XmlAttribute*& last) {
-        for (const XmlAttribute* attribute = first; attribute != last; ++attribute)
-            attributes_.Push(*attribute);
-        last = first;
+    void KeepFew(XmlAttribute* few, std::size_t count) noexcept {
+        void* kept = pool_.KeepRoom(count * sizeof *few);
+        unfinished_->attributes.Adopt(static_cast<XmlAttribute*>(kept), count);
     }
 
-    void KeepAttributes(XmlAttribute* first, XmlAttribute* last) {
-        const auto count = static_cast<std::size_t>(last - first);
-        if (!attributes_.IsEmpty()) {
-            PutAside(first, last);
-            unfinished_->attributes.Take(pool_, attributes_.From(0), attributes_.Size());
-            attributes_.PopTo(0);
-        } else if (count != 0) {
-            void* kept = pool_.KeepRoom(count * sizeof(XmlAttribute));
-            unfinished_->attributes.Adopt(static_cast<XmlAttribute*>(kept), count);
-        }
+    void AppendAttribute(const XmlAttribute& attribute) {
+        auto& attributes = unfinished_->attributes;
+        if (std::has_single_bit(attributes.Size())) attributes.Reserve(pool_, attributes.Size());
+        attributes.Append(attribute);
     }
 
     // One run of text of the innermost open element, and the markup behind it.
@@ -359,8 +359,7 @@ class Parser {
     XmlNode* const parent_;
     const wchar16* const begin_;
     ParseFailure* const failure_;
-    XmlNode* unfinished_ = nullptr;                            // the node that is being read, in no list yet
-    SmallStack<XmlAttribute, 2 * kFewAttributes> attributes_;  // those of unfinished_ when they are many
+    XmlNode* unfinished_ = nullptr;  // the node that is being read, in no list yet
     SmallStack<OpenElement, 16> open_;
     SmallStack<XmlNode*, 64> closed_;
 };

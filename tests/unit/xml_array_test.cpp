@@ -84,21 +84,6 @@ TEST_F(XmlArrayTest, AdoptedBlockIsTheStorageAndGoesBackToThePool) {
     EXPECT_EQ(pool_.Allocate(3 * sizeof(std::int64_t)), block);
 }
 
-TEST_F(XmlArrayTest, TakeCopiesTheItems) {
-    std::array<std::int64_t, 3> items = {7, 8, 9};
-    array_.Take(pool_, items.data(), items.size());
-    items = {};
-    EXPECT_EQ(Numbers(), "7 8 9");
-    Append(10);
-    EXPECT_EQ(Numbers(), "7 8 9 10");
-}
-
-TEST_F(XmlArrayTest, TakeOfNothingNeedsNoStorage) {
-    array_.Take(pool_, nullptr, 0);
-    EXPECT_TRUE(array_.IsEmpty());
-    EXPECT_EQ(array_.begin(), nullptr);
-}
-
 TEST_F(XmlArrayTest, ItemsOfAnySizeShareABlockWithoutOverrunningIt) {
     struct Triple {
         std::int64_t a, b, c;
@@ -136,9 +121,6 @@ TEST_F(XmlArrayTest, MoreItemsThanItCanHoldAreRefused) {
         }
     }
     EXPECT_EQ(Numbers(), "0 1");
-    XmlArray<std::int64_t> empty;
-    EXPECT_THROW(empty.Take(pool_, array_.begin(), std::size_t{1} << 32), std::length_error);
-    EXPECT_TRUE(empty.IsEmpty());
 }
 
 }  // namespace
