@@ -46,8 +46,9 @@ class ChildIndex {
   private:
     struct Slot {
         XmlNode* child = nullptr;  // null with a hash of kRemoved: passed over, used again by the next one
-        std::uint32_t hash = 0;
-        bool hasLater = false;
+        std::uint32_t hash : 31 = 0;
+        std::uint32_t hasLater : 1 = 0;
+        std::int32_t place = 0;  // of the child's text: how many cache lines it lies behind origin_
     };
     static constexpr std::uint32_t kRemoved = 1;
 
@@ -63,14 +64,17 @@ class ChildIndex {
     bool HasRoom() const noexcept { return used_ + used_ / 2 < size_; }
     bool Cover(const XmlNode& parent) noexcept;
     bool Enter(XmlNode* child) noexcept;
+    Slot SlotFor(XmlNode* child, std::uint32_t hash, WideView name) const noexcept;
+    void Prefetch(const Slot& slot) const noexcept;
     const Slot* LookUp(WideView name) const noexcept;
     Slot* SlotOf(const XmlNode& child) noexcept;
 
     Slot* slots_;
-    std::size_t size_;         // a power of two
-    std::size_t used_ = 0;     // slots that are not free, removed ones included
-    std::size_t covered_ = 0;  // children at the front of the list
-    std::uint64_t renames_;    // the pool's count when the index was made
+    std::size_t size_;           // a power of two
+    std::size_t used_ = 0;       // slots that are not free, removed ones included
+    std::size_t covered_ = 0;    // children at the front of the list
+    std::uint64_t renames_;      // the pool's count when the index was made
+    std::uintptr_t origin_ = 0;  // where the text of the first child that was entered lies
 };
 
 }  // namespace mox

@@ -25,6 +25,7 @@
 #include <utility>
 
 #include "mox_xmlApi/platform/letters.h"
+#include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/platform/scan.h"
 #include "mox_xmlApi/xml/small_stack.h"
 #include "mox_xmlApi/xml/xml_entities.h"
@@ -250,6 +251,8 @@ class Parser {
         auto& attributes = unfinished_->attributes;
         if (std::has_single_bit(attributes.Size())) attributes.Reserve(pool_, attributes.Size());
         attributes.Append(attribute);
+        PrefetchAhead(next_);
+        PrefetchAhead(attributes.end());
     }
 
     // One run of text of the innermost open element, and the markup behind it.
@@ -314,6 +317,8 @@ class Parser {
 
     void StartNode(XmlNodeKind kind, WideView name) {
         unfinished_ = pool_.New<XmlNode>(kind);
+        PrefetchAhead(next_);
+        PrefetchAhead(unfinished_);
         unfinished_->name = XmlText::Slice(name);
     }
 

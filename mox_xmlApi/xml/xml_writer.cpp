@@ -5,6 +5,7 @@
 
 #include "mox_xmlApi/platform/copy_units.h"
 #include "mox_xmlApi/platform/files.h"
+#include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/platform/scan.h"
 #include "mox_xmlApi/xml/xml_document.h"
 #include "mox_xmlApi/xml/xml_entities.h"
@@ -122,6 +123,8 @@ void WriteChildlessElement(const XmlNode& node, Output& out, std::size_t depth) 
 // Writes a node up to its children. Returns whether there are any, and so an end tag to come.
 template <class Output>
 bool BeginNode(const XmlNode& node, Output& out, std::size_t depth) {
+    PrefetchAhead(&node);
+    PrefetchAhead(node.name.View().data());
     out.Append(depth, wchar16{'\t'});
     out.Append(wchar16{'<'});
     if (node.kind == XmlNodeKind::Comment) {
@@ -170,8 +173,11 @@ void XmlEscape(WideView text, Output& out) {
 
 template <class Output>
 void WriteAttributes(const XmlNode& node, Output& out) {
-    for (const XmlAttribute& attribute : node.attributes)
+    for (const XmlAttribute& attribute : node.attributes) {
+        PrefetchAhead(&attribute);
+        PrefetchAhead(attribute.name.View().data());
         WriteAttribute(attribute, out);
+    }
 }
 
 template <class Output>
