@@ -57,7 +57,12 @@ class XmlList {
     void Take(XmlPool& pool, Item* const* items, std::size_t count) {
         if (count > kLargestSize) throw std::length_error("vector<T> too long");
         if (count > Room()) Move(pool, count);
-        std::copy_n(items, count, Items());
+        if (count > 2) {
+            std::copy_n(items, count, Items());
+        } else if (count != 0) {  // as most often: no call
+            Items()[0] = items[0];
+            Items()[count - 1] = items[count - 1];
+        }
         size_ = static_cast<std::uint32_t>(count);
     }
 

@@ -280,10 +280,10 @@ class Parser {
     // to it: the caller looks whether that is the one it wants. The end of the text never is.
     WideView ParseText(wchar16 stop) noexcept {
         wchar16* begin = next_;
-        wchar16* end = EndOfPlain(begin, stop);
-        next_ = end;
-        if (*end == '&') end = DecodeRest(end, stop);
-        return Between(begin, end);
+        next_ = FindAnyOf(begin, stop, '<', '&');
+        if (*next_ == stop) return Between(begin, next_);  // as most often
+        next_ = EndOfPlain(next_, stop);
+        return Between(begin, *next_ == '&' ? DecodeRest(next_, stop) : next_);
     }
 
     // Goes on with a text in which an entity was found at `decoded`. Returns where the decoded text ends.
