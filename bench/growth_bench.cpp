@@ -100,9 +100,10 @@ std::string Megabytes(double bytes) {
     return std::to_string(static_cast<int>(bytes / 1e6 + 0.5)) + " MB";
 }
 
-Participant LoadsPerByte(Make make, std::shared_ptr<DocumentFiles> files, bool wide) {
+Participant LoadsPerByte(Make make, std::shared_ptr<DocumentFiles> files, bool wide, MemoryUse use) {
     const std::shared_ptr<Contestant> contestant = make();
-    const auto batch = [contestant, files, wide] {
+    const auto batch = [contestant, files, wide, use] {
+        ReturnMemory(use);
         Stopwatch watch;
         watch.Start();
         contestant->Load(files->Files(), wide);
@@ -114,12 +115,13 @@ Participant LoadsPerByte(Make make, std::shared_ptr<DocumentFiles> files, bool w
     return {Megabytes(bytes), batch, bytes};
 }
 
-Participant SavesPerByte(Make make, std::shared_ptr<DocumentFiles> files, bool wide) {
+Participant SavesPerByte(Make make, std::shared_ptr<DocumentFiles> files, bool wide, MemoryUse use) {
     const std::shared_ptr<Contestant> contestant = make();
     contestant->Load(files->Files(), wide);
     const std::string path = files->Folder().File("saved");
     const double bytes = SizeOf(*files, wide);
-    const auto batch = [contestant, path, wide, bytes] {
+    const auto batch = [contestant, path, wide, bytes, use] {
+        ReturnMemory(use);
         Stopwatch watch;
         watch.Start();
         contestant->Save(path, wide);
@@ -143,16 +145,28 @@ FilesBySize MakeFiles(const Suite& suite, bool wide) {
     return files;
 }
 
-void RunBytes(Suite& suite, Make make, const FilesBySize& files, bool wide, const std::string& memory) {
-    const std::string form = (wide ? "wide, " : "narrow, ") + memory;
+std::string NameOf(MemoryUse use) {
+    switch (use) {
+        case MemoryUse::FetchAll:
+            return "all memory fetched from the system";
+        case MemoryUse::KeepAll:
+            return "memory that the process has";
+        default:
+            return "memory as malloc has it";
+    }
+}
+
+void RunBytes(Suite& suite, Make make, const FilesBySize& files, bool wide, MemoryUse use) {
+    const std::string form =
+        (wide ? "wide, " : "narrow, ") + NameOf(use) + (make == MakeOurs ? "" : ", pugixml to compare");
     const std::optional<double> limit = make == MakeOurs ? std::optional<double>(1.5) : std::nullopt;
     std::vector<Participant> loads;
     for (const auto& file : files)
-        loads.push_back(LoadsPerByte(make, file, wide));
+        loads.push_back(LoadsPerByte(make, file, wide, use));
     suite.AddGrowth("per byte, 200 MB : 1 MB", "load, " + form, std::move(loads), limit);
     std::vector<Participant> saves;
     for (const auto& file : files)
-        saves.push_back(SavesPerByte(make, file, wide));
+        saves.push_back(SavesPerByte(make, file, wide, use));
     suite.AddGrowth("per byte, 200 MB : 1 MB", "save, " + form, std::move(saves), limit);
 }
 
@@ -198,15 +212,16 @@ void RunGrowth(Suite& suite) {
     if (!suite.Wants("per byte")) return;
     for (const bool wide : {false, true}) {
         const FilesBySize files = MakeFiles(suite, wide);
-        RunBytes(suite, MakeOurs, files, wide, "memory fetched from the system");
-        RunBytes(suite, MakePugixml, files, wide, "memory fetched from the system, pugixml to compare");
+        RunBytes(suite, MakeOurs, files, wide, MemoryUse::AsMalloc);
+        RunBytes(suite, MakePugixml, files, wide, MemoryUse::AsMalloc);
     }
 }
 
-void RunGrowthInKeptMemory(Suite& suite) {
+void RunGrowthInMemory(Suite& suite, MemoryUse use) {
+    UseMemory(use);
     if (!suite.Wants("per byte")) return;
     for (const bool wide : {false, true})
-        RunBytes(suite, MakeOurs, MakeFiles(suite, wide), wide, "memory that the process has");
+        RunBytes(suite, MakeOurs, MakeFiles(suite, wide), wide, use);
 }
 
 }  // namespace bench

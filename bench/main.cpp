@@ -51,9 +51,9 @@ int Run(const Arguments& arguments) {
     for (const auto run : {bench::RunLoad, bench::RunSave, bench::RunRelease, bench::RunGet, bench::RunChange,
                            bench::RunRemoval, bench::RunEnumerate, bench::RunMemory, bench::RunGrowth})
         run(suite);
-    bench::KeepMemory();
-    for (const auto run : {bench::RunGrowthInKeptMemory, bench::RunShapes})
-        run(suite);
+    bench::RunGrowthInMemory(suite, bench::MemoryUse::FetchAll);
+    bench::RunGrowthInMemory(suite, bench::MemoryUse::KeepAll);
+    bench::RunShapes(suite);
     if (quick) {
         bench::PrintChecked(suite, std::cout);
     } else {

@@ -49,9 +49,19 @@ Workload NumberWorkload(std::vector<Query> queries) {
     return {std::make_shared<std::vector<Query>>(std::move(queries)), sum};
 }
 
-void KeepMemory() {
-    mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+void UseMemory(MemoryUse use) {
+    if (use == MemoryUse::FetchAll) {
+        constexpr int kUsualThreshold = 128 * 1024;  // set at all, it no longer grows with what is given back
+        mallopt(M_MMAP_THRESHOLD, kUsualThreshold);
+        mallopt(M_TRIM_THRESHOLD, kUsualThreshold);
+    } else if (use == MemoryUse::KeepAll) {
+        mallopt(M_MMAP_MAX, 0);
+        mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    }
+}
+
+void ReturnMemory(MemoryUse use) {
+    if (use == MemoryUse::FetchAll) malloc_trim(0);
 }
 
 std::vector<std::unique_ptr<Contestant>> Loaded(const std::vector<Make>& makers, const Source& source,

@@ -79,10 +79,18 @@ void RunEnumerate(Suite& suite);
 void RunMemory(Suite& suite);
 void RunGrowth(Suite& suite);
 
-// From here on the process gives no memory back to the system: what it takes the second time costs no page
-// faults, in small documents as in large ones. There is no way back.
-void KeepMemory();
-void RunGrowthInKeptMemory(Suite& suite);
+// Where the memory of a measurement comes from.
+enum class MemoryUse {
+    AsMalloc,  // small documents get memory that the process has, large ones fetch theirs from the system each time
+    FetchAll,  // from the system each time, as in the first load of a process: so are its page faults
+    KeepAll,   // the process gives none back: what it takes the second time costs no page faults
+};
+
+// For all that follows. After the start it is AsMalloc, and from KeepAll there is no way back.
+void UseMemory(MemoryUse use);
+// Before a measurement: with FetchAll, gives back what the process does not use.
+void ReturnMemory(MemoryUse use);
+void RunGrowthInMemory(Suite& suite, MemoryUse use);
 void RunShapes(Suite& suite);
 
 }  // namespace bench
