@@ -58,8 +58,8 @@ struct TextBuffers {
 
 // Fills a host's record from an entry that was read. `useUiValue`: an empty value that is not "ucstring" is
 // replaced by that of the presentation data. `isCleared`: the name of the record is all zeros so far, as that of a
-// presentation record must be. False when a text cannot be converted; what was filled by then
-// stays. May throw std::bad_alloc.
+// presentation record has to be. False when a text cannot be converted; what was filled by then stays. May throw
+// std::bad_alloc.
 bool FillValueRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, bool useUiValue, bool isCleared,
                      TextBuffers& buffers, TableEntryValueInfoStruct& record);
 bool FillUiRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, TextBuffers& buffers,

@@ -10,8 +10,8 @@
 namespace mox {
 namespace {
 
-constexpr int kEntryLines =
-    4;  // of the cache that an entry takes in the tree, and in the loaded text, or nearly
+// How many lines of the cache an entry takes, in the tree and again in the loaded text, roughly.
+constexpr int kEntryLines = 4;
 
 XmlNode* NodeAt(std::uint64_t position) noexcept {
     return reinterpret_cast<XmlNode*>(static_cast<std::uintptr_t>(position));
