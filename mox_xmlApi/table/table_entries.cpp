@@ -3,15 +3,11 @@
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "mox_xmlApi/entries/entry_reader.h"
 #include "mox_xmlApi/entries/entry_writer.h"
-#include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/table/host_records.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
 namespace {
-
-// How many lines of the cache an entry takes, in the tree and again in the loaded text, roughly.
-constexpr int kEntryLines = 4;
 
 XmlNode* NodeAt(std::uint64_t position) noexcept {
     return reinterpret_cast<XmlNode*>(static_cast<std::uintptr_t>(position));
@@ -157,11 +153,8 @@ bool GetEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* po
     if (position != nullptr && !cursor.IsReady()) return false;
     if (!byName) entry = EntryAfter(cursor, *position);
     if (entry == nullptr) return false;
-    if (!byName) {
+    if (!byName)
         *position = PositionOf(entry);  // an entry that cannot be read is passed over by the next call
-        PrefetchAhead(entry, kEntryLines);
-        PrefetchAhead(entry->name.View().data(), kEntryLines);
-    }
     if (!ReadEntry(cursor, *entry, &entryValue, &entryUi)) return false;
     const bool isFilled =
         (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, !byName, buffers, *value)) &&

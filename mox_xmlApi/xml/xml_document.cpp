@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/xml/child_index.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
@@ -44,6 +45,13 @@ struct ContentMatch {
     }
 };
 
+// For a walk from element to element that reads them: what comes soon, in the tree and in the loaded text.
+void PrefetchAfter(const XmlNode& element) noexcept {
+    constexpr int kLines = 4;  // that an element of a few attributes takes with its children, roughly
+    PrefetchAhead(&element, kLines);
+    PrefetchAhead(element.name.View().data(), kLines);
+}
+
 template <class Qualifies>
 XmlNode* NextElement(const XmlNode* parent, XmlNode*& cursor, Qualifies qualifies) noexcept {
     if (parent == nullptr) return nullptr;
@@ -51,7 +59,9 @@ XmlNode* NextElement(const XmlNode* parent, XmlNode*& cursor, Qualifies qualifie
     std::size_t position = cursor == nullptr ? 0 : static_cast<std::size_t>(cursor->index + 1);
     for (; position < count; ++position) {
         XmlNode* child = parent->children.begin()[position];
-        if (IsElement(*child) && qualifies(*child)) return cursor = child;
+        if (!IsElement(*child) || !qualifies(*child)) continue;
+        PrefetchAfter(*child);
+        return cursor = child;
     }
     return nullptr;
 }
