@@ -42,8 +42,7 @@ Owner OwnerOf(const std::string& name) {
 
 void EntryFields::AddTo(CLI::App& verb) {
     value_ = verb.add_option("VALUE", valueText_, "The value");
-    type_ =
-        verb.add_option("--type", typeText_, "Type of the value, \"long\" for example; \"string\" if new");
+    type_ = verb.add_option("--type", typeText_, R"(Type of the value, "long" for example; "string" if new)");
     CLI::Option* const array = verb.add_flag("--array", isArray_, "The value holds an array of that type");
     verb.add_flag("--vector", isVector_, "The value holds a vector of that type")->excludes(array);
     id_ = verb.add_option("--id", idNumber_, "The entry's number");

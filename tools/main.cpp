@@ -93,10 +93,10 @@ void RunInto(Session& session, std::vector<std::string> arguments) {
 }  // namespace mox::tool
 
 int main(int argc, char** argv) {
-    using namespace mox::tool;
-    Session session;
-    StandardStreams streams;
-    RunInto(session, ProcessArguments(argc, argv));
-    if (!streams.Write(session.out, session.messages)) return static_cast<int>(ExitCode::kNoAccess);
+    namespace tool = mox::tool;
+    tool::Session session;
+    tool::StandardStreams streams;
+    tool::RunInto(session, tool::ProcessArguments(argc, argv));
+    if (!streams.Write(session.out, session.messages)) return static_cast<int>(tool::ExitCode::kNoAccess);
     return static_cast<int>(session.code);
 }

@@ -73,7 +73,8 @@ bool CopyFileTo(const std::string& from, const std::string& to) {
 bool StandardStreams::Write(const std::string& data, const std::string& messages) {
     const bool isOut =
         std::fwrite(data.data(), 1, data.size(), stdout) == data.size() && std::fflush(stdout) == 0;
-    std::fwrite(messages.data(), 1, messages.size(), stderr);
+    // Where messages get lost there is no place to say so.
+    static_cast<void>(std::fwrite(messages.data(), 1, messages.size(), stderr));
     return isOut;
 }
 
