@@ -8,11 +8,13 @@
 
 // The C library's own names for the functions that are replaced here.
 extern "C" {
-void* __libc_malloc(std::size_t size);                           // NOLINT
-void* __libc_calloc(std::size_t count, std::size_t size);        // NOLINT
-void* __libc_realloc(void* block, std::size_t size);             // NOLINT
-void* __libc_memalign(std::size_t alignment, std::size_t size);  // NOLINT
-void __libc_free(void* block);                                   // NOLINT
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are not ours
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* block);
+// NOLINTEND(bugprone-reserved-identifier)
 }
 
 namespace bench {

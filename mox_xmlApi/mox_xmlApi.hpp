@@ -233,10 +233,14 @@ class Profile {
         return Found(made, name, false).has_value() ? findSection(name) : std::nullopt;
     }
 
+    // NOLINTBEGIN(readability-make-member-function-const): it changes the document
+
     // Removes the section with all that it holds. Returns whether there was one.
-    bool removeSection(const Text& name) {  // NOLINT(readability-make-member-function-const)
+    bool removeSection(const Text& name) {
         return name.isValid() && xmlWriteProfileString(handle(), name.c_str(), nullptr, nullptr) == 1;
     }
+
+    // NOLINTEND(readability-make-member-function-const)
 
     // for (const mox::Section& section : profile.sections()). The sections in document order; every element under the
     // root counts, also one that is no section and that findSection does not find. All are found before the first is

@@ -23,7 +23,8 @@ template <std::size_t Size>
 struct WideLiteral {
     wchar16 units[Size]{};
 
-    consteval WideLiteral(const char (&text)[Size]) {  // NOLINT(google-explicit-constructor)
+    // NOLINTNEXTLINE(google-explicit-constructor): the literal operator makes one of the text by itself
+    consteval WideLiteral(const char (&text)[Size]) {
         for (std::size_t i = 0; i < Size; ++i)
             units[i] = static_cast<wchar16>(text[i]);
     }

@@ -20,8 +20,8 @@ constexpr std::uint32_t kHashBits = (1U << 31) - 1;
 // Names that share a place beyond this many were chosen to: such a list is scanned.
 constexpr std::size_t kLongestProbe = 64;
 
-// Where the markup before the value of a name lies, roughly.
-std::uintptr_t AddressOf(WideView name) noexcept {
+// Roughly where the markup before a name in the loaded text begins.
+std::uintptr_t MarkupBefore(WideView name) noexcept {
     return reinterpret_cast<std::uintptr_t>(name.data()) - 16 * sizeof(wchar16);
 }
 
@@ -187,7 +187,7 @@ bool ChildIndex::Enter(XmlNode* child) noexcept {
     const XmlAttribute* name = NameOf(*child);
     if (name == nullptr) return true;
     if (!HasRoom()) return false;
-    if (origin_ == 0) origin_ = AddressOf(name->value.View());
+    if (origin_ == 0) origin_ = MarkupBefore(name->value.View());
     const std::uint32_t hash = HashOf(name->value.View());
     Slot* removed = nullptr;
     std::size_t place = hash & (size_ - 1);
@@ -211,7 +211,7 @@ bool ChildIndex::Enter(XmlNode* child) noexcept {
 }
 
 ChildIndex::Slot ChildIndex::SlotFor(XmlNode* child, std::uint32_t hash, WideView name) const noexcept {
-    const auto distance = static_cast<std::int64_t>(AddressOf(name) - origin_);
+    const auto distance = static_cast<std::int64_t>(MarkupBefore(name) - origin_);
     return {child, hash & kHashBits, false, static_cast<std::int32_t>(distance / kCacheLine)};
 }
 

@@ -1,12 +1,10 @@
 #include "mox_xmlApi/xml/xml_array.h"
 
-#include <array>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
-#include <vector>
 
 #include "tests/unit/xml_support.h"
 
