@@ -33,8 +33,7 @@ install(TARGETS ${mox_installed_libraries} EXPORT mox_xmlApiTargets
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 # What hosts include; the front is headers alone.
 file(GLOB mox_front RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
-  ${PROJECT_SOURCE_DIR}/mox_xmlApi/*.hpp ${PROJECT_SOURCE_DIR}/mox_xmlApi/front/*.hpp
-  ${PROJECT_SOURCE_DIR}/mox_xmlApi/platform/*.hpp)
+  ${PROJECT_SOURCE_DIR}/mox_xmlApi/*.hpp ${PROJECT_SOURCE_DIR}/mox_xmlApi/front/*.hpp)
 foreach(header IN LISTS mox_front ITEMS
     mox_xmlApi/mox_xmlApi.h mox_xmlApi/platform/mox_dbtInfo.h mox_xmlApi/platform/wchar16.h)
   cmake_path(GET header PARENT_PATH folder)

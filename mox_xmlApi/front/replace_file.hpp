@@ -24,9 +24,9 @@
 
 #include "mox_xmlApi/front/text.hpp"
 #if defined(_WIN32)
-#include "mox_xmlApi/platform/replace_file_windows.hpp"
+#include "mox_xmlApi/front/replace_file_windows.hpp"
 #else
-#include "mox_xmlApi/platform/replace_file_posix.hpp"
+#include "mox_xmlApi/front/replace_file_posix.hpp"
 #endif
 
 namespace mox::front {

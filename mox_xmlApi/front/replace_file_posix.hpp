@@ -1,6 +1,6 @@
 // The system's part of front/replace_file.hpp, for POSIX systems. Valid in C++17 and later.
-#ifndef MOX_XMLAPI_PLATFORM_REPLACE_FILE_POSIX_HPP
-#define MOX_XMLAPI_PLATFORM_REPLACE_FILE_POSIX_HPP
+#ifndef MOX_XMLAPI_FRONT_REPLACE_FILE_POSIX_HPP
+#define MOX_XMLAPI_FRONT_REPLACE_FILE_POSIX_HPP
 
 #include <cerrno>
 #include <climits>

@@ -2,8 +2,8 @@
 //
 // <windows.h> would bring its macros into every program that includes the front, so the few functions that are needed
 // are declared here, just as it declares them: a program may include it as well, before or after.
-#ifndef MOX_XMLAPI_PLATFORM_REPLACE_FILE_WINDOWS_HPP
-#define MOX_XMLAPI_PLATFORM_REPLACE_FILE_WINDOWS_HPP
+#ifndef MOX_XMLAPI_FRONT_REPLACE_FILE_WINDOWS_HPP
+#define MOX_XMLAPI_FRONT_REPLACE_FILE_WINDOWS_HPP
 
 #include <cstddef>
 #include <cstdint>
