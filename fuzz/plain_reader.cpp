@@ -1,6 +1,6 @@
 #include "fuzz/fuzz_input.h"
 #include "fuzz/plain_document.h"
-#include "mox_xmlApi/platform/letters.h"
+#include "mox_xmlApi/xml/xml_name_characters.h"
 
 namespace mox::fuzz {
 namespace {

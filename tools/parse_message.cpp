@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "mox_xmlApi/platform/letters.h"
+#include "mox_xmlApi/xml/xml_name_characters.h"
 #include "tools/shown_text.h"
 
 namespace mox::tool {

@@ -6,7 +6,7 @@
 #include <locale.h>
 #endif
 
-namespace mox::letters {
+namespace mox {
 namespace {
 
 bool IsSurrogate(wchar16 unit) {
@@ -57,4 +57,4 @@ bool IsLetterOrDigitBeyondAscii(wchar16 unit) noexcept {
 #endif
 }
 
-}  // namespace mox::letters
+}  // namespace mox

@@ -24,11 +24,11 @@
 #include <bit>
 #include <utility>
 
-#include "mox_xmlApi/platform/letters.h"
 #include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/platform/scan.h"
 #include "mox_xmlApi/xml/small_stack.h"
 #include "mox_xmlApi/xml/xml_entities.h"
+#include "mox_xmlApi/xml/xml_name_characters.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {

@@ -1,4 +1,4 @@
-#include "mox_xmlApi/platform/letters.h"
+#include "mox_xmlApi/xml/xml_name_characters.h"
 
 #include <clocale>
 #include <cstdint>
