@@ -2,7 +2,9 @@
 #ifndef MOX_XMLAPI_PLATFORM_COPY_UNITS_H
 #define MOX_XMLAPI_PLATFORM_COPY_UNITS_H
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "mox_xmlApi/platform/scan.h"
@@ -10,17 +12,45 @@
 
 namespace mox {
 
-// Whether XML has an entity for the unit.
-constexpr bool IsMarkup(wchar16 unit) noexcept {
-    return unit == '"' || unit == '&' || unit == '\'' || unit == '<' || unit == '>';
+// Matches the units that equal `value` once the bits of `ignored` are set in them: with `ignored` 0 one unit, with one
+// bit two.
+struct UnitPattern {
+    wchar16 ignored;
+    wchar16 value;
+
+    constexpr bool Matches(wchar16 unit) const noexcept { return (unit | ignored) == value; }
+};
+
+namespace detail {
+
+// One bit for each unit below 64 that a pattern of the array `kStops` matches.
+template <auto kStops>
+constexpr std::uint64_t StopBits() noexcept {
+    std::uint64_t bits = 0;
+    for (wchar16 unit = 0; unit < 64; ++unit) {
+        const bool stops = std::any_of(kStops.begin(), kStops.end(),
+                                       [unit](UnitPattern pattern) { return pattern.Matches(unit); });
+        bits |= std::uint64_t{stops} << unit;
+    }
+    return bits;
 }
 
-// Copies the units before the first markup to `to`, which has room for all of `text`, and returns how many they are.
-// A narrow output gets the low byte of each.
-template <class Unit>
-std::size_t CopyToMarkupPlain(Unit* to, WideView text) noexcept {
+}  // namespace detail
+
+// Whether a pattern of the array `kStops` matches. All values of the patterns are below 64.
+template <auto kStops>
+constexpr bool MatchesAny(wchar16 unit) noexcept {
+    static_assert(std::all_of(kStops.begin(), kStops.end(), [](auto pattern) { return pattern.value < 64; }));
+    constexpr std::uint64_t kBits = detail::StopBits<kStops>();
+    return unit < 64 && ((kBits >> unit) & 1) != 0;
+}
+
+// Copies the units before the first one that a pattern of `kStops` matches to `to`, which has room for all of `text`.
+// Returns how many they are. A narrow output gets the low byte of each.
+template <auto kStops, class Unit>
+std::size_t CopyUntilPlain(Unit* to, WideView text) noexcept {
     std::size_t count = 0;
-    for (; count < text.size() && !IsMarkup(text[count]); ++count)
+    for (; count < text.size() && !MatchesAny<kStops>(text[count]); ++count)
         to[count] = static_cast<Unit>(text[count]);
     return count;
 }
@@ -36,13 +66,17 @@ inline __m128i LoadFour(const wchar16* units) noexcept {
     return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(units));
 }
 
-inline bool HasMarkup(__m128i units) noexcept {
-    const auto all = [](int unit) { return _mm_set1_epi16(static_cast<short>(unit)); };
-    // Two pairs differ in one bit each: & from ', and < from >.
-    const __m128i quote = _mm_cmpeq_epi16(units, all('"'));
-    const __m128i ampersand = _mm_cmpeq_epi16(_mm_or_si128(units, all('&' ^ '\'')), all('&' | '\''));
-    const __m128i bracket = _mm_cmpeq_epi16(_mm_or_si128(units, all('<' ^ '>')), all('<' | '>'));
-    return _mm_movemask_epi8(_mm_or_si128(quote, _mm_or_si128(ampersand, bracket))) != 0;
+inline __m128i Matches(UnitPattern pattern, __m128i units) noexcept {
+    const auto all = [](wchar16 unit) { return _mm_set1_epi16(static_cast<short>(unit)); };
+    return _mm_cmpeq_epi16(_mm_or_si128(units, all(pattern.ignored)), all(pattern.value));
+}
+
+template <auto kStops>
+bool HasMatch(__m128i units) noexcept {
+    __m128i matches = Matches(kStops[0], units);
+    for (std::size_t i = 1; i < kStops.size(); ++i)
+        matches = _mm_or_si128(matches, Matches(kStops[i], units));
+    return _mm_movemask_epi8(matches) != 0;
 }
 
 inline void Store(wchar16* to, __m128i units, std::size_t count) noexcept {
@@ -58,19 +92,19 @@ inline void Store(char* to, __m128i units, std::size_t count) noexcept {
 }  // namespace detail
 #endif
 
-// The same, faster. The last four are looked at once more rather than one by one.
-template <class Unit>
-std::size_t CopyToMarkup(Unit* to, WideView text) noexcept {
+// The same, faster. The last four units are examined a second time rather than one by one.
+template <auto kStops, class Unit>
+std::size_t CopyUntil(Unit* to, WideView text) noexcept {
     std::size_t count = 0;
 #if defined(MOX_SCAN_SSE2)
     for (; text.size() - count >= 8; count += 8) {
         const __m128i units = detail::LoadEight(text.data() + count);
-        if (detail::HasMarkup(units)) break;
+        if (detail::HasMatch<kStops>(units)) break;
         detail::Store(to + count, units, 8);
     }
     if (text.size() - count >= 4) {
         const __m128i units = detail::LoadFour(text.data() + count);
-        if (!detail::HasMarkup(units)) {
+        if (!detail::HasMatch<kStops>(units)) {
             detail::Store(to + count, units, 4);
             count += 4;
         }
@@ -78,13 +112,13 @@ std::size_t CopyToMarkup(Unit* to, WideView text) noexcept {
     if (count >= 4 && text.size() - count < 4) {
         const std::size_t last = text.size() - 4;
         const __m128i units = detail::LoadFour(text.data() + last);
-        if (!detail::HasMarkup(units)) {
+        if (!detail::HasMatch<kStops>(units)) {
             detail::Store(to + last, units, 4);
             return text.size();
         }
     }
 #endif
-    return count + CopyToMarkupPlain(to + count, text.substr(count));
+    return count + CopyUntilPlain<kStops>(to + count, text.substr(count));
 }
 
 // Copies all of `text` to `to`, which has room for it, and returns the place after it. A narrow output gets the low

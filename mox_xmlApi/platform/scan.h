@@ -1,4 +1,4 @@
-// The search for the end of a text, eight units at a time where the processor can.
+// Searching 16-bit text, eight units at a time where the processor can.
 #ifndef MOX_XMLAPI_PLATFORM_SCAN_H
 #define MOX_XMLAPI_PLATFORM_SCAN_H
 
@@ -14,10 +14,10 @@
 
 namespace mox {
 
-// How many units behind the one that it finds FindAnyOf may read: the memory must go on for as many.
+// How many units after the one that it finds FindAnyOf may read. So many units of readable memory must follow the text.
 inline constexpr std::size_t kScanAhead = 7;
 
-// The first unit from `text` on that is zero or one of the three, looked for one by one. There must be one.
+// The first unit from `text` on that is zero or one of the three, one unit at a time. There must be one.
 inline wchar16* FindAnyOfPlain(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexcept {
     while (*text != 0 && *text != a && *text != b && *text != c)
         ++text;
@@ -41,25 +41,25 @@ inline wchar16* FindAnyOf(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexce
 #endif
 }
 
-// How many of the `count` units stand before the first one that is `wanted`, looked for one by one.
-inline std::size_t LengthToPlain(wchar16 wanted, const wchar16* units, std::size_t count) noexcept {
+// How many of the `count` units come before the first one that equals `unit`, one unit at a time; all when none does.
+inline std::size_t CountBeforePlain(wchar16 unit, const wchar16* units, std::size_t count) noexcept {
     std::size_t length = 0;
-    while (length < count && units[length] != wanted)
+    while (length < count && units[length] != unit)
         ++length;
     return length;
 }
 
 // The same, faster.
-inline std::size_t LengthTo(wchar16 wanted, const wchar16* units, std::size_t count) noexcept {
+inline std::size_t CountBefore(wchar16 unit, const wchar16* units, std::size_t count) noexcept {
     std::size_t length = 0;
 #if defined(MOX_SCAN_SSE2)
-    const __m128i all = _mm_set1_epi16(static_cast<short>(wanted));
+    const __m128i all = _mm_set1_epi16(static_cast<short>(unit));
     for (; count - length >= 8; length += 8) {
         const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + length));
         if (_mm_movemask_epi8(_mm_cmpeq_epi16(block, all)) != 0) break;
     }
 #endif
-    return length + LengthToPlain(wanted, units + length, count - length);
+    return length + CountBeforePlain(unit, units + length, count - length);
 }
 
 }  // namespace mox

@@ -126,7 +126,7 @@ std::size_t ReadWide(InputFile& file, XmlPool& pool, TextBlock& block, const Pie
     std::memcpy(block.Units(), first.bytes.data(), count * sizeof(wchar16));
     std::size_t length = 0;
     for (std::size_t wanted = Piece::kBytes / sizeof(wchar16);;) {
-        const std::size_t used = LengthTo(0, block.Units() + length, count);
+        const std::size_t used = CountBefore(0, block.Units() + length, count);
         length += used;
         if (used < wanted) return length;
         GrowWhenFull(pool, block, length);

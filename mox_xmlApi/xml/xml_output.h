@@ -1,7 +1,7 @@
-// The text that a save builds up, in wide units or in narrow bytes.
+// The text that a save produces, in wide units or in narrow bytes.
 //
-// It grows by chunks that are never moved, so that a large text is written once and no more memory than it
-// needs is touched. A narrow text keeps the low byte of each unit.
+// It grows in chunks that are never moved, so that every unit is written once and no memory beyond the text's size is
+// touched. A narrow text keeps the low byte of each unit.
 #ifndef MOX_XMLAPI_XML_XML_OUTPUT_H
 #define MOX_XMLAPI_XML_XML_OUTPUT_H
 
@@ -20,46 +20,46 @@ namespace mox {
 template <class Unit>
 class BasicXmlOutput {
   public:
-    // The most units that Room can be asked for.
-    static constexpr std::size_t kMostRoom = 2048;
+    // The largest count that Reserve takes.
+    static constexpr std::size_t kMaxReserve = 2048;
 
-    // Makes room for `count` units in a row and returns where they begin; Advance says how many were written.
-    // Throws std::bad_alloc; what was written stays then.
-    Unit* Room(std::size_t count) {
+    // Makes room for `count` contiguous units and returns where they begin. The caller writes some of them and passes
+    // the address after the last one to Commit. Throws std::bad_alloc; what was written before stays.
+    Unit* Reserve(std::size_t count) {
         if (count > static_cast<std::size_t>(end_ - next_)) AddChunk();
         return next_;
     }
-    void Advance(Unit* next) noexcept { next_ = next; }
+    void Commit(Unit* next) noexcept { next_ = next; }
 
-    // Each throws as Room does.
+    // Each throws as Reserve does.
     void Append(wchar16 unit) {
-        *Room(1) = Narrow(unit);
+        *Reserve(1) = Narrow(unit);
         ++next_;
     }
     void Append(WideView text) {
-        for (; text.size() > kMostRoom; text.remove_prefix(kMostRoom))
-            AppendPiece(text.substr(0, kMostRoom));
+        for (; text.size() > kMaxReserve; text.remove_prefix(kMaxReserve))
+            AppendPiece(text.substr(0, kMaxReserve));
         AppendPiece(text);
     }
     void Append(std::size_t count, wchar16 unit) {
-        for (; count > kMostRoom; count -= kMostRoom)
-            AppendRun(kMostRoom, unit);
+        for (; count > kMaxReserve; count -= kMaxReserve)
+            AppendRun(kMaxReserve, unit);
         AppendRun(count, unit);
     }
 
-    // Calls `take(units, count)` for each stretch of what was written, in order, as long as it returns true.
-    // Returns whether it always did.
-    template <class Take>
-    bool ForEachChunk(Take take) const {
+    // Calls `visit(units, count)` for each chunk of what was written, in order, until one call returns false. Returns
+    // whether all returned true.
+    template <class Visit>
+    bool ForEachChunk(Visit visit) const {
         for (const Chunk& chunk : chunks_) {
             const bool isLast = &chunk == &chunks_.back();
             const Unit* end = isLast ? next_ : chunk.end;
-            if (!take(chunk.units.get(), static_cast<std::size_t>(end - chunk.units.get()))) return false;
+            if (!visit(chunk.units.get(), static_cast<std::size_t>(end - chunk.units.get()))) return false;
         }
         return true;
     }
 
-    // All that was written in one piece.
+    // Everything that was written, as one string.
     std::basic_string<Unit> Text() const {
         std::basic_string<Unit> text;
         ForEachChunk([&](const Unit* units, std::size_t count) {
@@ -74,17 +74,17 @@ class BasicXmlOutput {
   private:
     static constexpr std::size_t kFirstChunk = 8 * 1024;
     static constexpr std::size_t kLargestChunk = 8 * 1024 * 1024;
-    static_assert(kMostRoom <= kFirstChunk);
+    static_assert(kMaxReserve <= kFirstChunk);
 
     struct Chunk {
         std::unique_ptr<Unit[]> units;
-        Unit* end;  // of what was written, for all chunks but the last
+        Unit* end;  // of what was written; not kept for the last chunk
     };
 
-    void AppendPiece(WideView text) { next_ = CopyUnits(Room(text.size()), text); }
+    void AppendPiece(WideView text) { next_ = CopyUnits(Reserve(text.size()), text); }
 
     void AppendRun(std::size_t count, wchar16 unit) {
-        Unit* to = Room(count);
+        Unit* to = Reserve(count);
         next_ = std::fill_n(to, count, Narrow(unit));
     }
 

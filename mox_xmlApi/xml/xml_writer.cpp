@@ -13,7 +13,7 @@
 namespace mox {
 namespace {
 
-constexpr std::array<unsigned char, 128> PlacesOfEntities() noexcept {
+constexpr std::array<unsigned char, 128> NumberEntities() noexcept {
     std::array<unsigned char, 128> table{};
     for (std::size_t i = 0; i < kXmlEntities.size(); ++i) {
         table[kXmlEntities[i].character] = static_cast<unsigned char>(i + 1);
@@ -21,18 +21,18 @@ constexpr std::array<unsigned char, 128> PlacesOfEntities() noexcept {
     return table;
 }
 
-// For each ASCII character 1 + its place in kXmlEntities, or 0.
-constexpr auto kEntityOf = PlacesOfEntities();
+// For each ASCII character 1 + the index of its entity in kXmlEntities, or 0.
+constexpr auto kEntityOf = NumberEntities();
 
 constexpr std::size_t kLongestEntity = 6;
 
-// Texts up to this length are written in one go together with what surrounds them.
+// Texts up to this length are written together with what surrounds them after one check for space.
 constexpr std::size_t kShortText = 128;
 
 template <class Unit>
 Unit* CopyEscaped(Unit* to, WideView text) noexcept {
     for (;;) {
-        const std::size_t plain = CopyToMarkup(to, text);
+        const std::size_t plain = CopyUntil<kMarkup>(to, text);
         to += plain;
         if (plain == text.size()) return to;
         to = CopyUnits(to, kXmlEntities[kEntityOf[text[plain]] - 1U].text);
@@ -64,12 +64,12 @@ void WriteEndTag(const XmlNode& node, Output& out) {
         out.Append(wchar16{'>'});
         return;
     }
-    auto* to = out.Room(name.size() + 3);
+    auto* to = out.Reserve(name.size() + 3);
     *to++ = '<';
     *to++ = '/';
     to = CopyUnits(to, name);
     *to++ = '>';
-    out.Advance(to);
+    out.Commit(to);
 }
 
 template <class Output>
@@ -84,14 +84,14 @@ void WriteAttribute(const XmlAttribute& attribute, Output& out) {
         out.Append(wchar16{'"'});
         return;
     }
-    auto* to = out.Room(name.size() + value.size() * kLongestEntity + 4);
+    auto* to = out.Reserve(name.size() + value.size() * kLongestEntity + 4);
     *to++ = ' ';
     to = CopyUnits(to, name);
     *to++ = '=';
     *to++ = '"';
     to = CopyEscaped(to, value);
     *to++ = '"';
-    out.Advance(to);
+    out.Commit(to);
 }
 
 // A text that stands on lines of its own; only its first line is indented.
@@ -111,7 +111,7 @@ void WriteChildlessElement(const XmlNode& node, Output& out, std::size_t depth) 
         return;
     }
     out.Append(wchar16{'>'});
-    if (LengthTo('\n', text.data(), text.size()) == text.size()) {
+    if (CountBefore('\n', text.data(), text.size()) == text.size()) {
         XmlEscape(text, out);
     } else {
         WriteTextLines(text, out, depth);
@@ -120,7 +120,7 @@ void WriteChildlessElement(const XmlNode& node, Output& out, std::size_t depth) 
     WriteEndTag(node, out);
 }
 
-// Writes a node up to its children. Returns whether there are any, and so an end tag to come.
+// Writes a node up to its children. Returns whether it has any; its end tag is then still to be written.
 template <class Output>
 bool BeginNode(const XmlNode& node, Output& out, std::size_t depth) {
     PrefetchAhead(&node);
@@ -164,11 +164,11 @@ bool WriteToFile(const wchar16* path, const XmlNode* root, Output& out) {
 
 template <class Output>
 void XmlEscape(WideView text, Output& out) {
-    constexpr std::size_t kPiece = Output::kMostRoom / kLongestEntity;
+    constexpr std::size_t kPiece = Output::kMaxReserve / kLongestEntity;
     for (; text.size() > kPiece; text.remove_prefix(kPiece)) {
-        out.Advance(CopyEscaped(out.Room(kPiece * kLongestEntity), text.substr(0, kPiece)));
+        out.Commit(CopyEscaped(out.Reserve(kPiece * kLongestEntity), text.substr(0, kPiece)));
     }
-    out.Advance(CopyEscaped(out.Room(text.size() * kLongestEntity), text));
+    out.Commit(CopyEscaped(out.Reserve(text.size() * kLongestEntity), text));
 }
 
 template <class Output>

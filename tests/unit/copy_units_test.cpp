@@ -8,8 +8,9 @@
 
 namespace {
 
-using mox::CopyToMarkup;
-using mox::CopyToMarkupPlain;
+using mox::CopyUntil;
+using mox::CopyUntilPlain;
+using mox::kMarkup;
 using mox::WideView;
 
 template <class Unit>
@@ -49,8 +50,8 @@ TYPED_TEST(CopyUnitsTest, CopiesAllAsItsPlainTwinAtEveryLengthAndAlignment) {
 
 TYPED_TEST(CopyUnitsTest, GivesWhatItsPlainTwinGivesAtEveryLengthPlaceAndAlignment) {
     constexpr std::size_t kMost = 36;
-    const auto fast = [](TypeParam* to, WideView text) { return CopyToMarkup(to, text); };
-    const auto plain = [](TypeParam* to, WideView text) { return CopyToMarkupPlain(to, text); };
+    const auto fast = [](TypeParam* to, WideView text) { return CopyUntil<kMarkup>(to, text); };
+    const auto plain = [](TypeParam* to, WideView text) { return CopyUntilPlain<kMarkup>(to, text); };
     for (std::size_t alignment = 0; alignment < 9; ++alignment) {
         for (std::size_t length = 0; length < kMost; ++length) {
             for (std::size_t place = 0; place <= length; ++place) {
@@ -76,9 +77,9 @@ TYPED_TEST(CopyUnitsTest, StopsAtTheFiveCharactersWithAnEntityAndAtNoOther) {
             hasEntity = hasEntity || entity.character == unit;
         const std::vector<wchar16> units(8, static_cast<wchar16>(unit));
         TypeParam to[8] = {};
-        const std::size_t copied = CopyToMarkup(to, WideView(units.data(), units.size()));
+        const std::size_t copied = CopyUntil<kMarkup>(to, WideView(units.data(), units.size()));
         ASSERT_EQ(copied, hasEntity ? 0U : 8U) << unit;
-        const std::size_t half = CopyToMarkup(to, WideView(units.data(), 4));
+        const std::size_t half = CopyUntil<kMarkup>(to, WideView(units.data(), 4));
         ASSERT_EQ(half, hasEntity ? 0U : 4U) << unit;
         ASSERT_EQ(to[7], hasEntity ? TypeParam{} : static_cast<TypeParam>(unit)) << unit;
     }

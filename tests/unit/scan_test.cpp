@@ -37,8 +37,8 @@ TEST(Scan, CountsUpToAUnitAsItsPlainTwinAtEveryPlaceAndAlignment) {
                     for (std::size_t i = alignment; i < units.size(); i += 2)
                         units[i] = highByte;
                     if (place < count) units[alignment + place] = wanted;
-                    ASSERT_EQ(mox::LengthTo(wanted, units.data() + alignment, count), place);
-                    ASSERT_EQ(mox::LengthToPlain(wanted, units.data() + alignment, count), place);
+                    ASSERT_EQ(mox::CountBefore(wanted, units.data() + alignment, count), place);
+                    ASSERT_EQ(mox::CountBeforePlain(wanted, units.data() + alignment, count), place);
                 }
             }
         }

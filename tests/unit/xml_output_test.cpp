@@ -41,10 +41,10 @@ TEST(XmlOutput, NarrowOneKeepsTheLowBytes) {
 TEST(XmlOutput, RoomIsWrittenInPlaceAsFarAsItIsUsed) {
     XmlOutput out;
     out.Append("a"_w);
-    wchar16* room = out.Room(XmlOutput::kMostRoom);
+    wchar16* room = out.Reserve(XmlOutput::kMaxReserve);
     room[0] = wchar16{'b'};
     room[1] = wchar16{'c'};
-    out.Advance(room + 1);
+    out.Commit(room + 1);
     out.Append("d"_w);
     EXPECT_EQ(Shown(out.Text()), "abd");
 }
@@ -71,11 +71,11 @@ void ExpectManyPiecesWhole() {
                 break;
             default: {
                 // Most of the room stays unused.
-                auto* room = out.Room(Output::kMostRoom);
+                auto* room = out.Reserve(Output::kMaxReserve);
                 const std::size_t used = count % 7;
                 for (std::size_t j = 0; j < used; ++j)
                     room[j] = Output::Narrow(unit);
-                out.Advance(room + used);
+                out.Commit(room + used);
                 expected.append(used, Output::Narrow(unit));
                 continue;
             }
