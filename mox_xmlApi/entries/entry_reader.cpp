@@ -14,8 +14,8 @@ bool IsElementNamed(const XmlNode& node, WideView name) noexcept {
 bool ReadEntry(const TableCursor& cursor, const XmlNode& entry, EntryValueRecord* value,
                EntryUiRecord* ui) noexcept {
     if (!cursor.IsReady()) return false;
-    EntryValueRecord unwanted;
-    EntryValueRecord& record = value != nullptr ? *value : unwanted;
+    EntryValueRecord unused;
+    EntryValueRecord& record = value != nullptr ? *value : unused;
 
     WideView qualifier;
     XmlDocument::GetAttribute(&entry, names::kArray, qualifier);

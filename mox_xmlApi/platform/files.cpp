@@ -21,7 +21,7 @@
 namespace mox {
 namespace {
 
-// The most that one call of the system is asked to move; some systems refuse counts above 31 bits.
+// The largest count passed to one system call; some systems refuse counts above 31 bits.
 constexpr std::size_t kLargestPiece = std::size_t{1} << 30;
 
 }  // namespace
@@ -53,7 +53,7 @@ std::size_t InputFile::Read(void* buffer, std::size_t size) noexcept {
         const auto piece = static_cast<DWORD>(std::min(size - done, kLargestPiece));
         DWORD count = 0;
         if (!ReadFile(handle_, static_cast<char*>(buffer) + done, piece, &count, nullptr)) {
-            // A pipe whose writer has gone has come to its end.
+            // The writer of a pipe has closed it: that is its end.
             if (GetLastError() != ERROR_BROKEN_PIPE) failed_ = true;
             break;
         }
@@ -65,7 +65,7 @@ std::size_t InputFile::Read(void* buffer, std::size_t size) noexcept {
 
 OutputFile::OutputFile(const wchar16* path) {
     if (path == nullptr) return;
-    // Shared as the runtime's own streams share, so that a host that has the file open can still save it.
+    // The sharing mode of the runtime's own streams, so that a host that has the file open can still save it.
     const HANDLE handle = CreateFileW(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                       CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle != INVALID_HANDLE_VALUE) handle_ = handle;
@@ -95,12 +95,12 @@ bool OutputFile::Close() noexcept {
 
 namespace {
 
-// Opens the file; -1 if that is not possible.
+// Opens the file; -1 on failure.
 int Open(const wchar16* path, int flags) {
     if (path == nullptr) return -1;
     std::string narrow;
     if (!pdConvertString(path, narrow)) return -1;
-    constexpr mode_t kReadAndWriteForAll = 0666;  // less what the process masks out
+    constexpr mode_t kReadAndWriteForAll = 0666;  // before the process's umask
     int file = -1;
     do {
         file = open(narrow.c_str(), flags | O_CLOEXEC, kReadAndWriteForAll);

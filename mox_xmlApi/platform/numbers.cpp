@@ -7,8 +7,8 @@
 namespace mox {
 namespace {
 
-// The digits 0 of the scripts whose digits count, in ascending order. The runtime knows no other scripts,
-// also where Unicode has more.
+// The digit zero of each script whose digits count, in ascending order. Unicode has more scripts with digits; the
+// runtime whose behaviour this is does not know them.
 constexpr std::array<std::uint16_t, 16> kZerosBeyondAscii = {
     0x0660, 0x06F0, 0x0966, 0x09E6, 0x0A66, 0x0AE6, 0x0B66, 0x0C66,
     0x0CE6, 0x0D66, 0x0E50, 0x0ED0, 0x0F20, 0x1040, 0x17E0, 0x1810,
@@ -42,11 +42,11 @@ bool IsWhiteSpace(std::uint32_t unit) {
 
 struct Number {
     bool negative = false;
-    std::uint32_t magnitude = 0;  // the largest there is when the number is larger
+    std::uint32_t magnitude = 0;  // saturates at the largest value
 };
 
 Number Read(WideView text, std::uint32_t base) {
-    constexpr std::uint32_t kMost = std::numeric_limits<std::uint32_t>::max();
+    constexpr std::uint32_t kMax = std::numeric_limits<std::uint32_t>::max();
     std::size_t at = 0;
     while (at < text.size() && IsWhiteSpace(text[at]))
         ++at;
@@ -54,7 +54,7 @@ Number Read(WideView text, std::uint32_t base) {
     Number number;
     if (at < text.size() && (text[at] == '-' || text[at] == '+')) number.negative = text[at++] == '-';
 
-    // When no digit follows the "x", the number is the 0 before it, so that skipping both gives the same.
+    // When no digit follows the "x", the number is the 0 before it; skipping both characters gives 0 as well.
     const WideView rest = text.substr(at);
     const bool isPrefixed =
         rest.size() >= 2 && DigitValue(rest[0]) == 0 && (rest[1] == 'x' || rest[1] == 'X');
@@ -64,8 +64,8 @@ Number Read(WideView text, std::uint32_t base) {
         const std::uint32_t digit = DigitValue(text[at]);
         if (digit >= base) break;
         const std::uint64_t next = std::uint64_t{number.magnitude} * base + digit;
-        if (next > kMost) {
-            number.magnitude = kMost;
+        if (next > kMax) {
+            number.magnitude = kMax;
             break;
         }
         number.magnitude = static_cast<std::uint32_t>(next);
@@ -81,10 +81,10 @@ std::uint32_t ReadUnsigned(WideView text, std::uint32_t base) {
 }  // namespace
 
 std::int32_t ReadDecimal(WideView text) noexcept {
-    constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
-    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
     const Number number = Read(text, 10);
-    if (number.magnitude > static_cast<std::uint32_t>(kMost)) return number.negative ? kLeast : kMost;
+    if (number.magnitude > static_cast<std::uint32_t>(kMax)) return number.negative ? kMin : kMax;
     const auto magnitude = static_cast<std::int32_t>(number.magnitude);
     return number.negative ? -magnitude : magnitude;
 }

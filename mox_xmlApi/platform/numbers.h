@@ -17,8 +17,8 @@ namespace mox {
 // Like wcstol in base 10. Out of range: -2147483648 or 2147483647.
 std::int32_t ReadDecimal(WideView text) noexcept;
 
-// Like wcstoul in base 10. Out of range: 4294967295. A minus negates the result modulo 2^32, also that of a
-// number out of range, which then reads as 1.
+// Like wcstoul in base 10. Out of range: 4294967295. A minus negates the result modulo 2^32; a
+// negative number out of range reads as 1.
 std::uint32_t ReadUnsignedDecimal(WideView text) noexcept;
 
 // Like wcstoul in base 16, otherwise as ReadUnsignedDecimal.

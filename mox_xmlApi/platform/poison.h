@@ -1,5 +1,5 @@
-// Memory that a pool holds back, made known to AddressSanitizer, so that a use after removal is reported
-// although the memory was never given back to the system. Without the sanitizer both functions do nothing.
+// Tells AddressSanitizer which memory of a pool is free, so that a use after removal is reported although the memory was
+// never returned to the system. Without the sanitizer both functions do nothing.
 #ifndef MOX_XMLAPI_PLATFORM_POISON_H
 #define MOX_XMLAPI_PLATFORM_POISON_H
 
@@ -19,14 +19,14 @@
 
 namespace mox {
 
-// From now on any access to the bytes is an error.
+// Any access to the bytes is reported from now on.
 inline void PoisonMemory([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(MOX_ADDRESS_SANITIZER)
     ASAN_POISON_MEMORY_REGION(memory, bytes);
 #endif
 }
 
-// The bytes may be used again.
+// The bytes may be accessed again.
 inline void UnpoisonMemory([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(MOX_ADDRESS_SANITIZER)
     ASAN_UNPOISON_MEMORY_REGION(memory, bytes);

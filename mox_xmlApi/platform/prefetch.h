@@ -1,4 +1,4 @@
-// Asking the processor for memory before it is used, so that it comes while other work is done.
+// Prefetching: memory that is needed soon is fetched while other work is done.
 #ifndef MOX_XMLAPI_PLATFORM_PREFETCH_H
 #define MOX_XMLAPI_PLATFORM_PREFETCH_H
 
@@ -12,23 +12,23 @@ namespace mox {
 
 inline constexpr std::int32_t kCacheLine = 64;  // bytes
 
-// Asks for some lines from `address` on. Only a hint: nothing need be there, and nothing is read.
+// Prefetches `lines` cache lines from `address` on. Only a hint: any address is allowed, and nothing is read.
 inline void PrefetchMemory(std::uintptr_t address, int lines) noexcept {
     for (int line = 0; line < lines; ++line, address += kCacheLine) {
 #if defined(_MSC_VER)
         _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
 #elif defined(__GNUC__)
         __builtin_prefetch(reinterpret_cast<const void*>(address));
-        asm volatile("");  // a function that does nothing else would pass for one whose calls can be left out
+        asm volatile("");  // otherwise the compiler drops calls of a function that only prefetches
 #endif
     }
 }
 
-// For a walk through memory from end to end: what lies some way ahead of the place in use. The processor looks ahead
-// by itself, but no farther than the end of a page.
-inline void PrefetchAhead(const void* place, int lines = 1) noexcept {
+// For a sequential walk through memory: prefetches what lies a fixed distance after `address`. The processor's own
+// prefetcher stops at the end of a page.
+inline void PrefetchAhead(const void* address, int lines = 1) noexcept {
     constexpr std::uintptr_t kAhead = 1024;
-    PrefetchMemory(reinterpret_cast<std::uintptr_t>(place) + kAhead, lines);
+    PrefetchMemory(reinterpret_cast<std::uintptr_t>(address) + kAhead, lines);
 }
 
 }  // namespace mox

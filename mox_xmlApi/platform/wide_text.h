@@ -18,19 +18,19 @@ using WideView = std::basic_string_view<wchar16>;
 
 static_assert(sizeof(wchar16) == 2, "all text is in 16-bit units");
 
-// The units of a literal, kept by the compiler for as long as the program runs.
+// The units of a literal, in static storage.
 template <std::size_t Size>
 struct WideLiteral {
     wchar16 units[Size]{};
 
-    // NOLINTNEXTLINE(google-explicit-constructor): the literal operator makes one of the text by itself
+    // NOLINTNEXTLINE(google-explicit-constructor): the literal operator converts the text implicitly
     consteval WideLiteral(const char (&text)[Size]) {
         for (std::size_t i = 0; i < Size; ++i)
             units[i] = static_cast<wchar16>(text[i]);
     }
 };
 
-// "Table"_w is a WideView of the ASCII text, which is followed by a zero unit.
+// "Table"_w is a WideView of the ASCII text, followed by a zero unit.
 template <WideLiteral Literal>
 constexpr WideView operator""_w() {
     return WideView(Literal.units, sizeof(Literal.units) / sizeof(wchar16) - 1);
@@ -49,8 +49,8 @@ bool SameWord(const wchar16* a, const wchar16* b) noexcept {
 
 }  // namespace detail
 
-// Whether two texts are equal. Short ones, as names are, cost no call and few comparisons: four units at a time, the
-// last four once more.
+// Whether two texts are equal. Short texts, such as names, are compared inline, four units at a time; the last four may
+// be compared twice.
 inline bool SameText(WideView a, WideView b) noexcept {
     constexpr std::size_t kShort = 16;
     const std::size_t size = a.size();
@@ -71,9 +71,9 @@ inline WideView ViewOf(const wchar16* text) {
     return text == nullptr ? WideView() : WideView(text);
 }
 
-// Copies `text` into a host's buffer of `length` units: at most length - 1 of them, the rest filled with zero
-// units, so that the last one always is zero. A length of 0 writes nothing. `text` may lie in the buffer.
-// Returns how many units of text the buffer holds now.
+// Copies `text` into a host's buffer of `length` units: at most length - 1 units, and zeros in the rest, so that the
+// last unit is always zero. With a length of 0 nothing is written. `text` may lie in the buffer. Returns how many units
+// of `text` were copied.
 inline std::size_t CopyToBuffer(WideView text, wchar16* buffer, std::size_t length) noexcept {
     if (length == 0) return 0;
     const std::size_t copied = std::min(text.size(), length - 1);

@@ -21,7 +21,7 @@ inline constexpr WideView kUi = "UI"_w;
 inline constexpr WideView kValue = "Value"_w;
 inline constexpr WideView kComment = "Comment"_w;
 
-// The mark of a root or table element.
+// The schema location of a root or table element.
 inline constexpr WideView kSchemaLocation = "xmlns:noNamespaceSchemaLocation"_w;
 inline constexpr WideView kSchemaLocationXsi = "xsi:noNamespaceSchemaLocation"_w;
 inline constexpr WideView kSettingsSchema = "MXSettings.xsd"_w;
