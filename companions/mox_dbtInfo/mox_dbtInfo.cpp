@@ -1,5 +1,6 @@
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <string>
@@ -36,43 +37,59 @@ void Trim(Text& text) noexcept {
 
 }  // namespace
 
-// Both forms of a value. Made at once when it is set, so that reading needs no memory.
+// A value in the form in which it was set, and in the other one once that was asked for.
 struct TableEntryValueInfoStruct::Texts {
-    bool isSet = false;
-    bool hasNarrow = false;
+    enum class Form { None, Ready, NotMadeYet };
+
+    Form narrowForm = Form::None;
+    Form wideForm = Form::None;
     std::string narrow;
     WideText wide;
-    // Where the next value is taken, so that the present one stays when that fails.
-    std::string nextNarrow;
-    WideText nextWide;
 
+    // False for a text that is not well-formed. Throws std::bad_alloc. The value stays as it was in both cases.
     bool Set(const char* text) {
-        nextNarrow = text;
-        if (!pdConvertString(nextNarrow, wide)) return false;
-        narrow.swap(nextNarrow);
-        Drop(nextNarrow);
-        Trim(wide);
-        isSet = hasNarrow = true;
+        const std::size_t length = std::strlen(text);
+        const bool isAscii = std::all_of(text, text + length,
+                                         [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+        if (isAscii) {
+            narrow.assign(text, length);
+            Drop(wide);
+        } else {
+            std::string copy(text, length);  // the text may be the one that this record gave out
+            if (!pdConvertString(copy, wide)) return false;
+            narrow.swap(copy);
+            Trim(wide);
+        }
+        Trim(narrow);
+        narrowForm = Form::Ready;
+        wideForm = isAscii ? Form::NotMadeYet : Form::Ready;
         return true;
     }
 
+    // Throws std::bad_alloc; the value stays as it was then.
     void Set(const wchar16* text) {
-        nextWide = text;
-        hasNarrow = pdConvertString(nextWide, narrow);
-        wide.swap(nextWide);
-        Drop(nextWide);
-        if (hasNarrow) {
-            Trim(narrow);
-        } else {
-            Drop(narrow);
-        }
-        isSet = true;
+        wide.assign(text);
+        Trim(wide);
+        Drop(narrow);
+        wideForm = Form::Ready;
+        narrowForm = Form::NotMadeYet;
     }
 
     void Unset() noexcept {
-        isSet = hasNarrow = false;
+        narrowForm = wideForm = Form::None;
         Drop(narrow);
         Drop(wide);
+    }
+
+    // Null for a value that was not set or has no such form. Throw std::bad_alloc; the value stays as it was then.
+    const char* Narrow() {
+        if (narrowForm == Form::NotMadeYet)
+            narrowForm = pdConvertString(wide, narrow) ? Form::Ready : Form::None;
+        return narrowForm == Form::Ready ? narrow.c_str() : nullptr;
+    }
+    const wchar16* Wide() {
+        if (wideForm == Form::NotMadeYet) wideForm = pdConvertString(narrow, wide) ? Form::Ready : Form::None;
+        return wideForm == Form::Ready ? wide.c_str() : nullptr;
     }
 };
 
@@ -142,11 +159,11 @@ TableEntryValueInfoStruct::~TableEntryValueInfoStruct() {
 }
 
 const char* TableEntryValueInfoStruct::GetVal() const {
-    return texts_ != nullptr && texts_->hasNarrow ? texts_->narrow.c_str() : nullptr;
+    return texts_ == nullptr ? nullptr : texts_->Narrow();
 }
 
 const wchar16* TableEntryValueInfoStruct::GetVal_w() const {
-    return texts_ != nullptr && texts_->isSet ? texts_->wide.c_str() : nullptr;
+    return texts_ == nullptr ? nullptr : texts_->Wide();
 }
 
 bool TableEntryValueInfoStruct::SetVal(const char* text) {

@@ -50,13 +50,16 @@ struct TableEntryValueInfoStruct : TableEntryBaseInfoStruct {
     /// @endcond
 
     /// The value as zero-terminated 8-bit text (UTF-8). A value has this form and that of GetVal_w, whichever
-    /// way it was set, but for a 16-bit text with a surrogate that has no partner: that one has no 8-bit form.
+    /// way it was set, but for a 16-bit text with an unpaired surrogate: that one has no 8-bit form. The form
+    /// in which the value was not set is made when it is first asked for.
     /// @return The text; null for a form that the value does not have, or when it was never set. The record
     ///         owns it; it lives until the next SetVal, SetVal_w or Clear of a TableEntryUInfoStruct, or until
     ///         the record is assigned to, moved from or destroyed.
+    /// @throws std::bad_alloc  The value then stays as it was.
     MOX_DBTINFO_API const char* GetVal() const;
     /// The value as zero-terminated 16-bit text.
     /// @return As GetVal.
+    /// @throws std::bad_alloc  The value then stays as it was.
     MOX_DBTINFO_API const wchar16* GetVal_w() const;
 
     /// Stores a copy of an 8-bit text (UTF-8) as the value.
