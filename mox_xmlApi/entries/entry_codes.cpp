@@ -52,6 +52,26 @@ constexpr std::uint8_t kOwnerApp = 1;
 constexpr std::array<NamedCode<std::uint8_t>, 3> kAccessLevels = {
     {{"editable"_w, 0}, {"visible"_w, 1}, {"hidden"_w, 2}}};
 
+// Value types by their names: a name is in the slot that its length and first two letters choose.
+constexpr std::size_t kTypeSlots = 16;
+
+constexpr std::size_t TypeSlot(WideView name) noexcept {
+    return (name[0] + 3U * name[1] + name.size()) % kTypeSlots;
+}
+
+constexpr auto kValueTypesBySlot = [] {
+    std::array<NamedCode<std::uint16_t>, kTypeSlots> slots{};
+    for (const auto& type : kValueTypes)
+        slots[TypeSlot(type.name)] = type;
+    return slots;
+}();
+
+static_assert(std::all_of(kValueTypes.begin(), kValueTypes.end(),
+                          [](const auto& type) {
+                              return kValueTypesBySlot[TypeSlot(type.name)].code == type.code;
+                          }),
+              "no two names share a slot");
+
 template <class Table>
 auto FindName(const Table& table, WideView name) noexcept {
     const auto* found =
@@ -68,10 +88,16 @@ auto FindCode(const Table& table, Code code) noexcept {
 
 }  // namespace
 
+std::uint16_t BaseTypeFromName(WideView typeName) noexcept {
+    if (typeName.size() < 2) return 0;
+    const auto& type = kValueTypesBySlot[TypeSlot(typeName)];
+    return SameText(type.name, typeName) ? type.code : std::uint16_t{0};
+}
+
 bool ValueTypeFromName(WideView typeName, WideView qualifier, std::uint16_t& code) noexcept {
-    const auto* type = FindName(kValueTypes, typeName);
-    if (type == nullptr) return false;
-    code = type->code;
+    const std::uint16_t type = BaseTypeFromName(typeName);
+    if (type == 0) return false;
+    code = type;
     if (qualifier.empty()) return true;
     if (SameText(qualifier, names::kArray)) {
         code |= kTypeArray;

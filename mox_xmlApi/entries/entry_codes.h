@@ -14,6 +14,9 @@ inline constexpr std::uint16_t kTypeWideString = 31;
 inline constexpr std::uint16_t kTypeVector = 0x1000;
 inline constexpr std::uint16_t kTypeArray = 0x2000;
 
+// The code of a value type without a qualifier; 0 for an unknown name.
+std::uint16_t BaseTypeFromName(WideView typeName) noexcept;
+
 // The code of a value type with its qualifier, "array", "vector" or empty. An unknown type name gives false
 // and leaves `code` alone; an unknown qualifier gives false with the code of the type stored.
 bool ValueTypeFromName(WideView typeName, WideView qualifier, std::uint16_t& code) noexcept;

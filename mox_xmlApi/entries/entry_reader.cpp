@@ -1,5 +1,6 @@
 #include "mox_xmlApi/entries/entry_reader.h"
 
+#include "mox_xmlApi/entries/entry_codes.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
@@ -7,6 +8,17 @@ namespace {
 
 bool IsElementNamed(const XmlNode& node, WideView name) noexcept {
     return node.kind == XmlNodeKind::Element && SameText(node.name.View(), name);
+}
+
+// The value text of a "UI" element, `text` when it has none. As everywhere, the last one counts.
+WideView UiValueOf(const XmlNode& uiElement, WideView text) noexcept {
+    for (const XmlAttribute& attribute : uiElement.attributes) {
+        if (SameText(attribute.name.View(), names::kValue)) text = attribute.value.View();
+    }
+    for (const XmlNode* child : uiElement.children) {
+        if (IsElementNamed(*child, names::kValue)) text = child->value.View();
+    }
+    return text;
 }
 
 }  // namespace
@@ -55,6 +67,29 @@ bool ReadEntryUi(const TableCursor& cursor, const XmlNode& uiElement, EntryUiRec
             XmlDocument::GetAttribute(child, names::kLoc, text);
             if (!text.empty()) SetUiField(ui, names::kLoc, text);
         }
+    }
+    return true;
+}
+
+bool ReadEntryText(const XmlNode& entry, WideView& text) noexcept {
+    bool hasType = false;
+    WideView value;
+    for (const XmlAttribute& attribute : entry.attributes) {
+        const WideView name = attribute.name.View();
+        if (SameText(name, names::kType)) {
+            hasType = hasType || BaseTypeFromName(attribute.value.View()) != 0;
+        } else if (SameText(name, names::kValue)) {
+            value = attribute.value.View();
+        }
+    }
+    if (!hasType) return false;
+    for (const XmlNode* child : entry.children) {
+        if (IsElementNamed(*child, names::kValue)) value = child->value.View();
+    }
+    text = value;
+    if (!value.empty()) return true;
+    for (const XmlNode* child : entry.children) {
+        if (IsElementNamed(*child, names::kUi)) text = UiValueOf(*child, text);
     }
     return true;
 }

@@ -16,6 +16,11 @@ bool ReadEntry(const TableCursor& cursor, const XmlNode& entry, EntryValueRecord
 // Reads the "UI" child `uiElement` of an entry. False for a cursor that is not ready. Does not throw.
 bool ReadEntryUi(const TableCursor& cursor, const XmlNode& uiElement, EntryUiRecord& ui) noexcept;
 
+// The text that a key read gives for `entry`: its value, or the value of its presentation data when that is empty. The
+// same as ReadEntry with both records, without reading what is not wanted. False for an entry without a known type, and
+// `text` is then untouched. Does not throw.
+bool ReadEntryText(const XmlNode& entry, WideView& text) noexcept;
+
 }  // namespace mox
 
 #endif

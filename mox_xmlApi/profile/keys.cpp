@@ -21,19 +21,9 @@ bool UpdateKey(const TableCursor& section, XmlNode* entry, EntryValueRecord& rec
 }  // namespace
 
 bool ReadKeyValue(const moxSettings& settings, WideView section, WideView key, WideView& value) noexcept {
-    XmlNode* element = FindSection(settings, section);
-    if (element == nullptr) return false;
-    const TableHandle handle(settings.document.Pool(), element);
-    const XmlNode* entry = FindEntry(handle.cursor, key);
-    EntryValueRecord record;
-    if (entry == nullptr || !ReadEntry(handle.cursor, *entry, &record, nullptr)) return false;
-    value = record.Value;
-    if (value.empty()) {
-        EntryUiRecord ui;
-        ReadEntry(handle.cursor, *entry, nullptr, &ui);
-        value = ui.Value;
-    }
-    return true;
+    XmlNode* entry = nullptr;
+    return settings.document.FindChildByNameAttribute(FindSection(settings, section), key, entry) &&
+           ReadEntryText(*entry, value);
 }
 
 bool WriteKeyValue(moxSettings& settings, WideView section, WideView key, WideView value) {
