@@ -15,25 +15,9 @@ bool IsSurrogate(wchar16 unit) {
 
 #if !defined(_WIN32)
 
-// Made when the library is loaded: a host's own destructors, which may still read documents, then run before
-// this one.
-class UnicodeLocale {
-  public:
-    UnicodeLocale() noexcept : locale_(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)) {}
-    ~UnicodeLocale() {
-        if (locale_ != nullptr) freelocale(locale_);
-    }
-    UnicodeLocale(const UnicodeLocale&) = delete;
-    UnicodeLocale& operator=(const UnicodeLocale&) = delete;
-
-    bool IsLetter(wint_t unit) const { return locale_ != nullptr && iswalpha_l(unit, locale_) != 0; }
-    bool IsLetterOrDigit(wint_t unit) const { return locale_ != nullptr && iswalnum_l(unit, locale_) != 0; }
-
-  private:
-    locale_t locale_;
-};
-
-const UnicodeLocale unicodeLocale;
+// Made when the library is loaded and never freed: a host may read documents until its process ends, in destructors
+// that run at exit. The library itself is never unloaded either (CMakeLists.txt), so a process makes it once.
+const locale_t unicodeLocale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
 
 #endif
 
@@ -44,7 +28,7 @@ bool IsLetterBeyondAscii(wchar16 unit) noexcept {
 #if defined(_WIN32)
     return iswalpha(unit) != 0;
 #else
-    return unicodeLocale.IsLetter(unit);
+    return unicodeLocale != nullptr && iswalpha_l(unit, unicodeLocale) != 0;
 #endif
 }
 
@@ -53,7 +37,7 @@ bool IsLetterOrDigitBeyondAscii(wchar16 unit) noexcept {
 #if defined(_WIN32)
     return iswalnum(unit) != 0;
 #else
-    return unicodeLocale.IsLetterOrDigit(unit);
+    return unicodeLocale != nullptr && iswalnum_l(unit, unicodeLocale) != 0;
 #endif
 }
 
