@@ -34,7 +34,7 @@ bool LoadDocument(mox::XmlDocument& document, const wchar16* path, const char* b
 }  // namespace
 
 moxSettings* xmlProfileNew(const wchar16* path, const char* buffer, int32_t size, int32_t fileFlag) {
-    auto settings = std::make_unique<moxSettings>();
+    mox::OwnedSettings settings(new moxSettings);
     if (path == nullptr && (buffer == nullptr || size == 0)) {
         settings->CreateNew();
         return settings.release();
@@ -46,7 +46,7 @@ moxSettings* xmlProfileNew(const wchar16* path, const char* buffer, int32_t size
 }
 
 void xmlProfileDispose(moxSettings** handleVar) {
-    delete *handleVar;
+    if (*handleVar != nullptr) (*handleVar)->Destroy(moxSettings::kFree);
     *handleVar = nullptr;
 }
 

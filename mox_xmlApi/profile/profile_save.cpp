@@ -53,13 +53,13 @@ bool WriteToFile(moxSettings& settings, const wchar16* path, bool refuse, bool w
 
 bool WriteExport(const moxSettings& settings, const wchar16* path, std::uint32_t mode, bool refuse,
                  bool wide) {
-    moxSettings target;
-    target.CreateNew();
+    const OwnedSettings target(new moxSettings);
+    target->CreateNew();
     XmlNode* section = nullptr;
     while (XmlDocument::NextChildElement(settings.root, section) != nullptr) {
-        ExportSection(settings, section, target, mode);
+        ExportSection(settings, section, *target, mode);
     }
-    return WriteToFile(target, path, refuse, wide);
+    return WriteToFile(*target, path, refuse, wide);
 }
 
 }  // namespace mox

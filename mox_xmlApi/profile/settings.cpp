@@ -1,5 +1,7 @@
 #include "mox_xmlApi/profile/settings.h"
 
+#include <new>
+
 #include "mox_xmlApi/xml/xml_names.h"
 
 using mox::WideView;
@@ -15,6 +17,13 @@ bool HasSchemaLocation(const XmlNode& settings) noexcept {
 }
 
 }  // namespace
+
+void* moxSettings::Destroy(unsigned int flags) noexcept {
+    void* const storage = this;
+    this->moxSettings::~moxSettings();
+    if ((flags & kFree) != 0) ::operator delete(storage);
+    return storage;  // NOLINT(clang-analyzer-cplusplus.NewDelete): the address alone
+}
 
 bool moxSettings::CreateNew() {
     if (!document.AddDeclaration()) return false;

@@ -11,7 +11,8 @@ namespace mox::test {
 namespace {
 
 TEST(ProfileRoot, IsMadeOnceWithTheDocument) {
-    moxSettings settings;
+    const OwnedSettings owner(new moxSettings);
+    moxSettings& settings = *owner;
     EXPECT_TRUE(settings.CreateNew());
     XmlNode* const root = settings.root;
     ASSERT_NE(root, nullptr);
@@ -23,7 +24,8 @@ TEST(ProfileRoot, IsMadeOnceWithTheDocument) {
 }
 
 TEST(ProfileRoot, IsNotLookedForBeforeADocumentIsLoaded) {
-    moxSettings settings;
+    const OwnedSettings owner(new moxSettings);
+    moxSettings& settings = *owner;
     EXPECT_FALSE(settings.LocateRoot());
     EXPECT_EQ(settings.root, nullptr);
     EXPECT_TRUE(settings.document.root->children.IsEmpty());
@@ -33,7 +35,8 @@ class RootlessProfile : public testing::Test {
   protected:
     ~RootlessProfile() override { EXPECT_TRUE(settings_.document.root->children.IsEmpty()); }
 
-    moxSettings settings_;
+    const OwnedSettings owner_{new moxSettings};
+    moxSettings& settings_ = *owner_;
 };
 
 TEST_F(RootlessProfile, MakesNoSection) {
