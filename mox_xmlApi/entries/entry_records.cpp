@@ -33,7 +33,7 @@ void ClearUiRecord(EntryUiRecord& record) noexcept {
     record = EntryUiRecord();
 }
 
-void FieldText::Format(WideView format, std::uint32_t number) noexcept {
+void FieldText::Format(WideView format, std::uint32_t number) {
     const int length = pdSwprintf(number_.data(), number_.size(), format.data(), number);
     text_ = WideView(number_.data(), length < 0 ? 0 : static_cast<std::size_t>(length));
 }
@@ -57,8 +57,7 @@ bool SetValueField(EntryValueRecord& record, WideView attribute, WideView text, 
     return true;
 }
 
-bool GetValueField(const EntryValueRecord& record, WideView attribute, FieldText& text,
-                   WideView& qualifier) noexcept {
+bool GetValueField(const EntryValueRecord& record, WideView attribute, FieldText& text, WideView& qualifier) {
     if (SameText(attribute, names::kName)) {
         text.Refer(record.name);
     } else if (SameText(attribute, names::kValue)) {
@@ -101,7 +100,7 @@ bool SetUiField(EntryUiRecord& record, WideView attribute, WideView text) noexce
     return true;
 }
 
-bool GetUiField(const EntryUiRecord& record, WideView attribute, FieldText& text) noexcept {
+bool GetUiField(const EntryUiRecord& record, WideView attribute, FieldText& text) {
     if (auto field = UiTextField(attribute); field != nullptr) {
         text.Refer(record.*field);
     } else if (SameText(attribute, names::kControl)) {

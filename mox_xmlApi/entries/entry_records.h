@@ -61,8 +61,8 @@ class FieldText {
 
     WideView View() const noexcept { return text_; }
     void Refer(WideView text) noexcept { text_ = text; }
-    // `format` is one of "%d", "%u" and "%04X", terminated by a zero as literals are.
-    void Format(WideView format, std::uint32_t number) noexcept;
+    // `format` is one of "%d", "%u" and "%04X", terminated by a zero as literals are. May throw what pdSwprintf throws.
+    void Format(WideView format, std::uint32_t number);
 
   private:
     std::array<wchar16, 16> number_{};
@@ -74,13 +74,12 @@ class FieldText {
 // number reads as its leading digits. Does not throw.
 bool SetValueField(EntryValueRecord& record, WideView attribute, WideView text, WideView qualifier) noexcept;
 // The text of the field called `attribute`; `qualifier` is set for "type" alone. False for an unknown field
-// or type, `text` untouched. Does not throw.
-bool GetValueField(const EntryValueRecord& record, WideView attribute, FieldText& text,
-                   WideView& qualifier) noexcept;
+// or type, `text` untouched. May throw what pdSwprintf throws.
+bool GetValueField(const EntryValueRecord& record, WideView attribute, FieldText& text, WideView& qualifier);
 
 // The same for the fields of the presentation record.
 bool SetUiField(EntryUiRecord& record, WideView attribute, WideView text) noexcept;
-bool GetUiField(const EntryUiRecord& record, WideView attribute, FieldText& text) noexcept;
+bool GetUiField(const EntryUiRecord& record, WideView attribute, FieldText& text);
 
 }  // namespace mox
 

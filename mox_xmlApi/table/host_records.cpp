@@ -12,11 +12,9 @@ namespace {
 
 constexpr std::uint16_t kHostMaskBits = kWriteName | kWriteValue | kWriteType | kWriteId;
 
-// A cleared record has zeros behind the name already.
-void FillName(WideView name, TableEntryBaseInfoStruct& record, bool isCleared) noexcept {
-    constexpr std::size_t kLength = std::size(TableEntryBaseInfoStruct().name);
-    if (!name.empty())
-        CopyToBuffer(name, record.name, isCleared ? std::min(name.size() + 1, kLength) : kLength);
+// Fills the rest of the field with zeros, whatever it held: the record's Clear need not have done so.
+void FillName(WideView name, TableEntryBaseInfoStruct& record) noexcept {
+    if (!name.empty()) CopyToBuffer(name, record.name, std::size(record.name));
 }
 
 // A text as the records take it, good until the next one.
@@ -64,7 +62,7 @@ EntryValueRecord FieldsOf(const TableEntryValueInfoStruct& record) noexcept {
     return fields;
 }
 
-EntryUiRecord FieldsOf(const TableEntryUInfoStruct& record) noexcept {
+EntryUiRecord FieldsOf(const TableEntryUInfoStruct& record) {
     EntryUiRecord fields;
     fields.control = record.control;
     fields.prov_index = record.prov_index;
@@ -78,14 +76,14 @@ bool IsKnownOwner(std::uint8_t owner) noexcept {
     return owner == 0 || owner == 1 || owner == 2 || owner == 4;
 }
 
-bool FillValueRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, bool useUiValue, bool isCleared,
+bool FillValueRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, bool useUiValue,
                      TextBuffers& buffers, TableEntryValueInfoStruct& record) {
     record.id = entry.id;
     record.type = entry.type;
     // A 16-bit text never falls back to the presentation data: an empty one is a value.
     const bool fallBack = useUiValue && entry.Value.empty() && entry.type != kTypeWideString;
     if (!SetValue(fallBack ? ui.Value : entry.Value, buffers, record)) return false;
-    FillName(entry.name, record, isCleared);
+    FillName(entry.name, record);
     return true;
 }
 
@@ -97,7 +95,7 @@ bool FillUiRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, TextBu
     record.prov_index = ui.prov_index;
     record.prov_owner = IsKnownOwner(ui.prov_owner) ? ui.prov_owner : std::uint8_t{0};
     if (!ui.Comment.empty()) record.SetComment_w(Terminated(ui.Comment, buffers));
-    FillName(entry.name, record, true);
+    FillName(entry.name, record);
     if (!ui.name.empty()) record.SetUserName_w(Terminated(ui.name, buffers));
     return SetValue(ui.Value, buffers, record);
 }

@@ -36,9 +36,9 @@ class HostValue {
 };
 
 // The fields of a host's record but for the value, as views of it. Only the mask bits that hosts may set are
-// taken.
+// taken. That of a presentation record may throw what the record's own functions throw.
 EntryValueRecord FieldsOf(const TableEntryValueInfoStruct& record) noexcept;
-EntryUiRecord FieldsOf(const TableEntryUInfoStruct& record) noexcept;
+EntryUiRecord FieldsOf(const TableEntryUInfoStruct& record);
 
 // Whether an owner code is one that a file can hold: 0, 1, 2 or 4.
 bool IsKnownOwner(std::uint8_t owner) noexcept;
@@ -57,10 +57,9 @@ struct TextBuffers {
 };
 
 // Fills a host's record from an entry that was read. `useUiValue`: an empty value that is not "ucstring" is
-// replaced by that of the presentation data. `isCleared`: the name of the record is all zeros so far, as that of a
-// presentation record has to be. False when a text cannot be converted; what was filled by then stays. May throw
-// std::bad_alloc.
-bool FillValueRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, bool useUiValue, bool isCleared,
+// replaced by that of the presentation data. False when a text cannot be converted; what was filled by then stays. May
+// throw std::bad_alloc.
+bool FillValueRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, bool useUiValue,
                      TextBuffers& buffers, TableEntryValueInfoStruct& record);
 bool FillUiRecord(const EntryValueRecord& entry, const EntryUiRecord& ui, TextBuffers& buffers,
                   TableEntryUInfoStruct& record);

@@ -157,7 +157,7 @@ bool GetEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* po
         *position = PositionOf(entry);  // an entry that cannot be read is passed over by the next call
     if (!ReadEntry(cursor, *entry, &entryValue, &entryUi)) return false;
     const bool isFilled =
-        (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, !byName, buffers, *value)) &&
+        (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, buffers, *value)) &&
         (ui == nullptr || FillUiRecord(entryValue, entryUi, buffers, *ui));
     buffers.DropLarge();
     return isFilled;

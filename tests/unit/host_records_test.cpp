@@ -52,7 +52,7 @@ TEST(HostRecords, LongNameIsCutTo259Units) {
     TableEntryValueInfoStruct record;
     TextBuffers buffers;
     record.name[259] = 'x';
-    ASSERT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, false, buffers, record));
+    ASSERT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
     EXPECT_EQ(WideView(record.name), WideView(name).substr(0, 259));
 }
 
@@ -65,12 +65,12 @@ TEST(HostRecords, ValueWithoutNarrowFormIsRefusedUnlessItIsWideText) {
     entry.id = 7;
     TableEntryValueInfoStruct record;
     TextBuffers buffers;
-    EXPECT_FALSE(FillValueRecord(entry, EntryUiRecord(), true, false, buffers, record));
+    EXPECT_FALSE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
     EXPECT_EQ(record.id, 7U);
     EXPECT_EQ(record.type, 3);
     EXPECT_EQ(record.name[0], 0);
     entry.type = 31;
-    EXPECT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, false, buffers, record));
+    EXPECT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
     EXPECT_EQ(WideView(record.GetVal_w()), unpaired);
 }
 
