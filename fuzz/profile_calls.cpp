@@ -36,22 +36,22 @@ void CallHost::OpenProfile() {
     }
 }
 
-// Profile, mode, first flag, second flag.
+// Profile, mode, whether to refuse, whether wide.
 void CallHost::SaveProfile() {
     Profile& profile = ChooseProfile();
     const auto mode = static_cast<std::uint32_t>(input_.Below(4));
-    const auto first = static_cast<std::uint32_t>(input_.Below(3));
-    const auto second = static_cast<std::int32_t>(input_.Below(3));
+    const auto refuse = static_cast<std::uint32_t>(input_.Below(3));
+    const auto wide = static_cast<std::int32_t>(input_.Below(3));
     file_.Remove();
-    const bool isWritten = xmlProfileSave(profile.handle, file_.Name(), mode, first, second) == 1;
-    Check(isWritten == (profile.handle != nullptr && first != 1),
+    const bool isWritten = xmlProfileSave(profile.handle, file_.Name(), mode, refuse, wide) == 1;
+    Check(isWritten == (profile.handle != nullptr && refuse != 1),
           "a profile is saved unless that is refused");
     Check(isWritten == file_.Exists(), "a file is there when it was written");
     if (!isWritten) return;
     PlainDocument document;
-    const bool isReadable = PlainRead(PlainUnits(file_.Read(), second == 1), document);
-    Check(isReadable || second != 1, "a wide file can be read");
-    if (mode == 0) CheckRoundTrip(profile.handle, file_, second == 1);
+    const bool isReadable = PlainRead(PlainUnits(file_.Read(), wide == 1), document);
+    Check(isReadable || wide != 1, "a wide file can be read");
+    if (mode == 0) CheckRoundTrip(profile.handle, file_, wide == 1);
 }
 
 // Profile, section, whether the flag is wanted.

@@ -56,14 +56,14 @@ void CallHost::OpenTable() {
     }
 }
 
-// Table, reserved, flag.
+// Table, reserved, whether to refuse.
 void CallHost::SaveTable() {
     const Table table = ChooseTable();
     const auto reserved = static_cast<std::int32_t>(input_.Below(3));
-    const auto flag = static_cast<std::int32_t>(input_.Below(3));
+    const auto refuse = static_cast<std::int32_t>(input_.Below(3));
     file_.Remove();
-    const bool isWritten = xmlTableSave(table.handle, file_.Name(), reserved, flag);
-    Check(isWritten == (table.handle != nullptr && reserved == 0 && flag != 1),
+    const bool isWritten = xmlTableSave(table.handle, file_.Name(), reserved, refuse);
+    Check(isWritten == (table.handle != nullptr && reserved == 0 && refuse != 1),
           "a table is saved unless that is refused");
     Check(isWritten == file_.Exists(), "a file is there when it was written");
     if (isWritten) CheckRoundTrip(table.handle, file_);

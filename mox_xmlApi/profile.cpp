@@ -33,30 +33,29 @@ bool LoadDocument(mox::XmlDocument& document, const wchar16* path, const char* b
 
 }  // namespace
 
-moxSettings* xmlProfileNew(const wchar16* path, const char* buffer, int32_t size, int32_t fileFlag) {
+moxSettings* xmlProfileNew(const wchar16* path, const char* buffer, int32_t size, int32_t wide) {
     mox::OwnedSettings settings(new moxSettings);
     if (path == nullptr && (buffer == nullptr || size == 0)) {
         settings->CreateNew();
         return settings.release();
     }
-    if (!LoadDocument(settings->document, path, buffer, size, fileFlag == 1)) return nullptr;
+    if (!LoadDocument(settings->document, path, buffer, size, wide == 1)) return nullptr;
     settings->isLoaded = true;
     settings->LocateRoot();
     return settings.release();
 }
 
-void xmlProfileDispose(moxSettings** handleVar) {
-    if (*handleVar != nullptr) (*handleVar)->Destroy(moxSettings::kFree);
-    *handleVar = nullptr;
+void xmlProfileDispose(moxSettings** handleAddress) {
+    if (*handleAddress != nullptr) (*handleAddress)->Destroy(moxSettings::kFree);
+    *handleAddress = nullptr;
 }
 
-uint32_t xmlProfileSave(moxSettings* handle, const wchar16* path, uint32_t mode, uint32_t first,
-                        int32_t second) {
+uint32_t xmlProfileSave(moxSettings* handle, const wchar16* path, uint32_t mode, uint32_t refuse,
+                        int32_t wide) {
     if (handle == nullptr || path == nullptr) return 0;
-    const bool refuse = first == 1;
-    const bool wide = second == 1;
-    const bool written = mode == mox::kSaveDocument ? mox::WriteToFile(*handle, path, refuse, wide)
-                                                    : mox::WriteExport(*handle, path, mode, refuse, wide);
+    const bool written = mode == mox::kSaveDocument
+                             ? mox::WriteToFile(*handle, path, refuse == 1, wide == 1)
+                             : mox::WriteExport(*handle, path, mode, refuse == 1, wide == 1);
     return written ? 1 : 0;
 }
 

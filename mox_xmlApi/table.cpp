@@ -38,20 +38,20 @@ void* xmlTableNew(const wchar16* filePath, const char* buffer, int32_t bufferSiz
     return loaded && table->Open(header, true) ? table.release() : nullptr;
 }
 
-bool xmlTableSave(void* handle, const wchar16* filePath, int32_t reserved, int32_t flag) {
+bool xmlTableSave(void* handle, const wchar16* filePath, int32_t reserved, int32_t refuse) {
     if (handle == nullptr || reserved != 0 || !CursorOf(handle).IsReady()) return false;
-    return static_cast<TableHandle*>(handle)->document.Save(filePath, flag == 1, true);
+    return static_cast<TableHandle*>(handle)->document.Save(filePath, refuse == 1, true);
 }
 
-void xmlTableDispose(void** handleSlot) {
-    delete static_cast<TableHandle*>(*handleSlot);
-    *handleSlot = nullptr;
+void xmlTableDispose(void** handleAddress) {
+    delete static_cast<TableHandle*>(*handleAddress);
+    *handleAddress = nullptr;
 }
 
-bool xmlTableEntryGet(void* handle, uint64_t* position, TableEntryValueInfoStruct* value,
-                      TableEntryUInfoStruct* ui) {
-    return handle != nullptr &&
-           mox::GetEntry(CursorOf(handle), static_cast<TableHandle*>(handle)->buffers, position, value, ui);
+bool xmlTableEntryGet(void* handle, uint64_t* position, TableEntryValueInfoStruct* valueRecord,
+                      TableEntryUInfoStruct* uiRecord) {
+    return handle != nullptr && mox::GetEntry(CursorOf(handle), static_cast<TableHandle*>(handle)->buffers,
+                                              position, valueRecord, uiRecord);
 }
 
 bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record) {
@@ -59,15 +59,16 @@ bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record) 
     return mox::FindEntry(CursorOf(handle), mox::NameOf(*record)) != nullptr;
 }
 
-bool xmlTableEntrySet(void* handle, uint64_t* position, TableEntryValueInfoStruct* value,
-                      TableEntryUInfoStruct* ui, int32_t force, int32_t mark) {
-    return handle != nullptr && mox::SetEntry(CursorOf(handle), position, value, ui, force == 1, mark == 1);
+bool xmlTableEntrySet(void* handle, uint64_t* position, TableEntryValueInfoStruct* valueRecord,
+                      TableEntryUInfoStruct* uiRecord, int32_t force, int32_t mark) {
+    return handle != nullptr &&
+           mox::SetEntry(CursorOf(handle), position, valueRecord, uiRecord, force == 1, mark == 1);
 }
 
-bool xmlTableEntryAdd(void* handle, uint64_t* position, TableEntryValueInfoStruct* value,
-                      TableEntryUInfoStruct* ui, int32_t mark, int32_t update) {
+bool xmlTableEntryAdd(void* handle, uint64_t* position, TableEntryValueInfoStruct* valueRecord,
+                      TableEntryUInfoStruct* uiRecord, int32_t mark, int32_t update) {
     return handle != nullptr &&
-           mox::AddHostEntry(CursorOf(handle), position, value, ui, mark == 1, update == 1);
+           mox::AddHostEntry(CursorOf(handle), position, valueRecord, uiRecord, mark == 1, update == 1);
 }
 
 bool xmlTableRemoveEntry(void* handle, const TableEntryBaseInfoStruct* record, int32_t occurrence,

@@ -13,7 +13,8 @@
 
 namespace mox {
 
-// What leaves xmlWriteProfileSection and xmlProfileSave when a section that exists cannot be stamped anew.
+// Reserved: leaves xmlWriteProfileSection and xmlProfileSave when an existing section cannot be given its new data. No
+// document is known to cause it.
 inline constexpr auto kStampFailed = static_cast<std::int32_t>(0x80000008U);
 
 // The first section called `name`, or null. Does not throw.

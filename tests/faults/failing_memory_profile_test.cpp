@@ -51,11 +51,11 @@ std::string LargeDocument() {
     return text.append("</a>\n").append(std::string(5000, ' '));
 }
 
-Call New(const char* what, const wchar16* path, std::string_view buffer, std::int32_t fileFlag) {
+Call New(const char* what, const wchar16* path, std::string_view buffer, std::int32_t wide) {
     return {what, [](World&) {},
             [=](World& world) {
                 const char* text = buffer.empty() ? nullptr : buffer.data();
-                world.profile = xmlProfileNew(path, text, static_cast<std::int32_t>(buffer.size()), fileFlag);
+                world.profile = xmlProfileNew(path, text, static_cast<std::int32_t>(buffer.size()), wide);
                 return world.profile != nullptr;
             }};
 }

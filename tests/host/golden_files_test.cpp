@@ -16,8 +16,8 @@ std::string Golden(const std::string& name) {
     return ReadBytes(Data("golden") / name);
 }
 
-Profile Open(const std::string& name, std::int32_t fileFlag) {
-    return Profile(xmlProfileNew(WidePath(Data(name + ".xml")).c_str(), nullptr, 0, fileFlag));
+Profile Open(const std::string& name, std::int32_t wide) {
+    return Profile(xmlProfileNew(WidePath(Data(name + ".xml")).c_str(), nullptr, 0, wide));
 }
 
 // A document's stem, whether it is wide, the mode of the save, and whether that is wide.

@@ -3,7 +3,7 @@
 
 _Static_assert(sizeof(wchar16) == 2, "texts are in 16-bit units");
 
-typedef void (*DisposeTable)(void** handleSlot);
+typedef void (*DisposeTable)(void** handleAddress);
 typedef int32_t (*GetInt)(moxSettings* settings, const wchar16* section, const wchar16* key,
                           int32_t defaultValue);
 

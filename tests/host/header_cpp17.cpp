@@ -3,7 +3,7 @@
 
 static_assert(sizeof(wchar16) == 2, "texts are in 16-bit units");
 
-using DisposeTable = void (*)(void** handleSlot);
+using DisposeTable = void (*)(void** handleAddress);
 using GetInt = int32_t (*)(moxSettings* settings, const wchar16* section, const wchar16* key,
                            int32_t defaultValue);
 

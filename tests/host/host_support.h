@@ -202,10 +202,10 @@ inline std::string SaveBytes(moxSettings* profile, std::uint32_t mode = 0, std::
 }
 
 // A profile over a file with these bytes.
-inline Profile LoadBytes(std::string_view bytes, std::int32_t fileFlag) {
+inline Profile LoadBytes(std::string_view bytes, std::int32_t wide) {
     const ScratchFile file;
     WriteBytes(file.Path(), bytes);
-    return Profile(xmlProfileNew(file.Name(), nullptr, 0, fileFlag));
+    return Profile(xmlProfileNew(file.Name(), nullptr, 0, wide));
 }
 
 // The whole text of a key; empty for an unknown one and for one that has none.

@@ -77,6 +77,21 @@ TEST_F(ProfileData, TextWithoutAnEightBitFormHasNoBytes) {
     EXPECT_EQ(read.bytes, DataRead{}.bytes);
 }
 
+TEST_F(ProfileData, LoneSurrogateAnywhereInTheValueLeavesNoBytes) {
+    for (const wchar16* text : {u"\xD800"
+                                "0102"_w,
+                                u"01\xDC00"
+                                "02"_w,
+                                u"0102 no digits \xD800"_w, u"01020304050607080910\xDC00"_w,
+                                u"01\xDC00\xD800"
+                                "02"_w}) {
+        const DataRead read = ReadOf(text, 1);
+        EXPECT_EQ(read.result, 0U) << Shown(text);
+        EXPECT_EQ(read.bytes, DataRead{}.bytes) << Shown(text);
+    }
+    EXPECT_EQ(ReadOf(u"0102 no digits \U0001F600"_w, 1).result, 1U);
+}
+
 TEST_F(ProfileData, UnknownKeyHasNoBytes) {
     const DataRead read = Read(6);
     EXPECT_EQ(read.result, 0U);

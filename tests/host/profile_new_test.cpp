@@ -51,8 +51,8 @@ TEST(ProfileNew, SizeWithoutBufferIsNoSource) {
 
 TEST(ProfileNew, MissingFileGivesNull) {
     const ScratchFile file;
-    for (const std::int32_t fileFlag : {0, 1}) {
-        const Profile profile(xmlProfileNew(file.Name(), nullptr, 0, fileFlag));
+    for (const std::int32_t wide : {0, 1}) {
+        const Profile profile(xmlProfileNew(file.Name(), nullptr, 0, wide));
         EXPECT_EQ(profile, nullptr);
     }
     EXPECT_FALSE(file.Exists());
@@ -65,8 +65,8 @@ TEST(ProfileNew, EmptyPathGivesNull) {
 
 TEST(ProfileNew, FolderInsteadOfFileGivesNull) {
     const WideText folder = WidePath(ScratchFolder());
-    for (const std::int32_t fileFlag : {0, 1}) {
-        const Profile profile(xmlProfileNew(folder.c_str(), nullptr, 0, fileFlag));
+    for (const std::int32_t wide : {0, 1}) {
+        const Profile profile(xmlProfileNew(folder.c_str(), nullptr, 0, wide));
         EXPECT_EQ(profile, nullptr);
     }
 }
@@ -103,19 +103,19 @@ TEST(ProfileNew, MissingFileIsNotReplacedByBuffer) {
     EXPECT_EQ(profile, nullptr);
 }
 
-TEST(ProfileNew, OnlyFileFlagOneReadsAWideFile) {
-    const std::string narrow = RootWithValue(kXmlns, "7");
-    std::string wide = WideFile(narrow);
-    wide.resize(wide.size() - 2);
-    EXPECT_EQ(ValueOfK(LoadBytes(wide, 1)), 7);
-    EXPECT_EQ(LoadBytes(narrow, 1), nullptr);
-    for (const std::int32_t fileFlag : {0, 2, -1, 256, 0x10001, INT_MAX, INT_MIN}) {
-        EXPECT_EQ(ValueOfK(LoadBytes(narrow, fileFlag)), 7) << fileFlag;
-        EXPECT_EQ(LoadBytes(wide, fileFlag), nullptr) << fileFlag;
+TEST(ProfileNew, OnlyWideOfOneReadsAWideFile) {
+    const std::string narrowFile = RootWithValue(kXmlns, "7");
+    std::string wideFile = WideFile(narrowFile);
+    wideFile.resize(wideFile.size() - 2);
+    EXPECT_EQ(ValueOfK(LoadBytes(wideFile, 1)), 7);
+    EXPECT_EQ(LoadBytes(narrowFile, 1), nullptr);
+    for (const std::int32_t wide : {0, 2, -1, 256, 0x10001, INT_MAX, INT_MIN}) {
+        EXPECT_EQ(ValueOfK(LoadBytes(narrowFile, wide)), 7) << wide;
+        EXPECT_EQ(LoadBytes(wideFile, wide), nullptr) << wide;
     }
 }
 
-TEST(ProfileNew, FileFlagDoesNotMatterForABuffer) {
+TEST(ProfileNew, WideDoesNotMatterForABuffer) {
     const std::string text = RootWithValue(kXmlns, "7");
     const Profile profile(xmlProfileNew(nullptr, text.data(), static_cast<std::int32_t>(text.size()), 1));
     EXPECT_EQ(ValueOfK(profile), 7);

@@ -13,7 +13,7 @@ std::uint32_t EudOf(moxSettings* profile, const wchar16* section) {
     return eud;
 }
 
-TEST(ProfileSave, FirstFlagOfOneRefusesInEveryMode) {
+TEST(ProfileSave, RefuseOfOneRefusesInEveryMode) {
     const Profile profile = LoadEntries("<Var name=\"k\" type=\"long\"/>");
     const ScratchFile missing;
     const ScratchFile present;
@@ -28,22 +28,22 @@ TEST(ProfileSave, FirstFlagOfOneRefusesInEveryMode) {
     EXPECT_EQ(present.Bytes(), "as it was");
 }
 
-TEST(ProfileSave, OtherFirstFlagsSave) {
+TEST(ProfileSave, OtherValuesOfRefuseSave) {
     const Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
-    for (const std::uint32_t first : {0U, 2U, 0x101U, 0x80000001U, 0xFFFFFFFFU}) {
+    for (const std::uint32_t refuse : {0U, 2U, 0x101U, 0x80000001U, 0xFFFFFFFFU}) {
         const ScratchFile file;
-        EXPECT_EQ(xmlProfileSave(profile, file.Name(), 0, first, 0), 1U);
+        EXPECT_EQ(xmlProfileSave(profile, file.Name(), 0, refuse, 0), 1U);
         EXPECT_EQ(file.Bytes(), EmptySettingsFile());
     }
 }
 
-TEST(ProfileSave, OnlySecondFlagOfOneWritesWideText) {
+TEST(ProfileSave, OnlyWideOfOneWritesWideText) {
     const Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
     const std::string text = Lines({kDeclaration, kEmptyRoot});
     for (std::uint32_t mode = 0; mode < 4; ++mode) {
         EXPECT_EQ(SaveBytes(profile, mode, 1), WideFile(text));
-        for (const std::int32_t second : {0, 2, -1, 0x101, 256}) {
-            EXPECT_EQ(SaveBytes(profile, mode, second), NarrowFile(text));
+        for (const std::int32_t wide : {0, 2, -1, 0x101, 256}) {
+            EXPECT_EQ(SaveBytes(profile, mode, wide), NarrowFile(text));
         }
     }
 }

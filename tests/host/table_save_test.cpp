@@ -26,7 +26,7 @@ TEST(TableSave, OfASectionWritesItsElementAloneWithoutLineFeed) {
     EXPECT_EQ(SavedText(section), "<Table name=\"S\">\n\t<Var name=\"a\" type=\"long\"/>\n</Table>");
 }
 
-TEST(TableSave, ReservedOtherThanZeroOrFlagOfOneKeepsTheFile) {
+TEST(TableSave, ReservedOtherThanZeroOrRefuseOfOneKeepsTheFile) {
     const Table table = LoadTable(kTableA);
     const ScratchFile file;
     WriteBytes(file.Path(), "kept");
@@ -44,10 +44,10 @@ TEST(TableSave, RefusedSaveMakesNoFile) {
     EXPECT_FALSE(file.Exists());
 }
 
-TEST(TableSave, AnyFlagButOneSaves) {
-    for (const std::int32_t flag : {0, 2, -1, 256}) {
+TEST(TableSave, AnyRefuseButOneSaves) {
+    for (const std::int32_t refuse : {0, 2, -1, 256}) {
         const ScratchFile file;
-        EXPECT_TRUE(xmlTableSave(LoadTable(kTableA), file.Name(), 0, flag)) << flag;
+        EXPECT_TRUE(xmlTableSave(LoadTable(kTableA), file.Name(), 0, refuse)) << refuse;
         EXPECT_EQ(WideFileText(file.Bytes()), "<Table name=\"A\"/>\n");
     }
 }

@@ -4,16 +4,16 @@ namespace host::model {
 
 void Runner::SaveProfile(Arguments arguments) {
     const std::uint32_t mode = arguments.Below(4);
-    const std::int32_t second = arguments.Pick(kFlags);
-    const std::uint32_t first = arguments.Pick(std::array<std::uint32_t, 5>{0, 0, 2, 0, 1});
-    Tell(Say("xmlProfileSave mode ", mode, " first ", first, " second ", second));
+    const std::int32_t wide = arguments.Pick(kFlags);
+    const std::uint32_t refuse = arguments.Pick(std::array<std::uint32_t, 5>{0, 0, 2, 0, 1});
+    Tell(Say("xmlProfileSave mode ", mode, " refuse ", refuse, " wide ", wide));
     const ScratchFile file;
-    const std::uint32_t result = xmlProfileSave(profile_, file.Name(), mode, first, second);
+    const std::uint32_t result = xmlProfileSave(profile_, file.Name(), mode, refuse, wide);
     if (mode == 0) model_->StripMarks();
     const Text text = mode == 0 ? model_->DocumentText() : model_->Export(mode);
-    const std::string bytes = second == 1 ? WideBytes(text) : NarrowBytes(text);
+    const std::string bytes = wide == 1 ? WideBytes(text) : NarrowBytes(text);
     Compare(Say(result, "\n", FileBytes(file)),
-            Say(first == 1 ? 0 : 1, "\n", first == 1 ? "no file" : bytes));
+            Say(refuse == 1 ? 0 : 1, "\n", refuse == 1 ? "no file" : bytes));
 }
 
 void Runner::ReloadProfile(Arguments arguments) {
@@ -77,11 +77,11 @@ void Runner::SaveTable(Arguments arguments) {
     std::string slotName;
     const Slot& slot = PickSlot(arguments, slotName);
     const std::int32_t reserved = arguments.Pick(std::array<std::int32_t, 5>{0, 0, 0, 0, 1});
-    const std::int32_t flag = arguments.Pick(kFlags);
-    Tell(Say("xmlTableSave ", slotName, " reserved ", reserved, " flag ", flag));
+    const std::int32_t refuse = arguments.Pick(kFlags);
+    Tell(Say("xmlTableSave ", slotName, " reserved ", reserved, " refuse ", refuse));
     const ScratchFile file;
-    const bool saved = xmlTableSave(slot.handle, file.Name(), reserved, flag);
-    const bool writes = reserved == 0 && flag != 1;
+    const bool saved = xmlTableSave(slot.handle, file.Name(), reserved, refuse);
+    const bool writes = reserved == 0 && refuse != 1;
     const bool isOwn = &slot == &slots_[kOwnTable];
     const Text text = Written(isOwn ? *tableDocument_ : *slot.table.lock());
     Compare(Say(saved, "\n", FileBytes(file)), Say(writes, "\n", writes ? WideBytes(text) : "no file"));
