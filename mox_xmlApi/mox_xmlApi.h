@@ -66,7 +66,7 @@
  *
  * @par Entry records
  *   Entries are passed in the records of mox_dbtInfo (mox_xmlApi/platform/mox_dbtInfo.h). These are C++
- *   classes; a host in C can use only the functions that take handles. Records belong to the host; the
+ *   classes; a host in C can use only the functions that take no records. Records belong to the host; the
  *   library reads or fills them during the call and keeps no pointer to them. An entry is identified by its
  *   name alone: the id and type of a record never select an entry. Looking up an empty name finds the first
  *   entry that has a name; removing by an empty name removes only entries whose name is empty.
