@@ -61,6 +61,38 @@ void WriteOptional(XmlDocument& document, XmlNode& uiElement, const EntryUiRecor
     }
 }
 
+void WriteUiAttributes(XmlDocument& document, XmlNode& uiElement, const EntryUiRecord& ui, bool onlySet) {
+    FieldText control;
+    GetUiField(ui, names::kControl, control);
+    document.WriteAttribute(uiElement, names::kControl, control.View());
+    WriteOptional(document, uiElement, ui, names::kProvIndex, ui.prov_index != 0, onlySet);
+    WriteOptional(document, uiElement, ui, names::kProvOwner, ui.prov_owner != 0, onlySet);
+    WriteOptional(document, uiElement, ui, names::kName, !ui.name.empty(), onlySet);
+}
+
+// The children of the "UI" element, in the three cases that there are.
+
+// No comment in the block: it gets the one of the record, before its value, which stays.
+bool AddCommentAndEnd(XmlDocument& document, XmlNode& uiElement, const EntryUiRecord& ui) {
+    if (ui.Comment.empty()) return true;
+    const XmlNode* value = XmlDocument::FindChildElement(&uiElement, names::kValue);
+    document.InsertChild(&uiElement, names::kComment, ui.Comment, value);
+    return true;
+}
+
+// No comment in the record: the one of the block stays, and the value is written.
+bool KeepCommentAndWriteValue(XmlDocument& document, XmlNode& uiElement, const EntryUiRecord& ui,
+                              bool onlySet) {
+    WriteValueChild(document, uiElement, ui.Value, ui.loc, onlySet);
+    return true;
+}
+
+// A comment in both: its text is replaced, and all other children stay, XML comments and the value among them.
+bool ReplaceCommentAndEnd(XmlDocument& document, XmlNode& comment, const EntryUiRecord& ui) {
+    document.WriteText(comment, ui.Comment);
+    return false;  // by contract; WriteEntry takes it for done
+}
+
 }  // namespace
 
 bool WriteEntry(const TableCursor& cursor, XmlNode* entry, const EntryValueRecord* value,
@@ -81,30 +113,11 @@ bool WriteEntry(const TableCursor& cursor, XmlNode* entry, const EntryValueRecor
 bool WriteEntryUi(const TableCursor& cursor, XmlNode* uiElement, const EntryUiRecord& ui, bool onlySet) {
     if (!cursor.IsReady()) return false;
     XmlDocument& document = *cursor.document;
-    FieldText control;
-    GetUiField(ui, names::kControl, control);
-    document.WriteAttribute(*uiElement, names::kControl, control.View());
-    WriteOptional(document, *uiElement, ui, names::kProvIndex, ui.prov_index != 0, onlySet);
-    WriteOptional(document, *uiElement, ui, names::kProvOwner, ui.prov_owner != 0, onlySet);
-    WriteOptional(document, *uiElement, ui, names::kName, !ui.name.empty(), onlySet);
-
+    WriteUiAttributes(document, *uiElement, ui, onlySet);
     XmlNode* comment = XmlDocument::FindChildElement(uiElement, names::kComment);
-    if (comment == nullptr) {
-        // A block without a comment keeps its value: what edits it next finds the text that was there.
-        if (ui.Comment.empty()) return true;
-        const XmlNode* before = XmlDocument::FindChildElement(uiElement, names::kValue);
-        document.InsertChild(uiElement, names::kComment, ui.Comment, before);
-        return true;
-    }
-    if (!ui.Comment.empty()) {
-        document.WriteText(*comment, ui.Comment);
-        // A new comment ends the call here and the value stays, unless the block holds nameless nodes (XML
-        // comments).
-        const auto position = static_cast<std::uint64_t>(comment->index);
-        if (!document.RemoveChildWhere(uiElement, WideView(), WideView(), position, true)) return false;
-    }
-    WriteValueChild(document, *uiElement, ui.Value, ui.loc, onlySet);
-    return true;
+    if (comment == nullptr) return AddCommentAndEnd(document, *uiElement, ui);
+    if (ui.Comment.empty()) return KeepCommentAndWriteValue(document, *uiElement, ui, onlySet);
+    return ReplaceCommentAndEnd(document, *comment, ui);
 }
 
 }  // namespace mox

@@ -14,9 +14,9 @@ namespace mox {
 bool WriteEntry(const TableCursor& cursor, XmlNode* entry, const EntryValueRecord* value,
                 const EntryUiRecord* ui, bool onlySet);
 
-// Writes the "UI" child `uiElement` of an entry, in a fixed order with fixed early ends: "Value" is reached
-// only when the element has a "Comment" child and the record none. False for a cursor that is not ready and
-// when a new comment replaced one. Throws as WriteEntry.
+// Writes the "UI" child `uiElement` of an entry: its attributes, then its children. "Value" is written only when the
+// element has a "Comment" child and the record none; otherwise the writing ends with the comment. False for a cursor
+// that is not ready and when a new comment replaced one. Throws as WriteEntry.
 bool WriteEntryUi(const TableCursor& cursor, XmlNode* uiElement, const EntryUiRecord& ui, bool onlySet);
 
 }  // namespace mox

@@ -113,28 +113,31 @@ TYPED_TEST(TableUi, FirstOfSeveralCommentsIsReplaced) {
                                            "\t\t\t<Value>1</Value>"}));
 }
 
-TYPED_TEST(TableUi, NewCommentTakesAnXmlCommentAwayAndThenTheValueIsWritten) {
-    EXPECT_EQ(
-        this->Set("control=\"num\"", "<Comment>c</Comment><!-- x --><Value>1</Value>",
-                  Record(1, "new"_w, "2"_w)),
-        this->Ui("control=\"num\"", {"\t\t\t<Comment>new</Comment>", "\t\t\t<Value loc=\"\">2</Value>"}));
+TYPED_TEST(TableUi, NewCommentLeavesAnXmlCommentAndTheValue) {
+    EXPECT_EQ(this->Set("control=\"num\"", "<Comment>old</Comment><!-- note --><Value>9</Value>",
+                        Record(1, "new"_w, "2"_w)),
+              this->Ui("control=\"num\"",
+                       {"\t\t\t<Comment>new</Comment>", "\t\t\t<!-- note -->", "\t\t\t<Value>9</Value>"}));
+    EXPECT_EQ(this->Add("control=\"num\"", "<Comment>old</Comment><!-- note --><Value>9</Value>",
+                        Record(1, "new"_w, "2"_w)),
+              this->Ui("control=\"num\"",
+                       {"\t\t\t<Comment>new</Comment>", "\t\t\t<!-- note -->", "\t\t\t<Value>9</Value>"}));
 }
 
-TYPED_TEST(TableUi, NewCommentTakesTheXmlCommentOfItsOwnNumberAway) {
+TYPED_TEST(TableUi, NewCommentLeavesTheXmlCommentOfItsOwnNumber) {
     EXPECT_EQ(
         this->Set("control=\"num\"", "<!-- x --><Comment>c</Comment><!-- y --><!-- z --><Value>1</Value>",
                   Record(1, "new"_w, "2"_w)),
-        this->Ui("control=\"num\"", {"\t\t\t<!-- x -->", "\t\t\t<Comment>new</Comment>", "\t\t\t<!-- z -->",
-                                     "\t\t\t<Value loc=\"\">2</Value>"}));
+        this->Ui("control=\"num\"", {"\t\t\t<!-- x -->", "\t\t\t<Comment>new</Comment>", "\t\t\t<!-- y -->",
+                                     "\t\t\t<!-- z -->", "\t\t\t<Value>1</Value>"}));
     EXPECT_EQ(
         this->Set("control=\"num\"", "<Value>1</Value><X/><Comment>c</Comment><!-- x --><!-- y --><!-- z -->",
                   Record(1, "new"_w, "2"_w)),
-        this->Ui("control=\"num\"",
-                 {"\t\t\t<Value loc=\"\">2</Value>", "\t\t\t<X/>", "\t\t\t<Comment>new</Comment>",
-                  "\t\t\t<!-- x -->", "\t\t\t<!-- y -->"}));
+        this->Ui("control=\"num\"", {"\t\t\t<Value>1</Value>", "\t\t\t<X/>", "\t\t\t<Comment>new</Comment>",
+                                     "\t\t\t<!-- x -->", "\t\t\t<!-- y -->", "\t\t\t<!-- z -->"}));
 }
 
-TYPED_TEST(TableUi, TooFewXmlCommentsStayAndTheValueToo) {
+TYPED_TEST(TableUi, NewCommentAfterAnXmlCommentLeavesItAndTheValue) {
     EXPECT_EQ(this->Set("control=\"num\"", "<!-- x --><Comment>c</Comment><Value>1</Value>",
                         Record(1, "new"_w, "2"_w)),
               this->Ui("control=\"num\"",

@@ -231,11 +231,11 @@ TEST(WriteEntryUi, NewCommentReplacesTheOldOneAndIsRefusedThere) {
               "refused UI{control='num'}(Comment'new' Value'1')");
 }
 
-TEST(WriteEntryUi, NewCommentRemovesAnXmlCommentAndGoesOn) {
+TEST(WriteEntryUi, NewCommentLeavesXmlCommentsAndEndsThere) {
     EXPECT_EQ(Ui("<UI><Comment>c</Comment><!-- x --><!-- y --></UI>", UiRecord("new"_w, "u"_w), true),
-              "UI{control='num'}(Comment'new' !' y ' Value'u')");
+              "refused UI{control='num'}(Comment'new' !' x ' !' y ')");
     EXPECT_EQ(Ui("<UI><!-- x --><Comment>c</Comment><!-- y --></UI>", UiRecord("new"_w, "u"_w), true),
-              "UI{control='num'}(!' x ' Comment'new' Value'u')");
+              "refused UI{control='num'}(!' x ' Comment'new' !' y ')");
     EXPECT_EQ(Ui("<UI><!-- x --><Comment>c</Comment></UI>", UiRecord("new"_w, "u"_w), true),
               "refused UI{control='num'}(!' x ' Comment'new')");
 }

@@ -133,16 +133,6 @@ void WriteOptional(Node& element, std::string_view name, const Text& text, bool 
     }
 }
 
-// Removes the child without a name that has `number` such children before it. Only comments have none.
-bool RemoveNameless(Node& parent, std::size_t number) {
-    for (auto child = parent.children.begin(); child != parent.children.end(); ++child) {
-        if (!(*child)->name.empty() || number-- != 0) continue;
-        parent.children.erase(child);
-        return true;
-    }
-    return false;
-}
-
 void WriteUi(Node& element, const EntryUi& ui, bool onlySet) {
     SetAttribute(element, "control", Wide(NameOf(kControls, ui.control, "text")));
     WriteOptional(element, "prov_index", UnsignedText(ui.index), ui.index != 0, onlySet);
@@ -159,7 +149,7 @@ void WriteUi(Node& element, const EntryUi& ui, bool onlySet) {
     }
     if (!ui.comment.empty()) {
         comment->value = ui.comment;
-        if (!RemoveNameless(element, PlaceOf(element, comment.get()))) return;
+        return;
     }
     WriteValueChild(element, ui.value, ui.loc, onlySet);
 }
