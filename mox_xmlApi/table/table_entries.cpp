@@ -4,6 +4,7 @@
 #include "mox_xmlApi/entries/entry_reader.h"
 #include "mox_xmlApi/entries/entry_writer.h"
 #include "mox_xmlApi/table/host_records.h"
+#include "mox_xmlApi/table/write_plan.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
@@ -23,12 +24,6 @@ XmlNode* EntryAfter(const TableCursor& cursor, std::uint64_t position) noexcept 
     return XmlDocument::NextChildElement(cursor.table, entry);
 }
 
-// Where an entry, if any can be read, keeps its value.
-struct ValuePlaces {
-    bool hadValue = false;
-    bool hadUiValue = false;
-};
-
 ValuePlaces PlacesOf(const TableCursor& cursor, const XmlNode* entry) noexcept {
     EntryValueRecord value;
     EntryUiRecord ui;
@@ -36,14 +31,13 @@ ValuePlaces PlacesOf(const TableCursor& cursor, const XmlNode* entry) noexcept {
     return {!value.Value.empty(), !ui.Value.empty()};
 }
 
-// What the host's records say, and which of them are to be written.
+// What the host's records say, and what of it is to be written.
 struct Change {
     EntryValueRecord value;
     EntryUiRecord ui;
     HostValue valueText;
     HostValue uiText;
-    bool writesValue = false;
-    bool writesUi = false;
+    WritePlan plan;
 
     bool TakeValue(const TableEntryValueInfoStruct& record) {
         value = FieldsOf(record);
@@ -60,17 +54,22 @@ struct Change {
         return true;
     }
 
-    // The table keeps its values in the presentation data: so does this entry.
-    void MoveValueToUi() noexcept {
-        if (valueText.IsSet()) ui.Value = valueText.View();
-        value.Value = WideView();
-        writesValue = true;
-        writesUi = true;
+    void Decide(const WritePlan& decision) noexcept {
+        plan = decision;
+        if (MovesText()) ui.Value = valueText.View();
     }
 
-    const EntryValueRecord* Value() const noexcept { return writesValue ? &value : nullptr; }
-    const EntryUiRecord* Ui() const noexcept { return writesUi ? &ui : nullptr; }
+    // A value that the host never set is not moved.
+    bool MovesText() const noexcept { return plan.movesValue && valueText.IsSet(); }
 };
+
+// False for a cursor that is not ready.
+bool WriteChange(const TableCursor& cursor, XmlNode* entry, const Change& change, bool onlySet) {
+    const EntryValueRecord* value = change.plan.writesValue ? &change.value : nullptr;
+    const EntryUiRecord* ui = change.plan.writesUi ? &change.ui : nullptr;
+    if (!WriteEntry(cursor, entry, value, ui, onlySet)) return false;
+    return true;
+}
 
 bool IsProtected(const XmlNode* entry) noexcept {
     WideView mark;
@@ -90,7 +89,7 @@ bool SetAtPosition(const TableCursor& cursor, std::uint64_t& position, const Cha
     if (entry == nullptr) return false;
     position = PositionOf(entry);
     if (!force && IsProtected(entry)) return true;
-    WriteEntry(cursor, entry, change.Value(), change.Ui(), false);
+    WriteChange(cursor, entry, change, false);
     if (mark) MarkEntry(cursor, entry);  // without `mark` an entry written by position keeps the mark it has
     return true;
 }
@@ -98,13 +97,20 @@ bool SetAtPosition(const TableCursor& cursor, std::uint64_t& position, const Cha
 bool SetByName(const TableCursor& cursor, XmlNode* entry, const Change& change, bool force, bool mark) {
     if (entry == nullptr) return false;
     if (!force && IsProtected(entry)) return true;
-    if (!WriteEntry(cursor, entry, change.Value(), change.Ui(), false)) return false;
+    if (!WriteChange(cursor, entry, change, false)) return false;
     if (mark) {
         MarkEntry(cursor, entry);
     } else {
         cursor.document->RemoveAttribute(entry, names::kEud);
     }
     return true;
+}
+
+// The entry of that name for an update, if there is one, else a new one. Null when `before` is no entry of the table.
+XmlNode* FindOrInsert(const TableCursor& cursor, const XmlNode* before, WideView name, bool update) {
+    XmlNode* entry = update ? FindEntry(cursor, name) : nullptr;
+    if (entry != nullptr) return entry;
+    return cursor.document->InsertChild(cursor.table, names::kVar, std::nullopt, before);
 }
 
 }  // namespace
@@ -125,9 +131,7 @@ void MarkEntry(const TableCursor& cursor, XmlNode* entry) {
 bool AddEntry(const TableCursor& cursor, const XmlNode* before, WideView name, const EntryValueRecord* value,
               const EntryUiRecord* ui, bool mark, bool update) {
     if (!cursor.IsReady()) return false;
-    XmlNode* entry = update ? FindEntry(cursor, name) : nullptr;
-    if (entry == nullptr)
-        entry = cursor.document->InsertChild(cursor.table, names::kVar, std::nullopt, before);
+    XmlNode* entry = FindOrInsert(cursor, before, name, update);
     if (entry == nullptr) return false;
     WriteEntry(cursor, entry, value, ui, true);
     if (mark) MarkEntry(cursor, entry);
@@ -173,14 +177,11 @@ bool SetEntry(const TableCursor& cursor, std::uint64_t* position, const TableEnt
     } else if (cursor.IsReady()) {
         entry = EntryAfter(cursor, *position);
     }
-    const ValuePlaces places = PlacesOf(cursor, entry);
 
     Change change;
     if (value != nullptr && !change.TakeValue(*value)) return false;
     if (ui != nullptr && !change.TakeUi(*ui, ui, ui->type)) return false;
-    change.writesValue = value != nullptr && places.hadValue;
-    change.writesUi = ui != nullptr && places.hadUiValue;
-    if (!change.writesValue && !change.writesUi && value != nullptr) change.MoveValueToUi();
+    change.Decide(PlanSet({value != nullptr, ui != nullptr}, PlacesOf(cursor, entry)));
     return position == nullptr ? SetByName(cursor, entry, change, force, mark)
                                : SetAtPosition(cursor, *position, change, force, mark);
 }
@@ -190,8 +191,7 @@ bool AddHostEntry(const TableCursor& cursor, const std::uint64_t* position,
                   bool update) {
     constexpr std::uint16_t kNoControl = 0xFFFF;
     if (ui != nullptr && ui->control == kNoControl) ui = nullptr;
-    const ValuePlaces places =
-        cursor.IsReady() && cursor.table != nullptr ? PlacesOf(cursor, EntryAfter(cursor, 0)) : ValuePlaces();
+    if (!cursor.IsReady()) return false;
 
     Change change;
     if (value != nullptr && !change.TakeValue(*value)) return false;
@@ -200,14 +200,15 @@ bool AddHostEntry(const TableCursor& cursor, const std::uint64_t* position,
         const TableEntryValueInfoStruct* textOf = ui->type == kTypeWideString ? ui : value;
         if (!change.TakeUi(*ui, textOf, ui->type)) return false;
     }
-    change.writesValue = value != nullptr;
-    change.writesUi = ui != nullptr;
-    const bool isValueInUi = !places.hadValue && places.hadUiValue;
-    if (value != nullptr && ui == nullptr && isValueInUi) change.MoveValueToUi();
+    change.Decide(PlanAdd({value != nullptr, ui != nullptr}, PlacesOf(cursor, EntryAfter(cursor, 0))));
 
-    const XmlNode* before = position == nullptr ? nullptr : NodeAt(*position);
-    if (before != nullptr && *position == kByName) return false;
-    return AddEntry(cursor, before, KeyOf(value, ui), change.Value(), change.Ui(), mark, update);
+    const WideView name = KeyOf(value, ui);
+    if (position != nullptr && *position == kByName) return false;
+    XmlNode* entry = FindOrInsert(cursor, position == nullptr ? nullptr : NodeAt(*position), name, update);
+    if (entry == nullptr) return false;
+    WriteChange(cursor, entry, change, true);
+    if (mark) MarkEntry(cursor, entry);
+    return true;
 }
 
 }  // namespace mox
