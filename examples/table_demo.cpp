@@ -163,7 +163,7 @@ std::string ReadByName(const Table& table, const std::string& name) {
     return ValueOf(value);
 }
 
-// Presentation data take a value only when they have a comment already and the record brings none.
+// A presentation record stores its value only when there is a comment already and the record brings none.
 void PresentValue(const Table& table, Entry entry) {
     entry.comment.clear();
     TableEntryValueInfoStruct value;

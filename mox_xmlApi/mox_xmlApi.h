@@ -439,10 +439,12 @@ bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record);
  *
  * What is written depends on where the entry keeps its value, see "Changing entries" in docs/file-format.md:
  * the value record when the entry has a value of its own, the presentation record when the presentation data
- * have one. An entry that has neither is offered the value in its presentation data, which take it only when
- * they have a comment and the presentation record brings none.
+ * have one. When that leaves nothing to write and a value record is given, both records are written, and the
+ * text of the value record goes to the presentation data, where it is stored in every case. Without a
+ * presentation record, the control becomes "text" then, and provider and displayed name are removed.
  *
- * An entry with "eud"="true" is protected: unless force is set, it is left alone and the result is true.
+ * An entry with "eud"="true" is protected against this function alone: unless force is set, it is left alone and
+ * the result is true.
  *
  * @param handle       The table or section.
  * @param position     Position variable: the entry after it is written, and it moves there. All bits set is
@@ -450,7 +452,8 @@ bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record);
  * @param valueRecord  Name, type, id and value; writeMask selects what is written: 0x0001 name, 0x0002 value,
  *                     0x0004 type, 0x0008 id, 0 all of them. May be null if uiRecord is not.
  * @param uiRecord     Presentation data. A prov_owner other than 0, 1, 2 or 4 is set to 0 in the record
- *                     itself. May be null if valueRecord is not.
+ *                     itself. Its value is stored only if the entry's presentation data have a comment and the
+ *                     record has none. May be null if valueRecord is not.
  * @param force        Set: write protected entries as well.
  * @param mark         Set: give the written entry "eud"="true", and the table as well if it has no "eud" yet.
  *                     Clear: an entry written by name loses its "eud", one written by position keeps it.
@@ -463,11 +466,16 @@ bool xmlTableEntrySet(void* handle, uint64_t* position, TableEntryValueInfoStruc
                       TableEntryUInfoStruct* uiRecord, int32_t force, int32_t mark);
 
 /**
- * Adds an entry, or updates the one of the same name.
+ * Adds an entry, or updates the one of the same name. The mark "eud" protects no entry from it.
  *
- * Fields that are zero or empty are left out, or left as they are in an update. A presentation record takes
- * the place of the value: an entry that is to have both is added with the value record alone and then updated
- * with both, see "Changing entries" in docs/file-format.md.
+ * Fields that are zero or empty are left out, or left as they are in an update. An entry that is to have a
+ * value and presentation data takes two calls: the first with the value record alone, the second with both
+ * records and update set, which leaves the value.
+ *
+ * A value record alone stores its text as the entry's own value. In a table whose first entry has a value in
+ * its presentation data and none of its own, the text goes to the presentation data instead, with the control
+ * "text"; it is stored there in every case. The second of the two calls then writes the control that is
+ * wanted. See "Changing entries" in docs/file-format.md.
  *
  * @param handle       The table or section.
  * @param position     The new entry goes before the entry that the position refers to; it is not changed. 0
@@ -475,15 +483,17 @@ bool xmlTableEntrySet(void* handle, uint64_t* position, TableEntryValueInfoStruc
  * @param valueRecord  Name, type, id and value, selected by writeMask as in xmlTableEntrySet. May be null if
  *                     uiRecord is not; the entry then gets presentation data only.
  * @param uiRecord     Presentation data; ignored if its control is 0xFFFF. Its value is taken from itself if
- *                     its type is 31, otherwise from valueRecord, which must then be given. May be null if
+ *                     its type is 31, otherwise from valueRecord, which must then be given. It is stored only if
+ *                     the entry's presentation data have a comment and the record has none. May be null if
  *                     valueRecord is not.
  * @param mark         Set: give the entry "eud"="true", and the table as well if it has no "eud" yet. Clear:
  *                     "eud" stays as it is.
- * @param update       Set: write to the first entry with that name if there is one. Clear: always add.
+ * @param update       Set: write to the first entry with that name if there is one; position is then not used.
+ *                     Clear: always add.
  * @return true if the entry was written.
  * @par Failure
- * false: a value without a 16-bit form (nothing is added), a null handle, an entry that could not be written;
- * what was written to it stays.
+ * false: a position of another table when an entry has to be inserted, a value without a 16-bit form, a null
+ * handle; nothing is added. What was written to an entry before an exception stays.
  */
 bool xmlTableEntryAdd(void* handle, uint64_t* position, TableEntryValueInfoStruct* valueRecord,
                       TableEntryUInfoStruct* uiRecord, int32_t mark, int32_t update);

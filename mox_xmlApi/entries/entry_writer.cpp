@@ -120,4 +120,12 @@ bool WriteEntryUi(const TableCursor& cursor, XmlNode* uiElement, const EntryUiRe
     return ReplaceCommentAndEnd(document, *comment, ui);
 }
 
+void WriteUiValue(const TableCursor& cursor, XmlNode* entry, const EntryUiRecord& ui, bool onlySet) {
+    XmlNode* uiElement = XmlDocument::FindChildElement(entry, names::kUi);
+    if (uiElement == nullptr) return;
+    const bool isThere = XmlDocument::FindChildElement(uiElement, names::kValue) != nullptr;
+    if (isThere || !ui.Value.empty())
+        WriteValueChild(*cursor.document, *uiElement, ui.Value, ui.loc, onlySet);
+}
+
 }  // namespace mox

@@ -19,6 +19,11 @@ bool WriteEntry(const TableCursor& cursor, XmlNode* entry, const EntryValueRecor
 // that is not ready and when a new comment replaced one. Throws as WriteEntry.
 bool WriteEntryUi(const TableCursor& cursor, XmlNode* uiElement, const EntryUiRecord& ui, bool onlySet);
 
+// Puts the value of the record into the "UI" child of `entry`, whatever its comment: an existing "Value" child gets the
+// text, a missing one is appended unless the text is empty, and its "loc" is written as WriteEntryUi writes it. Nothing
+// is done to an entry without a "UI" child. Throws as WriteEntry.
+void WriteUiValue(const TableCursor& cursor, XmlNode* entry, const EntryUiRecord& ui, bool onlySet);
+
 }  // namespace mox
 
 #endif

@@ -68,6 +68,8 @@ bool WriteChange(const TableCursor& cursor, XmlNode* entry, const Change& change
     const EntryValueRecord* value = change.plan.writesValue ? &change.value : nullptr;
     const EntryUiRecord* ui = change.plan.writesUi ? &change.ui : nullptr;
     if (!WriteEntry(cursor, entry, value, ui, onlySet)) return false;
+    // The writer of the presentation data may have ended before their value.
+    if (change.MovesText()) WriteUiValue(cursor, entry, change.ui, onlySet);
     return true;
 }
 

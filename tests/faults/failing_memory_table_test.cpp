@@ -230,6 +230,25 @@ TEST(FailingMemory, EntryWhoseValueIsPresentedIsAddedOrLeftUsable) {
          [](World& world) { return xmlTableEntryAdd(world.table, nullptr, &world.value, nullptr, 1, 0); }});
 }
 
+// The first entry has no value at all, so that it is moved to presentation data, which are new.
+TEST(FailingMemory, EntryGetsItsValueInNewPresentationDataOrIsLeftUsable) {
+    for (const bool withComment : {false, true}) {
+        FailMemoryIn("xmlTableEntrySet",
+                     {"value to the presentation data, by position",
+                      [](World& world) {
+                          world.LoadTable("<Table name=\"T\"><Var name=\"none\" type=\"long\"/></Table>\n");
+                          world.NameRecords("none"_w, kString);
+                          world.value.SetVal("a value that was not there before");
+                          world.ui.SetComment_w("a comment that was not there before"_w);
+                      },
+                      [=](World& world) {
+                          world.position = 0;
+                          return xmlTableEntrySet(world.table, &world.position, &world.value,
+                                                  withComment ? &world.ui : nullptr, 0, 1);
+                      }});
+    }
+}
+
 TEST(FailingMemory, EntriesAreRemovedWithoutAny) {
     ExpectNoMemoryUse("xmlTableRemoveEntry", {"one", TableWithRecords("both"_w, kLong), [](World& world) {
                                                   return xmlTableRemoveEntry(world.table, &world.value, 0, 0);

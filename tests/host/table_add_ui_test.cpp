@@ -99,12 +99,12 @@ const std::string kUiConventionText = Lines(
     {"\t<Var name=\"a\" type=\"long\">", "\t\t<UI>", "\t\t\t<Value>1</Value>", "\t\t</UI>", "\t</Var>"});
 
 TYPED_TEST(TableAddUi, FollowsTheFirstEntryIntoThePresentationData) {
-    // The new block has no comment, so that its value is not stored.
     const TypeParam table(kUiConvention);
     EXPECT_TRUE(Add(table, ValueRecord("b"_w, 3, "2")));
-    EXPECT_EQ(table.Text(), Lines({"<Table name=\"T\">"}) + kUiConventionText +
-                                Lines({"\t<Var name=\"b\" type=\"long\" array=\"\">",
-                                       "\t\t<UI control=\"text\"/>", "\t</Var>", "</Table>"}));
+    EXPECT_EQ(table.Text(),
+              Lines({"<Table name=\"T\">"}) + kUiConventionText +
+                  Lines({"\t<Var name=\"b\" type=\"long\" array=\"\">", "\t\t<UI control=\"text\">",
+                         "\t\t\t<Value>2</Value>", "\t\t</UI>", "\t</Var>", "</Table>"}));
 }
 
 TYPED_TEST(TableAddUi, UpdateFollowsTheFirstEntryIntoABlockWithComment) {
@@ -123,9 +123,10 @@ TYPED_TEST(TableAddUi, UpdateFollowsTheFirstEntryIntoABlockWithComment) {
 TYPED_TEST(TableAddUi, IgnoredPresentationRecordCountsAsNone) {
     const TypeParam table(kUiConvention);
     EXPECT_TRUE(AddBoth(table, ValueRecord("b"_w, 3, "2"), UiRecord("b"_w, 0xFFFF)));
-    EXPECT_EQ(table.Text(), Lines({"<Table name=\"T\">"}) + kUiConventionText +
-                                Lines({"\t<Var name=\"b\" type=\"long\" array=\"\">",
-                                       "\t\t<UI control=\"text\"/>", "\t</Var>", "</Table>"}));
+    EXPECT_EQ(table.Text(),
+              Lines({"<Table name=\"T\">"}) + kUiConventionText +
+                  Lines({"\t<Var name=\"b\" type=\"long\" array=\"\">", "\t\t<UI control=\"text\">",
+                         "\t\t\t<Value>2</Value>", "\t\t</UI>", "\t</Var>", "</Table>"}));
 }
 
 TYPED_TEST(TableAddUi, FirstEntryWithBothValuesOrNoneIsNotFollowed) {
@@ -142,7 +143,7 @@ TYPED_TEST(TableAddUi, FirstEntryWithBothValuesOrNoneIsNotFollowed) {
 TYPED_TEST(TableAddUi, FirstElementDecidesAlsoWhenItIsNoVar) {
     const TypeParam table("<!-- c --><Item type=\"long\"><UI Value=\"1\"/></Item>");
     EXPECT_TRUE(Add(table, ValueRecord("b"_w, 3, "2")));
-    EXPECT_EQ(GetUi(table, "b"_w), "b #0 0003 '' control 2");
+    EXPECT_EQ(GetUi(table, "b"_w), "b #0 0003 '2' control 2");
 }
 
 }  // namespace

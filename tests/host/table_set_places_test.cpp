@@ -28,7 +28,8 @@ TYPED_TEST(TableSetPlaces, TypeOfTheRecordDoesNotMakeAnUnreadableEntryReadable) 
     const TypeParam table("<Var name=\"a\"><Value>1</Value></Var>");
     EXPECT_TRUE(SetByName(table, ValueRecord("a"_w, 3, "2")));
     EXPECT_EQ(table.Text(), TableText({"\t<Var name=\"a\" id=\"0\" type=\"long\" array=\"\" loc=\"\">",
-                                       "\t\t<Value>1</Value>", "\t\t<UI control=\"text\"/>", "\t</Var>"}));
+                                       "\t\t<Value>1</Value>", "\t\t<UI control=\"text\">",
+                                       "\t\t\t<Value loc=\"\">2</Value>", "\t\t</UI>", "\t</Var>"}));
 }
 
 TYPED_TEST(TableSetPlaces, RecordOfPresentationDataAloneWritesAnEntryThatHasAUiValue) {
@@ -101,19 +102,20 @@ TYPED_TEST(TableSetPlaces, ValueRecordAloneGoesToTheUiOfAnEntryThatHasOneThere) 
                          "\t</Var>"}));
 }
 
-TYPED_TEST(TableSetPlaces, ValueHandedToAUiWithoutCommentIsNotStored) {
+TYPED_TEST(TableSetPlaces, ValueForAUiWithoutCommentReplacesTheOneThere) {
     const TypeParam table("<Var name=\"a\" type=\"long\"><UI control=\"num\"><Value>1</Value></UI></Var>");
     EXPECT_TRUE(SetByName(table, ValueRecord("a"_w, 3, "2")));
-    EXPECT_EQ(table.Text(),
-              TableText({"\t<Var name=\"a\" type=\"long\" id=\"0\" array=\"\" loc=\"\">",
-                         "\t\t<UI control=\"text\">", "\t\t\t<Value>1</Value>", "\t\t</UI>", "\t</Var>"}));
+    EXPECT_EQ(table.Text(), TableText({"\t<Var name=\"a\" type=\"long\" id=\"0\" array=\"\" loc=\"\">",
+                                       "\t\t<UI control=\"text\">", "\t\t\t<Value loc=\"\">2</Value>",
+                                       "\t\t</UI>", "\t</Var>"}));
 }
 
-TYPED_TEST(TableSetPlaces, ValueForAnEntryWithoutAnyIsNotStoredAndMakesAUi) {
+TYPED_TEST(TableSetPlaces, ValueForAnEntryWithoutAnyIsStoredInANewUi) {
     const TypeParam table("<Var name=\"a\" type=\"long\"><Value/></Var>");
     EXPECT_TRUE(SetByName(table, ValueRecord("a"_w, 3, "2", 5)));
     EXPECT_EQ(table.Text(), TableText({"\t<Var name=\"a\" type=\"long\" id=\"5\" array=\"\" loc=\"\">",
-                                       "\t\t<Value/>", "\t\t<UI control=\"text\"/>", "\t</Var>"}));
+                                       "\t\t<Value/>", "\t\t<UI control=\"text\">",
+                                       "\t\t\t<Value loc=\"\">2</Value>", "\t\t</UI>", "\t</Var>"}));
 }
 
 TYPED_TEST(TableSetPlaces, ValueForAnEntryWithoutAnyIsStoredInAUiWithComment) {

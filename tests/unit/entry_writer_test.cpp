@@ -240,5 +240,45 @@ TEST(WriteEntryUi, NewCommentLeavesXmlCommentsAndEndsThere) {
               "refused UI{control='num'}(!' x ' Comment'new')");
 }
 
+// The entry after the value was put into its "UI".
+std::string WithUiValue(std::string_view entry, WideView text, bool onlySet, bool loc = false) {
+    OneEntry one(entry);
+    EntryUiRecord ui = UiRecord("a comment that plays no part"_w, text);
+    ui.loc = loc;
+    WriteUiValue(one.Cursor(), one.Entry(), ui, onlySet);
+    return one.EntryText();
+}
+
+TEST(WriteUiValue, ExistingValueGetsTheText) {
+    EXPECT_EQ(WithUiValue("<Var><UI x=\"1\"><Value>1</Value></UI></Var>", "u"_w, false),
+              "Var(UI{x='1'}(Value{loc=''}'u'))");
+    EXPECT_EQ(WithUiValue("<Var><UI><Value>1</Value><Comment>c</Comment></UI></Var>", WideView(), false),
+              "Var(UI(Value{loc=''} Comment'c'))");
+}
+
+TEST(WriteUiValue, MissingValueIsAppendedUnlessItWouldBeEmpty) {
+    EXPECT_EQ(WithUiValue("<Var><UI><Comment>c</Comment><!-- x --></UI></Var>", "u"_w, false),
+              "Var(UI(Comment'c' !' x ' Value{loc=''}'u'))");
+    EXPECT_EQ(WithUiValue("<Var><UI><x/></UI></Var>", WideView(), false), "Var(UI(x))");
+}
+
+TEST(WriteUiValue, OnlySetLeavesALocThatIsNotSet) {
+    EXPECT_EQ(WithUiValue("<Var><UI/></Var>", "u"_w, true), "Var(UI(Value'u'))");
+    EXPECT_EQ(WithUiValue("<Var><UI><Value loc=\"x\">1</Value></UI></Var>", "u"_w, true),
+              "Var(UI(Value{loc='x'}'u'))");
+    EXPECT_EQ(WithUiValue("<Var><UI><Value loc=\"x\">1</Value></UI></Var>", "u"_w, true, true),
+              "Var(UI(Value{loc='true'}'u'))");
+}
+
+TEST(WriteUiValue, FirstOfSeveralIsWritten) {
+    EXPECT_EQ(
+        WithUiValue("<Var><Value>0</Value><UI><Value>1</Value><Value>2</Value></UI><UI/></Var>", "u"_w, true),
+        "Var(Value'0' UI(Value'u' Value'2') UI)");
+}
+
+TEST(WriteUiValue, EntryWithoutAUiIsLeftAlone) {
+    EXPECT_EQ(WithUiValue("<Var><Value>1</Value></Var>", "u"_w, false), "Var(Value'1')");
+}
+
 }  // namespace
 }  // namespace mox::test

@@ -231,6 +231,11 @@ bool WriteEntry(Node& entry, const EntryValue* value, const EntryUi* ui, bool on
     return true;
 }
 
+void WriteMovedText(Node& entry, const Text& text, bool onlySet) {
+    const NodePtr ui = FindElement(entry, "UI");
+    if (!text.empty() || FindElement(*ui, "Value") != nullptr) WriteValueChild(*ui, text, false, onlySet);
+}
+
 NodePtr FindEntry(const Node& table, const Text& name) {
     for (const NodePtr& child : table.children) {
         const Text* found = FindAttribute(*child, "name");
@@ -248,6 +253,7 @@ bool AddEntry(Node& table, const Node* before, const NewEntry& added) {
         table.children.insert(table.children.begin() + static_cast<std::ptrdiff_t>(place), entry);
     }
     if (!WriteEntry(*entry, added.value, added.ui, true)) return false;
+    if (added.movedText) WriteMovedText(*entry, *added.movedText, true);
     if (added.mark) Mark(table, *entry);
     return true;
 }

@@ -3,6 +3,7 @@
 #define MOX_XMLAPI_TESTS_HOST_MODEL_ENTRIES_SUPPORT_H
 
 #include <cstdint>
+#include <optional>
 
 #include "tests/host/model/tree_support.h"
 
@@ -41,6 +42,8 @@ Text UnsignedText(std::uint32_t number);
 bool ReadEntry(const Node& entry, EntryValue& value, EntryUi& ui);
 // Each record may be null. False when it would be for a caller, which no tree of these tests causes.
 bool WriteEntry(Node& entry, const EntryValue* value, const EntryUi* ui, bool onlySet);
+// The value of the "UI" that is there; a new one unless it would be empty.
+void WriteMovedText(Node& entry, const Text& text, bool onlySet);
 
 // The first child that has this name; with an empty one the first that has any.
 NodePtr FindEntry(const Node& table, const Text& name);
@@ -51,6 +54,7 @@ struct NewEntry {
     const EntryUi* ui = nullptr;
     bool mark = false;
     bool update = false;
+    std::optional<Text> movedText{};  // to the presentation data
 };
 
 // Before that child, or at the end when it is null. False when it is not a child of the table.

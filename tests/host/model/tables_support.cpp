@@ -126,9 +126,10 @@ bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, 
     if (ui != nullptr) newUi.value = ui->value.value_or(Text());
     bool writesValue = value != nullptr && places.own;
     bool writesUi = ui != nullptr && places.ui;
+    std::optional<Text> movedText;
     if (!writesValue && !writesUi && value != nullptr) {
-        if (value->value) newUi.value = *value->value;
-        newValue.value.clear();
+        movedText = value->value;
+        if (movedText) newUi.value = *movedText;
         writesValue = true;
         writesUi = true;
     }
@@ -137,6 +138,7 @@ bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, 
     if (!place.byName) place.after = entry;
     if (!force && HasAttribute(*entry, "eud", "true")) return true;
     WriteEntry(*entry, writesValue ? &newValue : nullptr, writesUi ? &newUi : nullptr, false);
+    if (movedText) WriteMovedText(*entry, *movedText, false);
     if (mark) {
         Mark(table, *entry);
     } else if (place.byName) {
@@ -149,20 +151,22 @@ bool Add(Node& table, const Node* before, const PlainValue* value, const PlainUi
          bool update) {
     if (ui != nullptr && ui->control == 0xFFFF) ui = nullptr;
     const Places first = PlacesOf(NextElement(table, nullptr));
+    NewEntry added{KeyOf(value, ui)};
     EntryValue newValue = value != nullptr ? FromHost(*value) : EntryValue();
     EntryUi newUi = ui != nullptr ? FromHost(*ui) : EntryUi();
     if (ui != nullptr && ui->type == kWideText) newUi.value = ui->value.value_or(Text());
     if (ui != nullptr && ui->type != kWideText && value != nullptr)
         newUi.value = value->value.value_or(Text());
-    bool writesUi = ui != nullptr;
+    if (value != nullptr) added.value = &newValue;
+    if (ui != nullptr) added.ui = &newUi;
     if (value != nullptr && ui == nullptr && !first.own && first.ui) {
+        added.movedText = value->value;
         newUi.value = newValue.value;
-        newValue.value.clear();
-        writesUi = true;
+        added.ui = &newUi;
     }
-    return AddEntry(table, before,
-                    {KeyOf(value, ui), value != nullptr ? &newValue : nullptr, writesUi ? &newUi : nullptr,
-                     mark, update});
+    added.mark = mark;
+    added.update = update;
+    return AddEntry(table, before, added);
 }
 
 void RemoveVars(Node& table) {
