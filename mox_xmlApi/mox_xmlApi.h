@@ -447,8 +447,9 @@ bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record);
  * the result is true.
  *
  * @param handle       The table or section.
- * @param position     Position variable: the entry after it is written, and it moves there. All bits set is
- *                     not allowed. Null: the entry is found by its name.
+ * @param position     Position variable, 0 or one that refers to an entry of this table: the entry after it
+ *                     is written, and it moves there. All bits set gives false. The position of a removed
+ *                     entry or a made-up value must not be given. Null: the entry is found by its name.
  * @param valueRecord  Name, type, id and value; writeMask selects what is written: 0x0001 name, 0x0002 value,
  *                     0x0004 type, 0x0008 id, 0 all of them. May be null if uiRecord is not.
  * @param uiRecord     Presentation data. A prov_owner other than 0, 1, 2 or 4 is set to 0 in the record
@@ -478,8 +479,10 @@ bool xmlTableEntrySet(void* handle, uint64_t* position, TableEntryValueInfoStruc
  * wanted. See "Changing entries" in docs/file-format.md.
  *
  * @param handle       The table or section.
- * @param position     The new entry goes before the entry that the position refers to; it is not changed. 0
- *                     or null: after the last one.
+ * @param position     Position variable, which is not changed: a new entry goes before the entry that it
+ *                     refers to. 0 or null: after the last one. All bits set: by name, so that nothing is
+ *                     inserted; without update, or without an entry of that name, the result is false. The
+ *                     position of a removed entry or a made-up value must not be given.
  * @param valueRecord  Name, type, id and value, selected by writeMask as in xmlTableEntrySet. May be null if
  *                     uiRecord is not; the entry then gets presentation data only.
  * @param uiRecord     Presentation data; ignored if its control is 0xFFFF. Its value is taken from itself if

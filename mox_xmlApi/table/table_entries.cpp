@@ -205,8 +205,12 @@ bool AddHostEntry(const TableCursor& cursor, const std::uint64_t* position,
     change.Decide(PlanAdd({value != nullptr, ui != nullptr}, PlacesOf(cursor, EntryAfter(cursor, 0))));
 
     const WideView name = KeyOf(value, ui);
-    if (position != nullptr && *position == kByName) return false;
-    XmlNode* entry = FindOrInsert(cursor, position == nullptr ? nullptr : NodeAt(*position), name, update);
+    XmlNode* entry = nullptr;
+    if (position != nullptr && *position == kByName) {
+        if (update) entry = FindEntry(cursor, name);
+    } else {
+        entry = FindOrInsert(cursor, position == nullptr ? nullptr : NodeAt(*position), name, update);
+    }
     if (entry == nullptr) return false;
     WriteChange(cursor, entry, change, true);
     if (mark) MarkEntry(cursor, entry);

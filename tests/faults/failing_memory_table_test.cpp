@@ -230,6 +230,20 @@ TEST(FailingMemory, EntryWhoseValueIsPresentedIsAddedOrLeftUsable) {
          [](World& world) { return xmlTableEntryAdd(world.table, nullptr, &world.value, nullptr, 1, 0); }});
 }
 
+TEST(FailingMemory, EntryWhoseValueIsPresentedIsUpdatedOrLeftUsable) {
+    FailMemoryIn("xmlTableEntryAdd",
+                 {"value to the presentation data, by name",
+                  [](World& world) {
+                      world.LoadTable(kUiTable);
+                      world.NameRecords("ui"_w, kString);
+                      world.value.SetVal("a value that needs more memory than the old one");
+                      world.position = ~std::uint64_t{0};
+                  },
+                  [](World& world) {
+                      return xmlTableEntryAdd(world.table, &world.position, &world.value, nullptr, 1, 1);
+                  }});
+}
+
 // The first entry has no value at all, so that it is moved to presentation data, which are new.
 TEST(FailingMemory, EntryGetsItsValueInNewPresentationDataOrIsLeftUsable) {
     for (const bool withComment : {false, true}) {

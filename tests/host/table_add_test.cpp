@@ -107,14 +107,44 @@ TYPED_TEST(TableAdd, PositionInsertsBeforeItsEntryAndStays) {
                          "\t<Var name=\"y\"/>", "\t<Var name=\"b\" type=\"long\"/>"}));
 }
 
-TYPED_TEST(TableAdd, PositionThatIsNoneIsFalseAndAddsNothing) {
-    const TypeParam table("");
+TYPED_TEST(TableAdd, PositionWithAllBitsSetUpdatesTheEntryOfTheName) {
+    const TypeParam table(
+        "<Var name=\"b\" type=\"long\"><Value>0</Value></Var>"
+        "<Var name=\"a\" type=\"long\"><Value>1</Value></Var><Var name=\"a\" type=\"long\"/>");
     std::uint64_t position = ~std::uint64_t{0};
-    TableEntryValueInfoStruct value = ValueRecord("a"_w, 3, "1");
-    EXPECT_FALSE(xmlTableEntryAdd(table, &position, &value, nullptr, 0, 0));
-    EXPECT_FALSE(xmlTableEntryAdd(table, &position, &value, nullptr, 1, 1));
+    TableEntryValueInfoStruct value = ValueRecord("a"_w, 8, "2", 7);
+    EXPECT_TRUE(xmlTableEntryAdd(table, &position, &value, nullptr, 1, 1));
     EXPECT_EQ(position, ~std::uint64_t{0});
-    EXPECT_EQ(table.Text(), "<Table name=\"T\"/>\n");
+    EXPECT_EQ(
+        table.Text(),
+        TableText("eud=\"true\"", {"\t<Var name=\"b\" type=\"long\">", "\t\t<Value>0</Value>", "\t</Var>",
+                                   "\t<Var name=\"a\" type=\"string\" id=\"7\" array=\"\" eud=\"true\">",
+                                   "\t\t<Value>2</Value>", "\t</Var>", "\t<Var name=\"a\" type=\"long\"/>"}));
+}
+
+TYPED_TEST(TableAdd, PositionWithAllBitsSetTakesTheNameOfAPresentationRecordAlone) {
+    const TypeParam table("<Var name=\"a\" type=\"long\"/><Var name=\"b\" type=\"long\"/>");
+    std::uint64_t position = ~std::uint64_t{0};
+    TableEntryUInfoStruct ui = UiRecord("b"_w, 1, 31);
+    EXPECT_TRUE(xmlTableEntryAdd(table, &position, nullptr, &ui, 0, 1));
+    EXPECT_EQ(table.Text(),
+              TableText({"\t<Var name=\"a\" type=\"long\"/>", "\t<Var name=\"b\" type=\"long\">",
+                         "\t\t<UI control=\"num\"/>", "\t</Var>"}));
+}
+
+TYPED_TEST(TableAdd, PositionWithAllBitsSetNeverInserts) {
+    const TypeParam table("<Var name=\"a\" type=\"long\"><Value>1</Value></Var>");
+    const std::string before = table.Text();
+    std::uint64_t position = ~std::uint64_t{0};
+    TableEntryValueInfoStruct known = ValueRecord("a"_w, 3, "2");
+    TableEntryValueInfoStruct unknown = ValueRecord("b"_w, 3, "2");
+    EXPECT_FALSE(xmlTableEntryAdd(table, &position, &unknown, nullptr, 1, 1));
+    for (const std::int32_t update : {0, 2, -1}) {
+        EXPECT_FALSE(xmlTableEntryAdd(table, &position, &known, nullptr, 1, update));
+        EXPECT_FALSE(xmlTableEntryAdd(table, &position, &unknown, nullptr, 1, update));
+    }
+    EXPECT_EQ(position, ~std::uint64_t{0});
+    EXPECT_EQ(table.Text(), before);
 }
 
 TYPED_TEST(TableAdd, PositionOnAnEntryOfAnotherTableIsFalseAndAddsNothing) {
@@ -124,7 +154,19 @@ TYPED_TEST(TableAdd, PositionOnAnEntryOfAnotherTableIsFalseAndAddsNothing) {
     std::uint64_t position = PositionOn(other, 0);
     TableEntryValueInfoStruct value = ValueRecord("x"_w, 3, "1");
     EXPECT_FALSE(xmlTableEntryAdd(table, &position, &value, nullptr, 1, 0));
+    EXPECT_FALSE(xmlTableEntryAdd(table, &position, &value, nullptr, 1, 1));
     EXPECT_EQ(table.Text(), before);
+}
+
+TYPED_TEST(TableAdd, PositionOnAnEntryOfAnotherTableIsNotNeededForAnUpdate) {
+    const TypeParam table("<Var name=\"a\" type=\"long\"/>");
+    const TypeParam other("<Var name=\"a\" type=\"long\"/>");
+    const std::string otherBefore = other.Text();
+    std::uint64_t position = PositionOn(other, 0);
+    TableEntryValueInfoStruct value = ValueRecord("a"_w, 8, "1", 0, 4);
+    EXPECT_TRUE(xmlTableEntryAdd(table, &position, &value, nullptr, 0, 1));
+    EXPECT_EQ(table.Text(), TableText({"\t<Var name=\"a\" type=\"string\" array=\"\"/>"}));
+    EXPECT_EQ(other.Text(), otherBefore);
 }
 
 TYPED_TEST(TableAdd, PositionPlaysNoPartInAnUpdate) {

@@ -68,7 +68,10 @@ void Runner::Set(Arguments arguments) {
 void Runner::Add(Arguments arguments) {
     std::string slotName;
     Slot& slot = PickSlot(arguments, slotName);
-    const unsigned how = arguments.Below(3);  // 0: null, 1: 0, 2: the position
+    // 0: null, 1: 0, 2: the position, 3: all bits set, 4: the position of another slot
+    const unsigned how = arguments.Below(5);
+    Slot& other = slots_[arguments.Below(4)];
+    other.ForgetLostPosition();
     const std::int32_t mark = arguments.Pick(kFlags);
     const std::int32_t update = arguments.Pick(kFlags);
     Records records(arguments);
@@ -78,15 +81,19 @@ void Runner::Add(Arguments arguments) {
     Tell(Say("xmlTableEntryAdd ", slotName,
              how == 0   ? " null"
              : how == 1 ? " 0"
-                        : " at the position",
+             : how == 2 ? " at the position"
+             : how == 3 ? " all bits set"
+                        : " at a position of another handle",
              " mark ", mark, " update ", update, records.Expected()));
-    const std::uint64_t before = how == 2 ? slot.position : 0;
+    const Slot& from = how == 2 ? slot : other;
+    const bool isAt = how == 2 || how == 4;
+    const Place place{how == 3, isAt ? from.after.lock() : nullptr};
+    const std::uint64_t before = how == 3 ? kByName : isAt ? from.position : 0;
     std::uint64_t position = before;
     const bool result = xmlTableEntryAdd(slot.handle, how == 0 ? nullptr : &position, records.RealValue(),
                                          records.RealUi(), mark, update);
-    const NodePtr sibling = how == 2 ? slot.after.lock() : nullptr;
     const bool expected =
-        model::Add(*slot.table.lock(), sibling.get(), records.Value(), records.Ui(), mark == 1, update == 1);
+        model::Add(*slot.table.lock(), place, records.Value(), records.Ui(), mark == 1, update == 1);
     Compare(Say(result, Moved(position != before), records.Actual()),
             Say(expected, Moved(false), records.Expected()));
 }

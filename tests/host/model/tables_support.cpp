@@ -147,7 +147,7 @@ bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, 
     return true;
 }
 
-bool Add(Node& table, const Node* before, const PlainValue* value, const PlainUi* ui, bool mark,
+bool Add(Node& table, const Place& place, const PlainValue* value, const PlainUi* ui, bool mark,
          bool update) {
     if (ui != nullptr && ui->control == 0xFFFF) ui = nullptr;
     const Places first = PlacesOf(NextElement(table, nullptr));
@@ -166,7 +166,8 @@ bool Add(Node& table, const Node* before, const PlainValue* value, const PlainUi
     }
     added.mark = mark;
     added.update = update;
-    return AddEntry(table, before, added);
+    if (place.byName && (!update || FindEntry(table, added.name) == nullptr)) return false;
+    return AddEntry(table, place.after.get(), added);
 }
 
 void RemoveVars(Node& table) {
