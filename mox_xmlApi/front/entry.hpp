@@ -73,7 +73,9 @@ struct BasicPresentation {
 //          An entry that has none is given with an empty one.
 //   value  the entry's own value, empty when it has none. Nothing when a record cannot hold it: that is, when it has a
 //          surrogate without its partner and another type than UcString (Profile::getString reads such a value in a
-//          section). As an argument nothing means: no value is written.
+//          section). As an argument nothing means: no value is written. In a table whose first entry has a value in its
+//          presentation data and none of its own, the value of an entry that has none of its own is written to its
+//          presentation data; effectiveValue() of what is read then gives it.
 //   id     0 means none.
 //   ui     nothing when the entry has no presentation data, or such that say nothing.
 template <class String>

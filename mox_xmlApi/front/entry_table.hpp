@@ -73,8 +73,9 @@ class EntryTable {
     // Adds an entry after the last one, or before the first one named `next`, which is looked for from the start.
     //
     // Returns false, with nothing added, when the name is taken already, when there is no `next`, and for what cannot
-    // be stored: a name of more than 259 units, a type that is none, a value that is not well-formed, and a value of the
-    // presentation data without a comment.
+    // be stored: a name of more than 259 units, a type that is none, a value that is not well-formed, and a value of
+    // the presentation data without a comment. Where `value` goes to the presentation data (see BasicEntry), theirs
+    // needs no comment, but cannot be another one.
     bool add(const Entry& entry, Mark mark = Mark::No) { return front::AddEntry(handle(), 0, entry, mark); }
     bool add(const Entry16& entry, Mark mark = Mark::No) { return front::AddEntry(handle(), 0, entry, mark); }
     bool addBefore(const Text& next, const Entry& entry, Mark mark = Mark::No) {

@@ -27,52 +27,44 @@ bool IsFilled(const std::optional<String>& value) noexcept {
     return !value.has_value() || !value->empty();
 }
 
-// Sees to it that values can be written to a table whose first entry has a value in its presentation data alone: there
-// the exports hand every new value over to presentation data, which do not take it. While this lives, such a table
-// begins with an empty entry.
-class PlainFirstEntry {
-  public:
-    explicit PlainFirstEntry(void* handle) : handle_(handle) {
-        std::uint64_t position = 0;
-        Entry16 first;
-        if (ReadNext(handle, position, first) != Step::Entry || IsFilled(first.value) ||
-            !first.ui.has_value() || !IsFilled(first.ui->value)) {
-            return;
-        }
-        TableEntryValueInfoStruct empty;
-        std::size_t length = 0;
-        do {
-            isGood_ = length + 1 < std::size(name_.name);
-            if (!isGood_) return;
-            name_.name[length++] = '_';
-        } while (xmlTableEntryIsExist(handle, &name_));
-        PutName(NameIn(name_), empty);
-        isThere_ = true;
-        isGood_ = xmlTableEntryAdd(handle, &position, &empty, nullptr, 0, 0);
-    }
-    ~PlainFirstEntry() {
-        if (isThere_) xmlTableRemoveEntry(handle_, &name_, 0, 0);
-    }
-    PlainFirstEntry(const PlainFirstEntry&) = delete;
-    PlainFirstEntry& operator=(const PlainFirstEntry&) = delete;
+// Whether the table keeps its values in the presentation data: its first entry has one there and none of its own. The
+// exports then put the value of every entry that has none of its own there, too.
+inline bool KeepsValuesInUi(void* handle) {
+    std::uint64_t position = 0;
+    Entry16 first;
+    return ReadNext(handle, position, first) == Step::Entry && !IsFilled(first.value) &&
+           first.ui.has_value() && IsFilled(first.ui->value);
+}
 
-    bool IsGood() const noexcept { return isGood_; }
-
-  private:
-    void* handle_;
-    TableEntryBaseInfoStruct name_;
-    bool isThere_ = false;
-    bool isGood_ = true;
-};
-
-// Whether the table holds the values as asked for.
+// Whether the table holds the values as asked for. That of an entry may be in its presentation data when it has none of
+// its own.
 template <class String>
 bool HoldsValues(void* handle, const BasicEntry<String>& entry) {
     BasicEntry<String> read;
     if (!ReadByName(handle, entry.name, read)) return false;
-    if (entry.value.has_value() && read.value != entry.value) return false;
+    if (entry.value.has_value() && read.value != entry.value) {
+        const bool isInUi = read.value == String() && read.ui.has_value() && read.ui->value == entry.value;
+        if (!isInUi) return false;
+    }
     if (!entry.ui.has_value() || !entry.ui->value.has_value()) return true;
     return read.ui.has_value() && read.ui->value == entry.ui->value;
+}
+
+// Writes the value record to the first entry of its name, which has a value of its own, and leaves its mark. The export
+// takes marks away when it finds the entry by name, so the entry is looked for from the start. Returns false for a name
+// of 259 units: an entry with a longer one is read with that name, too.
+inline bool SetKeepingMark(void* handle, TableEntryValueInfoStruct& value, Mark mark) {
+    const UnitsView name = NameIn(value);
+    if (name.size() + 1 == std::size(value.name)) return false;
+    std::uint64_t before = 0;
+    std::uint64_t position = 0;
+    Entry16 entry;
+    for (Step step = Step::Unreadable; step != Step::End; before = position) {
+        step = ReadNext(handle, position, entry);
+        if (step == Step::Entry && Text(entry.name).units() == name)
+            return xmlTableEntrySet(handle, &before, &value, nullptr, 1, static_cast<std::int32_t>(mark));
+    }
+    return false;
 }
 
 // Writes presentation data to an entry; the records have all but their value. Without a comment the export stores the
@@ -90,30 +82,56 @@ inline bool WritePresentation(void* handle, std::uint64_t* before, TableEntryVal
     return ui.SetComment_w(nullptr) && xmlTableEntryAdd(handle, before, &value, &ui, flag, 1);
 }
 
-// Writes what the entry says, to the first entry of its name or to a new one before the position.
-// `old` is the entry that there is already.
+// Writes what the entry says, to the first entry of its name, which is `old`, or to a new one before the position.
+//
+// As a rule the value record is written first, which gives the entry its own value, and then both records for the
+// presentation data. In a table that keeps its values in the presentation data, an entry without a value of its own
+// gets it there, and with it a control "text":
+//   <UI control="num"><Value>1</Value></UI>    put({name, "2"}), after the value record:
+//   <UI control="text"><Value>2</Value></UI>   after both records, with the control that was there:
+//   <UI control="num"><Value>2</Value></UI>
 template <class String>
 bool WriteEntry(void* handle, std::uint64_t before, const BasicEntry<String>& entry, const Entry16* old,
                 Mark mark) {
     TableEntryValueInfoStruct value;
     TableEntryUInfoStruct ui;
     if (!PutEntry(entry, value) || (entry.ui.has_value() && !PutPresentation(*entry.ui, ui))) return false;
+    const bool hasOwnValue = old != nullptr && IsFilled(old->value);
+    const bool hasOldUi = old != nullptr && old->ui.has_value();
+    const bool keepsValuesInUi = KeepsValuesInUi(handle);
+    const bool movesValue = keepsValuesInUi && !hasOwnValue;
 
-    const PlainFirstEntry plain(handle);
-    if (!plain.IsGood() ||
-        !xmlTableEntryAdd(handle, &before, &value, nullptr, static_cast<std::int32_t>(mark), 1)) {
-        return false;
+    // 1. The value for the presentation data. When the entry's own one goes there, too, both have to be the same.
+    std::optional<Text> uiText;
+    if (entry.ui.has_value() && entry.ui->value.has_value()) uiText.emplace(*entry.ui->value);
+    if (movesValue && entry.value.has_value()) {
+        const Text text(*entry.value);
+        if (!uiText.has_value()) uiText = text;
+        if (!text.units().empty() && text.units() != uiText->units()) return false;
     }
-    if (!entry.ui.has_value()) return true;
 
-    std::optional<Text> newText;
-    if (entry.ui->value.has_value()) newText.emplace(*entry.ui->value);
+    // 2. Whether presentation data are written: those asked for, or else what a value that goes there overwrites. A
+    // value that stays is written along with them, so it has to be known.
+    const bool writesUi = entry.ui.has_value() || (movesValue && hasOldUi);
+    if (!entry.ui.has_value() && writesUi) ui.control = static_cast<std::uint16_t>(old->ui->control);
     std::u16string oldText;
-    if (old != nullptr && old->ui.has_value()) {
-        if (!old->ui->value.has_value() && !newText.has_value()) return false;
-        oldText = old->ui->value.value_or(std::u16string());
+    if (writesUi && hasOldUi && !uiText.has_value()) {
+        if (!old->ui->value.has_value()) return false;
+        oldText = *old->ui->value;
+        if (movesValue) uiText.emplace(oldText);
     }
-    return WritePresentation(handle, &before, value, ui, newText, oldText, mark);
+
+    // 3. The entry with its value.
+    if (keepsValuesInUi && hasOwnValue) {
+        if (!SetKeepingMark(handle, value, mark)) return false;
+    } else {
+        if (movesValue && uiText.has_value() && !PutValue(*uiText, value.type, value)) return false;
+        if (!xmlTableEntryAdd(handle, &before, &value, nullptr, static_cast<std::int32_t>(mark), 1))
+            return false;
+    }
+
+    // 4. The presentation data with their value.
+    return !writesUi || WritePresentation(handle, &before, value, ui, uiText, oldText, mark);
 }
 
 // The entry goes before the position, 0 for the end.
@@ -137,6 +155,20 @@ bool PutEntryInto(void* handle, const BasicEntry<String>& entry, Mark mark) {
     return WriteEntry(handle, 0, entry, hasOld ? &old : nullptr, mark) && HoldsValues(handle, entry);
 }
 
+// Gives an entry without a value of its own the value in its presentation data. The export takes all else out of them
+// but the comment, so it is given back.
+inline bool SetUiValue(void* handle, TableEntryValueInfoStruct& value, const Text& text, const Entry16& old,
+                       Mark mark) {
+    TableEntryUInfoStruct ui;
+    if (old.ui.has_value()) {
+        Presentation16 kept = *old.ui;
+        kept.comment.clear();
+        if (!PutPresentation(kept, ui)) return false;
+    }
+    if (!xmlTableEntrySet(handle, nullptr, &value, nullptr, 1, static_cast<std::int32_t>(mark))) return false;
+    return !old.ui.has_value() || WritePresentation(handle, nullptr, value, ui, std::nullopt, text, mark);
+}
+
 inline bool SetEntryValue(void* handle, const Text& name, const Text& text, bool force, Mark mark) {
     Entry16 old;
     if (!text.isValid() || !ReadByName(handle, name, old)) return false;
@@ -151,10 +183,11 @@ inline bool SetEntryValue(void* handle, const Text& name, const Text& text, bool
 
     const auto flag = static_cast<std::int32_t>(mark);
     bool isFilled = IsFilled(old.value);
+    if (!isFilled && !force) return false;
+    if (!isFilled && KeepsValuesInUi(handle))
+        return SetUiValue(handle, value, text, old, mark) && HoldsValues(handle, wanted);
     if (!isFilled) {
-        if (!force) return false;
-        const PlainFirstEntry plain(handle);
-        if (!plain.IsGood() || !xmlTableEntryAdd(handle, nullptr, &value, nullptr, flag, 1)) return false;
+        if (!xmlTableEntryAdd(handle, nullptr, &value, nullptr, flag, 1)) return false;
         isFilled = !wanted.value->empty();
     }
     // An entry with a value of its own keeps it in the same place; the export sees to marks.

@@ -126,24 +126,31 @@ TEST(FrontEntryWrites, AddRefusesWhatCannotBeStoredAndAddsNothing) {
     EXPECT_EQ(table.find16("B")->value, kLone);
 }
 
-// There the exports would hand every new value over to presentation data, which would not take it.
+// There every entry without a value of its own gets it in its presentation data.
 TEST(FrontEntryWrites, ATableWhoseFirstValueIsInThePresentationDataTakesOthers) {
     Table table = TableWith(kValuesInUi + "<Var name=\"_\" type=\"long\"/>");
     EXPECT_TRUE(table.add({"C", "3", ValueType::Long}));
-    EXPECT_TRUE(table.addBefore("A", {"D"}));
-    EXPECT_TRUE(table.remove("D"));
     EXPECT_TRUE(table.put({"B", "4", ValueType::Double}));
     EXPECT_TRUE(table.setValue("_", "5"));
+    EXPECT_TRUE(table.setValue("A", "6"));
     EXPECT_EQ(SavedBytes(table),
               TableFile({"\t<Var name=\"A\" type=\"long\">", "\t\t<UI control=\"num\">",
-                         "\t\t\t<Value>1</Value>", "\t\t</UI>", "\t</Var>",
-                         "\t<Var name=\"B\" type=\"double\" array=\"\">", "\t\t<Value>4</Value>", "\t</Var>",
-                         "\t<Var name=\"_\" type=\"long\">", "\t\t<Value loc=\"\">5</Value>", "\t</Var>",
-                         "\t<Var name=\"C\" type=\"long\" array=\"\">", "\t\t<Value>3</Value>", "\t</Var>"}));
-    EXPECT_TRUE(table.setValue("A", "6"));
-    EXPECT_EQ(table.find("A")->value, "6");
-    EXPECT_EQ(table.find("A")->ui->value, "1");
+                         "\t\t\t<Value loc=\"\">6</Value>", "\t\t</UI>", "\t</Var>",
+                         "\t<Var name=\"B\" type=\"double\" array=\"\">", "\t\t<Value loc=\"\">4</Value>",
+                         "\t</Var>", "\t<Var name=\"_\" type=\"long\">", "\t\t<UI control=\"text\">",
+                         "\t\t\t<Value loc=\"\">5</Value>", "\t\t</UI>", "\t</Var>",
+                         "\t<Var name=\"C\" type=\"long\" array=\"\">", "\t\t<UI control=\"text\">",
+                         "\t\t\t<Value>3</Value>", "\t\t</UI>", "\t</Var>"}));
+    EXPECT_EQ(table.find("C")->effectiveValue(), "3");
     EXPECT_EQ(NamesOf(table), "AB_C");
+}
+
+TEST(FrontEntryWrites, AnEntryWithoutAValueGoesBeforeOneWithPresentationData) {
+    Table table = TableWith(kValuesInUi);
+    EXPECT_TRUE(table.addBefore("A", {"D"}));
+    EXPECT_EQ(NamesOf(table), "DAB");
+    EXPECT_EQ(table.find("D")->effectiveValue(), "");
+    EXPECT_EQ(table.find("A")->effectiveValue(), "1");
 }
 
 TEST(FrontEntryWrites, PutAddsOrChanges) {
