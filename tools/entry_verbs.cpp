@@ -76,8 +76,8 @@ void Set(const EntryArguments& arguments) {
         // What was not given is left out, so that it stays as it is in the file.
         if (entry->ui.has_value()) entry->ui->value.reset();
         if (!arguments.fields.HasUi()) entry->ui.reset();
-        arguments.fields.Apply(*entry);
         entry->value.reset();
+        arguments.fields.Apply(*entry);
         isStored = table.put(*entry);
     }
     if (isStored && arguments.fields.HasValue())

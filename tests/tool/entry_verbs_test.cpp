@@ -106,6 +106,24 @@ TEST_F(EntryVerbs, WhatTheTableCannotHoldIsRefused) {
     EXPECT_EQ(ReadBytes("t.xml"), Wide(kTools));
 }
 
+// The first entry has its value in its presentation data, and so have the others then.
+TEST_F(EntryVerbs, ATableWithItsValuesInThePresentationDataTakesOneValuePerEntry) {
+    const std::string table = TableDocument(
+        "\t<Var name=\"a\" type=\"long\">\n\t\t<UI control=\"num\">\n\t\t\t<Value>1</Value>\n\t\t</UI>\n"
+        "\t</Var>\n");
+    WriteBytes("t.xml", Wide(table));
+    Fails(4, {"entry", "set", "t.xml", "a", "2", "--ui-value", "3"}, "cannot hold entry a");
+    Fails(4, {"entry", "add", "t.xml", "b", "2", "--ui-value", "3"}, "cannot hold entry b");
+    EXPECT_EQ(ReadBytes("t.xml"), Wide(table));
+    Data({"entry", "set", "t.xml", "a", "2", "--id", "7"});
+    Data({"entry", "add", "t.xml", "b", "3", "--control", "switch"});
+    EXPECT_EQ(Data({"entry", "get", "t.xml", "a"}), "2\n");
+    EXPECT_EQ(Data({"entry", "get", "t.xml", "b"}), "3\n");
+    const std::string shown = Data({"show", "t.xml"});
+    EXPECT_NE(shown.find("shown as num  [value \"2\"]"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("shown as switch  [value \"3\"]"), std::string::npos) << shown;
+}
+
 TEST_F(EntryVerbs, RemoveTakesTheFirstOrAll) {
     WriteBytes("t.xml", Wide(TableDocument(Var("a", "1") + Var("b", "2") + Var("a", "3") + Var("a", "4"))));
     Data({"entry", "remove", "t.xml", "a"});
