@@ -12,88 +12,90 @@ namespace {
 
 using WideText = std::basic_string<wchar16>;
 
-// Texts up to this many units keep their memory when they are taken away, for the next entry of an enumeration.
-constexpr std::size_t kMostKept = 2048;
+// A cleared text keeps its memory up to this many units, because enumerations fill the same record again and again.
+constexpr std::size_t kMaxKeptUnits = 2048;
 
+// Makes the text empty.
 template <class Text>
-void Drop(Text& text) noexcept {
-    if (text.capacity() > kMostKept) {
+void ClearText(Text& text) noexcept {
+    if (text.capacity() > kMaxKeptUnits) {
         Text().swap(text);
     } else {
         text.clear();
     }
 }
 
-// Gives back what a much longer text has left behind.
+// Frees the memory that a long text has left to a short one.
 template <class Text>
-void Trim(Text& text) noexcept {
-    if (text.capacity() <= kMostKept || text.size() > kMostKept) return;
+void TrimText(Text& text) noexcept {
+    if (text.capacity() <= kMaxKeptUnits || text.size() > kMaxKeptUnits) return;
     try {
         text.shrink_to_fit();
     } catch (const std::bad_alloc&) {
-        // The text is as good where it is.
+        // The text stays in the larger block.
     }
 }
 
 }  // namespace
 
-// A value in the form in which it was set, and in the other one once that was asked for.
+// A value in the form in which it was set, and in the other form after the first call that gets it.
 struct TableEntryValueInfoStruct::Texts {
-    enum class Form { None, Ready, NotMadeYet };
+    enum class Form { None, Ready, NotConverted };
 
     Form narrowForm = Form::None;
     Form wideForm = Form::None;
     std::string narrow;
     WideText wide;
 
-    // False for a text that is not well-formed. Throws std::bad_alloc. The value stays as it was in both cases.
+    // Returns false for a text that is not well-formed UTF-8. Throws std::bad_alloc. In both cases the value is unchanged.
     bool Set(const char* text) {
         const std::size_t length = std::strlen(text);
         const bool isAscii = std::all_of(text, text + length,
                                          [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
         if (isAscii) {
             narrow.assign(text, length);
-            Drop(wide);
+            ClearText(wide);
         } else {
-            std::string copy(text, length);  // the text may be the one that this record gave out
+            std::string copy(text, length);  // the text may be the value itself
             if (!pdConvertString(copy, wide)) return false;
             narrow.swap(copy);
-            Trim(wide);
+            TrimText(wide);
         }
-        Trim(narrow);
+        TrimText(narrow);
         narrowForm = Form::Ready;
-        wideForm = isAscii ? Form::NotMadeYet : Form::Ready;
+        wideForm = isAscii ? Form::NotConverted : Form::Ready;
         return true;
     }
 
-    // Throws std::bad_alloc; the value stays as it was then.
+    // Throws std::bad_alloc; then the value is unchanged.
     void Set(const wchar16* text) {
         wide.assign(text);
-        Trim(wide);
-        Drop(narrow);
+        TrimText(wide);
+        ClearText(narrow);
         wideForm = Form::Ready;
-        narrowForm = Form::NotMadeYet;
+        narrowForm = Form::NotConverted;
     }
 
     void Unset() noexcept {
         narrowForm = wideForm = Form::None;
-        Drop(narrow);
-        Drop(wide);
+        ClearText(narrow);
+        ClearText(wide);
     }
 
-    // Null for a value that was not set or has no such form. Throw std::bad_alloc; the value stays as it was then.
+    // Return null if no value is set, or if it has no such form. Throw std::bad_alloc; then the value is unchanged.
     const char* Narrow() {
-        if (narrowForm == Form::NotMadeYet)
+        if (narrowForm == Form::NotConverted)
             narrowForm = pdConvertString(wide, narrow) ? Form::Ready : Form::None;
         return narrowForm == Form::Ready ? narrow.c_str() : nullptr;
     }
     const wchar16* Wide() {
-        if (wideForm == Form::NotMadeYet) wideForm = pdConvertString(narrow, wide) ? Form::Ready : Form::None;
+        if (wideForm == Form::NotConverted)
+            wideForm = pdConvertString(narrow, wide) ? Form::Ready : Form::None;
         return wideForm == Form::Ready ? wide.c_str() : nullptr;
     }
 };
 
-// The texts of a presentation that are not its value.
+// The texts of the presentation data other than the value.
 struct TableEntryUInfoStruct::ShownTexts {
     struct Shown {
         bool isSet = false;
@@ -103,9 +105,9 @@ struct TableEntryUInfoStruct::ShownTexts {
         void Set(const wchar16* units) {
             if (units != nullptr) {
                 text = units;
-                Trim(text);
+                TrimText(text);
             } else {
-                Drop(text);
+                ClearText(text);
             }
             isSet = units != nullptr;
         }

@@ -21,8 +21,8 @@ bool IsTrailSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// The character that starts at wide[at]; moves `at` behind it. kIllFormed if there is none.
-char32_t TakeCharacter(const WideText& wide, std::size_t& at) {
+// Decodes the character that begins at wide[at], and moves `at` past it. Returns kIllFormed if there is none.
+char32_t DecodeCharacter(const WideText& wide, std::size_t& at) {
     const char32_t unit = wide[at++];
     if (!IsLeadSurrogate(unit)) return IsTrailSurrogate(unit) ? kIllFormed : unit;
     if (at == wide.size() || !IsTrailSurrogate(wide[at])) return kIllFormed;
@@ -30,13 +30,13 @@ char32_t TakeCharacter(const WideText& wide, std::size_t& at) {
     return 0x10000 + ((unit - 0xD800) << 10) + (trail - 0xDC00);
 }
 
-// The character that starts at narrow[at]; moves `at` behind it. kIllFormed if there is none.
-char32_t TakeCharacter(const std::string& narrow, std::size_t& at) {
+// Decodes the character that begins at narrow[at], and moves `at` past it. Returns kIllFormed if there is none.
+char32_t DecodeCharacter(const std::string& narrow, std::size_t& at) {
     const char32_t first = static_cast<unsigned char>(narrow[at++]);
     if (first < 0x80) return first;
 
     int following = 0;
-    char32_t smallest = 0;  // what a shorter sequence could have said is not allowed
+    char32_t smallest = 0;  // smaller ones have a shorter sequence, and must use it
     char32_t character = 0;
     if (first >= 0xC0 && first <= 0xDF) {
         following = 1, smallest = 0x80, character = first & 0x1F;
@@ -57,7 +57,8 @@ char32_t TakeCharacter(const std::string& narrow, std::size_t& at) {
     return character < smallest || character > 0x10FFFF || isSurrogate ? kIllFormed : character;
 }
 
-char* PutCharacter(char* out, char32_t character) {
+// Encodes a character at `out`. Returns the end.
+char* EncodeCharacter(char* out, char32_t character) {
     const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(static_cast<unsigned char>(byte)); };
     const auto putFollowing = [&put](char32_t bits) { put(0x80 | (bits & 0x3F)); };
     if (character < 0x80) {
@@ -78,7 +79,7 @@ char* PutCharacter(char* out, char32_t character) {
     return out;
 }
 
-wchar16* PutCharacter(wchar16* out, char32_t character) {
+wchar16* EncodeCharacter(wchar16* out, char32_t character) {
     if (character < 0x10000) {
         *out++ = static_cast<wchar16>(character);
     } else {
@@ -88,6 +89,7 @@ wchar16* PutCharacter(wchar16* out, char32_t character) {
     return out;
 }
 
+// The length of a character in UTF-8.
 std::size_t NarrowLength(char32_t character) {
     if (character < 0x80) return 1;
     if (character < 0x800) return 2;
@@ -101,7 +103,8 @@ Word Load(const Unit* units) {
     return word;
 }
 
-// Calls `four(from)` for every four units of a text, the last ones once more if need be, or `one(at)` for each of less.
+// Calls `four(from)` for every group of four units; the last group overlaps the one before it if necessary. For fewer
+// than four units, calls `one(i)` for each.
 template <class Four, class One>
 void ForEachFour(std::size_t size, Four four, One one) {
     if (size < 4) {
@@ -114,21 +117,21 @@ void ForEachFour(std::size_t size, Four four, One one) {
     four(size - 4);
 }
 
-// Most texts are: they are told from the others without looking at each unit for itself.
+// Most texts are ASCII. Several units are tested at a time.
 template <class Text>
 bool IsAscii(const Text& text) {
     constexpr bool kIsNarrow = sizeof(typename Text::value_type) == 1;
     using Word = std::conditional_t<kIsNarrow, std::uint32_t, std::uint64_t>;
-    constexpr Word kOthers = static_cast<Word>(kIsNarrow ? 0x80808080U : 0xFF80FF80FF80FF80U);
+    constexpr Word kNonAsciiBits = static_cast<Word>(kIsNarrow ? 0x80808080U : 0xFF80FF80FF80FF80U);
     const auto* units = text.data();
     Word all = 0;
     ForEachFour(
         text.size(), [&](std::size_t from) { all |= Load<Word>(units + from); },
-        [&](std::size_t i) { all |= static_cast<Word>(units[i]) & kOthers; });
-    return (all & kOthers) == 0;
+        [&](std::size_t i) { all |= static_cast<Word>(units[i]) & kNonAsciiBits; });
+    return (all & kNonAsciiBits) == 0;
 }
 
-// Gives `narrow` an ASCII text.
+// Copies an ASCII text to the other form.
 void CopyAscii(const std::basic_string<wchar16>& wide, std::string& narrow) {
     narrow.resize(wide.size());
     const wchar16* units = wide.data();
@@ -155,7 +158,7 @@ void CopyAscii(const std::string& narrow, std::basic_string<wchar16>& wide) {
     ForEachFour(narrow.size(), four, [=](std::size_t i) { out[i] = static_cast<wchar16>(bytes[i]); });
 }
 
-// Where the text of a conversion goes: never past the capacity, with room kept for the zero unit.
+// The output buffer. Stores at most `capacity` units, one of which is reserved for the zero unit.
 class BoundedText {
   public:
     BoundedText(wchar16* buffer, std::size_t capacity) : buffer_(buffer), capacity_(capacity) {}
@@ -168,7 +171,7 @@ class BoundedText {
         }
     }
 
-    // Stops when the buffer is full, whatever the count.
+    // Stops when the buffer is full, so that a huge count takes no time.
     void Fill(char unit, std::size_t count) {
         for (; count > 0 && fits_; --count)
             Put(static_cast<wchar16>(unit));
@@ -181,12 +184,12 @@ class BoundedText {
 
     bool Fits() const { return fits_; }
 
-    // Ends the text. Returns its length, or -1.
-    int Finish(bool understood) {
+    // Terminates the text. Returns its length, or -1 if it did not fit or the format was not valid.
+    int Finish(bool isFormatValid) {
         if (capacity_ == 0) return -1;
         buffer_[length_] = 0;
-        const bool countable = length_ <= static_cast<std::size_t>(std::numeric_limits<int>::max());
-        return fits_ && understood && countable ? static_cast<int>(length_) : -1;
+        const bool isInt = length_ <= static_cast<std::size_t>(std::numeric_limits<int>::max());
+        return fits_ && isFormatValid && isInt ? static_cast<int>(length_) : -1;
     }
 
   private:
@@ -204,8 +207,8 @@ struct Conversion {
     wchar16 letter = 0;
 };
 
-// A decimal number of the format; above a thousand million it no longer grows.
-std::size_t TakeCount(const wchar16*& format) {
+// Reads a decimal number of the format and moves `format` past it. The result stops growing above 10^9.
+std::size_t ReadNumber(const wchar16*& format) {
     std::size_t count = 0;
     for (; *format >= '0' && *format <= '9'; ++format) {
         if (count < 1'000'000'000) count = count * 10 + static_cast<std::size_t>(*format - '0');
@@ -213,16 +216,16 @@ std::size_t TakeCount(const wchar16*& format) {
     return count;
 }
 
-// The conversion whose "%" stands just before `format`; moves `format` behind its letter.
-Conversion TakeConversion(const wchar16*& format) {
+// Reads the conversion whose "%" is just before `format`, and moves `format` past its letter.
+Conversion ReadConversion(const wchar16*& format) {
     Conversion result;
     for (; *format == '0'; ++format)
         result.fillWithZeros = true;
-    result.width = TakeCount(format);
+    result.width = ReadNumber(format);
     if (*format == '.') {
         ++format;
         result.hasPrecision = true;
-        result.precision = TakeCount(format);
+        result.precision = ReadNumber(format);
     }
     result.letter = *format;
     if (*format != 0) ++format;
@@ -240,9 +243,9 @@ void PutNumber(BoundedText& out, const Conversion& how, bool negative, std::uint
     const std::string_view text(first, static_cast<std::size_t>(end - first));
 
     const std::size_t sign = negative ? 1 : 0;
-    std::size_t least = how.hasPrecision ? how.precision : 1;
-    if (how.fillWithZeros && !how.hasPrecision && how.width > sign + least) least = how.width - sign;
-    const std::size_t zeros = least > text.size() ? least - text.size() : 0;
+    std::size_t minDigits = how.hasPrecision ? how.precision : 1;
+    if (how.fillWithZeros && !how.hasPrecision && how.width > sign + minDigits) minDigits = how.width - sign;
+    const std::size_t zeros = minDigits > text.size() ? minDigits - text.size() : 0;
     const std::size_t length = sign + zeros + text.size();
     if (how.width > length) out.Fill(' ', how.width - length);
     if (negative) out.Put("-");
@@ -253,14 +256,14 @@ void PutNumber(BoundedText& out, const Conversion& how, bool negative, std::uint
 void PutText(BoundedText& out, const Conversion& how, const wchar16* text) {
     static const wchar16 kNull[] = {'(', 'n', 'u', 'l', 'l', ')', 0};
     if (text == nullptr) text = kNull;
-    const std::size_t most = how.hasPrecision ? how.precision : std::numeric_limits<std::size_t>::max();
+    const std::size_t maxUnits = how.hasPrecision ? how.precision : std::numeric_limits<std::size_t>::max();
     if (how.width > 0) {
         std::size_t length = 0;
-        while (length < most && length < how.width && text[length] != 0)
+        while (length < maxUnits && length < how.width && text[length] != 0)
             ++length;
         out.Fill(' ', how.width - length);
     }
-    for (std::size_t i = 0; i < most && text[i] != 0 && out.Fits(); ++i)
+    for (std::size_t i = 0; i < maxUnits && text[i] != 0 && out.Fits(); ++i)
         out.Put(text[i]);
 }
 
@@ -278,14 +281,14 @@ bool pdConvertString(const std::basic_string<wchar16>& wide, std::string& narrow
     }
     std::size_t length = 0;
     for (std::size_t at = 0; at < wide.size();) {
-        const char32_t character = TakeCharacter(wide, at);
+        const char32_t character = DecodeCharacter(wide, at);
         if (character == kIllFormed) return false;
         length += NarrowLength(character);
     }
     narrow.resize(length);
     char* out = narrow.data();
     for (std::size_t at = 0; at < wide.size();)
-        out = PutCharacter(out, TakeCharacter(wide, at));
+        out = EncodeCharacter(out, DecodeCharacter(wide, at));
     return true;
 }
 
@@ -296,29 +299,29 @@ bool pdConvertString(const std::string& narrow, std::basic_string<wchar16>& wide
     }
     std::size_t length = 0;
     for (std::size_t at = 0; at < narrow.size();) {
-        const char32_t character = TakeCharacter(narrow, at);
+        const char32_t character = DecodeCharacter(narrow, at);
         if (character == kIllFormed) return false;
         length += character < 0x10000 ? 1 : 2;
     }
     wide.resize(length);
     wchar16* out = wide.data();
     for (std::size_t at = 0; at < narrow.size();)
-        out = PutCharacter(out, TakeCharacter(narrow, at));
+        out = EncodeCharacter(out, DecodeCharacter(narrow, at));
     return true;
 }
 
 int pdSwprintf(wchar16* buffer, std::size_t capacity, const wchar16* format, ...) {
     BoundedText out(buffer, capacity);
-    bool understood = true;
+    bool isFormatValid = true;
     std::va_list arguments;
     va_start(arguments, format);
-    while (*format != 0 && understood && out.Fits()) {
+    while (*format != 0 && isFormatValid && out.Fits()) {
         if (*format != '%') {
             out.Put(*format++);
             continue;
         }
         ++format;
-        const Conversion how = TakeConversion(format);
+        const Conversion how = ReadConversion(format);
         switch (how.letter) {
             case 'd':
                 PutSignedNumber(out, how, va_arg(arguments, int));
@@ -335,9 +338,9 @@ int pdSwprintf(wchar16* buffer, std::size_t capacity, const wchar16* format, ...
                 out.Put("%");
                 break;
             default:
-                understood = false;
+                isFormatValid = false;
         }
     }
     va_end(arguments);
-    return out.Finish(understood);
+    return out.Finish(isFormatValid);
 }
