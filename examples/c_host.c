@@ -1,11 +1,11 @@
 /*
- * A host program in plain C11: makes a settings document, writes and reads keys, lists the sections, saves
- * the document and loads it again; then works on a section and on a table with the functions that take
- * handles alone.
+ * A host program in plain C11: creates a settings document, writes and reads keys, lists the sections, saves
+ * the document and loads it again. Then it works on a section and a table, as far as C allows: without entry
+ * records.
  *
  *   c_host <scratch folder>
  *
- * The exit code is 0 when every result was as expected.
+ * The exit code is 0 if all results were as expected.
  */
 #include <stdbool.h>
 #include <stddef.h>
@@ -16,7 +16,7 @@
 
 #include "mox_xmlApi/mox_xmlApi.h"
 
-/* A literal of 16-bit units: W("Window"). */
+/* A string literal of 16-bit units: W("Window"). */
 #if defined(_WIN32)
 #define W(text) L##text
 #else
@@ -25,19 +25,19 @@
 
 enum { kNameUnits = 64, kPathUnits = 1024 };
 
-static void Expect(bool good, const char* what) {
-    if (good) return;
+static void Expect(bool isTrue, const char* what) {
+    if (isTrue) return;
     fprintf(stderr, "c_host: unexpected result: %s\n", what);
     exit(1);
 }
 
-/* folder/file in 16-bit units; this host takes 7-bit paths only. */
+/* Makes "folder/file" in 16-bit units. This host accepts only ASCII paths. */
 static void MakePath(const char* folder, const char* file, wchar16 path[kPathUnits]) {
     const char* const parts[] = {folder, "/", file};
     size_t length = 0;
     for (size_t part = 0; part < 3; ++part) {
         for (const char* unit = parts[part]; *unit != '\0'; ++unit) {
-            Expect(length + 1 < kPathUnits && (unsigned char)*unit < 0x80, "a short 7-bit path");
+            Expect(length + 1 < kPathUnits && (unsigned char)*unit < 0x80, "a short ASCII path");
             path[length++] = (wchar16)*unit;
         }
     }
@@ -63,7 +63,7 @@ static void WriteKeys(moxSettings* settings) {
     Expect(xmlWriteProfileString(settings, W("Window"), W("Title"), W("Line 3 <north>")) == 1,
            "write a text");
     Expect(xmlWriteProfileData(settings, W("Network"), W("Mask"), mask, sizeof mask) == 1, "write bytes");
-    Expect(xmlWriteProfileString(settings, W("Network"), W("Old"), W("gone soon")) == 1, "add a key");
+    Expect(xmlWriteProfileString(settings, W("Network"), W("Old"), W("to be deleted")) == 1, "add a key");
     Expect(xmlWriteProfileString(settings, W("Network"), W("Old"), NULL) == 1, "delete a key");
 }
 
@@ -92,13 +92,13 @@ static void ListSections(moxSettings* settings) {
         Print(name);
         printf("%s\n", editable == 1 ? ", editable" : "");
         xmlTableDispose(&section);
-        Expect(section == NULL, "a handle that is null after its release");
+        Expect(section == NULL, "a null handle after its release");
         ++count;
     }
     Expect(count == 3 && position == 0, "three sections");
 }
 
-/* A section handle is a table handle: it saves as one, and its entries can be removed. */
+/* A section handle is a table handle: the section can be saved as a table, and its entries removed. */
 static void WorkOnSection(moxSettings* settings, const wchar16* path) {
     uint32_t eud = 1;
     void* section = xmlWriteProfileSection(settings, W("Network"), 1, 100, 0x14, &eud);
@@ -117,11 +117,11 @@ static void WorkOnTable(const wchar16* path) {
     void* table = xmlTableNew(NULL, text, (int32_t)(sizeof text - 1), W("Tools"), 0, 0, 0, 0);
     Expect(table != NULL, "a table from memory");
     Expect(xmlTableSave(table, path, 0, 0), "save a table");
-    Expect(!xmlTableSave(table, path, 0, 1), "a save that is refused");
+    Expect(!xmlTableSave(table, path, 0, 1), "a save that fails");
     Expect(xmlTableRemoveEntries(table), "empty a table");
     xmlTableDispose(&table);
 
-    Expect(xmlTableNew(path, NULL, 0, W("Other"), 0, 0, 0, 0) == NULL, "a table of another name");
+    Expect(xmlTableNew(path, NULL, 0, W("Other"), 0, 0, 0, 0) == NULL, "no table of another name");
     table = xmlTableNew(path, NULL, 0, NULL, 0, 0, 0, 0);
     Expect(table != NULL, "a table from a file");
     xmlTableDispose(&table);

@@ -1,4 +1,4 @@
-// What the example hosts need beside the library: texts in 16-bit units from and to UTF-8, and saved files as
+// What the example hosts need besides the library: conversion between UTF-8 and 16-bit text, and saved files as
 // lines.
 #ifndef MOX_XMLAPI_EXAMPLES_DEMO_TEXT_H
 #define MOX_XMLAPI_EXAMPLES_DEMO_TEXT_H
@@ -19,9 +19,9 @@
 
 using WideText = std::basic_string<wchar16>;
 
-// Ends the program by way of main's catch: every result that is not as expected comes here.
-inline void Expect(bool good, const std::string& what) {
-    if (!good) throw std::runtime_error("unexpected result: " + what);
+// Checks a result. main catches the exception and exits with 1.
+inline void Expect(bool isTrue, const std::string& what) {
+    if (!isTrue) throw std::runtime_error("unexpected result: " + what);
 }
 
 // A path as the library takes it. On Linux the path's bytes are UTF-8.
@@ -29,7 +29,7 @@ inline WideText WidePath(const std::filesystem::path& path) {
     return path.string<wchar16>();
 }
 
-// 16-bit text from well-formed UTF-8.
+// 16-bit text from UTF-8, which must be well-formed.
 inline WideText Wide(std::string_view utf8) {
     WideText text;
     for (std::size_t i = 0; i < utf8.size();) {
@@ -49,7 +49,7 @@ inline WideText Wide(std::string_view utf8) {
     return text;
 }
 
-// UTF-8 from 16-bit text, for printing. A surrogate without its partner becomes U+FFFD.
+// UTF-8 from 16-bit text, for printing. A surrogate without a partner becomes U+FFFD.
 inline std::string Utf8(std::basic_string_view<wchar16> text) {
     std::string utf8;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -61,15 +61,15 @@ inline std::string Utf8(std::basic_string_view<wchar16> text) {
             if (isPair) ++i;
         }
         const int more = code < 0x80 ? 0 : code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-        const std::uint32_t marks[] = {0, 0xC0, 0xE0, 0xF0};
-        utf8 += static_cast<char>(marks[more] | code >> 6 * more);
+        const std::uint32_t leads[] = {0, 0xC0, 0xE0, 0xF0};
+        utf8 += static_cast<char>(leads[more] | code >> 6 * more);
         for (int n = more - 1; n >= 0; --n)
             utf8 += static_cast<char>(0x80 | (code >> 6 * n & 0x3F));
     }
     return utf8;
 }
 
-// The lines of a settings or table file, as UTF-8. The zero unit at the end of the file must be there.
+// The lines of a settings or table file, as UTF-8. The file must end with a zero unit.
 inline std::vector<std::string> ReadLines(const std::filesystem::path& path, bool isWide) {
     std::ifstream file(path, std::ios::binary);
     Expect(file.is_open(), "open " + path.string());
@@ -93,7 +93,7 @@ inline std::vector<std::string> ReadLines(const std::filesystem::path& path, boo
     return lines;
 }
 
-// Prints the lines that went ("-") and came ("+"), by their longest common subsequence. Returns how many.
+// Prints the lines that were removed ("-") and added ("+"), using the longest common subsequence. Returns their number.
 inline std::size_t PrintDiff(const std::vector<std::string>& before, const std::vector<std::string>& after) {
     // common[i][j]: length of the longest common subsequence of before[i...] and after[j...]
     std::vector<std::vector<std::size_t>> common(before.size() + 1,
@@ -113,8 +113,9 @@ inline std::size_t PrintDiff(const std::vector<std::string>& before, const std::
             ++j;
             continue;
         }
-        const bool went = j == after.size() || (i < before.size() && common[i + 1][j] >= common[i][j + 1]);
-        std::printf("  %c %s\n", went ? '-' : '+', (went ? before[i++] : after[j++]).c_str());
+        const bool isRemoved =
+            j == after.size() || (i < before.size() && common[i + 1][j] >= common[i][j + 1]);
+        std::printf("  %c %s\n", isRemoved ? '-' : '+', (isRemoved ? before[i++] : after[j++]).c_str());
         ++changes;
     }
     return changes;

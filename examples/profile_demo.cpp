@@ -1,9 +1,9 @@
-// A host program: opens two settings documents, shows them, changes some of their keys, saves them in all
-// three modes and shows what changed in the files. It uses the public header and the standard library alone.
+// A host program: opens two settings documents, prints them, changes some of their keys, saves them in all
+// three modes and prints what changed in the files. It uses only the public header and the standard library.
 //
 //   profile_demo <data folder> <scratch folder>
 //
-// The exit code is 0 when every result was as expected.
+// The exit code is 0 if all results were as expected.
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -33,7 +33,7 @@ struct Key {
 struct Script {
     const char* file;
     bool isWide;
-    std::vector<Key> known;  // a host knows its keys; these are printed
+    std::vector<Key> known;  // the keys to print; a host knows its keys
     Key number;
     std::int32_t newNumber;
     Key text;
@@ -68,7 +68,7 @@ std::string NameOf(const Key& key) {
 
 // ---- reading
 
-// The length first, by a call without a buffer; then the text into a buffer of that size.
+// The first call, without a buffer, returns the length; the second one copies the text.
 std::string ReadText(moxSettings* settings, const Key& key) {
     const WideText section = Wide(key.section);
     const WideText name = Wide(key.key);
@@ -82,7 +82,7 @@ std::string ReadText(moxSettings* settings, const Key& key) {
     return Utf8(buffer);
 }
 
-// Two defaults tell a key that is missing from one whose number is the default.
+// Returns whether the key exists: only then do calls with different defaults return the same number.
 bool ReadNumber(moxSettings* settings, const Key& key, std::int32_t& number) {
     const WideText section = Wide(key.section);
     const WideText name = Wide(key.key);
@@ -99,35 +99,35 @@ Bytes ReadBytes(moxSettings* settings, const Key& key) {
     return bytes;
 }
 
-std::string Shown(moxSettings* settings, const Key& key) {
+std::string FormatValue(moxSettings* settings, const Key& key) {
     if (key.form == Form::kText) return '"' + ReadText(settings, key) + '"';
     if (key.form == Form::kNumber) {
         std::int32_t number = 0;
         Expect(ReadNumber(settings, key, number), "read " + NameOf(key));
         return std::to_string(number);
     }
-    std::string shown;
+    std::string text;
     for (const std::uint8_t byte : ReadBytes(settings, key)) {
         char digits[4];
         std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>(byte));
-        shown += (shown.empty() ? "" : " ") + std::string(digits);
+        text += (text.empty() ? "" : " ") + std::string(digits);
     }
-    return shown;
+    return text;
 }
 
-// ---- showing a document
+// ---- printing a document
 
-void ShowKeys(moxSettings* settings, const std::string& section, const std::vector<Key>& known) {
+void PrintKeys(moxSettings* settings, const std::string& section, const std::vector<Key>& known) {
     for (const Key& key : known) {
         if (section != key.section) continue;
-        const std::string shown = Shown(settings, key);
-        Expect(!shown.empty() && shown != "\"\"", "a value of " + NameOf(key));
-        std::printf("    %s = %s\n", key.key, shown.c_str());
+        const std::string value = FormatValue(settings, key);
+        Expect(!value.empty() && value != "\"\"", "a value of " + NameOf(key));
+        std::printf("    %s = %s\n", key.key, value.c_str());
     }
 }
 
-// Walks to the end, which gives back what the position variable holds.
-void ShowSections(moxSettings* settings, const std::vector<Key>& known) {
+// Enumerates to the end, which frees what the position refers to.
+void PrintSections(moxSettings* settings, const std::vector<Key>& known) {
     std::uintptr_t position = 0;
     std::uint32_t editable = 0;
     wchar16 name[64];
@@ -136,11 +136,11 @@ void ShowSections(moxSettings* settings, const std::vector<Key>& known) {
         xmlTableDispose(&section);
         const std::string title = Utf8(name);
         if (title.empty()) {
-            std::printf("  (an element of another kind)\n");
+            std::printf("  (not a section)\n");
         } else {
             std::printf("  [%s]%s\n", title.c_str(), editable == 1 ? " editable" : "");
         }
-        ShowKeys(settings, title, known);
+        PrintKeys(settings, title, known);
         ++count;
     }
     Expect(position == 0, "the position after the last section");
@@ -149,16 +149,16 @@ void ShowSections(moxSettings* settings, const std::vector<Key>& known) {
 
 // ---- changing it
 
-void ShowChange(const Key& key, const std::string& before, const std::string& after) {
+void PrintChange(const Key& key, const std::string& before, const std::string& after) {
     std::printf("  %s: %s -> %s\n", NameOf(key).c_str(), before.c_str(), after.c_str());
 }
 
 void ChangeNumber(moxSettings* settings, const Script& script) {
-    const std::string before = Shown(settings, script.number);
+    const std::string before = FormatValue(settings, script.number);
     Expect(xmlWriteProfileInt(settings, Wide(script.number.section).c_str(), Wide(script.number.key).c_str(),
                               script.newNumber) == 1,
            "write " + NameOf(script.number));
-    ShowChange(script.number, before, Shown(settings, script.number));
+    PrintChange(script.number, before, FormatValue(settings, script.number));
 }
 
 bool WriteText(moxSettings* settings, const Key& key, const char* text) {
@@ -167,39 +167,40 @@ bool WriteText(moxSettings* settings, const Key& key, const char* text) {
 }
 
 void ChangeText(moxSettings* settings, const Script& script) {
-    const std::string before = Shown(settings, script.text);
+    const std::string before = FormatValue(settings, script.text);
     Expect(WriteText(settings, script.text, script.newText), "write " + NameOf(script.text));
-    ShowChange(script.text, before, Shown(settings, script.text));
+    PrintChange(script.text, before, FormatValue(settings, script.text));
 }
 
 void ChangeBytes(moxSettings* settings, const Script& script) {
-    const std::string before = Shown(settings, script.bytes);
+    const std::string before = FormatValue(settings, script.bytes);
     Expect(
         xmlWriteProfileData(settings, Wide(script.bytes.section).c_str(), Wide(script.bytes.key).c_str(),
                             script.newBytes.data(), static_cast<std::uint32_t>(script.newBytes.size())) == 1,
         "write " + NameOf(script.bytes));
-    ShowChange(script.bytes, before, Shown(settings, script.bytes));
+    PrintChange(script.bytes, before, FormatValue(settings, script.bytes));
 }
 
-// Writing a key that is not there adds it.
+// Writing a missing key adds it.
 void AddKey(moxSettings* settings, const Script& script) {
     Expect(ReadText(settings, script.added).empty(), "no key " + NameOf(script.added) + " yet");
     Expect(WriteText(settings, script.added, script.addedText), "add " + NameOf(script.added));
-    std::printf("  %s: added, %s\n", NameOf(script.added).c_str(), Shown(settings, script.added).c_str());
+    std::printf("  %s: added, %s\n", NameOf(script.added).c_str(),
+                FormatValue(settings, script.added).c_str());
 }
 
-// Writing null deletes the key.
+// Writing null deletes a key.
 void DeleteKey(moxSettings* settings, const Script& script) {
     const WideText section = Wide(script.deleted.section);
     const WideText name = Wide(script.deleted.key);
     Expect(xmlWriteProfileString(settings, section.c_str(), name.c_str(), nullptr) == 1,
            "delete " + NameOf(script.deleted));
     Expect(xmlWriteProfileString(settings, section.c_str(), name.c_str(), nullptr) == 0,
-           "nothing left of " + NameOf(script.deleted));
+           "no more " + NameOf(script.deleted));
     std::printf("  %s: deleted\n", NameOf(script.deleted).c_str());
 }
 
-// What must be so after the changes, in memory as in a file that was saved and loaded again.
+// The document after the changes, in memory as well as saved and loaded again.
 void ExpectChanges(moxSettings* settings, const Script& script) {
     std::int32_t number = 0;
     Expect(ReadNumber(settings, script.number, number) && number == script.newNumber, NameOf(script.number));
@@ -219,9 +220,10 @@ fs::path Save(moxSettings* settings, const Script& script, const fs::path& folde
     return path;
 }
 
-void ShowHead(const fs::path& path, bool isWide) {
+void PrintHead(const fs::path& path, bool isWide) {
     const std::vector<std::string> lines = ReadLines(path, isWide);
-    std::printf("%s, %zu lines, begins with\n", path.filename().string().c_str(), lines.size());
+    std::printf("%s: %zu lines; the first ones after the root:\n", path.filename().string().c_str(),
+                lines.size());
     for (std::size_t i = 2; i < lines.size() && i < 14; ++i)
         std::printf("    %s\n", lines[i].c_str());
 }
@@ -230,7 +232,7 @@ void RunScript(const Script& script, const fs::path& data, const fs::path& scrat
     const fs::path original = data / script.file;
     const Profile profile(original, script.isWide);
     std::printf("%s (%s)\n", script.file, script.isWide ? "wide" : "narrow");
-    ShowSections(profile.Get(), script.known);
+    PrintSections(profile.Get(), script.known);
 
     std::printf("changes\n");
     ChangeNumber(profile.Get(), script);
@@ -240,16 +242,16 @@ void RunScript(const Script& script, const fs::path& data, const fs::path& scrat
     DeleteKey(profile.Get(), script);
     ExpectChanges(profile.Get(), script);
 
-    // The exports first: they leave the document as it is, while saving it takes its marks away.
+    // The exports first: they do not change the document, but saving it removes its "eud" attributes.
     const fs::path presentation = Save(profile.Get(), script, scratch, "-presentation", 1);
     const fs::path values = Save(profile.Get(), script, scratch, "-values", 2);
     const fs::path saved = Save(profile.Get(), script, scratch, "", 0);
 
-    std::printf("%s, what changed (a save also takes \"eud\" marks away)\n",
+    std::printf("%s: what changed (saving also removes the attributes \"eud\")\n",
                 saved.filename().string().c_str());
     Expect(PrintDiff(ReadLines(original, script.isWide), ReadLines(saved, script.isWide)) > 0, "a change");
-    ShowHead(values, script.isWide);
-    ShowHead(presentation, script.isWide);
+    PrintHead(values, script.isWide);
+    PrintHead(presentation, script.isWide);
 
     ExpectChanges(Profile(saved, script.isWide).Get(), script);
     ExpectChanges(Profile(values, script.isWide).Get(), script);
@@ -316,7 +318,7 @@ int main(int argc, char** argv) {
     } catch (const std::exception& problem) {
         std::fprintf(stderr, "profile_demo: %s\n", problem.what());
         return 1;
-    } catch (std::int32_t code) {  // what the library itself throws
+    } catch (std::int32_t code) {  // the library throws these, see mox_xmlApi.h
         std::fprintf(stderr, "profile_demo: exception 0x%08X\n", static_cast<unsigned>(code));
         return 1;
     }

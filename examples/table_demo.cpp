@@ -1,9 +1,9 @@
-// A host program in C++: builds a table with values and presentation data, walks through it, updates entries
-// by position and by name, removes one, saves the table and loads it again.
+// A host program in C++: builds a table with values and presentation data, enumerates it, updates entries by
+// position and by name, removes one, saves the table and loads it again.
 //
 //   table_demo <scratch folder>
 //
-// The exit code is 0 when every result was as expected.
+// The exit code is 0 if all results were as expected.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -22,12 +22,12 @@ namespace {
 
 constexpr std::uint16_t kLong = 3;
 constexpr std::uint16_t kDouble = 5;
-constexpr std::uint16_t kWideText = 31;  // the one type whose value is given and taken as 16-bit text
+constexpr std::uint16_t kWideText = 31;  // the only type whose value is set and read as 16-bit text
 constexpr std::uint16_t kNumberControl = 1;
 constexpr std::uint16_t kTextControl = 2;
 constexpr std::uint8_t kOwnerApp = 1;
 
-// One entry as this host thinks of it; texts in UTF-8.
+// An entry as this host represents it; texts are UTF-8.
 struct Entry {
     std::string name;
     std::uint32_t id;
@@ -56,7 +56,7 @@ class Table {
     void* handle_;
 };
 
-// ---- this host's entries to records and back
+// ---- conversion between this host's entries and the records
 
 void SetName(TableEntryBaseInfoStruct& record, const std::string& name) {
     const WideText text = Wide(name);
@@ -67,7 +67,7 @@ void SetName(TableEntryBaseInfoStruct& record, const std::string& name) {
 void SetValue(TableEntryValueInfoStruct& record, const std::string& value) {
     const bool stored =
         record.type == kWideText ? record.SetVal_w(Wide(value).c_str()) : record.SetVal(value.c_str());
-    Expect(stored, "a value of the right form: " + value);
+    Expect(stored, "a well-formed value: " + value);
 }
 
 std::string ValueOf(const TableEntryValueInfoStruct& record) {
@@ -95,17 +95,18 @@ void FillUiRecord(const Entry& entry, TableEntryUInfoStruct& record) {
     record.SetComment_w(Wide(entry.comment).c_str());
 }
 
-// ---- what the demo does
+// ---- the steps of the demo
 
-// An entry that is to have a value and presentation data takes two calls: the value first, then an update
-// with both.
+// An entry with a value and presentation data takes two calls: the first one adds the value, the second one the
+// presentation data.
 void Add(const Table& table, const Entry& entry, std::uint64_t* before = nullptr) {
     TableEntryValueInfoStruct value;
     TableEntryUInfoStruct ui;
     FillValueRecord(entry, value);
     FillUiRecord(entry, ui);
     Expect(xmlTableEntryAdd(table.Get(), before, &value, nullptr, 0, 0), "add " + entry.name);
-    Expect(xmlTableEntryAdd(table.Get(), nullptr, &value, &ui, 0, 1), "present " + entry.name);
+    Expect(xmlTableEntryAdd(table.Get(), nullptr, &value, &ui, 0, 1),
+           "add presentation data to " + entry.name);
 }
 
 std::vector<Entry> ReadAll(const Table& table) {
@@ -120,7 +121,7 @@ std::vector<Entry> ReadAll(const Table& table) {
     return entries;
 }
 
-void Show(const char* title, const std::vector<Entry>& entries) {
+void Print(const char* title, const std::vector<Entry>& entries) {
     std::printf("%s\n", title);
     for (const Entry& entry : entries) {
         std::printf("  %3u %-10s = %-8s %s (%s)\n", static_cast<unsigned>(entry.id), entry.name.c_str(),
@@ -128,7 +129,7 @@ void Show(const char* title, const std::vector<Entry>& entries) {
     }
 }
 
-// Set writes the entry after the position it is given, so the place before the entry is kept while walking.
+// Set writes the entry that follows the given position, so remember the position before the entry.
 void UpdateByPosition(const Table& table, const std::string& name, const std::string& newValue) {
     std::uint64_t before = 0;
     std::uint64_t position = 0;
@@ -145,15 +146,15 @@ void UpdateByPosition(const Table& table, const std::string& name, const std::st
     Expect(false, "an entry " + name);
 }
 
-// By name nothing else of the entry needs to be known: the write mask leaves name, type and id as they are.
+// An update by name needs only the name: the write mask makes it leave name, type and id unchanged.
 void UpdateByName(const Table& table, const std::string& name, std::uint16_t type,
-                  const std::string& newValue, int force, int mark) {
+                  const std::string& newValue, int force, int setEud) {
     TableEntryValueInfoStruct value;
     SetName(value, name);
     value.type = type;
     value.writeMask = 0x0002;
     SetValue(value, newValue);
-    Expect(xmlTableEntrySet(table.Get(), nullptr, &value, nullptr, force, mark), "set " + name);
+    Expect(xmlTableEntrySet(table.Get(), nullptr, &value, nullptr, force, setEud), "set " + name);
 }
 
 std::string ReadByName(const Table& table, const std::string& name) {
@@ -163,21 +164,22 @@ std::string ReadByName(const Table& table, const std::string& name) {
     return ValueOf(value);
 }
 
-// A presentation record stores its value only when there is a comment already and the record brings none.
+// A presentation record stores its value only if there already is a comment and the record has none.
 void PresentValue(const Table& table, Entry entry) {
     entry.comment.clear();
     TableEntryValueInfoStruct value;
     TableEntryUInfoStruct ui;
     FillValueRecord(entry, value);
     FillUiRecord(entry, ui);
-    Expect(xmlTableEntryAdd(table.Get(), nullptr, &value, &ui, 0, 1), "present a value of " + entry.name);
+    Expect(xmlTableEntryAdd(table.Get(), nullptr, &value, &ui, 0, 1),
+           "write the presented value of " + entry.name);
     TableEntryUInfoStruct read;
     std::uint64_t position = 0;
     Expect(xmlTableEntryGet(table.Get(), &position, nullptr, &read), "read " + entry.name);
     Expect(ValueOf(read) == entry.value && !TextOf(read.GetComment_w()).empty(), "a value and a comment");
 }
 
-// A marked entry is left alone unless the write is forced.
+// An entry with the attribute "eud" is not changed unless the write is forced.
 void ProtectAndForce(const Table& table) {
     UpdateByName(table, "Speed", kLong, "1200", 0, 1);
     UpdateByName(table, "Speed", kLong, "1500", 0, 1);
@@ -186,7 +188,7 @@ void ProtectAndForce(const Table& table) {
     Expect(ReadByName(table, "Speed") == "1500", "a forced value");
 }
 
-// A position also says where a new entry goes: before the entry that it refers to.
+// A new entry is inserted before the entry that the position refers to.
 void InsertBeforeSecond(const Table& table, const Entry& entry) {
     std::uint64_t position = 0;
     TableEntryValueInfoStruct value;
@@ -206,11 +208,11 @@ void Remove(const Table& table, const std::string& name) {
 void Run(const fs::path& scratch) {
     const Table table(xmlTableNew(nullptr, nullptr, 0, Wide("Tools").c_str(), 1, 1, 0x1F, 1));
     Add(table, {"Diameter", 1, kDouble, "3.0", "Drill diameter", "millimetres"});
-    Add(table, {"Speed", 2, kLong, "900", "Spindle speed", "turns per minute"});
+    Add(table, {"Speed", 2, kLong, "900", "Spindle speed", "revolutions per minute"});
     Add(table, {"Holder", 3, kWideText, "ER 16 – Größe 4", "Holder", "as engraved"});
     Add(table, {"Spare", 4, kLong, "2", "Spare drills", "in the drawer"});
     InsertBeforeSecond(table, {"Length", 5, kDouble, "61.0", "Overall length", "millimetres"});
-    Show("built", ReadAll(table));
+    Print("built", ReadAll(table));
 
     UpdateByPosition(table, "Diameter", "3.2");
     PresentValue(table, {"Diameter", 1, kDouble, "3.2", "Drill diameter", ""});
@@ -218,21 +220,21 @@ void Run(const fs::path& scratch) {
     ProtectAndForce(table);
     Remove(table, "Spare");
     const std::vector<Entry> changed = ReadAll(table);
-    Show("changed", changed);
+    Print("changed", changed);
 
     const fs::path path = scratch / "tools.xml";
     Expect(xmlTableSave(table.Get(), WidePath(path).c_str(), 0, 0), "save " + path.string());
     const Table loaded(xmlTableNew(WidePath(path).c_str(), nullptr, 0, Wide("Tools").c_str(), 0, 0, 0, 0));
     Expect(ReadAll(loaded) == changed, "the same entries after loading");
-    std::printf("saved, and the same when loaded\n");
+    std::printf("saved; the loaded table has the same entries\n");
     for (const std::string& line : ReadLines(path, true))
         std::printf("  %s\n", line.c_str());
 
     const std::vector<Entry> expected{{"Diameter", 1, kDouble, "3.2", "Drill diameter", "millimetres"},
                                       {"Length", 5, kDouble, "61.0", "Overall length", "millimetres"},
-                                      {"Speed", 2, kLong, "1500", "Spindle speed", "turns per minute"},
+                                      {"Speed", 2, kLong, "1500", "Spindle speed", "revolutions per minute"},
                                       {"Holder", 3, kWideText, "ER 20 – Größe 5", "Holder", "as engraved"}};
-    Expect(changed == expected, "the entries as they were written");
+    Expect(changed == expected, "the entries that were written");
 }
 
 }  // namespace
