@@ -1,10 +1,10 @@
-// check: whether files load, and what will surprise.
+// check: reports the diagnostics of files.
 #include <algorithm>
 #include <memory>
 #include <vector>
 
 #include "tools/command_line.h"
-#include "tools/findings.h"
+#include "tools/diagnostics.h"
 #include "tools/json_output.h"
 #include "tools/verbs.h"
 
@@ -18,72 +18,80 @@ struct CheckArguments {
     bool isQuiet = false;
 };
 
-std::string Word(Severity severity) {
+std::string SeverityName(Severity severity) {
     if (severity == Severity::Error) return "error";
     return severity == Severity::Warning ? "warning" : "note";
 }
 
-Json JsonOf(const SourceFile& file, const Finding& finding) {
+Json JsonOf(const SourceFile& file, const Diagnostic& diagnostic) {
     Json json = Json::object();
     json["file"] = file.Path();
-    json["line"] = finding.position.line;
-    json["column"] = finding.position.column;
-    json["severity"] = Word(finding.severity);
-    json["message"] = finding.message;
+    json["line"] = diagnostic.position.line;
+    json["column"] = diagnostic.position.column;
+    json["severity"] = SeverityName(diagnostic.severity);
+    json["message"] = diagnostic.message;
     return json;
 }
 
-// Adds what there is to say of one file; returns how the check of it ended.
-ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Session& session, Json& json) {
-    const SourceFile file(path, arguments.form.ForcedForm());
-    for (const Finding& finding : FindingsIn(file)) {
-        const bool isError = finding.severity == Severity::Error;
+// Prints the diagnostics of one file, to `json` if JSON is wanted. Returns the exit code for the file.
+ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Output& output, Json& json) {
+    const SourceFile file(path, arguments.form.RequestedForm());
+    for (const Diagnostic& diagnostic : Diagnose(file)) {
+        const bool isError = diagnostic.severity == Severity::Error;
         if (arguments.isQuiet && !isError) continue;
         if (arguments.isJson) {
-            json.push_back(JsonOf(file, finding));
+            json.push_back(JsonOf(file, diagnostic));
         } else {
-            const std::string word = isError ? "" : Word(finding.severity) + ": ";
-            session.Line(AtPosition(file, finding.position, word + finding.message));
+            const std::string prefix = isError ? "" : SeverityName(diagnostic.severity) + ": ";
+            output.PrintLine(AtPosition(file, diagnostic.position, prefix + diagnostic.message));
         }
     }
-    return file.IsParsed() ? ExitCode::kDone : ExitCode::kNotParsed;
+    return file.IsParsed() ? ExitCode::kSuccess : ExitCode::kSyntaxError;
 }
 
-void Check(const CheckArguments& arguments, Session& session) {
+void RunCheck(const CheckArguments& arguments, Output& output) {
     Json json = Json::array();
     for (const std::string& path : arguments.paths) {
-        ExitCode code = ExitCode::kDone;
+        ExitCode code = ExitCode::kSuccess;
         try {
-            code = CheckFile(path, arguments, session, json);
-        } catch (const Stop& stop) {
-            session.Message(std::string("mox-xml: ") + stop.what());
-            code = stop.Code();
+            code = CheckFile(path, arguments, output, json);
+        } catch (const ExitError& error) {
+            output.PrintMessage(error.what());
+            code = error.Code();
         }
-        session.code = std::max(session.code, code);
+        output.code = std::max(output.code, code);
     }
-    if (arguments.isJson) session.out += JsonText(json);
+    if (arguments.isJson) output.data += JsonText(json);
 }
 
 }  // namespace
 
-void AddCheckVerb(CLI::App& app, Session& session) {
+void AddCheckVerb(CLI::App& app, Output& output) {
     const auto arguments = std::make_shared<CheckArguments>();
-    CLI::App& check = AddVerb(app, "check", "What keeps files from being loaded, and what will surprise",
+    CLI::App& check = AddVerb(app, "check", "Report errors and likely problems in files",
                               "mox-xml check camera.xml\nmox-xml check --quiet *.xml");
-    // CLI11 would take "[a,b]" apart in a list, so that the files but the first are what is left over.
+    // Not an option with a list of values: CLI11 would split a file name such as "[a,b]". The files after the first are
+    // what remains of the command line.
     check.add_option("FILE", arguments->paths.emplace_back(), "The files, one or more")->required();
     check.allow_extras();
-    CLI::Option* const wide = check.add_flag("--wide", arguments->form.isWide, "Two bytes per unit");
-    check.add_flag("--narrow", arguments->form.isNarrow, "One byte per unit")->excludes(wide);
-    check.add_flag("--quiet", arguments->isQuiet, "Errors alone, no warnings and notes");
-    AddJson(check, arguments->isJson);
-    check.callback([arguments, &check, &session] {
+    CLI::Option* const wide =
+        check.add_flag("--wide", arguments->form.isWide,
+                       "The files are wide (two bytes per unit); do not detect their form");
+    check
+        .add_flag("--narrow", arguments->form.isNarrow,
+                  "The files are narrow (one byte per unit); do not detect their form")
+        ->excludes(wide);
+    check.add_flag("--quiet", arguments->isQuiet, "Report errors only, no warnings or notes");
+    AddJsonOption(check, arguments->isJson);
+    check.callback([arguments, &check, &output] {
         for (const std::string& path : check.remaining()) {
             if (path == "--") continue;
-            if (path.rfind("--", 0) == 0) throw Stop(ExitCode::kUsage, "there is no option " + path);
+            if (path.rfind("--", 0) == 0)
+                throw ExitError(ExitCode::kUsageError,
+                                "unknown option " + path + " (see \"mox-xml --help\")");
             arguments->paths.push_back(path);
         }
-        Check(*arguments, session);
+        RunCheck(*arguments, output);
     });
 }
 

@@ -7,9 +7,14 @@
 namespace mox::tool {
 namespace {
 
-class ExamplesFirst : public CLI::Formatter {
+// Prints the examples before the rest of the help, and calls things what the manual page calls them.
+class HelpFormatter : public CLI::Formatter {
   public:
-    explicit ExamplesFirst(std::string examples) : examples_(std::move(examples)) { column_width(28); }
+    explicit HelpFormatter(std::string examples) : examples_(std::move(examples)) {
+        column_width(28);
+        label("SUBCOMMAND", "VERB");
+        label("Positionals", "Arguments");
+    }
 
     std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
         std::ostringstream help;
@@ -29,31 +34,32 @@ class ExamplesFirst : public CLI::Formatter {
 
 }  // namespace
 
-void ExamplesInHelp(CLI::App& app, const std::string& examples) {
-    app.formatter(std::make_shared<ExamplesFirst>(examples));
+void SetHelpExamples(CLI::App& app, const std::string& examples) {
+    app.formatter(std::make_shared<HelpFormatter>(examples));
 }
 
 CLI::App& AddVerb(CLI::App& parent, const std::string& name, const std::string& description,
                   const std::string& examples) {
     CLI::App* const verb = parent.add_subcommand(name, description);
-    ExamplesInHelp(*verb, examples);
+    verb->group("Verbs");
+    SetHelpExamples(*verb, examples);
     return *verb;
 }
 
-void AddFile(CLI::App& verb, FileArgument& file) {
+void AddFileArgument(CLI::App& verb, FileArgument& file) {
     verb.add_option("FILE", file.path, "The file")->required();
     CLI::Option* const wide =
-        verb.add_flag("--wide", file.isWide, "The file has two bytes per unit, whatever it looks like");
-    verb.add_flag("--narrow", file.isNarrow, "The file has one byte per unit, whatever it looks like")
+        verb.add_flag("--wide", file.isWide, "FILE is wide (two bytes per unit); do not detect its form");
+    verb.add_flag("--narrow", file.isNarrow, "FILE is narrow (one byte per unit); do not detect its form")
         ->excludes(wide);
 }
 
-void AddBackup(CLI::App& verb, bool& isWanted) {
-    verb.add_flag("--backup", isWanted, "Keep the old file as FILE.bak");
+void AddBackupOption(CLI::App& verb, bool& isSet) {
+    verb.add_flag("--backup", isSet, "Keep the old file as FILE.bak");
 }
 
-void AddJson(CLI::App& verb, bool& isWanted) {
-    verb.add_flag("--json", isWanted, "Write JSON");
+void AddJsonOption(CLI::App& verb, bool& isSet) {
+    verb.add_flag("--json", isSet, "Print JSON");
 }
 
 }  // namespace mox::tool

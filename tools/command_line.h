@@ -1,4 +1,7 @@
-// What the verbs have in common on the command line.
+// What the verbs share on the command line: their help, and the arguments that several of them take.
+//
+// Functions that take a variable bind it to the verb: it is set when the command line is parsed, so it must live until
+// then.
 #ifndef MOX_XMLAPI_TOOLS_COMMAND_LINE_H
 #define MOX_XMLAPI_TOOLS_COMMAND_LINE_H
 
@@ -10,33 +13,34 @@
 
 namespace mox::tool {
 
-// Lets the help of an application begin with the examples, a line each.
-void ExamplesInHelp(CLI::App& app, const std::string& examples);
+// Makes the help of `app` begin with the examples, one per line.
+void SetHelpExamples(CLI::App& app, const std::string& examples);
 
-// A verb or a group of verbs, with its examples.
+// Adds a verb, or a group of verbs, to `parent`, which owns it. The help begins with the examples, one per line.
 CLI::App& AddVerb(CLI::App& parent, const std::string& name, const std::string& description,
                   const std::string& examples);
 
-// The file of a verb, and the form to take it in.
+// The file that a verb works on, and the form that the user says it has.
 struct FileArgument {
     std::string path{};
     bool isWide = false;
     bool isNarrow = false;
 
-    std::optional<Form> ForcedForm() const {
+    // Nothing when the form is to be detected.
+    std::optional<Form> RequestedForm() const {
         if (isWide) return Form::Wide;
         return isNarrow ? std::optional(Form::Narrow) : std::nullopt;
     }
 };
 
-// FILE --wide --narrow. The argument must live as long as the verb, as in all functions here.
-void AddFile(CLI::App& verb, FileArgument& file);
+// Adds FILE, --wide and --narrow.
+void AddFileArgument(CLI::App& verb, FileArgument& file);
 
-// --backup
-void AddBackup(CLI::App& verb, bool& isWanted);
+// Adds --backup.
+void AddBackupOption(CLI::App& verb, bool& isSet);
 
-// --json
-void AddJson(CLI::App& verb, bool& isWanted);
+// Adds --json.
+void AddJsonOption(CLI::App& verb, bool& isSet);
 
 }  // namespace mox::tool
 

@@ -1,10 +1,10 @@
-// diff: what differs between two files in meaning.
+// diff: compares the contents of two files.
 #include <memory>
 
 #include "tools/command_line.h"
 #include "tools/document_diff.h"
 #include "tools/json_output.h"
-#include "tools/shown_text.h"
+#include "tools/text_format.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -16,29 +16,29 @@ struct DiffArguments {
     bool isJson = false;
 };
 
-std::string Place(const Difference& difference) {
-    std::string place = ShownName(difference.table);
-    if (difference.hasEntry) place += "/" + ShownName(difference.entry);
-    if (difference.occurrence > 1) place += "#" + std::to_string(difference.occurrence);
-    return place;
+std::string LocationOf(const Difference& difference) {
+    std::string location = QuotedIfNeeded(difference.table);
+    if (difference.hasEntry) location += "/" + QuotedIfNeeded(difference.entry);
+    if (difference.occurrence > 1) location += "#" + std::to_string(difference.occurrence);
+    return location;
 }
 
 std::string LineOf(const Difference& difference) {
     if (difference.field == "kind") return "~ a " + difference.before + " -> a " + difference.after;
-    const std::string place = Place(difference);
+    const std::string location = LocationOf(difference);
     if (difference.change == Change::Changed) {
-        return "~ " + place + " " + difference.field + ": " + Quoted(difference.before) + " -> " +
+        return "~ " + location + " " + difference.field + ": " + Quoted(difference.before) + " -> " +
                Quoted(difference.after);
     }
     const bool isAdded = difference.change == Change::Added;
     const std::string sign = isAdded ? "+ " : "- ";
-    if (!difference.hasEntry) return sign + place;
-    return sign + place + " " + difference.field + ": " +
+    if (!difference.hasEntry) return sign + location;
+    return sign + location + " " + difference.field + ": " +
            Quoted(isAdded ? difference.after : difference.before);
 }
 
 Json JsonOf(const Difference& difference) {
-    constexpr const char* kChanges[] = {"added", "removed", "changed"};
+    constexpr const char* kChanges[] = {"added", "removed", "changed"};  // indexed by Change
     Json json = Json::object();
     json["change"] = kChanges[static_cast<int>(difference.change)];
     json["section"] = difference.table;
@@ -53,10 +53,10 @@ Json JsonOf(const Difference& difference) {
     return json;
 }
 
-void Diff(const DiffArguments& arguments, Session& session) {
-    const SourceFile before(arguments.before.path, arguments.before.ForcedForm());
+void RunDiff(const DiffArguments& arguments, Output& output) {
+    const SourceFile before(arguments.before.path, arguments.before.RequestedForm());
     before.RequireParsed();
-    const SourceFile after(arguments.after, arguments.before.ForcedForm());
+    const SourceFile after(arguments.after, arguments.before.RequestedForm());
     after.RequireParsed();
     const std::vector<Difference> differences = CompareDocuments(ReadDocument(before), ReadDocument(after));
     Json json = Json::array();
@@ -64,24 +64,24 @@ void Diff(const DiffArguments& arguments, Session& session) {
         if (arguments.isJson) {
             json.push_back(JsonOf(difference));
         } else {
-            session.Line(LineOf(difference));
+            output.PrintLine(LineOf(difference));
         }
     }
-    if (arguments.isJson) session.out += JsonText(json);
-    if (!differences.empty()) session.code = ExitCode::kNotFound;
+    if (arguments.isJson) output.data += JsonText(json);
+    if (!differences.empty()) output.code = ExitCode::kNotFound;
 }
 
 }  // namespace
 
-void AddDiffVerb(CLI::App& app, Session& session) {
+void AddDiffVerb(CLI::App& app, Output& output) {
     const auto arguments = std::make_shared<DiffArguments>();
     CLI::App& diff =
-        AddVerb(app, "diff", "What differs in meaning between two files; the exit code is 1 if anything does",
+        AddVerb(app, "diff", "Compare the contents of two files; the exit code is 1 if they differ",
                 "mox-xml diff old.xml new.xml\nmox-xml diff old.xml new.xml --json");
-    AddFile(diff, arguments->before);
+    AddFileArgument(diff, arguments->before);
     diff.add_option("OTHER", arguments->after, "The other file")->required();
-    AddJson(diff, arguments->isJson);
-    diff.callback([arguments, &session] { Diff(*arguments, session); });
+    AddJsonOption(diff, arguments->isJson);
+    diff.callback([arguments, &output] { RunDiff(*arguments, output); });
 }
 
 }  // namespace mox::tool

@@ -18,14 +18,14 @@ Fields FieldsOf(const TableModel& table) {
             {"editable", table.isEditable ? "true" : "false"}};
 }
 
-// Entries with and without presentation data have the same fields.
+// The same fields with and without presentation data, so that CompareFields can compare them by index.
 Fields FieldsOf(const EntryModel& entry) {
     const UiModel ui = entry.ui.value_or(UiModel());
     return {{"type", TypeText(entry)},
             {"id", Number(entry.id)},
             {"value", entry.value},
             {"ui.control", ui.control},
-            {"ui.name", ui.shownName},
+            {"ui.shown_name", ui.shownName},
             {"ui.comment", ui.comment},
             {"ui.value", ui.value},
             {"ui.provider", ui.provider},
@@ -37,16 +37,17 @@ Fields FieldsOf(const EntryModel& entry) {
             {"ui.maximum", ui.maximum}};
 }
 
-// Items with the number that tells those of one name apart, from 1 on.
+// Numbers the items of the same name, from 1 on. The n-th item of a name in one document is compared with the n-th in
+// the other.
 template <class Item>
-class ByName {
+class Occurrences {
   public:
-    explicit ByName(const std::vector<const Item*>& items) {
-        std::map<std::string, std::size_t> seen;
+    explicit Occurrences(const std::vector<const Item*>& items) {
+        std::map<std::string, std::size_t> counts;
         for (const Item* item : items) {
-            const std::size_t occurrence = ++seen[item->name];
+            const std::size_t occurrence = ++counts[item->name];
             list_.push_back({item, occurrence});
-            found_[{item->name, occurrence}] = item;
+            index_[{item->name, occurrence}] = item;
         }
     }
 
@@ -57,18 +58,18 @@ class ByName {
     const std::vector<Numbered>& List() const noexcept { return list_; }
 
     const Item* Find(const std::string& name, std::size_t occurrence) const {
-        const auto found = found_.find({name, occurrence});
-        return found == found_.end() ? nullptr : found->second;
+        const auto found = index_.find({name, occurrence});
+        return found == index_.end() ? nullptr : found->second;
     }
 
   private:
     std::vector<Numbered> list_;
-    std::map<std::pair<std::string, std::size_t>, const Item*> found_;
+    std::map<std::pair<std::string, std::size_t>, const Item*> index_;
 };
 
 class Comparison {
   public:
-    std::vector<Difference> Take() { return std::move(differences_); }
+    std::vector<Difference> TakeDifferences() { return std::move(differences_); }
 
     void CompareKinds(const DocumentModel& before, const DocumentModel& after) {
         if (before.kind == after.kind) return;
@@ -80,19 +81,19 @@ class Comparison {
     }
 
     void CompareTables(const DocumentModel& before, const DocumentModel& after) {
-        const ByName<TableModel> olds(TablesOf(before));
-        const ByName<TableModel> news(TablesOf(after));
-        for (const auto& old : olds.List()) {
-            const TableModel* const now = news.Find(old.item->name, old.occurrence);
-            if (now == nullptr) {
-                AddTable(Change::Removed, *old.item, old.occurrence);
+        const Occurrences<TableModel> oldTables(TablesOf(before));
+        const Occurrences<TableModel> newTables(TablesOf(after));
+        for (const auto& [table, occurrence] : oldTables.List()) {
+            const TableModel* const newTable = newTables.Find(table->name, occurrence);
+            if (newTable == nullptr) {
+                AddTable(Change::Removed, *table, occurrence);
             } else {
-                CompareTable(*old.item, *now, old.occurrence);
+                CompareTable(*table, *newTable, occurrence);
             }
         }
-        for (const auto& now : news.List()) {
-            if (olds.Find(now.item->name, now.occurrence) == nullptr)
-                AddTable(Change::Added, *now.item, now.occurrence);
+        for (const auto& [table, occurrence] : newTables.List()) {
+            if (oldTables.Find(table->name, occurrence) == nullptr)
+                AddTable(Change::Added, *table, occurrence);
         }
     }
 
@@ -105,7 +106,7 @@ class Comparison {
         return tables;
     }
 
-    // An element without a name and a known type is nothing that a host would see.
+    // Leaves out elements that have neither a name nor a known type: no host can name or read them.
     static std::vector<const EntryModel*> EntriesOf(const TableModel& table) {
         std::vector<const EntryModel*> entries;
         for (const EntryModel& entry : table.entries) {
@@ -120,9 +121,9 @@ class Comparison {
         difference.table = table.name;
         difference.occurrence = occurrence;
         differences_.push_back(difference);
-        const ByName<EntryModel> entries(EntriesOf(table));
-        for (const auto& entry : entries.List())
-            AddEntry(change, table, *entry.item, entry.occurrence);
+        const Occurrences<EntryModel> entries(EntriesOf(table));
+        for (const auto& [entry, entryOccurrence] : entries.List())
+            AddEntry(change, table, *entry, entryOccurrence);
     }
 
     void AddEntry(Change change, const TableModel& table, const EntryModel& entry, std::size_t occurrence) {
@@ -138,33 +139,34 @@ class Comparison {
     }
 
     void CompareTable(const TableModel& before, const TableModel& after, std::size_t occurrence) {
-        Difference place;
-        place.table = before.name;
-        place.occurrence = occurrence;
-        CompareFields(place, FieldsOf(before), FieldsOf(after));
-        const ByName<EntryModel> olds(EntriesOf(before));
-        const ByName<EntryModel> news(EntriesOf(after));
-        place.hasEntry = true;
-        for (const auto& old : olds.List()) {
-            const EntryModel* const now = news.Find(old.item->name, old.occurrence);
-            if (now == nullptr) {
-                AddEntry(Change::Removed, before, *old.item, old.occurrence);
+        Difference changed;
+        changed.table = before.name;
+        changed.occurrence = occurrence;
+        CompareFields(changed, FieldsOf(before), FieldsOf(after));
+        const Occurrences<EntryModel> oldEntries(EntriesOf(before));
+        const Occurrences<EntryModel> newEntries(EntriesOf(after));
+        changed.hasEntry = true;
+        for (const auto& [entry, entryOccurrence] : oldEntries.List()) {
+            const EntryModel* const newEntry = newEntries.Find(entry->name, entryOccurrence);
+            if (newEntry == nullptr) {
+                AddEntry(Change::Removed, before, *entry, entryOccurrence);
                 continue;
             }
-            place.entry = old.item->name;
-            place.occurrence = old.occurrence;
-            CompareFields(place, FieldsOf(*old.item), FieldsOf(*now));
+            changed.entry = entry->name;
+            changed.occurrence = entryOccurrence;
+            CompareFields(changed, FieldsOf(*entry), FieldsOf(*newEntry));
         }
-        for (const auto& now : news.List()) {
-            if (olds.Find(now.item->name, now.occurrence) == nullptr)
-                AddEntry(Change::Added, after, *now.item, now.occurrence);
+        for (const auto& [entry, entryOccurrence] : newEntries.List()) {
+            if (oldEntries.Find(entry->name, entryOccurrence) == nullptr)
+                AddEntry(Change::Added, after, *entry, entryOccurrence);
         }
     }
 
-    void CompareFields(const Difference& place, const Fields& before, const Fields& after) {
+    // Adds a difference for each field that differs: a copy of `changed` with the field and its values.
+    void CompareFields(const Difference& changed, const Fields& before, const Fields& after) {
         for (std::size_t i = 0; i < before.size(); ++i) {
             if (before[i].second == after[i].second) continue;
-            Difference difference = place;
+            Difference difference = changed;
             difference.field = before[i].first;
             difference.before = before[i].second;
             difference.after = after[i].second;
@@ -181,7 +183,7 @@ std::vector<Difference> CompareDocuments(const DocumentModel& before, const Docu
     Comparison comparison;
     comparison.CompareKinds(before, after);
     comparison.CompareTables(before, after);
-    return comparison.Take();
+    return comparison.TakeDifferences();
 }
 
 }  // namespace mox::tool

@@ -1,4 +1,4 @@
-// What differs between two documents in meaning.
+// Compares the contents of two documents.
 #ifndef MOX_XMLAPI_TOOLS_DOCUMENT_DIFF_H
 #define MOX_XMLAPI_TOOLS_DOCUMENT_DIFF_H
 
@@ -11,20 +11,20 @@ namespace mox::tool {
 
 enum class Change { Added, Removed, Changed };
 
-// One difference: a document's kind, a section or table, an entry, or one field of those.
+// One difference: the kind of the document, a section or table, an entry, or one field of a table or an entry.
 struct Difference {
     Change change = Change::Changed;
     std::string table{};
-    std::string entry{};         // empty when hasEntry is false
-    bool hasEntry = false;       // false: it is about the table itself
-    std::size_t occurrence = 1;  // of several entries, or tables, with one name
-    std::string field{};         // of Changed: what; of the others: the type of an entry
-    std::string before{};
-    std::string after{};
+    std::string entry{};
+    bool hasEntry = false;       // false: the difference concerns the table itself, and `entry` is empty
+    std::size_t occurrence = 1;  // counts the entries, or tables, of the same name
+    std::string field{};         // Changed: the name of the field. Added or Removed: the type of the entry
+    std::string before{};        // the value; empty if Added
+    std::string after{};         // the value; empty if Removed
 };
 
-// The differences in the order of the first document, then what only the second one has. Neither the order of sections
-// and entries counts, nor comments, marks and elements that are no sections and no entries.
+// The differences, in the order of the first document, each part followed by what only the second one has. Not compared
+// are the order of sections and entries, comments, the attribute "eud", and elements that are neither section nor entry.
 std::vector<Difference> CompareDocuments(const DocumentModel& before, const DocumentModel& after);
 
 }  // namespace mox::tool

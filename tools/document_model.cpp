@@ -5,7 +5,7 @@
 #include "mox_xmlApi/entries/table_cursor.h"
 #include "mox_xmlApi/platform/numbers.h"
 #include "mox_xmlApi/xml/xml_names.h"
-#include "tools/shown_text.h"
+#include "tools/text_format.h"
 
 namespace mox::tool {
 namespace {
@@ -18,7 +18,7 @@ UiModel ReadUi(const EntryUiRecord& record) {
     UiModel ui;
     ui.control = Utf8(ControlKindToName(record.control));
     if (record.access != 0) ui.access = Utf8(AccessToName(record.access));
-    if (record.flags != 0) ui.flags = UnitNumber(record.flags).substr(2);
+    if (record.flags != 0) ui.flags = Hex(record.flags, 4);
     ui.provider = Utf8(OwnerToName(record.prov_owner));
     ui.providerIndex = record.prov_index;
     ui.regen = Utf8(record.regen);
@@ -35,7 +35,7 @@ EntryModel ReadEntryModel(const TableCursor& cursor, const XmlNode& node) {
     entry.node = &node;
     entry.hasName = XmlDocument::FindAttribute(&node, names::kName) != nullptr;
     entry.name = AttributeOf(node, names::kName).value_or("");
-    entry.isMarked = AttributeOf(node, names::kEud) == "true";
+    entry.hasEud = AttributeOf(node, names::kEud) == "true";
     EntryValueRecord value;
     EntryUiRecord ui;
     entry.isReadable = ReadEntry(cursor, node, &value, &ui);
@@ -50,8 +50,8 @@ EntryModel ReadEntryModel(const TableCursor& cursor, const XmlNode& node) {
     entry.shape = Utf8(shape);
     entry.id = value.id;
     entry.value = Utf8(value.Value);
-    std::uint64_t first = 0;
-    if (XmlDocument::FindChildElement(&node, names::kUi, first) != nullptr) entry.ui = ReadUi(ui);
+    std::uint64_t position = 0;
+    if (XmlDocument::FindChildElement(&node, names::kUi, position) != nullptr) entry.ui = ReadUi(ui);
     return entry;
 }
 
@@ -60,14 +60,14 @@ TableModel ReadTableModel(const SourceFile& file, XmlNode& node) {
     table.node = &node;
     table.isTable = node.name.View() == names::kTable;
     table.hasName = XmlDocument::FindAttribute(&node, names::kName) != nullptr;
-    table.isMarked = AttributeOf(node, names::kEud) == "true";
+    table.hasEud = AttributeOf(node, names::kEud) == "true";
     XmlDocument document(file.Document().Pool(), &node);
     TableCursor cursor{true, true, &document, nullptr, false};
     TableHeader header;
     OpenTable(cursor, header, false);
     table.name = Utf8(header.name);
     table.firstId = header.first_id;
-    table.type = UnitNumber(header.type).substr(2);
+    table.type = Hex(header.type, 4);
     table.isEditable = header.editable;
     for (const XmlNode* child : node.children) {
         if (IsElement(*child)) table.entries.push_back(ReadEntryModel(cursor, *child));
@@ -77,7 +77,7 @@ TableModel ReadTableModel(const SourceFile& file, XmlNode& node) {
 
 }  // namespace
 
-bool IsMarkedSettings(const XmlNode& node) noexcept {
+bool IsSettingsRoot(const XmlNode& node) noexcept {
     return IsElement(node) && node.name.View() == names::kSettings &&
            (XmlDocument::FindAttribute(&node, names::kSchemaLocation) != nullptr ||
             XmlDocument::FindAttribute(&node, names::kSchemaLocationXsi) != nullptr);
@@ -92,7 +92,7 @@ std::optional<std::string> AttributeOf(const XmlNode& node, WideView name) {
 DocumentModel ReadDocument(const SourceFile& file) {
     DocumentModel document;
     for (XmlNode* node : file.Tree().children) {
-        if (!IsMarkedSettings(*node)) continue;
+        if (!IsSettingsRoot(*node)) continue;
         document.kind = DocumentKind::Settings;
         document.root = node;
         for (XmlNode* section : node->children) {
@@ -118,11 +118,11 @@ const TableModel* FindTable(const DocumentModel& document, const std::string& na
 
 std::string KindName(DocumentKind kind) {
     if (kind == DocumentKind::Settings) return "settings document";
-    return kind == DocumentKind::Table ? "table document" : "document without settings or table";
+    return kind == DocumentKind::Table ? "table document" : "document without settings or a table";
 }
 
 std::string TypeText(const EntryModel& entry) {
-    if (!entry.isReadable) return "unknown type " + entry.type;
+    if (!entry.isReadable) return entry.type.empty() ? "no type" : "unknown type " + entry.type;
     return entry.shape.empty() ? entry.type : entry.type + " " + entry.shape;
 }
 

@@ -1,4 +1,4 @@
-// What a document means, as plain values: read from the parser's tree by the library's own reader of entries.
+// The content of a document as plain values, read from the parser's tree with the library's own functions.
 #ifndef MOX_XMLAPI_TOOLS_DOCUMENT_MODEL_H
 #define MOX_XMLAPI_TOOLS_DOCUMENT_MODEL_H
 
@@ -12,7 +12,7 @@
 
 namespace mox::tool {
 
-// The presentation data of an entry. Texts that are missing are empty.
+// The presentation data of an entry. A text that is missing in the file is empty.
 struct UiModel {
     std::string control{};
     std::string access{};
@@ -27,7 +27,8 @@ struct UiModel {
     std::string value{};
 };
 
-// One element child of a table. Without a known type it is no entry for any host; then `type` is as it is in the file.
+// A child element of a table. If its type is missing or unknown, hosts cannot read it: `isReadable` is false, `type` is
+// the text in the file, and the fields after `type` are not set except `hasEud`.
 struct EntryModel {
     const XmlNode* node = nullptr;
     bool isReadable = false;
@@ -36,12 +37,13 @@ struct EntryModel {
     std::string type{};   // "long"
     std::string shape{};  // "array", "vector" or empty
     std::uint32_t id = 0;
-    bool isMarked = false;
+    bool hasEud = false;  // the attribute "eud" is "true"
     std::string value{};
     std::optional<UiModel> ui{};
 };
 
-// A section, or the table of a table document. `isTable` is false for an element of another name under the root.
+// A section, or the table of a table document. `isTable` is false for an element of another name in the place of a
+// section.
 struct TableModel {
     const XmlNode* node = nullptr;
     bool isTable = false;
@@ -50,38 +52,38 @@ struct TableModel {
     std::uint32_t firstId = 0;
     std::string type{};  // four hexadecimal digits
     bool isEditable = false;
-    bool isMarked = false;
+    bool hasEud = false;  // the attribute "eud" is "true"
     std::vector<EntryModel> entries{};
 };
 
-// Other: neither a marked "Settings" nor a "Table" at the top level.
+// Other: at the top level there is neither a "Settings" with a schema attribute nor a "Table".
 enum class DocumentKind { Settings, Table, Other };
 
 struct DocumentModel {
     DocumentKind kind = DocumentKind::Other;
-    const XmlNode* root = nullptr;  // the "Settings" or "Table" element
-    std::vector<TableModel> tables{};
+    const XmlNode* root = nullptr;     // the "Settings" or "Table" element; null for Other
+    std::vector<TableModel> tables{};  // of Settings, all child elements of the root; of Table, the table
 };
 
-// Whether it is a "Settings" element that the library takes for a root.
-bool IsMarkedSettings(const XmlNode& node) noexcept;
+// Whether the library accepts the node as the root of a settings document: a "Settings" element with a schema attribute.
+bool IsSettingsRoot(const XmlNode& node) noexcept;
 
-// The attribute's text; nothing when there is none.
+// The text of the attribute; nothing if the node does not have it.
 std::optional<std::string> AttributeOf(const XmlNode& node, WideView name);
 
-// The file must have been parsed, and must live as long as the model.
+// Reads the document of a file that parses. The result points into the file, which must outlive it.
 DocumentModel ReadDocument(const SourceFile& file);
 
-// The first table that is one and has the name; null without one.
+// The first section, or the table, with that name; null if there is none. It belongs to the document.
 const TableModel* FindTable(const DocumentModel& document, const std::string& name) noexcept;
 
-// "settings document", "table document", "document without settings or table"
+// "settings document", "table document" or "document without settings or a table"
 std::string KindName(DocumentKind kind);
 
-// "string", "long array", "unknown type complex": the type as people see it, with its shape.
+// The type of an entry with its shape: "string", "long array", "unknown type complex" or "no type".
 std::string TypeText(const EntryModel& entry);
 
-// The value that a host reads: the own one or, when it is empty, the one of the presentation data.
+// The value that hosts read: that of the entry or, if it is empty, that of its presentation data.
 const std::string& EffectiveValue(const EntryModel& entry) noexcept;
 
 }  // namespace mox::tool

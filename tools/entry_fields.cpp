@@ -1,8 +1,8 @@
 #include "tools/entry_fields.h"
 
 #include "mox_xmlApi/entries/entry_codes.h"
-#include "tools/outcome.h"
-#include "tools/shown_text.h"
+#include "tools/exit_error.h"
+#include "tools/text_format.h"
 
 namespace mox::tool {
 namespace {
@@ -11,10 +11,10 @@ ValueType TypeOf(const std::string& name) {
     const mox::Text text(name);
     std::uint16_t code = 0;
     if (!ValueTypeFromName(text.units(), WideView(), code))
-        throw Stop(ExitCode::kUsage,
-                   ShownName(name) +
-                       " is no type: short, long, double, string, bool, char, byte, ushort, "
-                       "ulong or ucstring");
+        throw ExitError(ExitCode::kUsageError,
+                        "unknown type " + QuotedIfNeeded(name) +
+                            " (expected short, long, double, string, bool, char, byte, ushort, ulong or "
+                            "ucstring)");
     return static_cast<ValueType>(code);
 }
 
@@ -22,11 +22,10 @@ Control ControlOf(const std::string& name) {
     const mox::Text text(name);
     const std::uint16_t code = ControlKindFromName(text.units());
     if (Utf8(ControlKindToName(code)) != name)
-        throw Stop(ExitCode::kUsage,
-                   ShownName(name) +
-                       " is no control: num, text, switch, no_edit, rgb, button, text_array, "
-                       "named_array, switch_array, radio_array, state, named_list_array, "
-                       "radio or prop_array");
+        throw ExitError(ExitCode::kUsageError,
+                        "unknown control " + QuotedIfNeeded(name) +
+                            " (expected num, text, switch, no_edit, rgb, button, text_array, named_array, "
+                            "switch_array, radio_array, state, named_list_array, radio or prop_array)");
     return static_cast<Control>(code);
 }
 
@@ -34,7 +33,8 @@ Owner OwnerOf(const std::string& name) {
     const mox::Text text(name);
     const std::uint8_t code = OwnerFromName(text.units());
     if (Utf8(OwnerToName(code)) != name)
-        throw Stop(ExitCode::kUsage, ShownName(name) + " is no provider: app, dwg or erg");
+        throw ExitError(ExitCode::kUsageError,
+                        "unknown provider " + QuotedIfNeeded(name) + " (expected app, dwg or erg)");
     return static_cast<Owner>(code);
 }
 
@@ -42,17 +42,18 @@ Owner OwnerOf(const std::string& name) {
 
 void EntryFields::AddTo(CLI::App& verb) {
     value_ = verb.add_option("VALUE", valueText_, "The value");
-    type_ = verb.add_option("--type", typeText_, R"(Type of the value, "long" for example; "string" if new)");
-    CLI::Option* const array = verb.add_flag("--array", isArray_, "The value holds an array of that type");
-    verb.add_flag("--vector", isVector_, "The value holds a vector of that type")->excludes(array);
-    id_ = verb.add_option("--id", idNumber_, "The entry's number");
-    control_ = verb.add_option("--control", controlText_, "Presentation: control, \"num\" for example");
-    shownName_ = verb.add_option("--shown-name", shownNameText_, "Presentation: the name for people");
-    comment_ = verb.add_option("--comment", commentText_, "Presentation: comment");
-    provider_ = verb.add_option("--provider", providerText_, "Presentation: app, dwg or erg");
+    type_ =
+        verb.add_option("--type", typeText_, R"(Value type, for example "long"; a new entry has "string")");
+    CLI::Option* const array = verb.add_flag("--array", isArray_, "The value is an array of that type");
+    verb.add_flag("--vector", isVector_, "The value is a vector of that type")->excludes(array);
+    id_ = verb.add_option("--id", idNumber_, "Id of the entry");
+    control_ = verb.add_option("--control", controlText_, R"(Presentation data: control, for example "num")");
+    shownName_ = verb.add_option("--shown-name", shownNameText_, "Presentation data: name shown to users");
+    comment_ = verb.add_option("--comment", commentText_, "Presentation data: comment");
+    provider_ = verb.add_option("--provider", providerText_, "Presentation data: provider (app, dwg or erg)");
     providerIndex_ =
-        verb.add_option("--provider-index", providerNumber_, "Presentation: number of the provider");
-    uiValue_ = verb.add_option("--ui-value", uiValueText_, "Presentation: value (needs a comment)");
+        verb.add_option("--provider-index", providerNumber_, "Presentation data: provider index");
+    uiValue_ = verb.add_option("--ui-value", uiValueText_, "Presentation data: value (needs a comment)");
 }
 
 bool EntryFields::HasUi() const {

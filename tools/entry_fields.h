@@ -1,4 +1,4 @@
-// The fields of an entry on the command line.
+// The fields of an entry as command-line arguments.
 #ifndef MOX_XMLAPI_TOOLS_ENTRY_FIELDS_H
 #define MOX_XMLAPI_TOOLS_ENTRY_FIELDS_H
 
@@ -11,22 +11,24 @@
 
 namespace mox::tool {
 
-// What `entry set` and `entry add` may be told. Fields that were not given leave an entry as it is.
+// The field arguments of `entry set` and `entry add`.
 class EntryFields {
   public:
-    // [VALUE] --type --array --vector --id --control --shown-name --comment --provider --provider-index --ui-value.
-    // The object must live as long as the verb.
+    // Adds [VALUE] --type --array --vector --id --control --shown-name --comment --provider --provider-index --ui-value.
+    // Parsing the command line sets this object, which must live until then. The other functions need the verb, which
+    // owns the options.
     void AddTo(CLI::App& verb);
 
     bool HasValue() const { return value_->count() > 0; }
     const std::string& Value() const noexcept { return valueText_; }
-    // Whether another field than the value was given.
+    // Whether a field other than the value was given.
     bool HasOthers() const { return type_->count() + id_->count() > 0 || isArray_ || isVector_ || HasUi(); }
 
-    // Puts what was given into the entry. Throws Stop for a word that is none of a field's.
+    // Sets the fields of the entry that were given; the others stay. Throws ExitError (kUsageError) for an unknown type,
+    // control or provider.
     void Apply(Entry& entry) const;
 
-    // Every text that was given.
+    // All texts that were given. Those that were not are empty.
     std::vector<std::string> Texts() const {
         return {valueText_, shownNameText_, commentText_, uiValueText_};
     }

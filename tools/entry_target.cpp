@@ -1,18 +1,19 @@
 #include "tools/entry_target.h"
 
-#include "tools/outcome.h"
-#include "tools/saving.h"
-#include "tools/shown_text.h"
+#include "tools/exit_error.h"
+#include "tools/open_document.h"
+#include "tools/save_file.h"
+#include "tools/text_format.h"
 
 namespace mox::tool {
 
 void TargetArguments::AddTo(CLI::App& verb) {
-    AddFile(verb, file);
-    sectionOption = verb.add_option("--section", section, "Of a settings file: the section's name");
+    AddFileArgument(verb, file);
+    sectionOption = verb.add_option("--section", section, "Work on this section of a settings file");
 }
 
 EntryTarget::EntryTarget(const TargetArguments& arguments)
-    : source_(arguments.file.path, arguments.file.ForcedForm()) {
+    : source_(arguments.file.path, arguments.file.RequestedForm()) {
     source_.RequireParsed();
     document_ = ReadDocument(source_);
     if (!arguments.HasSection()) {
@@ -23,7 +24,8 @@ EntryTarget::EntryTarget(const TargetArguments& arguments)
     RequireSettings(source_, document_);
     model_ = FindTable(document_, arguments.section);
     if (model_ == nullptr)
-        throw Stop(ExitCode::kNotFound, source_.Path() + ": no section " + ShownName(arguments.section));
+        throw ExitError(ExitCode::kNotFound,
+                        source_.Path() + ": no section " + QuotedIfNeeded(arguments.section));
 }
 
 EntryTable& EntryTarget::Entries() {
@@ -33,7 +35,7 @@ EntryTable& EntryTarget::Entries() {
     profile_.emplace(OpenProfile(source_));
     section_ = profile_->findSection(model_->name);
     if (!section_.has_value())
-        throw Stop(ExitCode::kNotFound, source_.Path() + ": no section " + ShownName(model_->name));
+        throw ExitError(ExitCode::kNotFound, source_.Path() + ": no section " + QuotedIfNeeded(model_->name));
     return *section_;
 }
 

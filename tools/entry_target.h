@@ -1,4 +1,4 @@
-// The table on which the entry verbs work: that of a table document, or a section of a settings document.
+// The table that an entry verb works on: that of a table document, or a section of a settings document.
 #ifndef MOX_XMLAPI_TOOLS_ENTRY_TARGET_H
 #define MOX_XMLAPI_TOOLS_ENTRY_TARGET_H
 
@@ -11,28 +11,33 @@
 
 namespace mox::tool {
 
-// FILE --section
+// The arguments that select the table.
 struct TargetArguments {
     FileArgument file{};
     std::string section{};
-    CLI::Option* sectionOption = nullptr;
+    CLI::Option* sectionOption = nullptr;  // null until AddTo; belongs to the verb
 
+    // Adds FILE, --wide, --narrow and --section. This object must live until the command line is parsed.
     void AddTo(CLI::App& verb);
     bool HasSection() const { return sectionOption != nullptr && sectionOption->count() > 0; }
 };
 
 class EntryTarget {
   public:
-    // Opens the document. Throws Stop when it has no such table.
+    // Reads the file. Throws ExitError if it cannot be read (kIoError), does not parse (kSyntaxError), is of the wrong
+    // kind (kUsageError), or lacks the section (kNotFound).
     explicit EntryTarget(const TargetArguments& arguments);
 
-    // The table as plain values, as it was in the file.
+    // The table as it is in the file. It belongs to this object.
     const TableModel& Model() const noexcept { return *model_; }
 
+    // The table for changes, opened by the first call. It belongs to this object. Throws ExitError if it cannot be
+    // opened.
     EntryTable& Entries();
     Form GetForm() const noexcept { return source_.GetForm(); }
 
-    // Replaces the file by the changed document.
+    // Replaces the file with the changed document, if Entries was called. Throws ExitError (kIoError) on failure; the
+    // file is then unchanged.
     void Save(bool withBackup);
 
   private:

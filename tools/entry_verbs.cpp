@@ -1,11 +1,11 @@
-// entries, entry get|set|add|remove: table documents, and sections taken as tables.
+// entries, entry get|set|add|remove: read and change table documents, and sections of settings documents.
 #include <memory>
 
 #include "tools/entry_fields.h"
 #include "tools/entry_target.h"
 #include "tools/json_output.h"
-#include "tools/saving.h"
-#include "tools/shown_text.h"
+#include "tools/save_file.h"
+#include "tools/text_format.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -18,62 +18,62 @@ struct EntryArguments {
     std::string before{};
     bool isJson = false;
     bool withBackup = false;
-    bool all = false;
+    bool isAll = false;
 };
 
-[[noreturn]] void NoEntry(const EntryArguments& arguments, const std::string& name) {
-    throw Stop(ExitCode::kNotFound, arguments.target.file.path + ": no entry " + ShownName(name));
+[[noreturn]] void ThrowNoEntry(const EntryArguments& arguments, const std::string& name) {
+    throw ExitError(ExitCode::kNotFound, arguments.target.file.path + ": no entry " + QuotedIfNeeded(name));
 }
 
-[[noreturn]] void NotStored(const EntryArguments& arguments) {
-    throw Stop(ExitCode::kNoAccess, arguments.target.file.path + ": the table cannot hold entry " +
-                                        ShownName(arguments.name) + " like this; nothing was changed");
+[[noreturn]] void ThrowNotStored(const EntryArguments& arguments) {
+    throw ExitError(ExitCode::kIoError, arguments.target.file.path + ": the table cannot store entry " +
+                                            QuotedIfNeeded(arguments.name) +
+                                            " with these fields; nothing was changed");
 }
 
-void RequireTextsKept(const EntryArguments& arguments, const EntryTarget& target) {
-    RequireKept(arguments.target.file.path, target.GetForm(), {arguments.name});
-    for (const std::string& text : arguments.fields.Texts())
-        RequireKept(arguments.target.file.path, target.GetForm(), {text});
+void RequireTextsStorable(const EntryArguments& arguments, const EntryTarget& target) {
+    RequireStorable(arguments.target.file.path, target.GetForm(), {arguments.name});
+    RequireStorable(arguments.target.file.path, target.GetForm(), arguments.fields.Texts());
 }
 
-void Entries(const EntryArguments& arguments, Session& session) {
+void RunEntries(const EntryArguments& arguments, Output& output) {
     const EntryTarget target(arguments.target);
     Json json = Json::array();
     for (const EntryModel& entry : target.Model().entries) {
         if (arguments.isJson) {
             json.push_back(EntryJson(entry));
         } else if (entry.isReadable) {
-            session.Line(entry.name + "\t" + TypeText(entry) + "\t" + EffectiveValue(entry));
+            output.PrintLine(entry.name + "\t" + TypeText(entry) + "\t" + EffectiveValue(entry));
         }
     }
-    if (arguments.isJson) session.out += JsonText(json);
+    if (arguments.isJson) output.data += JsonText(json);
 }
 
-void Get(const EntryArguments& arguments, Session& session) {
+void RunGet(const EntryArguments& arguments, Output& output) {
     const EntryTarget target(arguments.target);
     for (const EntryModel& entry : target.Model().entries) {
         if (!entry.isReadable || !entry.hasName || entry.name != arguments.name) continue;
         if (arguments.isJson) {
-            session.out += JsonText(EntryJson(entry));
+            output.data += JsonText(EntryJson(entry));
         } else {
-            session.Line(EffectiveValue(entry));
+            output.PrintLine(EffectiveValue(entry));
         }
         return;
     }
-    NoEntry(arguments, arguments.name);
+    ThrowNoEntry(arguments, arguments.name);
 }
 
-void Set(const EntryArguments& arguments) {
+void RunSet(const EntryArguments& arguments) {
     if (!arguments.fields.HasValue() && !arguments.fields.HasOthers())
-        throw Stop(ExitCode::kUsage, "entry set wants a value or something else to change");
+        throw ExitError(ExitCode::kUsageError, "entry set requires a value or another field to change");
     EntryTarget target(arguments.target);
     EntryTable& table = target.Entries();
     std::optional<Entry> entry = table.find(arguments.name);
-    if (!entry.has_value()) NoEntry(arguments, arguments.name);
-    RequireTextsKept(arguments, target);
+    if (!entry.has_value()) ThrowNoEntry(arguments, arguments.name);
+    RequireTextsStorable(arguments, target);
     bool isStored = true;
     if (arguments.fields.HasOthers()) {
-        // What was not given is left out, so that it stays as it is in the file.
+        // A field that is missing here stays as it is in the file.
         if (entry->ui.has_value()) entry->ui->value.reset();
         if (!arguments.fields.HasUi()) entry->ui.reset();
         entry->value.reset();
@@ -82,48 +82,49 @@ void Set(const EntryArguments& arguments) {
     }
     if (isStored && arguments.fields.HasValue())
         isStored = table.setValue(arguments.name, arguments.fields.Value());
-    if (!isStored) NotStored(arguments);
+    if (!isStored) ThrowNotStored(arguments);
     target.Save(arguments.withBackup);
 }
 
-void Add(const EntryArguments& arguments) {
-    if (arguments.name.empty()) throw Stop(ExitCode::kUsage, "an entry has a name");
+void RunAdd(const EntryArguments& arguments) {
+    if (arguments.name.empty()) throw ExitError(ExitCode::kUsageError, "the entry name must not be empty");
     EntryTarget target(arguments.target);
     EntryTable& table = target.Entries();
     if (table.contains(arguments.name)) {
-        throw Stop(ExitCode::kUsage, arguments.target.file.path + ": there is an entry " +
-                                         ShownName(arguments.name) + " already; see \"entry set\"");
+        throw ExitError(ExitCode::kUsageError, arguments.target.file.path + ": entry " +
+                                                   QuotedIfNeeded(arguments.name) +
+                                                   " already exists (see \"mox-xml entry set\")");
     }
     if (!arguments.before.empty() && !table.find(arguments.before).has_value())
-        NoEntry(arguments, arguments.before);
-    RequireTextsKept(arguments, target);
+        ThrowNoEntry(arguments, arguments.before);
+    RequireTextsStorable(arguments, target);
     Entry entry;
     entry.name = arguments.name;
     entry.value = std::string();
     arguments.fields.Apply(entry);
     const bool isStored =
         arguments.before.empty() ? table.add(entry) : table.addBefore(arguments.before, entry);
-    if (!isStored) NotStored(arguments);
+    if (!isStored) ThrowNotStored(arguments);
     target.Save(arguments.withBackup);
 }
 
-void Remove(const EntryArguments& arguments) {
+void RunRemove(const EntryArguments& arguments) {
     EntryTarget target(arguments.target);
     EntryTable& table = target.Entries();
-    const bool isRemoved = arguments.all ? table.removeAll(arguments.name) : table.remove(arguments.name);
-    if (!isRemoved) NoEntry(arguments, arguments.name);
+    const bool isRemoved = arguments.isAll ? table.removeAll(arguments.name) : table.remove(arguments.name);
+    if (!isRemoved) ThrowNoEntry(arguments, arguments.name);
     target.Save(arguments.withBackup);
 }
 
 void AddName(CLI::App& verb, EntryArguments& arguments) {
-    verb.add_option("NAME", arguments.name, "The entry's name")->required();
+    verb.add_option("NAME", arguments.name, "The entry")->required();
 }
 
-// Each verb has arguments of its own, since their options are asked whether they were given.
+// Each verb has its own arguments, because their options tell which of them were given.
 std::shared_ptr<EntryArguments> AddReadingVerb(CLI::App& verb) {
     auto arguments = std::make_shared<EntryArguments>();
     arguments->target.AddTo(verb);
-    AddJson(verb, arguments->isJson);
+    AddJsonOption(verb, arguments->isJson);
     return arguments;
 }
 
@@ -131,60 +132,60 @@ std::shared_ptr<EntryArguments> AddWritingVerb(CLI::App& verb) {
     auto arguments = std::make_shared<EntryArguments>();
     arguments->target.AddTo(verb);
     AddName(verb, *arguments);
-    AddBackup(verb, arguments->withBackup);
+    AddBackupOption(verb, arguments->withBackup);
     return arguments;
 }
 
-void AddSet(CLI::App& group) {
+void AddEntrySet(CLI::App& group) {
     CLI::App& set = AddVerb(group, "set", "Change an entry",
                             "mox-xml entry set tools.xml \"Drill 3\" 3.2\n"
                             "mox-xml entry set tools.xml \"Drill 3\" --comment \"diameter in mm\"");
     const auto arguments = AddWritingVerb(set);
     arguments->fields.AddTo(set);
-    set.callback([arguments] { Set(*arguments); });
+    set.callback([arguments] { RunSet(*arguments); });
 }
 
-void AddAdd(CLI::App& group) {
-    CLI::App& add = AddVerb(group, "add", "Add an entry at the end, or before another one",
+void AddEntryAdd(CLI::App& group) {
+    CLI::App& add = AddVerb(group, "add", "Add an entry, at the end or before another one",
                             "mox-xml entry add tools.xml \"Drill 4\" 4.0 --type double --id 2\n"
                             "mox-xml entry add tools.xml \"Drill 2\" 2.0 --before \"Drill 3\"");
     const auto arguments = AddWritingVerb(add);
     arguments->fields.AddTo(add);
-    add.add_option("--before", arguments->before, "The entry that is to come next");
-    add.callback([arguments] { Add(*arguments); });
+    add.add_option("--before", arguments->before, "Insert before this entry");
+    add.callback([arguments] { RunAdd(*arguments); });
 }
 
-void AddRemove(CLI::App& group) {
+void AddEntryRemove(CLI::App& group) {
     CLI::App& remove = AddVerb(group, "remove", "Remove an entry",
                                "mox-xml entry remove tools.xml \"Drill 3\"\n"
                                "mox-xml entry remove tools.xml \"Drill 3\" --all --backup");
     const auto arguments = AddWritingVerb(remove);
-    remove.add_flag("--all", arguments->all, "Every entry of that name, not the first alone");
-    remove.callback([arguments] { Remove(*arguments); });
+    remove.add_flag("--all", arguments->isAll, "Remove all entries of that name, not only the first");
+    remove.callback([arguments] { RunRemove(*arguments); });
 }
 
 }  // namespace
 
-void AddEntryVerbs(CLI::App& app, Session& session) {
+void AddEntryVerbs(CLI::App& app, Output& output) {
     CLI::App& entries =
-        AddVerb(app, "entries", "The entries of a table file: name, type and value, parted by tabs",
+        AddVerb(app, "entries", "List the entries of a table file: name, type and value, tab-separated",
                 "mox-xml entries tools.xml\nmox-xml entries camera.xml --section Camera --json");
     const auto listed = AddReadingVerb(entries);
-    entries.callback([listed, &session] { Entries(*listed, session); });
+    entries.callback([listed, &output] { RunEntries(*listed, output); });
 
-    CLI::App& group = AddVerb(app, "entry", "One entry of a table file: get, set, add, remove",
+    CLI::App& group = AddVerb(app, "entry", "Work on one entry of a table file: get, set, add, remove",
                               "mox-xml entry get tools.xml \"Drill 3\"\n"
                               "mox-xml entry set tools.xml \"Drill 3\" 3.2");
     group.require_subcommand(1);
-    CLI::App& get = AddVerb(group, "get", "The value of an entry; with --json the whole entry",
+    CLI::App& get = AddVerb(group, "get", "Print the value of an entry; with --json the whole entry",
                             "mox-xml entry get tools.xml \"Drill 3\"\n"
                             "mox-xml entry get camera.xml Gain --section Camera --json");
     const auto read = AddReadingVerb(get);
     AddName(get, *read);
-    get.callback([read, &session] { Get(*read, session); });
-    AddSet(group);
-    AddAdd(group);
-    AddRemove(group);
+    get.callback([read, &output] { RunGet(*read, output); });
+    AddEntrySet(group);
+    AddEntryAdd(group);
+    AddEntryRemove(group);
 }
 
 }  // namespace mox::tool

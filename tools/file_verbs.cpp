@@ -1,10 +1,11 @@
-// export, convert: other forms of a whole file.
+// export, convert: write a whole file in another way.
 #include <algorithm>
 #include <memory>
 
 #include "tools/command_line.h"
 #include "tools/document_model.h"
-#include "tools/saving.h"
+#include "tools/open_document.h"
+#include "tools/save_file.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -23,23 +24,23 @@ struct ConvertArguments {
     std::string from{};
     bool isWide = false;
     bool isNarrow = false;
-    bool mayLose = false;
+    bool isLossy = false;
     bool withBackup = false;
 };
 
-void Export(const ExportArguments& arguments) {
+void RunExport(const ExportArguments& arguments) {
     if (arguments.isValues == arguments.isUi)
-        throw Stop(ExitCode::kUsage, "export wants one of --values and --ui");
-    const SourceFile file(arguments.file.path, arguments.file.ForcedForm());
+        throw ExitError(ExitCode::kUsageError, "export requires either --values or --ui");
+    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
     file.RequireParsed();
     RequireSettings(file, ReadDocument(file));
     const Profile profile = OpenProfile(file);
     const Content content = arguments.isValues ? Content::Values : Content::Ui;
     if (!profile.saveReplacing(arguments.output, file.GetForm(), content))
-        throw Stop(ExitCode::kNoAccess, arguments.output + ": the file cannot be written");
+        throw ExitError(ExitCode::kIoError, arguments.output + ": cannot write the file");
 }
 
-// The text in the other form, followed by its zero.
+// The bytes of a file with this text, terminated by a zero unit.
 std::string BytesOf(WideView text, Form form) {
     std::string bytes;
     const std::size_t unitSize = form == Form::Wide ? 2 : 1;
@@ -54,70 +55,74 @@ std::string BytesOf(WideView text, Form form) {
     return bytes;
 }
 
-void RefuseLosses(const SourceFile& file) {
+// Throws ExitError unless a narrow file can store the whole text.
+void RequireLossless(const SourceFile& file) {
     const WideView text = file.Text();
-    const auto lost = std::find_if_not(text.begin(), text.end(), IsKeptByNarrowForm);
+    const auto lost = std::find_if_not(text.begin(), text.end(), FitsNarrowForm);
     if (lost == text.end()) return;
-    throw Stop(ExitCode::kNoAccess,
-               AtPosition(file, file.PositionAt(static_cast<std::size_t>(lost - text.begin())),
-                          "the narrow form cannot keep this character; --lossy cuts it and all others"));
+    throw ExitError(
+        ExitCode::kIoError,
+        AtPosition(file, file.PositionAt(static_cast<std::size_t>(lost - text.begin())),
+                   "a narrow file cannot store this character (--lossy keeps only its low byte)"));
 }
 
-void Convert(const ConvertArguments& arguments, Session& session) {
+void RunConvert(const ConvertArguments& arguments, Output& output) {
     if (arguments.isWide == arguments.isNarrow)
-        throw Stop(ExitCode::kUsage, "convert wants one of --wide and --narrow");
+        throw ExitError(ExitCode::kUsageError, "convert requires either --wide or --narrow");
     std::optional<Form> from;
     if (!arguments.from.empty()) from = arguments.from == "wide" ? Form::Wide : Form::Narrow;
     const SourceFile file(arguments.path, from);
     file.RequireParsed();
     if (arguments.isNarrow && ReadDocument(file).kind == DocumentKind::Table)
-        throw Stop(ExitCode::kUsage, file.Path() + ": a table document is always wide");
-    if (arguments.isNarrow && !arguments.mayLose) RefuseLosses(file);
-    const auto isHigh = [](wchar16 unit) { return unit >= 0x80; };
+        throw ExitError(ExitCode::kUsageError, file.Path() + ": a table document must be wide");
+    if (arguments.isNarrow && !arguments.isLossy) RequireLossless(file);
+    const auto isNonAscii = [](wchar16 unit) { return unit >= 0x80; };
     if (arguments.isWide && file.GetForm() == Form::Narrow &&
-        std::any_of(file.Text().begin(), file.Text().end(), isHigh)) {
-        session.Message("mox-xml: " + file.Path() +
-                        ": bytes from 0x80 on have become U+FF80 to U+FFFF, as the library reads them");
+        std::any_of(file.Text().begin(), file.Text().end(), isNonAscii)) {
+        output.PrintMessage(
+            file.Path() +
+            ": warning: the bytes from 0x80 on become U+FF80 to U+FFFF, as the library reads them");
     }
-    const std::string& output = arguments.output.empty() ? arguments.path : arguments.output;
-    SaveBytes(BytesOf(file.Text(), arguments.isWide ? Form::Wide : Form::Narrow), output,
+    const std::string& target = arguments.output.empty() ? arguments.path : arguments.output;
+    SaveBytes(BytesOf(file.Text(), arguments.isWide ? Form::Wide : Form::Narrow), target,
               arguments.withBackup && arguments.output.empty());
 }
 
 void AddExport(CLI::App& app) {
     const auto arguments = std::make_shared<ExportArguments>();
-    CLI::App& verb = AddVerb(app, "export", "Write the values of a settings file, or its presentation data",
-                             "mox-xml export camera.xml values.xml --values\n"
-                             "mox-xml export camera.xml ui.xml --ui");
-    AddFile(verb, arguments->file);
-    verb.add_option("OUTPUT", arguments->output, "The file to write; it takes the form of FILE")->required();
-    verb.add_flag("--values", arguments->isValues, "Names, types and values of all entries");
-    verb.add_flag("--ui", arguments->isUi, "Presentation data of all entries");
-    verb.callback([arguments] { Export(*arguments); });
+    CLI::App& verb =
+        AddVerb(app, "export", "Write the values or the presentation data of a settings file to another file",
+                "mox-xml export camera.xml values.xml --values\n"
+                "mox-xml export camera.xml ui.xml --ui");
+    AddFileArgument(verb, arguments->file);
+    verb.add_option("OUTPUT", arguments->output, "The file to write, in the form of FILE")->required();
+    verb.add_flag("--values", arguments->isValues, "Export the names, types and values of all entries");
+    verb.add_flag("--ui", arguments->isUi, "Export the presentation data of all entries");
+    verb.callback([arguments] { RunExport(*arguments); });
 }
 
-void AddConvert(CLI::App& app, Session& session) {
+void AddConvert(CLI::App& app, Output& output) {
     const auto arguments = std::make_shared<ConvertArguments>();
-    CLI::App& verb =
-        AddVerb(app, "convert", "Change between two bytes and one byte per unit, and nothing else",
-                "mox-xml convert --wide camera.xml --backup\n"
-                "mox-xml convert --narrow camera.xml narrow.xml");
+    CLI::App& verb = AddVerb(app, "convert",
+                             "Convert a file between the wide and the narrow form, and change nothing else",
+                             "mox-xml convert --wide camera.xml --backup\n"
+                             "mox-xml convert --narrow camera.xml narrow.xml");
     verb.add_option("FILE", arguments->path, "The file")->required();
-    verb.add_option("OUTPUT", arguments->output, "The file to write; none: FILE itself");
-    verb.add_flag("--wide", arguments->isWide, "Two bytes per unit, for any text");
-    verb.add_flag("--narrow", arguments->isNarrow, "One byte per unit, for ASCII text");
-    verb.add_option("--from", arguments->from, "The form that FILE has, when it is taken for the other")
+    verb.add_option("OUTPUT", arguments->output, "The file to write; FILE itself by default");
+    verb.add_flag("--wide", arguments->isWide, "Write two bytes per unit, for any text");
+    verb.add_flag("--narrow", arguments->isNarrow, "Write one byte per unit, for ASCII text");
+    verb.add_option("--from", arguments->from, "The form that FILE has; do not detect it")
         ->check(CLI::IsMember({"wide", "narrow"}));
-    verb.add_flag("--lossy", arguments->mayLose, "With --narrow: cut what one byte cannot hold");
-    AddBackup(verb, arguments->withBackup);
-    verb.callback([arguments, &session] { Convert(*arguments, session); });
+    verb.add_flag("--lossy", arguments->isLossy, "With --narrow: keep only the low byte of other characters");
+    AddBackupOption(verb, arguments->withBackup);
+    verb.callback([arguments, &output] { RunConvert(*arguments, output); });
 }
 
 }  // namespace
 
-void AddFileVerbs(CLI::App& app, Session& session) {
+void AddFileVerbs(CLI::App& app, Output& output) {
     AddExport(app);
-    AddConvert(app, session);
+    AddConvert(app, output);
 }
 
 }  // namespace mox::tool

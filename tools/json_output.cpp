@@ -3,27 +3,27 @@
 namespace mox::tool {
 namespace {
 
-void PutText(Json& json, const char* name, const std::string& text) {
+void PutIfNotEmpty(Json& json, const char* name, const std::string& text) {
     if (!text.empty()) json[name] = text;
 }
 
-void PutTrue(Json& json, const char* name, bool value) {
+void PutIfTrue(Json& json, const char* name, bool value) {
     if (value) json[name] = true;
 }
 
 Json UiJson(const UiModel& ui) {
     Json json = Json::object();
     json["control"] = ui.control;
-    PutText(json, "access", ui.access);
-    PutText(json, "flags", ui.flags);
-    PutText(json, "provider", ui.provider);
+    PutIfNotEmpty(json, "access", ui.access);
+    PutIfNotEmpty(json, "flags", ui.flags);
+    PutIfNotEmpty(json, "provider", ui.provider);
     if (ui.providerIndex != 0) json["provider_index"] = ui.providerIndex;
-    PutText(json, "regen", ui.regen);
-    PutText(json, "minimum", ui.minimum);
-    PutText(json, "maximum", ui.maximum);
-    PutText(json, "shown_name", ui.shownName);
-    PutText(json, "comment", ui.comment);
-    PutText(json, "value", ui.value);
+    PutIfNotEmpty(json, "regen", ui.regen);
+    PutIfNotEmpty(json, "minimum", ui.minimum);
+    PutIfNotEmpty(json, "maximum", ui.maximum);
+    PutIfNotEmpty(json, "shown_name", ui.shownName);
+    PutIfNotEmpty(json, "comment", ui.comment);
+    PutIfNotEmpty(json, "value", ui.value);
     return json;
 }
 
@@ -33,7 +33,7 @@ Json TableJson(const TableModel& table) {
     json["first_id"] = table.firstId;
     json["type"] = table.type;
     json["editable"] = table.isEditable;
-    PutTrue(json, "marked", table.isMarked);
+    PutIfTrue(json, "eud", table.hasEud);
     json["entries"] = Json::array();
     for (const EntryModel& entry : table.entries)
         json["entries"].push_back(EntryJson(entry));
@@ -54,9 +54,9 @@ Json EntryJson(const EntryModel& entry) {
         json["readable"] = false;
         return json;
     }
-    PutText(json, "shape", entry.shape);
+    PutIfNotEmpty(json, "shape", entry.shape);
     if (entry.id != 0) json["id"] = entry.id;
-    PutTrue(json, "marked", entry.isMarked);
+    PutIfTrue(json, "eud", entry.hasEud);
     json["value"] = entry.value;
     if (entry.ui.has_value()) json["ui"] = UiJson(*entry.ui);
     return json;

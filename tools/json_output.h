@@ -1,4 +1,4 @@
-// The tool's data as JSON.
+// Converts documents and entries to JSON.
 #ifndef MOX_XMLAPI_TOOLS_JSON_OUTPUT_H
 #define MOX_XMLAPI_TOOLS_JSON_OUTPUT_H
 
@@ -9,12 +9,14 @@
 
 namespace mox::tool {
 
-// Members keep the order in which they are set.
+// Keeps its members in the order in which they are set.
 using Json = nlohmann::ordered_json;
 
-// One JSON text, indented, with its line end. A surrogate without its partner becomes U+FFFD.
+// The JSON text, indented, with a line feed at the end. A surrogate without a partner becomes U+FFFD.
 std::string JsonText(const Json& json);
 
+// The members are the fields of the models, in snake case. Optional ones are left out: empty texts, the numbers and
+// flags that are 0 or false, and what an unreadable entry does not have.
 Json EntryJson(const EntryModel& entry);
 Json DocumentJson(const DocumentModel& document, Form form);
 

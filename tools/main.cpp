@@ -1,4 +1,5 @@
-// mox-xml: looks into the files of mox_xmlApi, changes and checks them.
+// mox-xml: displays, edits and checks the files of mox_xmlApi.
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <new>
@@ -7,85 +8,128 @@
 #include <vector>
 
 #include "tools/command_line.h"
-#include "tools/outcome.h"
+#include "tools/exit_error.h"
+#include "tools/output.h"
 #include "tools/system.h"
+#include "tools/text_format.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
 namespace {
 
 constexpr const char* kExamples =
-    R"(mox-xml show camera.xml                         what is in the file, as a tree
-mox-xml get camera.xml Camera Exposure          the value of a key
+    R"(mox-xml show camera.xml                         print the whole file as a tree
+mox-xml get camera.xml Camera Exposure          print the value of a key
 mox-xml set camera.xml Camera Exposure 2400     change it; the file is replaced safely
-mox-xml keys camera.xml Camera                  the keys of a section, one per line
-mox-xml check camera.xml                        what is wrong with the file, and where
-mox-xml diff old.xml new.xml                    what differs in meaning
-mox-xml convert --wide camera.xml               16-bit text, for letters beyond ASCII)";
+mox-xml keys camera.xml Camera                  list the keys of a section
+mox-xml check camera.xml                        report errors and likely problems
+mox-xml diff old.xml new.xml                    compare the contents of two files
+mox-xml convert --wide camera.xml               store as 16-bit text, which can hold any letter)";
 
 constexpr const char* kFooter =
-    "Exit codes: 0 done, 1 not found (diff: the files differ), 2 wrong usage, 3 the file does not\n"
-    "parse, 4 it cannot be read or written. \"mox-xml VERB --help\" tells more about a verb.\n";
+    "Exit codes: 0 success, 1 not found (diff: the files differ), 2 usage error, 3 syntax error in a\n"
+    "file, 4 a file cannot be read or written, or cannot store a value.\n"
+    "See \"mox-xml VERB --help\" and the manual page mox-xml(1) for more.\n";
 
 class CommandLine {
   public:
-    explicit CommandLine(Session& session) : session_(session) {
+    // The output must outlive this object.
+    explicit CommandLine(Output& output) : output_(output) {
         app_.name("mox-xml");
-        app_.description("Looks into settings and table files, changes and checks them.");
+        app_.description("Displays, edits and checks settings and table files of mox_xmlApi.");
         app_.footer(kFooter);
-        ExamplesInHelp(app_, kExamples);
+        SetHelpExamples(app_, kExamples);
         app_.set_version_flag("--version", "mox-xml " MOX_VERSION);
-        app_.allow_windows_style_options(false);  // a path may begin with "/" everywhere
+        app_.allow_windows_style_options(false);  // a path may begin with "/" on every system
         app_.require_subcommand(1);
-        AddKeyVerbs(app_, session_);
-        AddKeyWritingVerbs(app_, session_);
-        AddEntryVerbs(app_, session_);
-        AddShowVerb(app_, session_);
-        AddFileVerbs(app_, session_);
-        AddDiffVerb(app_, session_);
-        AddCheckVerb(app_, session_);
+        for (const auto addVerbs : kVerbSources)
+            addVerbs(app_, output_);
     }
 
+    // Parses the arguments, and with that runs the verb. Throws ExitError.
     void Run(std::vector<std::string> arguments) {
-        RequireTexts(arguments);
-        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+        RequireUtf8(arguments);
+        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 expects
         try {
             app_.parse(std::move(reversed));
         } catch (const CLI::CallForHelp&) {
-            session_.out += app_.help();
+            output_.data += app_.help();
         } catch (const CLI::CallForVersion&) {
-            session_.Line("mox-xml " MOX_VERSION);
+            output_.PrintLine("mox-xml " MOX_VERSION);
+        } catch (const CLI::ExtrasError&) {
+            ThrowUsageError(UnexpectedArgument());
+        } catch (const CLI::RequiredError& error) {
+            const bool isVerbMissing = InnermostVerb().get_require_subcommand_min() > 0;
+            ThrowUsageError(isVerbMissing ? UnexpectedArgument() : error.what());
         } catch (const CLI::ParseError& error) {
-            throw Stop(ExitCode::kUsage, std::string(error.what()) + " (see \"mox-xml --help\")");
+            ThrowUsageError(Reworded(error.what()));
         }
     }
 
   private:
-    static void RequireTexts(const std::vector<std::string>& arguments) {
+    static void RequireUtf8(const std::vector<std::string>& arguments) {
         for (const std::string& argument : arguments) {
-            if (!mox::Text(argument).isValid()) throw Stop(ExitCode::kUsage, "an argument is no UTF-8 text");
+            if (!mox::Text(argument).isValid())
+                throw ExitError(ExitCode::kUsageError, "an argument is not valid UTF-8");
         }
     }
 
-    Session& session_;
+    [[noreturn]] static void ThrowUsageError(const std::string& message) {
+        throw ExitError(ExitCode::kUsageError, message + " (see \"mox-xml --help\")");
+    }
+
+    // Replaces messages of CLI11 that are hard to understand. All options take at most one value.
+    static std::string Reworded(const std::string& message) {
+        const std::size_t colon = message.find(": ");
+        if (colon == std::string::npos) return message;
+        const std::string option = message.substr(0, colon);
+        const std::string rest = message.substr(colon + 2);
+        if (option == "Could not convert") return "invalid value: " + rest;
+        if (rest.rfind("At Most 1 ", 0) == 0) return option + " can be given only once";
+        if (rest.rfind("1 required ", 0) == 0) return option + " requires a value";
+        return message;
+    }
+
+    // The verb that was parsed last: "get" of "entry get", "entry" if no verb follows it, the program without a verb.
+    const CLI::App& InnermostVerb() const {
+        const CLI::App* verb = &app_;
+        while (!verb->get_subcommands().empty())
+            verb = verb->get_subcommands().front();
+        return *verb;
+    }
+
+    // Describes the first argument that CLI11 could not use. There is none if a verb is missing.
+    std::string UnexpectedArgument() const {
+        const std::vector<std::string> remaining = app_.remaining(true);
+        const auto isArgument = [](const std::string& text) { return text != "--"; };
+        const auto found = std::find_if(remaining.begin(), remaining.end(), isArgument);
+        if (found == remaining.end()) return "a verb is required";
+        const std::string& argument = *found;
+        if (argument.rfind('-', 0) == 0) return "unknown option " + QuotedIfNeeded(argument);
+        const bool isVerb = InnermostVerb().get_require_subcommand_min() > 0;
+        return (isVerb ? "unknown verb " : "unexpected argument ") + QuotedIfNeeded(argument);
+    }
+
+    Output& output_;
     CLI::App app_;
 };
 
-void RunInto(Session& session, std::vector<std::string> arguments) {
-    const auto fail = [&session](ExitCode code, const std::string& message) {
-        session.code = code;
-        session.Message("mox-xml: " + message);
+// Runs the tool. Never throws: failures become a message and an exit code.
+void RunTool(Output& output, std::vector<std::string> arguments) {
+    const auto fail = [&output](ExitCode code, const std::string& message) {
+        output.code = code;
+        output.PrintMessage(message);
     };
     try {
-        CommandLine(session).Run(std::move(arguments));
-    } catch (const Stop& stop) {
-        fail(stop.Code(), stop.what());
+        CommandLine(output).Run(std::move(arguments));
+    } catch (const ExitError& error) {
+        fail(error.Code(), error.what());
     } catch (const std::bad_alloc&) {
-        fail(ExitCode::kNoAccess, "out of memory");
-    } catch (const std::exception& problem) {
-        fail(ExitCode::kNoAccess, problem.what());
-    } catch (std::int32_t code) {  // what the library itself throws
-        fail(ExitCode::kNoAccess, "the library gave up with code " + std::to_string(code));
+        fail(ExitCode::kIoError, "out of memory");
+    } catch (const std::exception& error) {
+        fail(ExitCode::kIoError, error.what());
+    } catch (std::int32_t code) {  // the library throws these, see mox_xmlApi.h
+        fail(ExitCode::kIoError, "the library failed with error code " + std::to_string(code));
     }
 }
 
@@ -94,9 +138,9 @@ void RunInto(Session& session, std::vector<std::string> arguments) {
 
 int main(int argc, char** argv) {
     namespace tool = mox::tool;
-    tool::Session session;
+    tool::Output output;
     tool::StandardStreams streams;
-    tool::RunInto(session, tool::ProcessArguments(argc, argv));
-    if (!streams.Write(session.out, session.messages)) return static_cast<int>(tool::ExitCode::kNoAccess);
-    return static_cast<int>(session.code);
+    tool::RunTool(output, tool::CommandLineArguments(argc, argv));
+    if (!streams.Write(output.data, output.messages)) return static_cast<int>(tool::ExitCode::kIoError);
+    return static_cast<int>(output.code);
 }

@@ -1,13 +1,13 @@
-// show: a whole document as a tree for people.
+// show: prints a whole document as a tree.
+#include <algorithm>
 #include <memory>
 #include <utility>
 #include <vector>
 
-#include "mox_xmlApi/xml/xml_names.h"
 #include "tools/command_line.h"
 #include "tools/document_model.h"
 #include "tools/json_output.h"
-#include "tools/shown_text.h"
+#include "tools/text_format.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -18,7 +18,7 @@ struct ShowArguments {
     bool isJson = false;
 };
 
-// Parts in brackets, parted by commas; nothing without parts.
+// The parts in brackets, comma-separated; empty without parts.
 std::string InBrackets(const std::vector<std::string>& parts) {
     std::string text;
     for (const std::string& part : parts)
@@ -32,7 +32,7 @@ void AddPart(std::vector<std::string>& parts, const std::string& label, const st
 
 class TreeWriter {
   public:
-    TreeWriter(const DocumentModel& document, Session& session) : document_(document), session_(session) {}
+    TreeWriter(const DocumentModel& document, Output& output) : document_(document), output_(output) {}
 
     void Write() {
         if (document_.root == nullptr) return;
@@ -47,7 +47,7 @@ class TreeWriter {
             } else if (table->isTable) {
                 WriteTable(*table++, 0);
             } else {
-                WriteForeign(*child, 0);
+                WriteOtherElement(*child, 0);
                 ++table;
             }
         }
@@ -55,8 +55,8 @@ class TreeWriter {
 
   private:
     void Line(std::size_t depth, const std::string& text) {
-        constexpr std::size_t kDeepest = 20;  // a hostile file may go down for ever
-        session_.Line(std::string(2 * std::min(depth, kDeepest), ' ') + text);
+        constexpr std::size_t kMaxIndentedDepth = 20;  // a file may be nested to any depth
+        output_.PrintLine(std::string(2 * std::min(depth, kMaxIndentedDepth), ' ') + text);
     }
 
     void WriteComment(const XmlNode& comment, std::size_t depth) {
@@ -68,9 +68,9 @@ class TreeWriter {
         if (table.firstId != 0) parts.push_back("first id " + std::to_string(table.firstId));
         if (table.type != "0000") parts.push_back("type " + table.type);
         if (table.isEditable) parts.emplace_back("editable");
-        if (table.isMarked) parts.emplace_back("marked");
+        if (table.hasEud) parts.emplace_back("eud");
         const char* const word = document_.kind == DocumentKind::Table ? "table " : "section ";
-        const std::string name = table.hasName ? ShownName(table.name) : "without a name";
+        const std::string name = table.hasName ? QuotedIfNeeded(table.name) : "(unnamed)";
         Line(depth, word + name + InBrackets(parts));
         auto entry = table.entries.begin();
         for (const XmlNode* child : table.node->children) {
@@ -79,7 +79,7 @@ class TreeWriter {
             } else if (entry->isReadable) {
                 WriteEntry(*entry++, depth + 1);
             } else {
-                WriteForeign(*child, depth + 1);
+                WriteOtherElement(*child, depth + 1);
                 ++entry;
             }
         }
@@ -88,8 +88,8 @@ class TreeWriter {
     void WriteEntry(const EntryModel& entry, std::size_t depth) {
         std::vector<std::string> parts{entry.shape.empty() ? entry.type : entry.type + " " + entry.shape};
         if (entry.id != 0) parts.push_back("id " + std::to_string(entry.id));
-        if (entry.isMarked) parts.emplace_back("marked");
-        const std::string name = entry.hasName ? ShownName(entry.name) : "(without a name)";
+        if (entry.hasEud) parts.emplace_back("eud");
+        const std::string name = entry.hasName ? QuotedIfNeeded(entry.name) : "(unnamed)";
         Line(depth, name + " = " + Quoted(entry.value) + InBrackets(parts));
         if (entry.ui.has_value()) WriteUi(*entry.ui, depth + 1);
     }
@@ -97,9 +97,9 @@ class TreeWriter {
     void WriteUi(const UiModel& ui, std::size_t depth) {
         std::vector<std::string> parts;
         AddPart(parts, "value", ui.value);
-        AddPart(parts, "from", ui.minimum);
-        AddPart(parts, "to", ui.maximum);
-        if (!ui.access.empty()) parts.push_back(ui.access);
+        AddPart(parts, "minimum", ui.minimum);
+        AddPart(parts, "maximum", ui.maximum);
+        if (!ui.access.empty()) parts.push_back("access " + ui.access);
         if (!ui.flags.empty()) parts.push_back("flags " + ui.flags);
         AddPart(parts, "regen", ui.regen);
         if (!ui.provider.empty() || ui.providerIndex != 0) {
@@ -111,8 +111,8 @@ class TreeWriter {
         if (!ui.comment.empty()) Line(depth, "comment " + Quoted(ui.comment));
     }
 
-    // What is no section and no entry, with all that it holds.
-    void WriteForeign(const XmlNode& top, std::size_t topDepth) {
+    // Writes an element that is neither a section nor an entry, with everything in it.
+    void WriteOtherElement(const XmlNode& top, std::size_t topDepth) {
         std::vector<std::pair<const XmlNode*, std::size_t>> waiting{{&top, topDepth}};
         while (!waiting.empty()) {
             const auto [node, depth] = waiting.back();
@@ -132,30 +132,30 @@ class TreeWriter {
     }
 
     const DocumentModel& document_;
-    Session& session_;
+    Output& output_;
 };
 
-void Show(const ShowArguments& arguments, Session& session) {
-    const SourceFile file(arguments.file.path, arguments.file.ForcedForm());
+void RunShow(const ShowArguments& arguments, Output& output) {
+    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
     file.RequireParsed();
     const DocumentModel document = ReadDocument(file);
     if (arguments.isJson) {
-        session.out += JsonText(DocumentJson(document, file.GetForm()));
+        output.data += JsonText(DocumentJson(document, file.GetForm()));
         return;
     }
-    session.Line(KindName(document.kind) + (file.GetForm() == Form::Wide ? ", wide" : ", narrow"));
-    TreeWriter(document, session).Write();
+    output.PrintLine(KindName(document.kind) + (file.GetForm() == Form::Wide ? ", wide" : ", narrow"));
+    TreeWriter(document, output).Write();
 }
 
 }  // namespace
 
-void AddShowVerb(CLI::App& app, Session& session) {
+void AddShowVerb(CLI::App& app, Output& output) {
     const auto arguments = std::make_shared<ShowArguments>();
-    CLI::App& show = AddVerb(app, "show", "A whole file as a tree, presentation data included",
+    CLI::App& show = AddVerb(app, "show", "Print a whole file as a tree, with its presentation data",
                              "mox-xml show camera.xml\nmox-xml show tools.xml --json");
-    AddFile(show, arguments->file);
-    AddJson(show, arguments->isJson);
-    show.callback([arguments, &session] { Show(*arguments, session); });
+    AddFileArgument(show, arguments->file);
+    AddJsonOption(show, arguments->isJson);
+    show.callback([arguments, &output] { RunShow(*arguments, output); });
 }
 
 }  // namespace mox::tool

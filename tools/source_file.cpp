@@ -5,8 +5,8 @@
 
 #include "mox_xmlApi/platform/files.h"
 #include "mox_xmlApi/platform/scan.h"
-#include "tools/outcome.h"
-#include "tools/parse_message.h"
+#include "tools/exit_error.h"
+#include "tools/syntax_error.h"
 
 namespace mox::tool {
 namespace {
@@ -14,21 +14,21 @@ namespace {
 std::string ReadBytes(const std::string& path) {
     const mox::Text name(path);
     InputFile file(name.isValid() ? name.c_str() : nullptr);
-    if (!file.IsOpen()) throw Stop(ExitCode::kNoAccess, path + ": the file cannot be opened");
+    if (!file.IsOpen()) throw ExitError(ExitCode::kIoError, path + ": cannot open the file");
     std::string bytes;
-    std::array<char, 64 * 1024> piece;
-    std::size_t count = piece.size();
-    while (count == piece.size()) {
-        count = file.Read(piece.data(), piece.size());
-        bytes.append(piece.data(), count);
+    std::array<char, 64 * 1024> buffer;
+    std::size_t count = buffer.size();
+    while (count == buffer.size()) {
+        count = file.Read(buffer.data(), buffer.size());
+        bytes.append(buffer.data(), count);
     }
-    if (file.Failed()) throw Stop(ExitCode::kNoAccess, path + ": the file cannot be read");
+    if (file.Failed()) throw ExitError(ExitCode::kIoError, path + ": cannot read the file");
     return bytes;
 }
 
-// As the library reads them: low byte first, or each byte with its sign.
-WideString UnitsIn(const std::string& bytes, Form form) {
-    const auto byte = [&bytes](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
+// The units as the library reads them: wide, low byte first; narrow, each byte as a signed number.
+WideString DecodeUnits(const std::string& bytes, Form form) {
+    const auto byte = [&bytes](std::size_t index) { return static_cast<unsigned char>(bytes[index]); };
     WideString units;
     if (form == Form::Wide) {
         units.reserve(bytes.size() / 2);
@@ -42,8 +42,8 @@ WideString UnitsIn(const std::string& bytes, Form form) {
     return units;
 }
 
-// A document begins with "<" or white space, so that the second byte of a wide one is zero; a mark of another kind of
-// text is a unit, too. What holds nothing could be either.
+// A document begins with "<" or white space, so the second byte of a wide one is zero. A byte-order mark of
+// UTF-16 counts, too: such a file does not parse, but the error should name the mark. An empty file has either form.
 bool LooksWide(const std::string& bytes) noexcept {
     if (bytes.empty()) return true;
     if (bytes.size() == 1) return false;
@@ -65,14 +65,15 @@ SourceFile::SourceFile(const std::string& path, std::optional<Form> form) : path
 
 void SourceFile::Parse(const std::string& bytes, Form form) {
     form_ = form;
-    text_ = UnitsIn(bytes, form);
+    text_ = DecodeUnits(bytes, form);
     const std::size_t zero = text_.find(wchar16{0});
     const std::size_t length = std::min(zero, text_.size());
     const std::size_t unitSize = form == Form::Wide ? 2 : 1;
-    const auto behind = bytes.begin() + static_cast<std::ptrdiff_t>(
-                                            std::min(bytes.size(), (length + (zero == length)) * unitSize));
-    unread_ = static_cast<std::size_t>(bytes.end() - behind) -
-              static_cast<std::size_t>(std::count(behind, bytes.end(), '\0'));
+    const std::size_t readUnits = length + (zero == length ? 1 : 0);
+    const auto unread =
+        bytes.begin() + static_cast<std::ptrdiff_t>(std::min(bytes.size(), readUnits * unitSize));
+    unread_ = static_cast<std::size_t>(bytes.end() - unread) -
+              static_cast<std::size_t>(std::count(unread, bytes.end(), '\0'));
     text_.resize(length);
     document_ = std::make_unique<XmlDocument>();
     parsed_ = text_;
@@ -81,7 +82,9 @@ void SourceFile::Parse(const std::string& bytes, Form form) {
 }
 
 void SourceFile::RequireParsed() const {
-    if (!isParsed_) throw Stop(ExitCode::kNotParsed, ParseMessage(*this));
+    if (isParsed_) return;
+    const SyntaxError error = DescribeSyntaxError(*this);
+    throw ExitError(ExitCode::kSyntaxError, AtPosition(*this, error.position, MessageOf(error)));
 }
 
 Position SourceFile::PositionAt(std::size_t offset) const noexcept {

@@ -1,4 +1,4 @@
-// A file as the tool reads it: its bytes, the form they have, and the tree that the library's parser makes of them.
+// A file as the tool reads it: its text, the form it is stored in, and the tree that the library's parser builds.
 #ifndef MOX_XMLAPI_TOOLS_SOURCE_FILE_H
 #define MOX_XMLAPI_TOOLS_SOURCE_FILE_H
 
@@ -15,8 +15,8 @@
 
 namespace mox::tool {
 
-// Lines end with a line feed. A column counts units: 16-bit units of a wide file, bytes of a narrow one. Both begin
-// with 1.
+// A place in the text. Lines end with a line feed. A column counts units: 16-bit units of a wide file, bytes of a narrow
+// one. Both numbers begin with 1.
 struct Position {
     std::size_t line = 1;
     std::size_t column = 1;
@@ -24,33 +24,34 @@ struct Position {
 
 class SourceFile {
   public:
-    // Reads the file and parses it in the form that is asked for, or in the one that its first bytes show. Throws Stop
-    // when it cannot be read.
+    // Reads and parses the file at `path` (UTF-8). Without a form it is detected from the first two bytes. Throws
+    // ExitError (kIoError) if the file cannot be read; IsParsed tells whether it parses.
     SourceFile(const std::string& path, std::optional<Form> form);
     SourceFile(const SourceFile&) = delete;
     SourceFile& operator=(const SourceFile&) = delete;
 
-    // Throws Stop with position and reason when the file does not parse.
+    // Throws ExitError (kSyntaxError) with the position and the reason if the file does not parse.
     void RequireParsed() const;
 
     const std::string& Path() const noexcept { return path_; }
     Form GetForm() const noexcept { return form_; }
 
-    // The text up to the zero that ends it, as it stands in the file.
+    // The text of the file, up to the first zero unit. It belongs to this object, as everything does that it returns.
     WideView Text() const noexcept { return text_; }
-    // How many bytes there are behind that zero, zeros not counted, or behind the last whole unit.
+    // The number of non-zero bytes that follow that zero unit or, without one, the last whole unit.
     std::size_t UnreadBytes() const noexcept { return unread_; }
 
     bool IsParsed() const noexcept { return isParsed_; }
-    // Where and why the parse ended. Set when IsParsed is false.
+    // Where and why the parser gave up. Meaningful only if IsParsed is false.
     const ParseFailure& Failure() const noexcept { return failure_; }
 
-    // The document node, with what was parsed.
+    // The document node. If IsParsed is false, it has the top-level nodes before the error.
     const XmlNode& Tree() const noexcept { return *document_->root; }
     XmlDocument& Document() const noexcept { return *document_; }
 
+    // The position of a unit of Text(), given by its offset; the size of the text is allowed.
     Position PositionAt(std::size_t offset) const noexcept;
-    // Where the node's name stands, or the text of a comment.
+    // The position of the node's name, or of a comment's text. The node must be one that was parsed from the file.
     Position PositionOf(const XmlNode& node) const noexcept;
 
   private:
@@ -58,16 +59,16 @@ class SourceFile {
 
     std::string path_;
     Form form_ = Form::Wide;
-    WideString text_;    // kept: the parser decodes references in place
-    WideString parsed_;  // what the tree refers to
+    WideString text_;    // as it is in the file
+    WideString parsed_;  // a copy, in which the parser decodes references in place; the tree points into it
     std::size_t unread_ = 0;
     bool isParsed_ = false;
     ParseFailure failure_;
     std::unique_ptr<XmlDocument> document_;
-    std::vector<std::size_t> lineStarts_;
+    std::vector<std::size_t> lineStarts_;  // offsets, ascending; the first is 0
 };
 
-// "path:line:column: " in front of the message.
+// "path:line:column: message"
 std::string AtPosition(const SourceFile& file, Position position, const std::string& message);
 
 }  // namespace mox::tool

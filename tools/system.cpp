@@ -17,7 +17,7 @@ namespace mox::tool {
 
 #if defined(_WIN32)
 
-std::vector<std::string> ProcessArguments(int /*argc*/, char** /*argv*/) {
+std::vector<std::string> CommandLineArguments(int /*argc*/, char** /*argv*/) {
     std::vector<std::string> arguments;
     int count = 0;
     wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
@@ -51,7 +51,7 @@ bool CopyFileTo(const std::string& from, const std::string& to) {
 
 #else
 
-std::vector<std::string> ProcessArguments(int argc, char** argv) {
+std::vector<std::string> CommandLineArguments(int argc, char** argv) {
     return argc < 1 ? std::vector<std::string>() : std::vector<std::string>(argv + 1, argv + argc);
 }
 
@@ -71,11 +71,11 @@ bool CopyFileTo(const std::string& from, const std::string& to) {
 #endif
 
 bool StandardStreams::Write(const std::string& data, const std::string& messages) {
-    const bool isOut =
+    const bool isWritten =
         std::fwrite(data.data(), 1, data.size(), stdout) == data.size() && std::fflush(stdout) == 0;
-    // Where messages get lost there is no place to say so.
+    // When messages cannot be written, there is nowhere left to report it.
     static_cast<void>(std::fwrite(messages.data(), 1, messages.size(), stderr));
-    return isOut;
+    return isWritten;
 }
 
 }  // namespace mox::tool

@@ -1,4 +1,4 @@
-// What differs between the systems that the tool runs on.
+// What depends on the operating system.
 #ifndef MOX_XMLAPI_TOOLS_SYSTEM_H
 #define MOX_XMLAPI_TOOLS_SYSTEM_H
 
@@ -7,11 +7,12 @@
 
 namespace mox::tool {
 
-// The arguments of the process without its own name, as UTF-8; on Windows made from the 16-bit command line, where
-// main's own arguments have lost what the code page does not know.
-std::vector<std::string> ProcessArguments(int argc, char** argv);
+// The arguments of main without the program's name. On Windows they are UTF-8, made from the 16-bit command line: argv
+// lacks the characters that the code page lacks. Elsewhere they are the bytes of argv, valid UTF-8 or not.
+std::vector<std::string> CommandLineArguments(int argc, char** argv);
 
-// The standard streams for one run: bytes as they are written, and shown as UTF-8 where they go to a console.
+// The standard output streams. While an object of this class exists, bytes are written unchanged on Windows, and its
+// console takes them for UTF-8.
 class StandardStreams {
   public:
     StandardStreams();
@@ -19,17 +20,17 @@ class StandardStreams {
     StandardStreams(const StandardStreams&) = delete;
     StandardStreams& operator=(const StandardStreams&) = delete;
 
-    // Writes the data to stdout, then the messages to stderr. Returns whether the data are out.
+    // Writes the data to stdout, then the messages to stderr. Returns whether all data were written.
     bool Write(const std::string& data, const std::string& messages);
 
   private:
-    unsigned codePage_ = 0;
+    unsigned codePage_ = 0;  // that the console had before
 };
 
-// Whether there is a file or folder of that name, or something that cannot be looked at. The path is UTF-8.
+// Whether the path (UTF-8) exists. Also true when the system cannot tell, for lack of permission for example.
 bool Exists(const std::string& path);
 
-// Copies a file with its access rights over another one. Returns whether it could. Paths are UTF-8.
+// Copies a file with its permissions, and overwrites `to` if it exists. Paths are UTF-8. Returns whether it succeeded.
 bool CopyFileTo(const std::string& from, const std::string& to);
 
 }  // namespace mox::tool

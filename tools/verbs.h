@@ -1,21 +1,28 @@
-// The verbs. Each function adds a family of them to the command line; they run while it is parsed, write to the session,
-// and end by Stop when something is wrong. The session must live as long as the command line.
+// The verbs of the command line. A function here adds the verbs of one source to `app`. A verb runs as a callback while
+// the command line is parsed: it prints to `output`, which must outlive `app`, and throws ExitError on failure.
+//
+// To add a verb, write its source and enter its function here, twice. Then describe it in mox-xml.1 and completion/;
+// tests/tool/all_verbs_test.cpp compares both with --help.
 #ifndef MOX_XMLAPI_TOOLS_VERBS_H
 #define MOX_XMLAPI_TOOLS_VERBS_H
 
 #include <CLI/CLI.hpp>
 
-#include "tools/outcome.h"
+#include "tools/output.h"
 
 namespace mox::tool {
 
-void AddKeyVerbs(CLI::App& app, Session& session);         // sections, keys, get
-void AddKeyWritingVerbs(CLI::App& app, Session& session);  // set, delete
-void AddEntryVerbs(CLI::App& app, Session& session);       // entries, entry get|set|add|remove
-void AddShowVerb(CLI::App& app, Session& session);         // show
-void AddFileVerbs(CLI::App& app, Session& session);        // export, convert
-void AddDiffVerb(CLI::App& app, Session& session);         // diff
-void AddCheckVerb(CLI::App& app, Session& session);        // check
+void AddKeyVerbs(CLI::App& app, Output& output);         // sections, keys, get
+void AddKeyWritingVerbs(CLI::App& app, Output& output);  // set, delete
+void AddEntryVerbs(CLI::App& app, Output& output);       // entries, entry get|set|add|remove
+void AddShowVerb(CLI::App& app, Output& output);         // show
+void AddFileVerbs(CLI::App& app, Output& output);        // export, convert
+void AddDiffVerb(CLI::App& app, Output& output);         // diff
+void AddCheckVerb(CLI::App& app, Output& output);        // check
+
+// In the order of --help.
+inline constexpr void (*kVerbSources[])(CLI::App& app, Output& output) = {
+    AddKeyVerbs, AddKeyWritingVerbs, AddEntryVerbs, AddShowVerb, AddFileVerbs, AddDiffVerb, AddCheckVerb};
 
 }  // namespace mox::tool
 

@@ -14,24 +14,24 @@ const std::string kTools = TableDocument(kDrill +
                                          "\t<Var name=\"Bits\" type=\"byte\" array=\"array\">\n"
                                          "\t\t<Value>00FF</Value>\n\t</Var>\n");
 
-TEST_F(EntryVerbs, EntriesComeWithTypeAndValue) {
+TEST_F(EntryVerbs, EntriesListsNameTypeAndValue) {
     WriteBytes("t.xml", Wide(kTools));
-    EXPECT_EQ(Data({"entries", "t.xml"}), "Drill 3\tdouble\t3.0\nBits\tbyte array\t00FF\n");
+    EXPECT_EQ(Succeeds({"entries", "t.xml"}), "Drill 3\tdouble\t3.0\nBits\tbyte array\t00FF\n");
 }
 
-TEST_F(EntryVerbs, EntriesAsJsonHaveEverything) {
+TEST_F(EntryVerbs, JsonHasAllFieldsOfAnEntry) {
     WriteBytes("t.xml", Wide(TableDocument(kDrill)));
     const std::string entry =
         "\"name\": \"Drill 3\",\n  \"type\": \"double\",\n  \"id\": 1,\n  \"value\": \"3.0\",\n  \"ui\": {\n"
         "    \"control\": \"num\",\n    \"provider\": \"app\",\n    \"provider_index\": 7,\n    \"minimum\": "
         "\"1\",\n"
         "    \"shown_name\": \"Drill\",\n    \"comment\": \"in mm\"\n  }\n}\n";
-    EXPECT_EQ(Data({"entry", "get", "t.xml", "Drill 3", "--json"}), "{\n  " + entry);
-    EXPECT_EQ(Data({"entries", "t.xml", "--json"}).front(), '[');
-    EXPECT_EQ(Data({"entry", "get", "t.xml", "Drill 3"}), "3.0\n");
+    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "Drill 3", "--json"}), "{\n  " + entry);
+    EXPECT_EQ(Succeeds({"entries", "t.xml", "--json"}).front(), '[');
+    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "Drill 3"}), "3.0\n");
 }
 
-TEST_F(EntryVerbs, WhatIsNotThereGivesOne) {
+TEST_F(EntryVerbs, MissingNamesExitWithOne) {
     WriteBytes("t.xml", Wide(kTools));
     Fails(1, {"entry", "get", "t.xml", "Drill"}, "t.xml: no entry Drill\n");
     Fails(1, {"entry", "set", "t.xml", "Drill", "1"}, "t.xml: no entry Drill\n");
@@ -41,68 +41,77 @@ TEST_F(EntryVerbs, WhatIsNotThereGivesOne) {
     EXPECT_EQ(ReadBytes("t.xml"), Wide(kTools));
 }
 
-TEST_F(EntryVerbs, SetChangesTheValueAlone) {
+TEST_F(EntryVerbs, SetChangesOnlyTheValue) {
     WriteBytes("t.xml", Wide(TableDocument(kDrill)));
-    Data({"entry", "set", "t.xml", "Drill 3", "3.2"});
-    EXPECT_EQ(Data({"entry", "get", "t.xml", "Drill 3"}), "3.2\n");
-    EXPECT_EQ(Data({"diff", "t.xml", "t.xml"}), "");
+    Succeeds({"entry", "set", "t.xml", "Drill 3", "3.2"});
+    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "Drill 3"}), "3.2\n");
+    EXPECT_EQ(Succeeds({"diff", "t.xml", "t.xml"}), "");
     const std::string after = ReadBytes("t.xml");
     WriteBytes("old.xml", Wide(TableDocument(kDrill)));
     EXPECT_EQ(RunTool({"diff", "old.xml", "t.xml"}).out, "~ Tools/Drill 3 value: \"3.0\" -> \"3.2\"\n");
     EXPECT_EQ(ReadBytes("t.xml"), after);
 }
 
-TEST_F(EntryVerbs, SetChangesTheFieldsThatAreGiven) {
+TEST_F(EntryVerbs, SetChangesOnlyTheFieldsThatAreGiven) {
     WriteBytes("old.xml", Wide(TableDocument(kDrill)));
     WriteBytes("t.xml", Wide(TableDocument(kDrill)));
-    Data({"entry", "set", "t.xml", "Drill 3", "--comment", "Länge in mm", "--id", "12"});
+    Succeeds({"entry", "set", "t.xml", "Drill 3", "--comment", "Länge in mm", "--id", "12"});
     EXPECT_EQ(
         RunTool({"diff", "old.xml", "t.xml"}).out,
         "~ Tools/Drill 3 id: \"1\" -> \"12\"\n~ Tools/Drill 3 ui.comment: \"in mm\" -> \"Länge in mm\"\n");
-    Data({"entry", "set", "t.xml", "Drill 3", "4", "--type", "long", "--vector", "--control", "text"});
-    EXPECT_EQ(Data({"entries", "t.xml"}), "Drill 3\tlong vector\t4\n");
-    EXPECT_NE(Data({"show", "t.xml"}).find("shown as text \"Drill\"  [from \"1\", provider app 7]"),
+    Succeeds({"entry", "set", "t.xml", "Drill 3", "4", "--type", "long", "--vector", "--control", "text"});
+    EXPECT_EQ(Succeeds({"entries", "t.xml"}), "Drill 3\tlong vector\t4\n");
+    EXPECT_NE(Succeeds({"show", "t.xml"}).find("shown as text \"Drill\"  [minimum \"1\", provider app 7]"),
               std::string::npos);
 }
 
-TEST_F(EntryVerbs, AddPutsAnEntryAtTheEndOrBeforeAnother) {
+TEST_F(EntryVerbs, AddInsertsAtTheEndOrBeforeAnotherEntry) {
     WriteBytes("t.xml", Wide(TableDocument("")));
-    Data({"entry", "add", "t.xml", "b", "2", "--type", "double", "--id", "5"});
-    Data({"entry", "add", "t.xml", "c"});
-    Data({"entry", "add", "t.xml", "ä ", "1", "--before", "b", "--type", "byte", "--array"});
-    EXPECT_EQ(Data({"entries", "t.xml"}), "ä \tbyte array\t1\nb\tdouble\t2\nc\tstring\t\n");
-    EXPECT_EQ(Data({"entry", "get", "t.xml", "b", "--json"}),
+    Succeeds({"entry", "add", "t.xml", "b", "2", "--type", "double", "--id", "5"});
+    Succeeds({"entry", "add", "t.xml", "c"});
+    Succeeds({"entry", "add", "t.xml", "ä ", "1", "--before", "b", "--type", "byte", "--array"});
+    EXPECT_EQ(Succeeds({"entries", "t.xml"}), "ä \tbyte array\t1\nb\tdouble\t2\nc\tstring\t\n");
+    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "b", "--json"}),
               "{\n  \"name\": \"b\",\n  \"type\": \"double\",\n  \"id\": 5,\n  \"value\": \"2\"\n}\n");
 }
 
-TEST_F(EntryVerbs, AddTakesPresentationData) {
+TEST_F(EntryVerbs, AddStoresPresentationData) {
     WriteBytes("t.xml", Wide(TableDocument("")));
-    Data({"entry", "add", "t.xml", "a", "1", "--control", "switch", "--shown-name", "An/Aus", "--comment",
-          "c", "--provider", "erg", "--provider-index", "3", "--ui-value", "x"});
+    Succeeds({"entry", "add", "t.xml", "a", "1", "--control", "switch", "--shown-name", "An/Aus", "--comment",
+              "c", "--provider", "erg", "--provider-index", "3", "--ui-value", "x"});
     EXPECT_NE(
-        Data({"show", "t.xml"})
+        Succeeds({"show", "t.xml"})
             .find("  a = \"1\"  [string]\n    shown as switch \"An/Aus\"  [value \"x\", provider erg 3]\n"
                   "    comment \"c\"\n"),
         std::string::npos);
 }
 
-TEST_F(EntryVerbs, WordsAreLookedAt) {
+TEST_F(EntryVerbs, RejectsInvalidArguments) {
     WriteBytes("t.xml", Wide(kTools));
-    Fails(2, {"entry", "add", "t.xml", "a", "--type", "float"}, "float is no type");
-    Fails(2, {"entry", "add", "t.xml", "a", "--control", "slider"}, "slider is no control");
-    Fails(2, {"entry", "add", "t.xml", "a", "--provider", "me"}, "me is no provider");
-    Fails(2, {"entry", "add", "t.xml", "a", "--id", "x"}, "id");
-    Fails(2, {"entry", "add", "t.xml", "Bits"}, "there is an entry Bits already");
-    Fails(2, {"entry", "add", "t.xml", ""}, "an entry has a name");
-    Fails(2, {"entry", "set", "t.xml", "Bits"}, "wants a value");
-    Fails(2, {"entry"}, "subcommand");
+    Fails(2, {"entry", "add", "t.xml", "a", "--type", "float"},
+          "unknown type float (expected short, long, double, string, bool, char, byte, ushort, ulong or "
+          "ucstring)");
+    Fails(2, {"entry", "add", "t.xml", "a", "--control", "slider"},
+          "unknown control slider (expected num, text,");
+    Fails(2, {"entry", "add", "t.xml", "a", "--provider", "me"},
+          "unknown provider me (expected app, dwg or erg)");
+    Fails(2, {"entry", "add", "t.xml", "a", "--id", "x"}, "invalid value: --id = x (see \"mox-xml --help\")");
+    Fails(2, {"entry", "add", "t.xml", "Bits"},
+          "t.xml: entry Bits already exists (see \"mox-xml entry set\")");
+    Fails(2, {"entry", "add", "t.xml", ""}, "the entry name must not be empty");
+    Fails(2, {"entry", "set", "t.xml", "Bits"}, "entry set requires a value or another field to change");
+    Fails(2, {"entry", "get", "t.xml", "Bits", "--id"}, "unknown option --id (see \"mox-xml --help\")");
+    Fails(2, {"entry", "show", "t.xml"}, "unknown verb show (see \"mox-xml --help\")");
+    Fails(2, {"entry"}, "mox-xml: a verb is required (see \"mox-xml --help\")");
     EXPECT_EQ(ReadBytes("t.xml"), Wide(kTools));
 }
 
-TEST_F(EntryVerbs, WhatTheTableCannotHoldIsRefused) {
+TEST_F(EntryVerbs, RejectsEntriesThatTheTableCannotStore) {
     WriteBytes("t.xml", Wide(kTools));
-    Fails(4, {"entry", "add", "t.xml", std::string(300, 'n'), "1"}, "cannot hold entry");
-    Fails(4, {"entry", "add", "t.xml", "a", "--ui-value", "1"}, "cannot hold entry a");
+    Fails(4, {"entry", "add", "t.xml", std::string(300, 'n'), "1"},
+          "t.xml: the table cannot store entry nnn");
+    Fails(4, {"entry", "add", "t.xml", "a", "--ui-value", "1"},
+          "t.xml: the table cannot store entry a with these fields; nothing was changed");
     EXPECT_EQ(ReadBytes("t.xml"), Wide(kTools));
 }
 
@@ -112,46 +121,52 @@ TEST_F(EntryVerbs, ATableWithItsValuesInThePresentationDataTakesOneValuePerEntry
         "\t<Var name=\"a\" type=\"long\">\n\t\t<UI control=\"num\">\n\t\t\t<Value>1</Value>\n\t\t</UI>\n"
         "\t</Var>\n");
     WriteBytes("t.xml", Wide(table));
-    Fails(4, {"entry", "set", "t.xml", "a", "2", "--ui-value", "3"}, "cannot hold entry a");
-    Fails(4, {"entry", "add", "t.xml", "b", "2", "--ui-value", "3"}, "cannot hold entry b");
+    Fails(4, {"entry", "set", "t.xml", "a", "2", "--ui-value", "3"},
+          "cannot store entry a with these fields");
+    Fails(4, {"entry", "add", "t.xml", "b", "2", "--ui-value", "3"},
+          "cannot store entry b with these fields");
     EXPECT_EQ(ReadBytes("t.xml"), Wide(table));
-    Data({"entry", "set", "t.xml", "a", "2", "--id", "7"});
-    Data({"entry", "add", "t.xml", "b", "3", "--control", "switch"});
-    EXPECT_EQ(Data({"entry", "get", "t.xml", "a"}), "2\n");
-    EXPECT_EQ(Data({"entry", "get", "t.xml", "b"}), "3\n");
-    const std::string shown = Data({"show", "t.xml"});
+    Succeeds({"entry", "set", "t.xml", "a", "2", "--id", "7"});
+    Succeeds({"entry", "add", "t.xml", "b", "3", "--control", "switch"});
+    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "a"}), "2\n");
+    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "b"}), "3\n");
+    const std::string shown = Succeeds({"show", "t.xml"});
     EXPECT_NE(shown.find("shown as num  [value \"2\"]"), std::string::npos) << shown;
     EXPECT_NE(shown.find("shown as switch  [value \"3\"]"), std::string::npos) << shown;
 }
 
-TEST_F(EntryVerbs, RemoveTakesTheFirstOrAll) {
+TEST_F(EntryVerbs, RemoveRemovesTheFirstOrAll) {
     WriteBytes("t.xml", Wide(TableDocument(Var("a", "1") + Var("b", "2") + Var("a", "3") + Var("a", "4"))));
-    Data({"entry", "remove", "t.xml", "a"});
-    EXPECT_EQ(Data({"entries", "t.xml"}), "b\tstring\t2\na\tstring\t3\na\tstring\t4\n");
-    Data({"entry", "remove", "t.xml", "a", "--all"});
-    EXPECT_EQ(Data({"entries", "t.xml"}), "b\tstring\t2\n");
+    Succeeds({"entry", "remove", "t.xml", "a"});
+    EXPECT_EQ(Succeeds({"entries", "t.xml"}), "b\tstring\t2\na\tstring\t3\na\tstring\t4\n");
+    Succeeds({"entry", "remove", "t.xml", "a", "--all"});
+    EXPECT_EQ(Succeeds({"entries", "t.xml"}), "b\tstring\t2\n");
 }
 
-TEST_F(EntryVerbs, SectionsAreTablesToo) {
+TEST_F(EntryVerbs, WorksOnSections) {
     WriteBytes("s.xml", Narrow(Settings("<Table name=\"A b\">" + Var("k", "1") + "</Table>")));
-    EXPECT_EQ(Data({"entries", "s.xml", "--section", "A b"}), "k\tstring\t1\n");
-    Data({"entry", "set", "s.xml", "k", "2", "--section", "A b", "--type", "long"});
-    Data({"entry", "add", "s.xml", "new", "x", "--section", "A b"});
-    EXPECT_EQ(Data({"entries", "s.xml", "--section", "A b"}), "k\tlong\t2\nnew\tstring\tx\n");
-    Data({"entry", "remove", "s.xml", "k", "--section", "A b"});
-    EXPECT_EQ(Data({"keys", "s.xml", "A b"}), "new\n");
+    EXPECT_EQ(Succeeds({"entries", "s.xml", "--section", "A b"}), "k\tstring\t1\n");
+    Succeeds({"entry", "set", "s.xml", "k", "2", "--section", "A b", "--type", "long"});
+    Succeeds({"entry", "add", "s.xml", "new", "x", "--section", "A b"});
+    EXPECT_EQ(Succeeds({"entries", "s.xml", "--section", "A b"}), "k\tlong\t2\nnew\tstring\tx\n");
+    Succeeds({"entry", "remove", "s.xml", "k", "--section", "A b"});
+    EXPECT_EQ(Succeeds({"keys", "s.xml", "A b"}), "new\n");
     Fails(1, {"entries", "s.xml", "--section", "Nope"}, "s.xml: no section Nope");
-    Fails(2, {"entries", "s.xml"}, "wants a table document, or --section");
-    Fails(4, {"entry", "add", "s.xml", "a", "--comment", "ü", "--section", "A b"}, "cannot keep \"ü\"");
+    Fails(2, {"entries", "s.xml"},
+          "s.xml: found a settings document, expected a table document (for a section of a settings "
+          "document, use --section)");
+    Fails(4, {"entry", "add", "s.xml", "a", "--comment", "ü", "--section", "A b"},
+          "s.xml: a narrow file cannot store \"ü\" (see \"mox-xml convert --wide\")");
     EXPECT_EQ(ReadBytes("s.xml")[1], '?');  // narrow as before
 }
 
-TEST_F(EntryVerbs, ANarrowTableDocumentCanBeReadAndConvertedOnly) {
+TEST_F(EntryVerbs, NarrowTableDocumentsCanOnlyBeReadAndConverted) {
     WriteBytes("t.xml", Narrow(kTools));
-    EXPECT_EQ(Data({"entry", "get", "t.xml", "Bits"}), "00FF\n");
-    Fails(4, {"entry", "set", "t.xml", "Bits", "11"}, "has to be wide");
+    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "Bits"}), "00FF\n");
+    Fails(4, {"entry", "set", "t.xml", "Bits", "11"},
+          "t.xml: a table document must be wide (see \"mox-xml convert --wide\")");
     EXPECT_EQ(ReadBytes("t.xml"), Narrow(kTools));
-    Data({"convert", "--wide", "t.xml"});
+    Succeeds({"convert", "--wide", "t.xml"});
     EXPECT_EQ(ReadBytes("t.xml"), Wide(kTools));
 }
 

@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "mox_xmlApi/front/text.hpp"
-#include "tests/tool/start_support.h"
+#include "tests/tool/run_program_support.h"
 
 namespace fs = std::filesystem;
 
@@ -26,7 +26,7 @@ Result RunTool(const std::vector<std::string>& arguments) {
     if (program == nullptr) throw std::runtime_error("MOX_TOOL is not set");
     const std::string messages = (fs::path(std::getenv("MOX_TEST_TMP")) / "messages.txt").string();
     Result result;
-    result.code = Start(program, arguments, messages, result.out);
+    result.code = RunProgram(program, arguments, messages, result.out);
     result.err = ReadBytes(messages);
     return result;
 }
@@ -91,7 +91,7 @@ void ToolTest::TearDown() {
     fs::current_path(startFolder);
 }
 
-std::string ToolTest::Data(const std::vector<std::string>& arguments) {
+std::string ToolTest::Succeeds(const std::vector<std::string>& arguments) {
     const Result result = RunTool(arguments);
     EXPECT_EQ(result.code, 0) << result;
     EXPECT_EQ(result.err, "");

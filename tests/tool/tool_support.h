@@ -1,4 +1,4 @@
-// Runs the tool in an empty folder of its own and looks at what it leaves behind.
+// Runs the tool in an empty folder, and writes and reads the files there.
 #ifndef MOX_XMLAPI_TESTS_TOOL_TOOL_SUPPORT_H
 #define MOX_XMLAPI_TESTS_TOOL_TOOL_SUPPORT_H
 
@@ -11,7 +11,7 @@ namespace tool {
 
 struct Result {
     int code = -1;
-    std::string out{};  // read from a pipe
+    std::string out{};
     std::string err{};
 
     friend bool operator==(const Result& a, const Result& b) {
@@ -23,39 +23,40 @@ struct Result {
     }
 };
 
-// Starts the tool with the arguments, which are UTF-8, and waits for its end.
+// Runs the tool with the arguments (UTF-8).
 Result RunTool(const std::vector<std::string>& arguments);
 
-// ---- files in the current folder. Names are UTF-8.
+// ---- files in the current folder; names are UTF-8
 
 void WriteBytes(const std::string& name, const std::string& bytes);
 std::string ReadBytes(const std::string& name);
 bool Exists(const std::string& name);
 
-// What a file with this text holds: with its zero, narrow as it is, wide from UTF-8.
+// The bytes of a file with this text and the zero that ends it. For a narrow file the bytes are taken as they are; for a
+// wide one the text is UTF-8.
 std::string Narrow(const std::string& text);
 std::string Wide(const std::string& utf8);
 
-// A settings document with these lines below the root.
+// A settings document with these lines in its root element.
 std::string Settings(const std::string& inner);
-// A table document called "Tools" with these lines in it.
+// A table document named "Tools" with these lines in it.
 std::string TableDocument(const std::string& inner);
 
-// An entry of type "string".
+// An entry of the type "string".
 std::string Var(const std::string& name, const std::string& value);
 
-// The folder of the tests in the source tree, as it was when the program started.
+// The folder tests/ of the source tree, in which the test program was started.
 std::string SourceFolder();
 
-// Each test works in an empty folder.
+// Each test begins in an empty folder.
 class ToolTest : public testing::Test {
   protected:
     void SetUp() override;
     void TearDown() override;
 
-    // Runs the tool and expects that it is done, without a message. Returns its data.
-    static std::string Data(const std::vector<std::string>& arguments);
-    // Runs the tool and expects that it fails with the code, writes no data and a message that holds the text.
+    // Runs the tool; expects success and no messages. Returns its stdout.
+    static std::string Succeeds(const std::vector<std::string>& arguments);
+    // Runs the tool; expects this exit code, an empty stdout, and a message that contains the text.
     static void Fails(int code, const std::vector<std::string>& arguments, const std::string& message);
 };
 

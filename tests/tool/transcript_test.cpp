@@ -1,6 +1,6 @@
-// The transcript in the README: its commands, run on the files of the examples, say what it says.
+// Runs the commands of the transcript in the README on the example files, and compares their output with the transcript.
 //
-// With MOX_WRITE_TRANSCRIPT set, the README is rewritten instead (tests/tool/write_transcript.sh).
+// If MOX_WRITE_TRANSCRIPT is set, the test updates the README instead (tests/tool/write_transcript.sh).
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -19,7 +19,7 @@ const std::string kBegin =
     "<!-- transcript of mox-xml, made by tests/tool/write_transcript.sh -->\n```console\n";
 const std::string kEnd = "```\n";
 
-// A command line in words: double quotes hold what is between them together.
+// Splits a command line at spaces that are not in double quotes.
 std::vector<std::string> WordsOf(const std::string& line) {
     std::vector<std::string> words;
     bool isQuoted = false;
@@ -40,8 +40,8 @@ std::vector<std::string> WordsOf(const std::string& line) {
     return words;
 }
 
-// The same commands with what they write now.
-std::string Replayed(const std::string& transcript) {
+// The commands of a transcript with their present output.
+std::string Replay(const std::string& transcript) {
     const std::string prompt = "$ mox-xml ";
     std::string replayed;
     std::istringstream lines(transcript);
@@ -55,7 +55,7 @@ std::string Replayed(const std::string& transcript) {
     return replayed;
 }
 
-TEST_F(Transcript, OfTheReadmeIsWhatTheToolSays) {
+TEST_F(Transcript, OfTheReadmeMatchesTheOutputOfTheTool) {
     const std::string path = SourceFolder() + "/../README.md";
     const std::string readme = ReadBytes(path);
     const std::size_t begin = readme.find(kBegin);
@@ -69,12 +69,12 @@ TEST_F(Transcript, OfTheReadmeIsWhatTheToolSays) {
     WriteBytes("broken.xml", broken.replace(broken.find("</Table>"), 8, "</Tabel>"));
 
     const std::string written = readme.substr(textBegin, textEnd - textBegin);
-    const std::string replayed = Replayed(written);
+    const std::string replayed = Replay(written);
     if (std::getenv("MOX_WRITE_TRANSCRIPT") != nullptr) {
         WriteBytes(path, readme.substr(0, textBegin) + replayed + readme.substr(textEnd));
         return;
     }
-    EXPECT_EQ(written, replayed) << "tests/tool/write_transcript.sh brings the README up to date";
+    EXPECT_EQ(written, replayed) << "run tests/tool/write_transcript.sh to update the README";
     EXPECT_GE(std::count(replayed.begin(), replayed.end(), '$'), 8);
 }
 

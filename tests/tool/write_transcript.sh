@@ -1,6 +1,6 @@
 #!/bin/sh
-# write_transcript.sh: runs the commands of the README's transcript of mox-xml and writes what they say now into it.
-# The "linux" preset must have been built.
+# write_transcript.sh: updates the transcript of mox-xml in the README: runs its commands and replaces their output.
+# Build the preset "linux" first.
 set -eu
 cd "$(dirname "$0")/.."
 scratch=$(mktemp -d)

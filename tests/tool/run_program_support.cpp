@@ -1,4 +1,4 @@
-#include "tests/tool/start_support.h"
+#include "tests/tool/run_program_support.h"
 
 #include <array>
 
@@ -21,7 +21,8 @@ namespace tool {
 
 namespace {
 
-// One argument as the runtime of the other program takes a command line apart: backslashes count only before a quote.
+// Quotes one argument so that the runtime of the other program splits the command line as intended: a backslash is an
+// escape only before a quote.
 std::wstring QuotedArgument(const std::string& argument) {
     std::wstring quoted(L"\"");
     std::size_t backslashes = 0;
@@ -36,8 +37,8 @@ std::wstring QuotedArgument(const std::string& argument) {
 
 }  // namespace
 
-int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& messages,
-          std::string& out) {
+int RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+               const std::string& messages, std::string& out) {
     std::wstring line = QuotedArgument(program);
     for (const std::string& argument : arguments)
         line += L" " + QuotedArgument(argument);
@@ -61,11 +62,11 @@ int Start(const std::string& program, const std::vector<std::string>& arguments,
     CloseHandle(file);
     DWORD code = static_cast<DWORD>(-1);
     if (isStarted != 0) {
-        std::array<char, 4096> piece;
+        std::array<char, 4096> buffer;
         DWORD count = 0;
-        while (ReadFile(readEnd, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0 &&
+        while (ReadFile(readEnd, buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) != 0 &&
                count > 0)
-            out.append(piece.data(), count);
+            out.append(buffer.data(), count);
         WaitForSingleObject(process.hProcess, INFINITE);
         GetExitCodeProcess(process.hProcess, &code);
         CloseHandle(process.hProcess);
@@ -77,8 +78,8 @@ int Start(const std::string& program, const std::vector<std::string>& arguments,
 
 #else
 
-int Start(const std::string& program, const std::vector<std::string>& arguments, const std::string& messages,
-          std::string& out) {
+int RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+               const std::string& messages, std::string& out) {
     std::vector<std::string> copies{program};
     copies.insert(copies.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
@@ -100,9 +101,9 @@ int Start(const std::string& program, const std::vector<std::string>& arguments,
     posix_spawn_file_actions_destroy(&actions);
     close(ends[1]);
     if (error == 0) {
-        std::array<char, 4096> piece;
-        for (ssize_t count = 0; (count = read(ends[0], piece.data(), piece.size())) > 0;)
-            out.append(piece.data(), static_cast<std::size_t>(count));
+        std::array<char, 4096> buffer;
+        for (ssize_t count = 0; (count = read(ends[0], buffer.data(), buffer.size())) > 0;)
+            out.append(buffer.data(), static_cast<std::size_t>(count));
     }
     close(ends[0]);
     int status = 0;

@@ -1,4 +1,4 @@
-#include "tools/shown_text.h"
+#include "tools/text_format.h"
 
 #include <algorithm>
 
@@ -6,8 +6,6 @@
 
 namespace mox::tool {
 namespace {
-
-constexpr std::string_view kDigits = "0123456789ABCDEF";
 
 bool IsControl(char character) noexcept {
     const auto byte = static_cast<unsigned char>(character);
@@ -36,8 +34,7 @@ void AppendEscaped(std::string& out, char character) {
         out += character;
         return;
     }
-    const auto byte = static_cast<unsigned char>(character);
-    out.append("\\u00").append(1, kDigits[byte >> 4]).append(1, kDigits[byte & 0xF]);
+    out.append("\\u").append(Hex(static_cast<unsigned char>(character), 4));
 }
 
 }  // namespace
@@ -53,7 +50,7 @@ std::string Quoted(std::string_view text) {
     return quoted + "\"";
 }
 
-std::string ShownName(std::string_view name) {
+std::string QuotedIfNeeded(std::string_view name) {
     const bool isPlain = !name.empty() && name.front() != ' ' && name.back() != ' ' &&
                          std::none_of(name.begin(), name.end(), [](char character) {
                              return IsControl(character) || character == '"' || character == '/' ||
@@ -62,11 +59,23 @@ std::string ShownName(std::string_view name) {
     return isPlain ? std::string(name) : Quoted(name);
 }
 
-std::string UnitNumber(std::uint32_t unit) {
-    std::string number("U+");
-    for (int shift = 12; shift >= 0; shift -= 4)
-        number += kDigits[(unit >> shift) & 0xF];
-    return number;
+std::string Hex(std::uint32_t number, int digits) {
+    std::string text;
+    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
+        text += "0123456789ABCDEF"[(number >> shift) & 0xF];
+    return text;
+}
+
+std::string UnitText(std::uint32_t unit) {
+    return "U+" + Hex(unit, 4);
+}
+
+std::string ByteText(std::uint32_t byte) {
+    return "0x" + Hex(byte, 2);
+}
+
+std::string Counted(std::size_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 }  // namespace mox::tool

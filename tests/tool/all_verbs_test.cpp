@@ -1,4 +1,4 @@
-// What holds for every verb: usage, files that must not be touched, backups, help.
+// What all verbs share: usage errors, files that must stay unchanged, backups, help.
 #include <filesystem>
 
 #include "tests/tool/tool_support.h"
@@ -15,11 +15,11 @@ namespace fs = std::filesystem;
 namespace tool {
 namespace {
 
-using Safety = ToolTest;
+using AllVerbs = ToolTest;
 
 const std::string kText = Settings("\t<Table name=\"S\" eud=\"true\">\n" + Var("k", "1") + "\t</Table>\n");
 
-// Every verb on settings files that writes, without the program's options.
+// A call of each verb that changes the settings file kText.
 std::vector<std::vector<std::string>> WritingCalls(const std::string& file) {
     return {{"set", file, "S", "k", "2"},
             {"delete", file, "S", "k"},
@@ -30,94 +30,102 @@ std::vector<std::vector<std::string>> WritingCalls(const std::string& file) {
             {"convert", file, "--wide"}};
 }
 
-std::vector<std::string> FilesHere() {
+std::vector<std::string> FilesInFolder() {
     std::vector<std::string> names;
     for (const fs::directory_entry& entry : fs::directory_iterator("."))
         names.push_back(entry.path().filename().string());
     return names;
 }
 
-TEST_F(Safety, AFileThatDoesNotParseIsNotTouched) {
+TEST_F(AllVerbs, DoNotChangeAFileThatDoesNotParse) {
     const std::string bytes = Narrow(kText).substr(0, 200);
     WriteBytes("a.xml", bytes);
     for (const auto& call : WritingCalls("a.xml"))
         Fails(3, call, "mox-xml: a.xml:");
     EXPECT_EQ(ReadBytes("a.xml"), bytes);
-    EXPECT_EQ(FilesHere(), std::vector<std::string>{"a.xml"});
+    EXPECT_EQ(FilesInFolder(), std::vector<std::string>{"a.xml"});
 }
 
-TEST_F(Safety, AFileThatCannotBeReadGivesFour) {
+TEST_F(AllVerbs, ExitWithFourIfAFileCannotBeRead) {
     fs::create_directory("folder");
     for (const auto& call : WritingCalls("none.xml"))
-        Fails(4, call, "none.xml: the file cannot be opened");
+        Fails(4, call, "none.xml: cannot open the file");
     for (const std::string name : {"folder", "no folder/a.xml", ""}) {
         for (const std::string verb : {"sections", "show", "entries"})
-            Fails(4, {verb, name}, "cannot be ");
-        Fails(4, {"set", name, "S", "k", "v"}, "cannot be ");
+            Fails(4, {verb, name}, ": cannot ");
+        Fails(4, {"set", name, "S", "k", "v"}, ": cannot ");
     }
-    EXPECT_EQ(FilesHere(), std::vector<std::string>{"folder"});
+    EXPECT_EQ(FilesInFolder(), std::vector<std::string>{"folder"});
 }
 
-TEST_F(Safety, ANarrowFileIsNotGivenWhatItCannotKeep) {
+TEST_F(AllVerbs, DoNotWriteNonAsciiTextToANarrowFile) {
     WriteBytes("a.xml", Narrow(kText));
-    Fails(4, {"set", "a.xml", "S", "k", "ü"}, "the file is narrow and cannot keep \"ü\"");
+    Fails(4, {"set", "a.xml", "S", "k", "ü"},
+          "mox-xml: a.xml: a narrow file cannot store \"ü\" (see \"mox-xml convert --wide\")\n");
     Fails(4, {"set", "a.xml", "S", "ü", "1"}, "convert --wide");
     Fails(4, {"set", "a.xml", "ü", "k", "1"}, "convert --wide");
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
 }
 
-TEST_F(Safety, BackupKeepsTheOldFile) {
+TEST_F(AllVerbs, KeepTheOldFileWithBackup) {
     for (auto call : WritingCalls("a.xml")) {
         WriteBytes("a.xml", Narrow(kText));
         WriteBytes("a.xml.bak", "something longer than the file" + std::string(2000, '.'));
         call.emplace_back("--backup");
-        Data(call);
+        Succeeds(call);
         EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kText)) << call[0];
         EXPECT_NE(ReadBytes("a.xml"), Narrow(kText)) << call[0];
     }
 }
 
-TEST_F(Safety, WithoutABackupNothingIsChanged) {
+TEST_F(AllVerbs, ChangeNothingIfTheBackupFails) {
     fs::create_directory("a.xml.bak");
     WriteBytes("a.xml", Narrow(kText));
     for (auto call : WritingCalls("a.xml")) {
         call.emplace_back("--backup");
-        Fails(4, call, "a.xml.bak: the backup cannot be written");
+        Fails(4, call, "a.xml.bak: cannot write the backup; nothing was changed");
     }
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
 }
 
-TEST_F(Safety, TheFormIsKept) {
+TEST_F(AllVerbs, KeepTheForm) {
     WriteBytes("w.xml", Wide(kText));
     WriteBytes("n.xml", Narrow(kText));
-    Data({"set", "w.xml", "S", "k", "ü"});
-    Data({"set", "n.xml", "S", "k", "u"});
+    Succeeds({"set", "w.xml", "S", "k", "ü"});
+    Succeeds({"set", "n.xml", "S", "k", "u"});
     EXPECT_EQ(ReadBytes("w.xml").substr(0, 4), std::string("<\0?\0", 4));
     EXPECT_EQ(ReadBytes("n.xml").substr(0, 4), "<?xm");
     Fails(3, {"set", "w.xml", "S", "k", "1", "--narrow"}, "w.xml:1:2: found the end of the file");
     EXPECT_EQ(RunTool({"get", "n.xml", "S", "k", "--wide"}).code, 3);
-    EXPECT_EQ(Data({"get", "w.xml", "S", "k", "--wide"}), "ü\n");
+    EXPECT_EQ(Succeeds({"get", "w.xml", "S", "k", "--wide"}), "ü\n");
     Fails(2, {"get", "w.xml", "S", "k", "--wide", "--narrow"}, "excludes");
 }
 
-TEST_F(Safety, WrongUsageGivesTwo) {
+TEST_F(AllVerbs, ExitWithTwoOnUsageErrors) {
     WriteBytes("a.xml", Narrow(kText));
-    Fails(2, {}, "subcommand is required");
-    Fails(2, {"frobnicate", "a.xml"}, "mox-xml --help");
+    Fails(2, {}, "mox-xml: a verb is required (see \"mox-xml --help\")\n");
+    Fails(2, {"frobnicate", "a.xml"}, "mox-xml: unknown verb frobnicate (see \"mox-xml --help\")\n");
     Fails(2, {"get", "a.xml", "S"}, "KEY is required");
-    Fails(2, {"get", "a.xml", "S", "k", "more"}, "more");
-    Fails(2, {"keys", "a.xml", "S", "--nope"}, "--nope");
-    Fails(2, {"keys", "a.xml", "S", "/nope"}, "/nope");
+    Fails(2, {"--nope"}, "unknown option --nope");
+    Fails(2, {"--nope", "get", "a.xml", "S", "k"}, "unknown option --nope");
+    Fails(2, {"get", "a.xml", "S", "k", "more"}, "unexpected argument more");
+    Fails(2, {"get", "a.xml", "S", "k", "--", "more"}, "unexpected argument more");
+    Fails(2, {"keys", "a.xml", "S", "--nope"}, "unknown option --nope");
+    Fails(2, {"keys", "a.xml", "S", "/nope"}, "unexpected argument \"/nope\"");
+    Fails(2, {"get", "a.xml", "S", "k", "--default"}, "--default requires a value");
+    Fails(2, {"get", "a.xml", "S", "k", "--default", "1", "--default", "2"},
+          "--default can be given only once");
+    Fails(2, {"check", "a.xml", "b.xml", "--nope"}, "unknown option --nope");
 #if !defined(_WIN32)
-    Fails(2, {"get", "a.xml", "S", "\xFF"}, "an argument is no UTF-8 text");
+    Fails(2, {"get", "a.xml", "S", "\xFF"}, "an argument is not valid UTF-8");
 #endif
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
 }
 
-TEST_F(Safety, TheProgramHasHelpAndAVersion) {
-    EXPECT_EQ(Data({"--help"}).rfind("Examples:\n  mox-xml ", 0), 0U);
-    EXPECT_EQ(Data({"entry", "--help"}).rfind("Examples:\n  mox-xml entry ", 0), 0U);
-    EXPECT_EQ(Data({"--version"}).rfind("mox-xml ", 0), 0U);
+TEST_F(AllVerbs, ProgramHasHelpAndAVersion) {
+    EXPECT_EQ(Succeeds({"--help"}).rfind("Examples:\n  mox-xml ", 0), 0U);
+    EXPECT_EQ(Succeeds({"entry", "--help"}).rfind("Examples:\n  mox-xml entry ", 0), 0U);
+    EXPECT_EQ(Succeeds({"--version"}).rfind("mox-xml ", 0), 0U);
 }
 
 // The words of a text that begin with "--".
@@ -131,7 +139,7 @@ std::vector<std::string> OptionsIn(const std::string& text) {
     return options;
 }
 
-TEST_F(Safety, HelpBeginsWithExamplesAndAgreesWithManualAndCompletion) {
+TEST_F(AllVerbs, HelpHasExamplesAndMatchesManualAndCompletion) {
     const std::string manual = ReadBytes(SourceFolder() + "/../tools/mox-xml.1");
     const std::string completion = ReadBytes(SourceFolder() + "/../tools/completion/mox-xml");
     std::size_t count = 0;
@@ -141,7 +149,7 @@ TEST_F(Safety, HelpBeginsWithExamplesAndAgreesWithManualAndCompletion) {
         std::vector<std::string> call{verb, "--help"};
         if (verb.rfind("entry ", 0) == 0) call = {"entry", verb.substr(6), "--help"};
         EXPECT_NE(manual.find(".B " + verb + " "), std::string::npos) << verb;
-        const std::string help = Data(call);
+        const std::string help = Succeeds(call);
         EXPECT_EQ(help.rfind("Examples:\n  mox-xml " + verb + " ", 0), 0U) << help;
         EXPECT_NE(help.find("Usage: mox-xml " + verb + " "), std::string::npos) << help;
         for (const std::string& option : OptionsIn(help)) {
@@ -158,26 +166,26 @@ TEST_F(Safety, HelpBeginsWithExamplesAndAgreesWithManualAndCompletion) {
 
 #if defined(_WIN32)
 
-TEST_F(Safety, AFileThatMayNotBeWrittenIsNotTouched) {
+TEST_F(AllVerbs, DoNotChangeAReadOnlyFile) {
     WriteBytes("a.xml", Narrow(kText));
     fs::permissions("a.xml", fs::perms::owner_read);
     for (const auto& call : WritingCalls("a.xml"))
-        Fails(4, call, "a.xml: the file cannot be replaced");
+        Fails(4, call, "a.xml: cannot replace the file; it is unchanged");
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
-    EXPECT_EQ(FilesHere(), std::vector<std::string>{"a.xml"});
+    EXPECT_EQ(FilesInFolder(), std::vector<std::string>{"a.xml"});
     fs::permissions("a.xml", fs::perms::owner_all);
 }
 
 #else
 
-TEST_F(Safety, AFullDiskLeavesTheFileAsItWas) {
+TEST_F(AllVerbs, LeaveTheFileUnchangedOnAFullDisk) {
     const std::string bytes = Narrow(Settings("<Table name=\"S\">" + Var("k", std::string(3000, '1')) +
                                               Var("l", std::string(3000, '1')) + "</Table>\n"));
     WriteBytes("a.xml", bytes);
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit small{2048, before.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);  // the write fails instead
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);  // so that the write fails instead
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     std::vector<Result> results;
     for (const auto& call : WritingCalls("a.xml")) {
@@ -187,17 +195,17 @@ TEST_F(Safety, AFullDiskLeavesTheFileAsItWas) {
     std::signal(SIGXFSZ, handler);
     for (const Result& result : results) {
         EXPECT_EQ(result.code, 4) << result;
-        EXPECT_EQ(result.err, "mox-xml: a.xml: the file cannot be replaced; it is as it was\n");
+        EXPECT_EQ(result.err, "mox-xml: a.xml: cannot replace the file; it is unchanged\n");
     }
     EXPECT_EQ(results.size(), 6U);
     EXPECT_EQ(ReadBytes("a.xml"), bytes);
-    EXPECT_EQ(FilesHere(), std::vector<std::string>{"a.xml"});
+    EXPECT_EQ(FilesInFolder(), std::vector<std::string>{"a.xml"});
 }
 
-TEST_F(Safety, RightsAreKeptInTheFileAndItsBackup) {
+TEST_F(AllVerbs, KeepPermissionsOfTheFileAndItsBackup) {
     WriteBytes("a.xml", Narrow(kText));
     ASSERT_EQ(chmod("a.xml", 0640), 0);
-    Data({"set", "a.xml", "S", "k", "2", "--backup"});
+    Succeeds({"set", "a.xml", "S", "k", "2", "--backup"});
     for (const char* const name : {"a.xml", "a.xml.bak"}) {
         struct stat status {};
         ASSERT_EQ(stat(name, &status), 0);
@@ -205,13 +213,13 @@ TEST_F(Safety, RightsAreKeptInTheFileAndItsBackup) {
     }
 }
 
-TEST_F(Safety, OutputThatCannotBeWrittenGivesFour) {
+TEST_F(AllVerbs, ExitWithFourIfStdoutCannotBeWritten) {
     WriteBytes("a.xml", Narrow(kText));
     const std::string command = std::string("'") + std::getenv("MOX_TOOL") + "' show a.xml >/dev/full";
     EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 4);
 }
 
-TEST_F(Safety, DataGoThroughPipesOfTheShell) {
+TEST_F(AllVerbs, WorkInShellPipes) {
     WriteBytes("a.xml", Narrow(Settings("<Table name=\"A b\">" + Var("k", "1") +
                                         "</Table><Table name=\"C\">" + Var("l m", "2") + "</Table>")));
     const std::string script =
