@@ -8,7 +8,7 @@
 #endif
 
 #include "tests/host/host_support.h"
-#include "tests/tool/start_support.h"
+#include "tests/tool/run_program_support.h"
 
 namespace host {
 namespace {
@@ -29,7 +29,7 @@ std::string RunExitHost(const std::string& argument) {
     program.replace_extension(OwnProgram().extension());
     const std::string messages = (ScratchFolder() / "exit_host_messages.txt").string();
     std::string out;
-    const int code = tool::Start(program.string(), {argument}, messages, out);
+    const int code = tool::RunProgram(program.string(), {argument}, messages, out);
     std::erase(out, '\r');
     return std::to_string(code) + "\n" + out + ReadBytes(messages);
 }
