@@ -158,7 +158,7 @@ void CallHost::AddEntry() {
     Check(!hasName || table.element->children.Size() == count + more, "Add adds one entry, or updates one");
     if (more == 1 && position != 0) {
         const auto* next = reinterpret_cast<const XmlNode*>(static_cast<std::uintptr_t>(position));
-        Check(next->index > 0, "the new entry comes before the one that was given");
+        Check(PositionOf(*next) > 0, "the new entry comes before the one that was given");
     }
     if (isAdded && records != 1 && value.writeMask == 0)
         Check(ScanForEntry(*table.element, name) != nullptr, "an added entry is found");

@@ -11,13 +11,16 @@ bool IsSpace(wchar16 unit) {
     return unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r';
 }
 
-void CheckPlace(const XmlNode& parent, const XmlNode& child, std::size_t position) {
-    Check(child.index == static_cast<std::int64_t>(position), "an index equals the position");
+void CheckPlace(const XmlNode& parent, const XmlNode& child) {
+    const bool isFirst = parent.children.First() == &child;
+    Check(child.parent == &parent, "a child knows its parent");
+    Check(isFirst ? child.previous == parent.children.Last() : child.previous->next == &child,
+          "siblings lead to each other");
     Check(child.kind == XmlNodeKind::Element || child.kind == XmlNodeKind::Comment ||
               child.kind == XmlNodeKind::ProcessingInstruction,
           "children are elements, comments and the declaration");
     const bool isDeclaration = child.kind == XmlNodeKind::ProcessingInstruction;
-    Check(!isDeclaration || (parent.kind == XmlNodeKind::Document && position == 0),
+    Check(!isDeclaration || (parent.kind == XmlNodeKind::Document && isFirst),
           "the declaration comes first in the document");
     if (child.kind == XmlNodeKind::Element) {
         Check(!child.name.View().empty(), "an element has a name");
@@ -36,23 +39,26 @@ void CheckPlace(const XmlNode& parent, const XmlNode& child, std::size_t positio
 template <class Visit>
 void Walk(const XmlNode& top, Visit visit) {
     struct Level {
-        const XmlNode* node;
-        std::size_t next;
+        const XmlNode* parent;
+        const XmlNode* next;
+        std::size_t count;
     };
-    std::vector<Level> open{{&top, 0}};
+    std::vector<Level> open{{&top, top.children.First(), 0}};
     while (!open.empty()) {
-        const auto [parent, position] = open.back();
-        if (position == parent->children.Size()) {
+        Level& level = open.back();
+        const XmlNode* child = level.next;
+        if (child == nullptr) {
+            Check(level.count == level.parent->children.Size(), "a list knows how many children it has");
             open.pop_back();
             continue;
         }
-        ++open.back().next;
-        const XmlNode* child = parent->children.At(position);
-        CheckPlace(*parent, *child, position);
+        level.next = child->next;
+        ++level.count;
+        CheckPlace(*level.parent, *child);
         for (const XmlAttribute& attribute : child->attributes)
             Check(!attribute.name.View().empty(), "an attribute has a name");
         visit(*child, open.size());
-        if (child->children.Size() != 0) open.push_back({child, 0});
+        open.push_back({child, child->children.First(), 0});
     }
 }
 
@@ -123,11 +129,12 @@ void CheckLookUps(const XmlDocument& document, XmlNode& parent) {
     };
     lookUp(WideView());
     lookUp(names::kName);
-    const std::size_t count = parent.children.Size();
-    for (std::size_t i = 0; i < count; i += count / kMost + 1) {
+    const std::size_t step = parent.children.Size() / kMost + 1;
+    std::size_t i = 0;
+    for (const XmlNode* child : parent.children) {
         bool hasName = false;
-        const WideView name = NameOf(*parent.children.At(i), hasName);
-        if (hasName) lookUp(name);
+        const WideView name = NameOf(*child, hasName);
+        if (i++ % step == 0 && hasName) lookUp(name);
     }
 }
 

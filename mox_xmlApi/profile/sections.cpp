@@ -37,7 +37,7 @@ XmlNode* NewSection(moxSettings& settings, const TableHeader& header) {
     TableCursor cursor{true, true, &scratch, nullptr, true};
     TableHeader wanted = header;
     OpenTable(cursor, wanted, false);
-    settings.root->children.Reserve(settings.document.Pool(), 1);
+    settings.root->children.CheckRoom();
     XmlNode* section = scratch.DetachLastChild(scratch.root);
     settings.document.AppendNode(settings.root, section);
     return section;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "mox_xmlApi/platform/prefetch.h"
-#include "mox_xmlApi/xml/child_index.h"
+#include "mox_xmlApi/xml/child_lookup.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
@@ -29,22 +29,6 @@ void ReleaseAttribute(XmlAttribute& attribute, XmlPool& pool) noexcept {
     attribute.value.Release(pool);
 }
 
-// The choice that removal by content makes for one child.
-struct ContentMatch {
-    WideView attributeName;
-    WideView value;
-    bool matchElementName;
-
-    bool IsRefused() const noexcept { return attributeName.empty() && !matchElementName; }
-
-    bool operator()(const XmlNode& child) const noexcept {
-        WideView found;
-        if (!attributeName.empty() && XmlDocument::GetAttribute(&child, attributeName, found))
-            return SameText(found, value);
-        return matchElementName && HasName(child, value);
-    }
-};
-
 // For a walk from element to element that reads them: what comes soon, in the tree and in the loaded text.
 void PrefetchAfter(const XmlNode& element) noexcept {
     constexpr int kLines = 4;  // that an element of a few attributes takes with its children, roughly
@@ -52,13 +36,21 @@ void PrefetchAfter(const XmlNode& element) noexcept {
     PrefetchAhead(element.name.View().data(), kLines);
 }
 
+// The child after the position of `cursor`. That is usually a child of `parent`; for one of another parent, or of none,
+// the number of siblings before it counts.
+XmlNode* ChildAfter(const XmlNode& parent, const XmlNode* cursor) noexcept {
+    if (cursor == nullptr) return parent.children.First();
+    if (cursor->parent == &parent) return cursor->next;
+    XmlNode* child = parent.children.First();
+    for (std::int64_t position = PositionOf(*cursor); position >= 0 && child != nullptr; --position)
+        child = child->next;
+    return child;
+}
+
 template <class Qualifies>
 XmlNode* NextElement(const XmlNode* parent, XmlNode*& cursor, Qualifies qualifies) noexcept {
     if (parent == nullptr) return nullptr;
-    const std::size_t count = parent->children.Size();
-    std::size_t position = cursor == nullptr ? 0 : static_cast<std::size_t>(cursor->index + 1);
-    for (; position < count; ++position) {
-        XmlNode* child = parent->children.begin()[position];
+    for (XmlNode* child = ChildAfter(*parent, cursor); child != nullptr; child = child->next) {
         if (!IsElement(*child) || !qualifies(*child)) continue;
         PrefetchAfter(*child);
         return cursor = child;
@@ -67,6 +59,23 @@ XmlNode* NextElement(const XmlNode* parent, XmlNode*& cursor, Qualifies qualifie
 }
 
 }  // namespace
+
+// The choice that removal by content makes for one child.
+struct XmlDocument::ContentMatch {
+    WideView attributeName;
+    WideView value;
+    bool matchElementName;
+
+    bool IsRefused() const noexcept { return attributeName.empty() && !matchElementName; }
+    bool IsByNameAlone() const noexcept { return !matchElementName && SameText(attributeName, names::kName); }
+
+    bool operator()(const XmlNode& child) const noexcept {
+        WideView found;
+        if (!attributeName.empty() && GetAttribute(&child, attributeName, found))
+            return SameText(found, value);
+        return matchElementName && HasName(child, value);
+    }
+};
 
 XmlDocument::XmlDocument() : pool_(XmlPool::Create()), ownsPool_(true) {
     try {
@@ -117,31 +126,29 @@ XmlNode* XmlDocument::CreateNode(WideView name, std::optional<WideView> value, X
     return node;
 }
 
+// A host's position may still refer to the node: it leads nowhere then.
 void XmlDocument::FreeNode(XmlNode* node) noexcept {
     for (XmlAttribute& attribute : node->attributes)
         ReleaseAttribute(attribute, *pool_);
-    ChildIndex::GiveUp(*pool_, *node);
+    ChildLookup::Invalidate(*pool_, *node);
     node->attributes.Release(*pool_);
-    node->children.Release(*pool_);
     node->name.Release(*pool_);
     node->value.Release(*pool_);
+    node->parent = nullptr;
+    node->next = nullptr;
     pool_->Delete(node);
 }
 
-// Goes down to a node without children and back up again. The way back needs no memory: the place that a child
-// had in the list holds the parent of the list's owner while the child is being destroyed.
+// Needs no memory and no stack: the children of a node are put into the chain of its siblings before it is freed.
 void XmlDocument::DestroyNode(XmlNode*& node) noexcept {
-    XmlNode* current = std::exchange(node, nullptr);
-    XmlNode* parent = nullptr;
-    while (current != nullptr) {
-        if (!current->children.IsEmpty()) {
-            XmlNode* child = current->children.ReplaceLast(parent);
-            parent = std::exchange(current, child);
-            continue;
+    for (XmlNode* current = std::exchange(node, nullptr); current != nullptr;) {
+        if (XmlNode* first = current->children.First(); first != nullptr) {
+            first->previous->next = current->next;
+            current->next = first;
         }
+        XmlNode* const next = current->next;
         FreeNode(current);
-        current = parent;
-        if (parent != nullptr) parent = parent->children.PopLast();
+        current = next;
     }
 }
 
@@ -157,22 +164,23 @@ XmlNode* XmlDocument::InsertChild(XmlNode* parent, WideView name, std::optional<
     } else if (kind != XmlNodeKind::Element) {
         return nullptr;
     }
-    if (before != nullptr && !parent->children.Contains(before)) return nullptr;
+    if (before != nullptr && before->parent != parent) return nullptr;
 
-    parent->children.Reserve(*pool_, 1);
+    parent->children.CheckRoom();
     XmlNode* child = CreateNode(name, value, kind);
-    const std::size_t position =
-        before == nullptr ? parent->children.Size() : static_cast<std::size_t>(before->index);
-    ChildIndex::BeforeInsert(*pool_, *parent, position);
-    parent->children.Insert(position, child);
+    if (before == nullptr) {
+        AppendChild(*parent, *child);
+    } else {
+        InsertChildBefore(*child, *const_cast<XmlNode*>(before));
+    }
     return child;
 }
 
 XmlNode& XmlDocument::AppendElement(XmlNode& parent, WideView name, WideView value) {
-    parent.children.Reserve(*pool_, 1);
+    parent.children.CheckRoom();
     XmlNode* child = CreateNode(WideView(), value, XmlNodeKind::Element);
     child->name = XmlText::Slice(name);
-    parent.children.Append(child);
+    AppendChild(parent, *child);
     return *child;
 }
 
@@ -187,72 +195,85 @@ bool XmlDocument::AddDeclaration() {
 
 bool XmlDocument::AppendNode(XmlNode* parent, XmlNode* node) {
     if (parent == nullptr || node == nullptr || node->kind == XmlNodeKind::Document) return false;
-    parent->children.Reserve(*pool_, 1);
-    parent->children.Append(node);
+    parent->children.CheckRoom();
+    AppendChild(*parent, *node);
+    ChildLookup::Entered(*pool_, *node);
     return true;
 }
 
 XmlNode* XmlDocument::DetachLastChild(XmlNode* parent) noexcept {
-    if (parent->children.IsEmpty()) return nullptr;
-    ChildIndex::BeforeRemove(*pool_, *parent, *parent->children.end()[-1]);
-    return parent->children.RemoveLast();
+    XmlNode* last = parent->children.Last();
+    if (last == nullptr) return nullptr;
+    ChildLookup::Leaves(*last);
+    UnlinkChild(*last);
+    return last;
 }
 
-void XmlDocument::RemoveChild(XmlNode& parent, XmlNode* child) noexcept {
-    ChildIndex::BeforeRemove(*pool_, parent, *child);
-    parent.children.RemoveAt(static_cast<std::size_t>(child->index));
+void XmlDocument::RemoveChild(XmlNode* child) noexcept {
+    ChildLookup::Leaves(*child);
+    UnlinkChild(*child);
     DestroyNode(child);
 }
 
 int XmlDocument::RemoveNode(XmlNode* parent, XmlNode* node) noexcept {
-    if (parent == nullptr || node == nullptr || !IsElement(*node) || !parent->children.Contains(node))
-        return 0;
-    RemoveChild(*parent, node);
+    if (parent == nullptr || node == nullptr || !IsElement(*node) || node->parent != parent) return 0;
+    RemoveChild(node);
     return 1;
+}
+
+// Frees the matches from the number `first` on, and no more than `most`. An index of the names leads from match to
+// match; all other matches are looked for among all the children.
+std::size_t XmlDocument::RemoveMatches(XmlNode* parent, const ContentMatch& matches, std::uint64_t first,
+                                       std::uint64_t most) noexcept {
+    if (matches.IsRefused() || parent == nullptr) return 0;
+    const NameIndex* index = nullptr;
+    if (matches.IsByNameAlone()) {
+        index = ChildLookup::IndexOf(*pool_, *parent, NamedChildren::All);
+    } else if (most != 1) {
+        ChildLookup::Invalidate(*pool_, *parent);
+    }
+    std::uint64_t earlier = 0;
+    std::size_t removed = 0;
+    std::size_t lookedAt = 0;
+    XmlNode* child = index != nullptr ? index->First(matches.value) : parent->children.First();
+    while (child != nullptr && removed < most) {
+        XmlNode* const next = index != nullptr ? index->After(*child) : child->next;
+        ++lookedAt;
+        if (matches(*child) && earlier++ >= first) {
+            RemoveChild(child);
+            ++removed;
+        }
+        child = next;
+    }
+    if (index == nullptr && matches.IsByNameAlone()) ChildLookup::ChargeScan(*parent, lookedAt);
+    return removed;
 }
 
 bool XmlDocument::RemoveChildWhere(XmlNode* parent, WideView attributeName, WideView value,
                                    std::uint64_t occurrence, bool matchElementName) noexcept {
-    const ContentMatch matches{attributeName, value, matchElementName};
-    if (matches.IsRefused() || parent == nullptr) return false;
-    std::uint64_t earlier = 0;
-    for (XmlNode* child : parent->children) {
-        if (!matches(*child)) continue;
-        if (occurrence == kFirstMatch || earlier == occurrence) {
-            RemoveChild(*parent, child);
-            return true;
-        }
-        ++earlier;
-    }
-    return false;
+    const std::uint64_t first = occurrence == kFirstMatch ? 0 : occurrence;
+    return RemoveMatches(parent, {attributeName, value, matchElementName}, first, 1) == 1;
 }
 
 std::size_t XmlDocument::RemoveChildrenWhere(XmlNode* parent, WideView attributeName, WideView value,
                                              std::uint64_t firstOccurrence, bool matchElementName) noexcept {
-    const ContentMatch matches{attributeName, value, matchElementName};
-    if (matches.IsRefused() || parent == nullptr) return 0;
-    const std::uint64_t keep = firstOccurrence == kFirstMatch ? 0 : firstOccurrence;
-    const bool byName = SameText(attributeName, names::kName) && !value.empty() && !matchElementName;
-    XmlNode* sole = nullptr;
-    if (byName && keep == 0 && ChildIndex::FindSole(*pool_, *parent, value, sole)) {
-        if (sole != nullptr) RemoveChild(*parent, sole);
-        return sole != nullptr ? 1 : 0;
-    }
-    std::uint64_t earlier = 0;
-    ChildIndex::GiveUp(*pool_, *parent);
-    return parent->children.KeepIf([&](XmlNode* child) {
-        if (!matches(*child) || earlier++ < keep) return true;
-        DestroyNode(child);
-        return false;
-    });
+    const std::uint64_t first = firstOccurrence == kFirstMatch ? 0 : firstOccurrence;
+    return RemoveMatches(parent, {attributeName, value, matchElementName}, first, kEveryMatch);
 }
 
 bool XmlDocument::RemoveAttribute(XmlNode* node, WideView name) noexcept {
     XmlAttribute* attribute = node == nullptr ? nullptr : FindInAttributes(*node, name);
     if (attribute == nullptr) return false;
-    if (SameText(name, names::kName)) ChildIndex::BeforeRename(*pool_, *node);
-    ReleaseAttribute(*attribute, *pool_);
-    node->attributes.RemoveAt(static_cast<std::size_t>(attribute - node->attributes.begin()));
+    const auto remove = [&] {
+        ReleaseAttribute(*attribute, *pool_);
+        node->attributes.RemoveAt(static_cast<std::size_t>(attribute - node->attributes.begin()));
+    };
+    if (SameText(name, names::kName)) {
+        const ChildLookup::Renaming renaming(*pool_, *node);
+        remove();
+    } else {
+        remove();
+    }
     return true;
 }
 
@@ -271,9 +292,12 @@ bool XmlDocument::GetAttribute(const XmlNode* node, WideView name, WideView& out
 bool XmlDocument::ReplaceAttribute(XmlNode& node, WideView name, WideView value) {
     XmlAttribute* attribute = FindInAttributes(node, name);
     if (attribute == nullptr) return false;
-    const bool renames = SameText(name, names::kName) && !SameText(attribute->value.View(), value);
-    if (renames) ChildIndex::BeforeRename(*pool_, node);
-    attribute->value.Assign(*pool_, value);
+    if (SameText(name, names::kName) && !SameText(attribute->value.View(), value)) {
+        const ChildLookup::Renaming renaming(*pool_, node);
+        attribute->value.Assign(*pool_, value);
+    } else {
+        attribute->value.Assign(*pool_, value);
+    }
     return true;
 }
 
@@ -287,8 +311,8 @@ void XmlDocument::AppendAttribute(XmlNode& node, XmlText name, WideView value) {
         ReleaseAttribute(attribute, *pool_);
         throw;
     }
-    if (SameText(name.View(), names::kName)) ChildIndex::BeforeRename(*pool_, node);
     node.attributes.Append(attribute);
+    if (SameText(name.View(), names::kName)) ChildLookup::Entered(*pool_, node);
 }
 
 void XmlDocument::WriteAttribute(XmlNode& node, WideView name, WideView value) {
@@ -319,46 +343,37 @@ XmlNode* XmlDocument::NextSettingsElement(const XmlNode* parent, XmlNode*& curso
 XmlNode* XmlDocument::FindChildElement(const XmlNode* parent, WideView name,
                                        std::uint64_t& position) noexcept {
     if (parent == nullptr) return nullptr;
-    for (std::uint64_t i = position; i < parent->children.Size(); ++i) {
-        XmlNode* child = parent->children.begin()[i];
-        if (!IsElement(*child) || !HasName(*child, name)) continue;
-        position = i + 1;
+    std::uint64_t i = 0;
+    for (XmlNode* child : parent->children) {
+        if (i++ < position || !IsElement(*child) || !HasName(*child, name)) continue;
+        position = i;
         return child;
     }
     return nullptr;
 }
 
 XmlNode* XmlDocument::FindChildElement(const XmlNode* parent, WideView name) noexcept {
-    std::uint64_t position = 0;
-    return FindChildElement(parent, name, position);
+    if (parent == nullptr) return nullptr;
+    XmlNode* child = parent->children.First();
+    while (child != nullptr && (!IsElement(*child) || !HasName(*child, name)))
+        child = child->next;
+    return child;
 }
 
 XmlNode* XmlDocument::FindTableElement(XmlNode* parent, WideView tableName) const noexcept {
     if (parent == nullptr) return nullptr;
-    const auto isTable = [](const XmlNode& node) { return IsElement(node) && HasName(node, names::kTable); };
-    if (!tableName.empty()) {
-        XmlNode* first = ChildIndex::Find(*pool_, *parent, tableName);
-        if (first == nullptr || isTable(*first)) return first;
-    }
-    for (XmlNode* child : parent->children) {
-        if (!isTable(*child)) continue;
-        const XmlAttribute* name = FindInAttributes(*child, names::kName);
-        if (name != nullptr && SameText(name->value.View(), tableName)) return child;
-    }
-    return nullptr;
+    return ChildLookup::Find(*pool_, *parent, NamedChildren::Tables, tableName);
 }
 
 bool XmlDocument::FindChildByNameAttribute(XmlNode* parent, WideView value, XmlNode*& out) const noexcept {
     if (parent == nullptr) return false;
     XmlNode* found = nullptr;
     if (!value.empty()) {
-        found = ChildIndex::Find(*pool_, *parent, value);
+        found = ChildLookup::Find(*pool_, *parent, NamedChildren::All, value);
     } else {
-        const auto hasName = [](const XmlNode* child) {
-            return FindInAttributes(*child, names::kName) != nullptr;
-        };
-        XmlNode* const* first = std::find_if(parent->children.begin(), parent->children.end(), hasName);
-        if (first != parent->children.end()) found = *first;
+        found = parent->children.First();
+        while (found != nullptr && NameAttribute(*found) == nullptr)
+            found = found->next;
     }
     if (found == nullptr) return false;
     out = found;

@@ -1,10 +1,10 @@
 // One XML document: the holder of a tree, and every operation on it.
 //
-//   <Var name="Speed">            XmlNode  kind Element, index 0, name "Var", value ""
+//   <Var name="Speed">            XmlNode  kind Element, name "Var", value ""
 //     <Value>12</Value>             attributes -> [ XmlAttribute name "name", value "Speed" ]
-//   </Var>                          children   -> [ XmlNode index 0, name "Value", value "12" ]
+//   </Var>                          children   -> XmlNode  kind Element, name "Value", value "12"
 //
-// Nodes, lists and texts live in the XmlPool of the document that made them. A document attached to an
+// Nodes, attributes and texts live in the XmlPool of the document that made them. A document attached to an
 // element of another tree, and a scratch document whose nodes are to move into another tree, are constructed
 // over that tree's pool, so that all they create lives and dies with it.
 //
@@ -48,7 +48,7 @@ class XmlDocument {
 
     // ---- Creating and destroying -----------------------------------------------------------------------------
 
-    // A node that is in no list yet (index -1). `value` is taken for elements and comments alone. The caller
+    // A node that is in no list yet. `value` is taken for elements and comments alone. The caller
     // owns it until it is in a list.
     XmlNode* CreateNode(WideView name, std::optional<WideView> value, XmlNodeKind kind);
     // Frees `node` with its whole subtree and sets the caller's pointer to null. Null is accepted.
@@ -113,8 +113,8 @@ class XmlDocument {
     static XmlNode* NextChildElement(const XmlNode* parent, XmlNode*& cursor) noexcept;
     // The same, for elements called "Settings" alone.
     static XmlNode* NextSettingsElement(const XmlNode* parent, XmlNode*& cursor) noexcept;
-    // The first child element called `name` from `position` on; `position` becomes the place after it. Null
-    // and `position` unchanged when there is none.
+    // The first child element called `name` from `position` on, which is walked to; `position` becomes the one after
+    // it. Null and `position` unchanged when there is none.
     static XmlNode* FindChildElement(const XmlNode* parent, WideView name, std::uint64_t& position) noexcept;
     // The first child element called `name`, or null.
     static XmlNode* FindChildElement(const XmlNode* parent, WideView name) noexcept;
@@ -149,7 +149,12 @@ class XmlDocument {
     XmlNode* root = nullptr;
 
   private:
-    void RemoveChild(XmlNode& parent, XmlNode* child) noexcept;
+    struct ContentMatch;
+    static constexpr std::uint64_t kEveryMatch = ~std::uint64_t{0};
+
+    void RemoveChild(XmlNode* child) noexcept;
+    std::size_t RemoveMatches(XmlNode* parent, const ContentMatch& matches, std::uint64_t first,
+                              std::uint64_t most) noexcept;
     bool CanLoad() const noexcept { return writable && !loaded; }
     XmlNode* NewDocumentNode();
     bool ReplaceAttribute(XmlNode& node, WideView name, WideView value);

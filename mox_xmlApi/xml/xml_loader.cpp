@@ -148,8 +148,7 @@ std::size_t EstimateTreeSize(const wchar16* text, std::size_t length) noexcept {
         nodes += opens ? 1U : 0U;
         quotes += text[i] == '"' ? 1U : 0U;
     }
-    const std::size_t bytes =
-        nodes * (sizeof(XmlNode) + sizeof(XmlNode*)) + quotes / 2 * sizeof(XmlAttribute);
+    const std::size_t bytes = nodes * sizeof(XmlNode) + quotes / 2 * sizeof(XmlAttribute);
     return std::min(length / kSample * bytes, length * kMostBytesPerUnit);
 }
 

@@ -12,9 +12,9 @@
 //                                               entities are decoded
 //   name        := ( letter | "_" | ":" ) ( letter | digit | "_" | ":" )*
 //
-// The stack. Nothing here calls itself. `open_` holds the elements whose end tag has not come; `closed_` holds
-// the finished children of all of them, those of the innermost element last. An end tag makes the last ones of
-// `closed_` the children of its element, in a list of just that size, and puts the element itself into `closed_`.
+// The stack. Nothing here calls itself, and there is no stack: `open_` is the innermost element whose end tag has not
+// come, and the elements around it are its parents. A node is linked to its parent as soon as it is made, so that the
+// links are whole at any time; a top-level node is added to the document when it is complete.
 //
 // The end. The text is followed by a zero unit, which no rule accepts, so that only those loops that pass over
 // any unit have to ask whether a zero is the end.
@@ -26,7 +26,6 @@
 
 #include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/platform/scan.h"
-#include "mox_xmlApi/xml/small_stack.h"
 #include "mox_xmlApi/xml/xml_entities.h"
 #include "mox_xmlApi/xml/xml_name_characters.h"
 #include "mox_xmlApi/xml/xml_names.h"
@@ -50,7 +49,7 @@ class Parser {
           parent_(parent),
           begin_(text),
           failure_(failure) {}
-    ~Parser() { DropUnfinished(); }
+    ~Parser() { document_.DestroyNode(top_); }
     Parser(const Parser&) = delete;
     Parser& operator=(const Parser&) = delete;
 
@@ -69,11 +68,6 @@ class Parser {
     static constexpr std::size_t kFewAttributes = XmlPool::kRoom / sizeof(XmlAttribute);
     static_assert(std::has_single_bit(kFewAttributes), "room for more is made at powers of two");
 
-    struct OpenElement {
-        XmlNode* node;
-        std::size_t firstChild;  // in closed_
-    };
-
     // Always false. `inside` is null at the top level.
     bool Fail(ParseWant wanted, const wchar16* at, const wchar16* inside) const noexcept {
         if (failure_ == nullptr) return false;
@@ -85,7 +79,7 @@ class Parser {
     }
 
     bool FailInElement(ParseWant wanted, const wchar16* at) noexcept {
-        return Fail(wanted, at, open_.IsEmpty() ? nullptr : open_.Top().node->name.View().data());
+        return Fail(wanted, at, open_ == nullptr ? nullptr : open_->name.View().data());
     }
 
     bool FailInTag(ParseWant wanted, const wchar16* at) const noexcept {
@@ -147,7 +141,7 @@ class Parser {
         if (Accept('?')) return ParseDeclaration();
         if (Accept('!')) return ParseComment();
         if (!ParseStartTag()) return false;
-        while (!open_.IsEmpty()) {
+        while (open_ != nullptr) {
             if (!ParseContent()) return false;
         }
         return true;
@@ -204,8 +198,7 @@ class Parser {
             return true;
         }
         if (!Accept('>')) return FailInTag(ParseWant::TagEnd, next_);
-        open_.Push({unfinished_, closed_.Size()});
-        unfinished_ = nullptr;
+        open_ = unfinished_;
         SkipSpace();
         return true;
     }
@@ -269,10 +262,11 @@ class Parser {
     }
 
     bool ParseEndTag() {
-        if (!Accept(open_.Top().node->name.View()) || !Accept('>')) {
+        if (!Accept(open_->name.View()) || !Accept('>')) {
             return FailInElement(ParseWant::EndTag, next_);
         }
-        CloseElement();
+        unfinished_ = std::exchange(open_, open_->parent);
+        FinishNode();
         return true;
     }
 
@@ -306,7 +300,7 @@ class Parser {
 
     // Pieces that children part are joined by line feeds. A single piece stays a slice.
     void AddText(WideView piece) {
-        XmlText& value = open_.Top().node->value;
+        XmlText& value = open_->value;
         if (value.IsEmpty()) {
             value = XmlText::Slice(piece);
             return;
@@ -316,45 +310,23 @@ class Parser {
     }
 
     void StartNode(XmlNodeKind kind, WideView name) {
+        if (open_ != nullptr) open_->children.CheckRoom();
         unfinished_ = pool_.New<XmlNode>(kind);
         PrefetchAhead(next_);
         PrefetchAhead(unfinished_);
+        if (open_ != nullptr) {
+            AppendChild(*open_, *unfinished_);
+        } else {
+            top_ = unfinished_;
+        }
         unfinished_->name = XmlText::Slice(name);
     }
 
-    // Hands the node that was just read to its parent.
+    // Goes on behind a node that was just read.
     void FinishNode() {
-        AddToParent(unfinished_, open_.Size());
-        unfinished_ = nullptr;
-        if (!open_.IsEmpty()) SkipSpace();
-    }
-
-    void CloseElement() {
-        const OpenElement element = open_.Top();
-        const std::size_t count = closed_.Size() - element.firstChild;
-        element.node->children.Take(pool_, closed_.From(element.firstChild), count);
-        closed_.PopTo(element.firstChild);
-        AddToParent(element.node, open_.Size() - 1);
-        open_.Pop();
-        if (!open_.IsEmpty()) SkipSpace();
-    }
-
-    // `depth` is how many elements are open around the node.
-    void AddToParent(XmlNode* node, std::size_t depth) {
-        if (depth == 0) {
-            document_.AppendNode(parent_, node);
-            return;
-        }
-        node->index = static_cast<std::int64_t>(closed_.Size() - open_.From(depth - 1)->firstChild);
-        closed_.Push(node);
-    }
-
-    void DropUnfinished() noexcept {
-        for (; !closed_.IsEmpty(); closed_.Pop())
-            document_.DestroyNode(closed_.Top());
-        for (; !open_.IsEmpty(); open_.Pop())
-            document_.DestroyNode(open_.Top().node);
-        document_.DestroyNode(unfinished_);
+        if (open_ != nullptr) return SkipSpace();
+        document_.AppendNode(parent_, top_);
+        top_ = nullptr;
     }
 
     XmlDocument& document_;
@@ -364,9 +336,9 @@ class Parser {
     XmlNode* const parent_;
     const wchar16* const begin_;
     ParseFailure* const failure_;
-    XmlNode* unfinished_ = nullptr;  // the node that is being read, in no list yet
-    SmallStack<OpenElement, 16> open_;
-    SmallStack<XmlNode*, 64> closed_;
+    XmlNode* top_ = nullptr;         // the top-level node that is being read
+    XmlNode* open_ = nullptr;        // the innermost open element, null at the top level
+    XmlNode* unfinished_ = nullptr;  // the node whose markup is being read
 };
 
 }  // namespace

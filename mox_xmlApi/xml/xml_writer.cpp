@@ -1,7 +1,6 @@
 #include "mox_xmlApi/xml/xml_writer.h"
 
 #include <array>
-#include <vector>
 
 #include "mox_xmlApi/platform/copy_units.h"
 #include "mox_xmlApi/platform/files.h"
@@ -182,27 +181,28 @@ void WriteAttributes(const XmlNode& node, Output& out) {
 
 template <class Output>
 void WriteNode(const XmlNode& node, Output& out, std::size_t depth) {
-    struct OpenElement {
-        const XmlNode* node;
-        std::size_t nextChild;
-    };
     if (!BeginNode(node, out, depth)) return;
-    std::vector<OpenElement> open{{&node, 0}};
+    const XmlNode* parent = &node;  // the innermost element whose end tag has not come, indented by `depth`
+    const XmlNode* child = node.children.First();
     for (;;) {
-        OpenElement& element = open.back();
-        if (element.nextChild < element.node->children.Size()) {
-            const XmlNode& child = *element.node->children.At(element.nextChild++);
-            if (BeginNode(child, out, depth + open.size())) {
-                open.push_back({&child, 0});
-                continue;
+        if (child != nullptr) {
+            if (BeginNode(*child, out, depth + 1)) {
+                parent = child;
+                child = parent->children.First();
+                ++depth;
+            } else {
+                out.Append(wchar16{'\n'});
+                child = child->next;
             }
-        } else {
-            out.Append(depth + open.size() - 1, wchar16{'\t'});
-            WriteEndTag(*element.node, out);
-            open.pop_back();
-            if (open.empty()) return;
+            continue;
         }
+        out.Append(depth, wchar16{'\t'});
+        WriteEndTag(*parent, out);
+        if (parent == &node) return;
         out.Append(wchar16{'\n'});
+        child = parent->next;
+        parent = parent->parent;
+        --depth;
     }
 }
 

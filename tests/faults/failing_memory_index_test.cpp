@@ -121,21 +121,78 @@ TEST(FailingMemory, EntriesAreWrittenAndRemovedWithoutAnIndex) {
         });
 }
 
-TEST(FailingMemory, IndexThatCannotGrowIsDoneWithout) {
-    const auto loadAndAdd = [](World& world) {
-        LoadManyKeys(world);
-        EXPECT_EQ(xmlGetProfileInt(world.profile, "S"_w, "k39"_w, -1), 39);
-        for (int i = 0; i < 4 * kMany; ++i) {
-            const std::string name = "more" + std::to_string(i);
-            world.NameRecords(host::WideText(name.begin(), name.end()).c_str(), 3);
-            world.value.SetVal(name.c_str() + 4);
-            EXPECT_TRUE(xmlTableEntryAdd(world.section, nullptr, &world.value, nullptr, 0, 0));
-        }
+// Adds an entry, also beside others of its name.
+bool AddEntry(World& world, const std::string& name, long number) {
+    world.NameRecords(host::WideText(name.begin(), name.end()).c_str(), 3);
+    world.value.SetVal(std::to_string(number).c_str());
+    return xmlTableEntryAdd(world.section, nullptr, &world.value, nullptr, 0, 0);
+}
+
+void LoadIndexedKeys(World& world) {
+    LoadManyKeys(world);
+    EXPECT_EQ(xmlGetProfileInt(world.profile, "S"_w, "k39"_w, -1), 39);
+}
+
+// An index of so many keys grows when it has 86 of them.
+TEST(FailingMemory, KeysAreAddedWhenTheIndexCannotGrow) {
+    for (const int more : {0, 45, 46, 47}) {
+        const auto prepare = [more](World& world) {
+            LoadIndexedKeys(world);
+            for (int i = 0; i < more; ++i)
+                EXPECT_TRUE(AddEntry(world, "more" + std::to_string(i), i));
+        };
+        FailMemoryIn(
+            "xmlWriteProfileInt",
+            {"one more key", prepare,
+             [](World& world) { return xmlWriteProfileInt(world.profile, "S"_w, "last"_w, 77) == 1; },
+             [](World& world) {
+                 ExpectValue(world, "last"_w, "77"_w);
+                 ExpectValue(world, "k39"_w, "39"_w);
+             }});
+    }
+}
+
+TEST(FailingMemory, EntriesOfOneNameAreAddedWithoutAnIndex) {
+    for (int more = 0; more < 12; ++more) {
+        const auto prepare = [more](World& world) {
+            LoadIndexedKeys(world);
+            for (int i = 0; i < more; ++i)
+                EXPECT_TRUE(AddEntry(world, "k20", 100 + i));
+            world.NameRecords("k20"_w, 3);
+            world.value.SetVal("200");
+        };
+        FailMemoryIn("xmlTableEntryAdd",
+                     {"one more entry of a name", prepare,
+                      [](World& world) {
+                          return xmlTableEntryAdd(world.section, nullptr, &world.value, nullptr, 0, 0);
+                      },
+                      [](World& world) {
+                          ExpectValue(world, "k20"_w, "20"_w);
+                          EXPECT_TRUE(xmlTableRemoveEntry(world.section, &world.value, 1, 1));
+                          ExpectValue(world, "k20"_w, "20"_w);
+                          EXPECT_TRUE(xmlTableRemoveEntry(world.section, &world.value, 0, 0));
+                          ExpectValue(world, "k20"_w, ""_w);
+                          ExpectValue(world, "k39"_w, "39"_w);
+                      }});
+    }
+}
+
+TEST(FailingMemory, EntriesOfOneNameAreFoundWithoutAnIndex) {
+    const auto prepare = [](World& world) {
+        std::string keys = Keys(0, kMany) + Keys(5, 20);
+        world.LoadProfile("<Settings xsi:noNamespaceSchemaLocation=\"\"><Table name=\"S\">" + keys +
+                          "</Table></Settings>");
+        world.OpenSection("S"_w);
+        WearOut([&] { return xmlGetProfileInt(world.profile, "S"_w, "k"_w, 0) != 0; });
     };
-    const auto read = [](World& world) {
-        return xmlGetProfileInt(world.profile, "S"_w, "more159"_w, -1) == 159;
-    };
-    FailMemoryIn("xmlGetProfileInt", {"many more keys", loadAndAdd, read, kNothingElse});
+    FailMemoryIn(
+        "xmlWriteProfileString",
+        {"keys that occur twice", prepare,
+         [](World& world) { return xmlWriteProfileString(world.profile, "S"_w, "k7"_w, nullptr) == 1; },
+         [](World& world) {
+             ExpectValue(world, "k7"_w, ""_w);
+             ExpectValue(world, "k8"_w, "8"_w);
+         }});
 }
 
 TEST(FailingMemory, SectionsAreFoundWithoutAnIndex) {

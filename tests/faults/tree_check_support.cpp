@@ -67,6 +67,18 @@ bool LookUpsAgree(const XmlDocument& document, XmlNode& parent) {
     return true;
 }
 
+// Whether the children of a node lead to each other, to the last one and to their parent, and are as many as they say.
+bool AreLinked(const XmlNode& parent) {
+    std::size_t count = 0;
+    const XmlNode* previous = parent.children.Last();
+    for (const XmlNode* child : parent.children) {
+        if (child->parent != &parent || child->previous != previous) return false;
+        previous = child;
+        ++count;
+    }
+    return count == parent.children.Size() && previous == parent.children.Last();
+}
+
 bool StandsWhereItMay(const XmlNode& parent, const XmlNode& child) {
     switch (child.kind) {
         case XmlNodeKind::Element:
@@ -74,7 +86,8 @@ bool StandsWhereItMay(const XmlNode& parent, const XmlNode& child) {
         case XmlNodeKind::Comment:
             return child.children.IsEmpty() && child.attributes.IsEmpty();
         case XmlNodeKind::ProcessingInstruction:
-            return parent.kind == XmlNodeKind::Document && child.index == 0 && child.children.IsEmpty();
+            return parent.kind == XmlNodeKind::Document && parent.children.First() == &child &&
+                   child.children.IsEmpty();
         case XmlNodeKind::Document:
             break;
     }
@@ -87,9 +100,8 @@ const char* WhatIsWrong(const XmlDocument& document, XmlNode& node) {
         if (attribute.name.IsEmpty()) return "an attribute without a name";
         if (!IsReadable(attribute.name.View()) || !IsReadable(attribute.value.View())) return "an attribute";
     }
-    std::int64_t position = 0;
+    if (!AreLinked(node)) return "children that are not linked as they must be";
     for (const XmlNode* child : node.children) {
-        if (child->index != position++) return "an index that is not the position";
         if (!StandsWhereItMay(node, *child)) return "a node that must not stand there";
     }
     return LookUpsAgree(document, node) ? nullptr : "a look-up that differs from a scan";

@@ -8,7 +8,7 @@
 
 namespace faults {
 
-// Whether below the node every child's index is its position, every node is of a kind that may stand there,
+// Whether below the node the links between siblings are whole, every node is of a kind that may stand there,
 // every text can be read to its end, and the look-ups by name give what a plain scan gives.
 testing::AssertionResult IsSound(const mox::XmlDocument& document);
 

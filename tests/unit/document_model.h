@@ -68,7 +68,7 @@ inline bool ModelRemoveChildWhere(PlainNode& parent, const WideString& attribute
     return false;
 }
 
-// Whether both are the same tree, indices included.
+// Whether both are the same tree, and the links between its nodes are whole.
 inline bool IsSame(const XmlNode& node, const PlainNode& plain) {
     if (node.kind != plain.kind || node.name.View() != plain.name || node.value.View() != plain.value)
         return false;
@@ -79,11 +79,14 @@ inline bool IsSame(const XmlNode& node, const PlainNode& plain) {
         if (attribute.name.View() != plain.attributes[i].first) return false;
         if (attribute.value.View() != plain.attributes[i].second) return false;
     }
-    for (std::size_t i = 0; i < plain.children.size(); ++i) {
-        const XmlNode& child = *node.children.At(i);
-        if (child.index != static_cast<std::int64_t>(i) || !IsSame(child, plain.children[i])) return false;
+    const XmlNode* previous = node.children.Last();
+    auto expected = plain.children.begin();
+    for (const XmlNode* child : node.children) {
+        if (child->parent != &node || child->previous != previous || !IsSame(*child, *expected++))
+            return false;
+        previous = child;
     }
-    return true;
+    return previous == node.children.Last();
 }
 
 }  // namespace mox::test

@@ -30,20 +30,20 @@ TEST(XmlDocumentInsert, WithoutBeforeAppends) {
     XmlDocument document;
     const XmlNode* a = Insert(document, document.root, "a"_w);
     const XmlNode* b = document.InsertChild(document.root, "b"_w, "text"_w, nullptr);
-    EXPECT_EQ(a->index, 0);
-    EXPECT_EQ(b->index, 1);
+    EXPECT_EQ(PositionOf(*a), 0);
+    EXPECT_EQ(PositionOf(*b), 1);
     EXPECT_EQ(b->kind, kElement);
     EXPECT_EQ(DumpChildren(document.root), "a b'text'");
 }
 
-TEST(XmlDocumentInsert, BeforeTheFirstRenumbersEveryOther) {
+TEST(XmlDocumentInsert, BeforeTheFirstMovesEveryOther) {
     XmlDocument document;
     XmlNode* a = Insert(document, document.root, "a"_w);
     XmlNode* b = Insert(document, document.root, "b"_w);
     const XmlNode* first = Insert(document, document.root, "first"_w, a);
-    EXPECT_EQ(first->index, 0);
-    EXPECT_EQ(a->index, 1);
-    EXPECT_EQ(b->index, 2);
+    EXPECT_EQ(PositionOf(*first), 0);
+    EXPECT_EQ(PositionOf(*a), 1);
+    EXPECT_EQ(PositionOf(*b), 2);
     EXPECT_EQ(DumpChildren(document.root), "first a b");
 }
 
@@ -108,7 +108,7 @@ TEST(XmlDocumentInsert, DeclarationGoesIntoAnEmptyDocument) {
         document.InsertChild(document.root, "xml"_w, std::nullopt, nullptr, kDeclaration);
     ASSERT_NE(declaration, nullptr);
     EXPECT_EQ(declaration->kind, kDeclaration);
-    EXPECT_EQ(declaration->index, 0);
+    EXPECT_EQ(PositionOf(*declaration), 0);
     EXPECT_EQ(DumpChildren(document.root), "?xml");
 }
 
@@ -173,10 +173,10 @@ TEST(XmlDocumentAppend, ElementsCommentsAndDeclarationsBecomeTheLastChild) {
     XmlNode* e = Insert(document, document.root, "e"_w);
     XmlNode* c = document.CreateNode("c"_w, std::nullopt, kElement);
     EXPECT_TRUE(document.AppendNode(e, c));
-    EXPECT_EQ(c->index, 0);
+    EXPECT_EQ(PositionOf(*c), 0);
     XmlNode* comment = document.CreateNode(WideView(), "note"_w, kComment);
     EXPECT_TRUE(document.AppendNode(e, comment));
-    EXPECT_EQ(comment->index, 1);
+    EXPECT_EQ(PositionOf(*comment), 1);
     EXPECT_TRUE(document.AppendNode(e, document.CreateNode("xml"_w, std::nullopt, kDeclaration)));
     EXPECT_EQ(Dump(e), "e(c !'note' ?xml)");
 }
@@ -195,7 +195,7 @@ TEST(XmlDocumentAppend, NeedsBothArguments) {
     EXPECT_FALSE(document.AppendNode(nullptr, loose));
     EXPECT_FALSE(document.AppendNode(document.root, nullptr));
     EXPECT_FALSE(document.AppendNode(nullptr, nullptr));
-    EXPECT_EQ(loose->index, -1);
+    EXPECT_EQ(PositionOf(*loose), -1);
     EXPECT_EQ(DumpChildren(document.root), "");
 }
 
@@ -203,7 +203,7 @@ TEST(XmlDocumentAppend, RefusesADocumentNodeAndLeavesItToTheCaller) {
     XmlDocument document;
     XmlNode* other = document.CreateNode(WideView(), std::nullopt, kDocument);
     EXPECT_FALSE(document.AppendNode(document.root, other));
-    EXPECT_EQ(other->index, -1);
+    EXPECT_EQ(PositionOf(*other), -1);
     EXPECT_EQ(DumpChildren(document.root), "");
     document.DestroyNode(other);
 }
@@ -213,7 +213,7 @@ TEST(XmlDocumentDetach, TakesTheLastChildOutWhole) {
     Build(document, document.root, Element("a"));
     Build(document, document.root, Element("b", {{"k", "v"}}, "", {Element("c")}));
     XmlNode* detached = document.DetachLastChild(document.root);
-    EXPECT_EQ(detached->index, -1);
+    EXPECT_EQ(PositionOf(*detached), -1);
     EXPECT_EQ(Dump(detached), "b{k='v'}(c)");
     EXPECT_EQ(DumpChildren(document.root), "a");
     document.DestroyNode(detached);

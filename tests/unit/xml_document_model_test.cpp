@@ -1,5 +1,5 @@
-// Changes by chance, in any order: the tree must agree with a plain model of it, and every index with its
-// position, after each of them.
+// Changes by chance, in any order: the tree must agree with a plain model of it, and all links between
+// siblings, after each of them.
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <optional>
@@ -247,7 +247,7 @@ class Editor {
         if (from.plain->children.empty()) return node == nullptr;
         const PlainNode plain = from.plain->children.back();
         from.plain->children.pop_back();
-        if (node == nullptr || node->index != -1 || !IsSame(*node, plain)) return false;
+        if (node == nullptr || node->parent != nullptr || !IsSame(*node, plain)) return false;
         const Place to = AnyPlace();
         to.plain->children.push_back(plain);
         return document_.AppendNode(to.node, node);

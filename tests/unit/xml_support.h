@@ -137,16 +137,19 @@ inline std::string Dump(const PlainNode& node) {
     return dump;
 }
 
-// The plain form of a tree. Every index that is not the node's position is a failure of the running test.
+// The plain form of a tree. Every link that leads elsewhere than it must is a failure of the running test.
 inline PlainNode Plain(const XmlNode& node) {
     PlainNode plain{node.kind, WideString(node.name.View()), WideString(node.value.View()), {}, {}};
     for (const XmlAttribute& attribute : node.attributes)
         plain.attributes.emplace_back(attribute.name.View(), attribute.value.View());
-    std::int64_t position = 0;
+    const XmlNode* previous = node.children.Last();
     for (const XmlNode* child : node.children) {
-        EXPECT_EQ(child->index, position++) << Shown(plain.name) << " child " << Shown(child->name.View());
+        EXPECT_EQ(child->parent, &node) << Shown(plain.name) << " child " << Shown(child->name.View());
+        EXPECT_EQ(child->previous, previous) << Shown(plain.name) << " child " << Shown(child->name.View());
+        previous = child;
         plain.children.push_back(Plain(*child));
     }
+    EXPECT_EQ(plain.children.size(), node.children.Size()) << Shown(plain.name);
     return plain;
 }
 

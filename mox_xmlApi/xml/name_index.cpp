@@ -1,0 +1,193 @@
+#include "mox_xmlApi/xml/name_index.h"
+
+#include <bit>
+#include <memory>
+#include <new>
+
+#include "mox_xmlApi/platform/prefetch.h"
+#include "mox_xmlApi/xml/name_hash.h"
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+// Roughly where the markup before a name in the loaded text begins.
+std::uintptr_t MarkupBefore(WideView name) noexcept {
+    return reinterpret_cast<std::uintptr_t>(name.data()) - 16 * sizeof(wchar16);
+}
+
+bool IsMeant(const XmlNode& node, NamedChildren which) noexcept {
+    return which == NamedChildren::All ||
+           (node.kind == XmlNodeKind::Element && SameText(node.name.View(), names::kTable));
+}
+
+}  // namespace
+
+const XmlAttribute* NameAttribute(const XmlNode& node) noexcept {
+    for (const XmlAttribute& attribute : node.attributes) {
+        if (SameText(attribute.name.View(), names::kName)) return &attribute;
+    }
+    return nullptr;
+}
+
+bool IsNamed(const XmlNode& node, NamedChildren which, WideView name) noexcept {
+    const XmlAttribute* attribute = NameAttribute(node);
+    return attribute != nullptr && SameText(attribute->value.View(), name) && IsMeant(node, which);
+}
+
+std::size_t NameIndex::SizeFor(std::size_t names) noexcept {
+    constexpr std::size_t kLeast = 16;
+    return std::bit_ceil(names * 2 + kLeast);
+}
+
+NameIndex::Slot* NameIndex::AllocateSlots(XmlPool& pool, std::size_t size) noexcept {
+    auto* slots = static_cast<Slot*>(pool.TryAllocate(size * sizeof(Slot)));
+    if (slots != nullptr) std::uninitialized_fill_n(slots, size, Slot());
+    return slots;
+}
+
+NameIndex* NameIndex::Make(XmlPool& pool, XmlNode& parent, NamedChildren which) noexcept {
+    const std::size_t size = SizeFor(parent.children.Size());
+    Slot* slots = AllocateSlots(pool, size);
+    void* memory = pool.TryAllocate(sizeof(NameIndex));
+    if (slots == nullptr || memory == nullptr) {
+        pool.Free(slots, size * sizeof(Slot));
+        pool.Free(memory, sizeof(NameIndex));
+        return nullptr;
+    }
+    auto* index = new (memory) NameIndex(slots, size, which);
+    parent.children.Attach(index);
+    for (XmlNode* child : parent.children) {
+        const XmlAttribute* name = index->CoveredName(*child);
+        if (name == nullptr || index->Add(pool, *child, name->value.View(), Order::Last)) continue;
+        Destroy(pool, parent);
+        return nullptr;
+    }
+    return index;
+}
+
+void NameIndex::Destroy(XmlPool& pool, XmlNode& parent) noexcept {
+    auto* index = static_cast<NameIndex*>(parent.children.Attached());
+    parent.children.Attach(nullptr);
+    index->links_.Release(pool);
+    pool.Free(index->slots_, index->size_ * sizeof(Slot));
+    pool.Delete(index);
+}
+
+// The name under which the index has the child, or null.
+const XmlAttribute* NameIndex::CoveredName(const XmlNode& child) const noexcept {
+    return IsMeant(child, which_) ? NameAttribute(child) : nullptr;
+}
+
+std::uint32_t NameIndex::HashOf(WideView name) const noexcept {
+    return static_cast<std::uint32_t>(HashName(key_, name) >> 33);
+}
+
+// The slot of the name, or the free one where the search for it ends.
+NameIndex::Slot* NameIndex::Find(std::uint32_t hash, WideView name) const noexcept {
+    for (std::size_t place = hash & (size_ - 1);; place = (place + 1) & (size_ - 1)) {
+        Slot& slot = slots_[place];
+        if (slot.child == nullptr) return &slot;
+        if (slot.hash != hash) continue;
+        Prefetch(slot);
+        if (SameText(NameAttribute(*slot.child)->value.View(), name)) return &slot;
+    }
+}
+
+XmlNode* NameIndex::First(WideView name) const noexcept {
+    return Find(HashOf(name), name)->child;
+}
+
+// Gives the slots the room that one more name needs. The children are not looked at: no two slots have one name.
+bool NameIndex::Reserve(XmlPool& pool) noexcept {
+    if (used_ + used_ / 2 < size_) return true;
+    const std::size_t size = SizeFor(used_);
+    Slot* slots = AllocateSlots(pool, size);
+    if (slots == nullptr) return false;
+    for (const Slot* slot = slots_; slot != slots_ + size_; ++slot) {
+        if (slot->child == nullptr) continue;
+        std::size_t place = slot->hash & (size - 1);
+        while (slots[place].child != nullptr)
+            place = (place + 1) & (size - 1);
+        slots[place] = *slot;
+    }
+    pool.Free(slots_, size_ * sizeof(Slot));
+    slots_ = slots;
+    size_ = size;
+    return true;
+}
+
+// Whether a child comes before or after all its siblings.
+NameIndex::Order NameIndex::OrderOf(const XmlNode& child) noexcept {
+    if (child.next == nullptr) return Order::Last;
+    return child.parent->children.First() == &child ? Order::First : Order::Unknown;
+}
+
+bool NameIndex::Insert(XmlPool& pool, XmlNode& child) noexcept {
+    const XmlAttribute* name = CoveredName(child);
+    return name == nullptr || Add(pool, child, name->value.View(), OrderOf(child));
+}
+
+bool NameIndex::Add(XmlPool& pool, XmlNode& child, WideView name, Order order) noexcept {
+    if (!Reserve(pool)) return false;
+    const std::uint32_t hash = HashOf(name);
+    Slot& slot = *Find(hash, name);
+    if (slot.child == nullptr) {
+        slot.hash = hash & 0x7FFFFFFF;
+        SetChild(slot, child);
+        ++used_;
+        return true;
+    }
+    if (order == Order::Unknown || !links_.Reserve(pool)) return false;
+    slot.hasDuplicate = 1;
+    if (order == Order::Last) {
+        links_.AddLast(*slot.child, child);
+    } else {
+        links_.AddFirst(*slot.child, child);
+        SetChild(slot, child);
+    }
+    return true;
+}
+
+void NameIndex::Remove(const XmlNode& child) noexcept {
+    const XmlAttribute* name = CoveredName(child);
+    if (name == nullptr) return;
+    Slot* slot = Find(HashOf(name->value.View()), name->value.View());
+    if (slot->hasDuplicate == 0) return Erase(slot);
+    bool hasDuplicate = false;
+    SetChild(*slot, *links_.Remove(*slot->child, child, hasDuplicate));
+    slot->hasDuplicate = hasDuplicate ? 1 : 0;
+}
+
+// Slots behind the free place move up, so that no search ends there before it should.
+void NameIndex::Erase(Slot* slot) noexcept {
+    const std::size_t mask = size_ - 1;
+    auto hole = static_cast<std::size_t>(slot - slots_);
+    for (std::size_t place = (hole + 1) & mask; slots_[place].child != nullptr; place = (place + 1) & mask) {
+        const std::size_t distance = (place - slots_[place].hash) & mask;
+        if (distance < ((place - hole) & mask)) continue;
+        slots_[hole] = slots_[place];
+        hole = place;
+    }
+    slots_[hole] = Slot();
+    --used_;
+}
+
+void NameIndex::SetChild(Slot& slot, XmlNode& child) noexcept {
+    const std::uintptr_t text = MarkupBefore(NameAttribute(child)->value.View());
+    if (origin_ == 0) origin_ = text;
+    slot.child = &child;
+    slot.textLine = static_cast<std::int32_t>(static_cast<std::int64_t>(text - origin_) / kCacheLine);
+}
+
+// Has the child and the text that it was loaded from fetched side by side. In a large document neither is in a cache,
+// and where the text lies would show only when the child is there.
+void NameIndex::Prefetch(const Slot& slot) const noexcept {
+    constexpr int kTextLines = 3;
+    constexpr int kNodeLines = 5;  // attributes and the node of the value mostly lie behind it
+    PrefetchMemory(origin_ + static_cast<std::uintptr_t>(std::int64_t{slot.textLine} * kCacheLine),
+                   kTextLines);
+    PrefetchMemory(reinterpret_cast<std::uintptr_t>(slot.child), kNodeLines);
+}
+
+}  // namespace mox

@@ -1,0 +1,92 @@
+// A keyed hash table of the children of one parent: from a name, the value of the attribute "name", to the first child
+// of that name in document order, and from there to the others.
+//
+//   slots:  hash of the name -> the first child of that name, and whether it has others
+//   links:  for each child whose name occurs more than once, the next of that name
+//
+// It answers as a scan of all children would, as long as it is told of each child that comes, goes, or is named anew.
+// The key of the hash is random: names of one hash cannot be prepared. The memory is the pool's. Nothing throws.
+#ifndef MOX_XMLAPI_XML_NAME_INDEX_H
+#define MOX_XMLAPI_XML_NAME_INDEX_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "mox_xmlApi/platform/random_key.h"
+#include "mox_xmlApi/platform/wide_text.h"
+#include "mox_xmlApi/xml/same_name_links.h"
+#include "mox_xmlApi/xml/xml_node.h"
+#include "mox_xmlApi/xml/xml_pool.h"
+
+namespace mox {
+
+// Which children are meant.
+enum class NamedChildren : std::uint8_t {
+    All,     // of any kind
+    Tables,  // elements called "Table" alone
+};
+
+// The first attribute "name" of a node, or null.
+const XmlAttribute* NameAttribute(const XmlNode& node) noexcept;
+
+// Whether the node is one of the children that are meant and its name is `name`.
+bool IsNamed(const XmlNode& node, NamedChildren which, WideView name) noexcept;
+
+// As the attachment of a list of children it also keeps their first one.
+class NameIndex : public ChildListAttachment {
+  public:
+    // An index of the children of `parent`, attached to them. Null when there is no memory for it.
+    static NameIndex* Make(XmlPool& pool, XmlNode& parent, NamedChildren which) noexcept;
+    // Detaches it and gives its memory back.
+    static void Destroy(XmlPool& pool, XmlNode& parent) noexcept;
+
+    NamedChildren Which() const noexcept { return which_; }
+
+    // The first child of that name, or null.
+    XmlNode* First(WideView name) const noexcept;
+    // The next child of the same name after one that First or After gave, or null.
+    XmlNode* After(const XmlNode& child) const noexcept { return links_.After(child); }
+
+    // Takes in a child that has come or was named. False when it cannot: there is no memory, or other children have
+    // that name and which of them comes first would take a scan. The index is of no use then.
+    bool Insert(XmlPool& pool, XmlNode& child) noexcept;
+    // Takes out a child, before it goes or its name does.
+    void Remove(const XmlNode& child) noexcept;
+
+  private:
+    struct Slot {
+        XmlNode* child = nullptr;
+        std::uint32_t hash : 31 = 0;
+        std::uint32_t hasDuplicate : 1 = 0;
+        std::int32_t textLine = 0;  // how many cache lines the child's text lies behind origin_
+    };
+    enum class Order : std::uint8_t { First, Last, Unknown };
+
+    NameIndex(Slot* slots, std::size_t size, NamedChildren which) noexcept
+        : slots_(slots), size_(size), key_(ProcessHashKey()), which_(which) {}
+
+    static std::size_t SizeFor(std::size_t names) noexcept;
+    static Slot* AllocateSlots(XmlPool& pool, std::size_t size) noexcept;
+    static Order OrderOf(const XmlNode& child) noexcept;
+
+    const XmlAttribute* CoveredName(const XmlNode& child) const noexcept;
+    std::uint32_t HashOf(WideView name) const noexcept;
+    Slot* Find(std::uint32_t hash, WideView name) const noexcept;
+    bool Add(XmlPool& pool, XmlNode& child, WideView name, Order order) noexcept;
+    bool Reserve(XmlPool& pool) noexcept;
+    void Erase(Slot* slot) noexcept;
+    void SetChild(Slot& slot, XmlNode& child) noexcept;
+    void Prefetch(const Slot& slot) const noexcept;
+
+    Slot* slots_;
+    std::size_t size_;           // a power of two
+    std::size_t used_ = 0;       // one for each name
+    std::uintptr_t origin_ = 0;  // where the text of the first child that was taken in lies
+    HashKey key_;
+    SameNameLinks links_;
+    NamedChildren which_;
+};
+
+}  // namespace mox
+
+#endif
