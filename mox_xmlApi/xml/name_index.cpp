@@ -6,7 +6,6 @@
 
 #include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/xml/name_hash.h"
-#include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
 namespace {
@@ -16,24 +15,7 @@ std::uintptr_t MarkupBefore(WideView name) noexcept {
     return reinterpret_cast<std::uintptr_t>(name.data()) - 16 * sizeof(wchar16);
 }
 
-bool IsMeant(const XmlNode& node, NamedChildren which) noexcept {
-    return which == NamedChildren::All ||
-           (node.kind == XmlNodeKind::Element && SameText(node.name.View(), names::kTable));
-}
-
 }  // namespace
-
-const XmlAttribute* NameAttribute(const XmlNode& node) noexcept {
-    for (const XmlAttribute& attribute : node.attributes) {
-        if (SameText(attribute.name.View(), names::kName)) return &attribute;
-    }
-    return nullptr;
-}
-
-bool IsNamed(const XmlNode& node, NamedChildren which, WideView name) noexcept {
-    const XmlAttribute* attribute = NameAttribute(node);
-    return attribute != nullptr && SameText(attribute->value.View(), name) && IsMeant(node, which);
-}
 
 std::size_t NameIndex::SizeFor(std::size_t names) noexcept {
     constexpr std::size_t kLeast = 16;
@@ -83,19 +65,20 @@ std::uint32_t NameIndex::HashOf(WideView name) const noexcept {
     return static_cast<std::uint32_t>(HashName(key_, name) >> 33);
 }
 
-// The slot of the name, or the free one where the search for it ends.
-NameIndex::Slot* NameIndex::Find(std::uint32_t hash, WideView name) const noexcept {
+// The slot of the name, or the free one where the search for it ends. `likely`, if it is not null, is a child of that
+// name: where it is the first one, nothing is compared.
+NameIndex::Slot* NameIndex::Find(std::uint32_t hash, WideView name, const XmlNode* likely) const noexcept {
     for (std::size_t place = hash & (size_ - 1);; place = (place + 1) & (size_ - 1)) {
         Slot& slot = slots_[place];
-        if (slot.child == nullptr) return &slot;
+        if (slot.child == likely || slot.child == nullptr) return &slot;
         if (slot.hash != hash) continue;
-        Prefetch(slot);
+        if (likely == nullptr) Prefetch(slot);
         if (SameText(NameAttribute(*slot.child)->value.View(), name)) return &slot;
     }
 }
 
 XmlNode* NameIndex::First(WideView name) const noexcept {
-    return Find(HashOf(name), name)->child;
+    return Find(HashOf(name), name, nullptr)->child;
 }
 
 // Gives the slots the room that one more name needs. The children are not looked at: no two slots have one name.
@@ -131,7 +114,7 @@ bool NameIndex::Insert(XmlPool& pool, XmlNode& child) noexcept {
 bool NameIndex::Add(XmlPool& pool, XmlNode& child, WideView name, Order order) noexcept {
     if (!Reserve(pool)) return false;
     const std::uint32_t hash = HashOf(name);
-    Slot& slot = *Find(hash, name);
+    Slot& slot = *Find(hash, name, nullptr);
     if (slot.child == nullptr) {
         slot.hash = hash & 0x7FFFFFFF;
         SetChild(slot, child);
@@ -152,7 +135,7 @@ bool NameIndex::Add(XmlPool& pool, XmlNode& child, WideView name, Order order) n
 void NameIndex::Remove(const XmlNode& child) noexcept {
     const XmlAttribute* name = CoveredName(child);
     if (name == nullptr) return;
-    Slot* slot = Find(HashOf(name->value.View()), name->value.View());
+    Slot* slot = Find(HashOf(name->value.View()), name->value.View(), &child);
     if (slot->hasDuplicate == 0) return Erase(slot);
     bool hasDuplicate = false;
     SetChild(*slot, *links_.Remove(*slot->child, child, hasDuplicate));

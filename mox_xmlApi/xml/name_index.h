@@ -15,6 +15,7 @@
 #include "mox_xmlApi/platform/random_key.h"
 #include "mox_xmlApi/platform/wide_text.h"
 #include "mox_xmlApi/xml/same_name_links.h"
+#include "mox_xmlApi/xml/xml_names.h"
 #include "mox_xmlApi/xml/xml_node.h"
 #include "mox_xmlApi/xml/xml_pool.h"
 
@@ -27,10 +28,18 @@ enum class NamedChildren : std::uint8_t {
 };
 
 // The first attribute "name" of a node, or null.
-const XmlAttribute* NameAttribute(const XmlNode& node) noexcept;
+inline const XmlAttribute* NameAttribute(const XmlNode& node) noexcept {
+    for (const XmlAttribute& attribute : node.attributes) {
+        if (SameText(attribute.name.View(), names::kName)) return &attribute;
+    }
+    return nullptr;
+}
 
-// Whether the node is one of the children that are meant and its name is `name`.
-bool IsNamed(const XmlNode& node, NamedChildren which, WideView name) noexcept;
+// Whether the node is one of the children that are meant.
+inline bool IsMeant(const XmlNode& node, NamedChildren which) noexcept {
+    return which == NamedChildren::All ||
+           (node.kind == XmlNodeKind::Element && SameText(node.name.View(), names::kTable));
+}
 
 // As the attachment of a list of children it also keeps their first one.
 class NameIndex : public ChildListAttachment {
@@ -71,7 +80,7 @@ class NameIndex : public ChildListAttachment {
 
     const XmlAttribute* CoveredName(const XmlNode& child) const noexcept;
     std::uint32_t HashOf(WideView name) const noexcept;
-    Slot* Find(std::uint32_t hash, WideView name) const noexcept;
+    Slot* Find(std::uint32_t hash, WideView name, const XmlNode* likely) const noexcept;
     bool Add(XmlPool& pool, XmlNode& child, WideView name, Order order) noexcept;
     bool Reserve(XmlPool& pool) noexcept;
     void Erase(Slot* slot) noexcept;

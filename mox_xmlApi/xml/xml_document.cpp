@@ -130,7 +130,7 @@ XmlNode* XmlDocument::CreateNode(WideView name, std::optional<WideView> value, X
 void XmlDocument::FreeNode(XmlNode* node) noexcept {
     for (XmlAttribute& attribute : node->attributes)
         ReleaseAttribute(attribute, *pool_);
-    ChildLookup::Invalidate(*pool_, *node);
+    if (node->children.Attached() != nullptr) ChildLookup::Invalidate(*pool_, *node);
     node->attributes.Release(*pool_);
     node->name.Release(*pool_);
     node->value.Release(*pool_);
@@ -239,7 +239,8 @@ std::size_t XmlDocument::RemoveMatches(XmlNode* parent, const ContentMatch& matc
     while (child != nullptr && removed < most) {
         XmlNode* const next = index != nullptr ? index->After(*child) : child->next;
         ++lookedAt;
-        if (matches(*child) && earlier++ >= first) {
+        const bool isMatch = index != nullptr ? IsElement(*child) : matches(*child);
+        if (isMatch && earlier++ >= first) {
             RemoveChild(child);
             ++removed;
         }
