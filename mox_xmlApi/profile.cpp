@@ -10,6 +10,7 @@
 #include "mox_xmlApi/profile/keys.h"
 #include "mox_xmlApi/profile/profile_save.h"
 #include "mox_xmlApi/profile/sections.h"
+#include "mox_xmlApi/table/table_handle.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 using mox::CopyToBuffer;
@@ -24,11 +25,9 @@ void SetFlag(std::uint32_t* flag, bool value) noexcept {
     if (flag != nullptr) *flag = value ? 1 : 0;
 }
 
-bool LoadDocument(mox::XmlDocument& document, const wchar16* path, const char* buffer, std::int32_t size,
-                  bool wide) {
-    if (path != nullptr) return document.LoadFile(path, wide);
-    // Widened with its sign: a negative size sets no limit.
-    return document.LoadBuffer(buffer, static_cast<std::uint64_t>(std::int64_t{size}));
+// A table handle over a section, for the host. Throws std::bad_alloc.
+std::unique_ptr<mox::TableHandle> NewSectionHandle(moxSettings& settings, mox::XmlNode* section) {
+    return std::make_unique<mox::TableHandle>(settings.document.Pool(), section);
 }
 
 }  // namespace
@@ -39,7 +38,7 @@ moxSettings* xmlProfileNew(const wchar16* path, const char* buffer, int32_t size
         settings->CreateNew();
         return settings.release();
     }
-    if (!LoadDocument(settings->document, path, buffer, size, wide == 1)) return nullptr;
+    if (!settings->document.Load(path, wide == 1, buffer, size)) return nullptr;
     settings->isLoaded = true;
     settings->LocateRoot();
     return settings.release();
@@ -64,7 +63,7 @@ void* xmlGetProfileSection(moxSettings* handle, const wchar16* section, uint32_t
     if (handle == nullptr) return nullptr;
     mox::XmlNode* element = mox::FindSection(*handle, ViewOf(section));
     if (element == nullptr) return nullptr;
-    auto table = mox::NewSectionHandle(*handle, element);
+    auto table = NewSectionHandle(*handle, element);
     SetFlag(editable, mox::IsEditable(*element));
     return table.release();
 }
@@ -83,7 +82,7 @@ void* xmlEnumProfileSections(moxSettings* handle, uintptr_t* position, wchar16* 
         *position = 0;
         return nullptr;
     }
-    auto table = mox::NewSectionHandle(*handle, section);
+    auto table = NewSectionHandle(*handle, section);
     if (cell == nullptr) cell = new mox::XmlNode*;
     *cell = section;
     *position = reinterpret_cast<uintptr_t>(cell);
@@ -99,10 +98,10 @@ void* xmlWriteProfileSection(moxSettings* handle, const wchar16* section, uint32
     if (handle == nullptr) return nullptr;
     const mox::TableHeader header{ViewOf(section), firstId, static_cast<std::uint16_t>(type & 0xFFFF),
                                   editable != 0};
-    bool isMarked = false;
-    mox::XmlNode* element = mox::ObtainSection(*handle, header, isMarked);
-    auto table = element == nullptr ? nullptr : mox::NewSectionHandle(*handle, element);
-    SetFlag(eud, isMarked);
+    bool eudIsSet = false;
+    mox::XmlNode* element = mox::ObtainSection(*handle, header, eudIsSet);
+    auto table = element == nullptr ? nullptr : NewSectionHandle(*handle, element);
+    SetFlag(eud, eudIsSet);
     return table.release();
 }
 

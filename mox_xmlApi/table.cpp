@@ -1,10 +1,10 @@
 // The table family of exports: promised outputs first, then the handle, then one call below.
 #include <memory>
 
+#include "mox_xmlApi/entries/table_entries.h"
 #include "mox_xmlApi/mox_xmlApi.h"
-#include "mox_xmlApi/table/entry_removal.h"
+#include "mox_xmlApi/table/host_entries.h"
 #include "mox_xmlApi/table/host_records.h"
-#include "mox_xmlApi/table/table_entries.h"
 #include "mox_xmlApi/table/table_handle.h"
 
 using mox::TableHandle;
@@ -29,11 +29,7 @@ void* xmlTableNew(const wchar16* filePath, const char* buffer, int32_t bufferSiz
         table->CreateNew(header, newDocument == 1);
         return table.release();
     }
-    // Widened with its sign: a negative size sets no limit.
-    const bool loaded =
-        filePath != nullptr
-            ? table->document.LoadFile(filePath, true)
-            : table->document.LoadBuffer(buffer, static_cast<std::uint64_t>(std::int64_t{bufferSize}));
+    const bool loaded = table->document.Load(filePath, true, buffer, bufferSize);
     TableHeader header{ViewOf(tableName)};
     return loaded && table->Open(header, true) ? table.release() : nullptr;
 }
@@ -50,8 +46,9 @@ void xmlTableDispose(void** handleAddress) {
 
 bool xmlTableEntryGet(void* handle, uint64_t* position, TableEntryValueInfoStruct* valueRecord,
                       TableEntryUInfoStruct* uiRecord) {
-    return handle != nullptr && mox::GetEntry(CursorOf(handle), static_cast<TableHandle*>(handle)->buffers,
-                                              position, valueRecord, uiRecord);
+    return handle != nullptr &&
+           mox::GetHostEntry(CursorOf(handle), static_cast<TableHandle*>(handle)->buffers, position,
+                             valueRecord, uiRecord);
 }
 
 bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record) {
@@ -62,7 +59,7 @@ bool xmlTableEntryIsExist(void* handle, const TableEntryBaseInfoStruct* record) 
 bool xmlTableEntrySet(void* handle, uint64_t* position, TableEntryValueInfoStruct* valueRecord,
                       TableEntryUInfoStruct* uiRecord, int32_t force, int32_t mark) {
     return handle != nullptr &&
-           mox::SetEntry(CursorOf(handle), position, valueRecord, uiRecord, force == 1, mark == 1);
+           mox::SetHostEntry(CursorOf(handle), position, valueRecord, uiRecord, force == 1, mark == 1);
 }
 
 bool xmlTableEntryAdd(void* handle, uint64_t* position, TableEntryValueInfoStruct* valueRecord,

@@ -7,22 +7,6 @@
 namespace mox {
 namespace {
 
-TableHeader ReadHeader(const XmlNode& table) noexcept {
-    TableHeader header;
-    WideView text;
-    if (XmlDocument::GetAttribute(&table, names::kName, text)) header.name = text;
-    // Read signed, as hosts have always seen it: a number past the signed range comes back as the largest
-    // one.
-    if (XmlDocument::GetAttribute(&table, names::kFirstId, text)) {
-        header.first_id = static_cast<std::uint32_t>(ReadDecimal(text));
-    }
-    if (XmlDocument::GetAttribute(&table, names::kType, text)) {
-        header.type = static_cast<std::uint16_t>(ReadUnsignedHex(text) & 0xFFFF);
-    }
-    if (XmlDocument::GetAttribute(&table, names::kEditable, text)) header.editable = text == names::kTrue;
-    return header;
-}
-
 void WriteHeader(XmlDocument& document, XmlNode& table, const TableHeader& header, bool withSchema) {
     FieldText number;
     if (withSchema) document.WriteAttribute(table, names::kSchemaLocation, names::kTableSchema);
@@ -40,6 +24,21 @@ void WriteHeader(XmlDocument& document, XmlNode& table, const TableHeader& heade
 
 }  // namespace
 
+TableHeader ReadTableHeader(const XmlNode& table) noexcept {
+    TableHeader header;
+    WideView text;
+    if (XmlDocument::GetAttribute(&table, names::kName, text)) header.name = text;
+    // Read as a signed number, as hosts have always seen it: one beyond the signed range is read as the largest.
+    if (XmlDocument::GetAttribute(&table, names::kFirstId, text)) {
+        header.first_id = static_cast<std::uint32_t>(ReadDecimal(text));
+    }
+    if (XmlDocument::GetAttribute(&table, names::kType, text)) {
+        header.type = static_cast<std::uint16_t>(ReadUnsignedHex(text) & 0xFFFF);
+    }
+    if (XmlDocument::GetAttribute(&table, names::kEditable, text)) header.editable = text == names::kTrue;
+    return header;
+}
+
 bool OpenTable(TableCursor& cursor, TableHeader& header, bool withSchema) {
     XmlNode* const root = cursor.document == nullptr ? nullptr : cursor.document->root;
     if (root == nullptr) return false;
@@ -48,7 +47,7 @@ bool OpenTable(TableCursor& cursor, TableHeader& header, bool withSchema) {
         table = &cursor.document->AppendElement(*root, names::kTable);
         WriteHeader(*cursor.document, *table, header, withSchema);
     } else {
-        const TableHeader found = ReadHeader(*table);
+        const TableHeader found = ReadTableHeader(*table);
         if (!header.name.empty() && header.name != found.name) return false;
         header = found;
     }

@@ -9,8 +9,8 @@
 
 namespace mox {
 
-// What a table says of itself. `name` is a view, into the tree after OpenTable, so a header is used at once
-// and not kept.
+// The attributes of a "Table" element. `name` is a view, after OpenTable of the tree: a header is not kept beyond the
+// call in which it was read.
 struct TableHeader {
     WideView name{};
     std::uint32_t first_id = 0;
@@ -29,6 +29,9 @@ struct TableCursor {
 
     bool IsReady() const noexcept { return documentReady && tableReady; }
 };
+
+// The header that `table` has; what is missing is 0, false or empty. The name is a view of the tree. Does not throw.
+TableHeader ReadTableHeader(const XmlNode& table) noexcept;
 
 // Finds or makes the table element of the cursor's document.
 //

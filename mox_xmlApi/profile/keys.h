@@ -9,7 +9,7 @@ namespace mox {
 // The value text of a key: that of its first entry, or of that entry's presentation data when it is empty. An
 // empty key is the first entry that has a name. The view lasts until the profile changes. False when there is
 // no such section or key, or no known type. Does not throw.
-bool ReadKeyValue(const moxSettings& settings, WideView section, WideView key, WideView& value) noexcept;
+bool ReadKeyValue(moxSettings& settings, WideView section, WideView key, WideView& value) noexcept;
 
 // Sets the value text of a key; a section or key that is missing is made. False when there is no root. May
 // throw std::bad_alloc or std::length_error; a section made by then stays.

@@ -1,19 +1,19 @@
 #include "mox_xmlApi/profile/profile_save.h"
 
 #include "mox_xmlApi/entries/entry_reader.h"
+#include "mox_xmlApi/entries/table_entries.h"
 #include "mox_xmlApi/profile/sections.h"
-#include "mox_xmlApi/table/table_entries.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
 namespace {
 
-// A section marked "true" loses the mark on its entries too; with any other text of "eud" they keep theirs.
-void StripMarks(XmlDocument& document, XmlNode* section) noexcept {
-    WideView mark;
-    if (!XmlDocument::GetAttribute(section, names::kEud, mark)) return;
+// A section whose "eud" is "true" loses it together with its entries; with any other text the entries keep theirs.
+void RemoveEud(XmlDocument& document, XmlNode* section) noexcept {
+    WideView eud;
+    if (!XmlDocument::GetAttribute(section, names::kEud, eud)) return;
     XmlNode* entry = nullptr;
-    while (mark == names::kTrue && XmlDocument::NextChildElement(section, entry) != nullptr) {
+    while (eud == names::kTrue && XmlDocument::NextChildElement(section, entry) != nullptr) {
         document.RemoveAttribute(entry, names::kEud);
     }
     document.RemoveAttribute(section, names::kEud);
@@ -27,19 +27,14 @@ void ExportEntries(const TableCursor& from, const TableCursor& to, std::uint32_t
         EntryUiRecord ui;
         if (!ReadEntry(from, *entry, &value, &ui)) return;
         if (value.Value.empty()) value.Value = ui.Value;
-        AddEntry(to, nullptr, value.name, mode == kExportValues ? &value : nullptr,
-                 mode == kExportPresentation ? &ui : nullptr, false, false);
+        AddEntry(to, mode == kExportValues ? &value : nullptr, mode == kExportPresentation ? &ui : nullptr);
     }
 }
 
-void ExportSection(const moxSettings& source, XmlNode* section, moxSettings& target, std::uint32_t mode) {
-    TableHeader header;
-    const TableHandle from(source.document.Pool(), section, header);
+void ExportSection(moxSettings& source, XmlNode* section, moxSettings& target, std::uint32_t mode) {
     bool eud = false;
-    XmlNode* copy = ObtainSection(target, header, eud);
-    TableHeader copyHeader;
-    const TableHandle to(target.document.Pool(), copy, copyHeader);
-    ExportEntries(from.cursor, to.cursor, mode);
+    XmlNode* copy = ObtainSection(target, ReadTableHeader(*section), eud);
+    ExportEntries(SectionCursor(source, section), SectionCursor(target, copy), mode);
 }
 
 }  // namespace
@@ -47,12 +42,11 @@ void ExportSection(const moxSettings& source, XmlNode* section, moxSettings& tar
 bool WriteToFile(moxSettings& settings, const wchar16* path, bool refuse, bool wide) {
     XmlNode* section = nullptr;
     while (XmlDocument::NextChildElement(settings.root, section) != nullptr)
-        StripMarks(settings.document, section);
+        RemoveEud(settings.document, section);
     return settings.document.Save(path, refuse, wide);
 }
 
-bool WriteExport(const moxSettings& settings, const wchar16* path, std::uint32_t mode, bool refuse,
-                 bool wide) {
+bool WriteExport(moxSettings& settings, const wchar16* path, std::uint32_t mode, bool refuse, bool wide) {
     const OwnedSettings target(new moxSettings);
     target->CreateNew();
     XmlNode* section = nullptr;

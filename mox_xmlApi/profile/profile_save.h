@@ -13,14 +13,13 @@ inline constexpr std::uint32_t kSaveDocument = 0;
 inline constexpr std::uint32_t kExportPresentation = 1;
 inline constexpr std::uint32_t kExportValues = 2;
 
-// Removes the "eud" marks from the document and writes it. Results and flags as XmlDocument::Save; the marks
-// are gone whatever the result.
+// Removes "eud" from the sections and their entries and writes the document. Results and flags are those of
+// XmlDocument::Save; "eud" is removed also if that fails.
 bool WriteToFile(moxSettings& settings, const wchar16* path, bool refuse, bool wide);
 
 // Writes an export of the profile in another mode than kSaveDocument. The profile itself does not change.
-// Throws kStampFailed as ObtainSection does, std::bad_alloc, std::length_error.
-bool WriteExport(const moxSettings& settings, const wchar16* path, std::uint32_t mode, bool refuse,
-                 bool wide);
+// Throws kSectionUpdateFailed as ObtainSection does, std::bad_alloc, std::length_error.
+bool WriteExport(moxSettings& settings, const wchar16* path, std::uint32_t mode, bool refuse, bool wide);
 
 }  // namespace mox
 

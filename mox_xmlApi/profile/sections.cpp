@@ -18,19 +18,16 @@ void WriteNumber(XmlDocument& document, XmlNode& section, WideView name, WideVie
     document.WriteAttribute(section, name, text.View());
 }
 
-void StampSection(moxSettings& settings, XmlNode& section, const TableHeader& header, bool& eud) {
+void UpdateSection(moxSettings& settings, XmlNode& section, const TableHeader& header) {
+    if (!SectionCursor(settings, &section).IsReady()) throw kSectionUpdateFailed;
     XmlDocument& document = settings.document;
-    TableHeader found;
-    const TableHandle handle(document.Pool(), &section, found);
-    if (!handle.cursor.IsReady()) throw kStampFailed;
     document.WriteAttribute(section, names::kName, header.name);
     document.WriteAttribute(section, names::kEditable, IsEditable(section) ? names::kTrue : names::kFalse);
     WriteNumber(document, section, names::kFirstId, "%u"_w, header.first_id);
     WriteNumber(document, section, names::kType, "%04X"_w, header.type);
-    eud = HasAttributeTrue(section, names::kEud);
 }
 
-// Makes the section in a document of its own first, so that it enters the profile complete or not at all.
+// The section is first made in a document of its own, so that it is appended complete or not at all.
 XmlNode* NewSection(moxSettings& settings, const TableHeader& header) {
     if (settings.root == nullptr) return nullptr;
     XmlDocument scratch(settings.document.Pool());
@@ -61,7 +58,8 @@ XmlNode* ObtainSection(moxSettings& settings, const TableHeader& header, bool& e
     eud = false;
     XmlNode* section = FindSection(settings, header.name);
     if (section == nullptr) return NewSection(settings, header);
-    StampSection(settings, *section, header, eud);
+    UpdateSection(settings, *section, header);
+    eud = HasAttributeTrue(*section, names::kEud);
     return section;
 }
 
@@ -69,9 +67,9 @@ int DeleteSection(moxSettings& settings, XmlNode* section) noexcept {
     return settings.document.RemoveNode(settings.root, section);
 }
 
-std::unique_ptr<TableHandle> NewSectionHandle(moxSettings& settings, XmlNode* section) {
-    TableHeader header;
-    return std::make_unique<TableHandle>(settings.document.Pool(), section, header);
+TableCursor SectionCursor(moxSettings& settings, XmlNode* section) noexcept {
+    const bool isElement = section != nullptr && section->kind == XmlNodeKind::Element;
+    return {isElement, isElement, &settings.document, section, false};
 }
 
 }  // namespace mox

@@ -38,7 +38,7 @@ WideView NameOf(const TableEntryBaseInfoStruct& record) noexcept {
     return {record.name, static_cast<std::size_t>(end - std::begin(record.name))};
 }
 
-bool HostValue::Take(const TableEntryValueInfoStruct& record, std::uint16_t type) {
+bool HostValue::Read(const TableEntryValueInfoStruct& record, std::uint16_t type) {
     if (type == kTypeWideString) {
         const wchar16* text = record.GetVal_w();
         isSet_ = text != nullptr;

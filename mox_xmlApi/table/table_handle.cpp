@@ -4,11 +4,6 @@ namespace mox {
 
 TableHandle::TableHandle() : cursor{true, true, &document, nullptr, true} {}
 
-TableHandle::TableHandle(XmlPool& shared, XmlNode* element, TableHeader& header)
-    : document(shared, element), cursor{true, true, &document, nullptr, false} {
-    Open(header, true);
-}
-
 TableHandle::TableHandle(XmlPool& shared, XmlNode* element)
     : document(shared, element), cursor{true, true, &document, element, false} {}
 

@@ -1,4 +1,4 @@
-// What hosts hold as a table handle: a document and the cursor on its "Table" element.
+// What a host's table handle refers to: a document and the cursor on its "Table" element.
 #ifndef MOX_XMLAPI_TABLE_TABLE_HANDLE_H
 #define MOX_XMLAPI_TABLE_TABLE_HANDLE_H
 
@@ -9,22 +9,20 @@
 namespace mox {
 
 struct TableHandle {
-    // A table with a document of its own, empty until a table is opened or made in it.
+    // A table with a document of its own, which is empty until a table is opened or created in it.
     TableHandle();
-    // A table over an element that lies in another document's tree, in the pool `shared`. It never frees the
-    // element and must not outlive it. The cursor is ready; `header` takes what the element says.
-    TableHandle(XmlPool& shared, XmlNode* element, TableHeader& header);
-    // The same for callers that want nothing of the header: it is not read.
+    // A table over an element of another document's tree, which lies in the pool `shared`. It never frees the element
+    // and must not outlive it. The cursor is ready.
     TableHandle(XmlPool& shared, XmlNode* element);
     TableHandle(const TableHandle&) = delete;
     TableHandle& operator=(const TableHandle&) = delete;
 
-    // Opens the table and makes the handle ready or unready by the result, which is returned. May throw as
-    // OpenTable.
+    // Opens the table of the document. The handle is ready if that succeeds, which is also the result. May throw as
+    // OpenTable does.
     bool Open(TableHeader& header, bool withSchema);
 
-    // Makes a new table in the empty document, with the declaration and the schema location when
-    // `asDocument`. When that fails, the handle finds nothing and refuses everything. May throw as OpenTable.
+    // Creates a table in the empty document, with the declaration and the schema location if `asDocument`. May throw as
+    // OpenTable does.
     void CreateNew(const TableHeader& header, bool asDocument);
 
     XmlDocument document;

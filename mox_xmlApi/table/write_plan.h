@@ -12,7 +12,7 @@ struct GivenRecords {
 };
 
 // Where an entry keeps its value; nowhere when there is no entry or it cannot be read.
-struct ValuePlaces {
+struct ValueLocation {
     bool hadValue = false;    // its own "Value" is not empty
     bool hadUiValue = false;  // that of its presentation data is not empty
 };
@@ -27,7 +27,7 @@ struct WritePlan {
 
 // Set keeps to where `entry`, the one that is written, has a value. An entry without any gets it in its presentation
 // data.
-constexpr WritePlan PlanSet(GivenRecords given, ValuePlaces entry) noexcept {
+constexpr WritePlan PlanSet(GivenRecords given, ValueLocation entry) noexcept {
     const bool writesValue = given.value && entry.hadValue;
     const bool writesUi = given.ui && entry.hadUiValue;
     if (given.value && !writesValue && !writesUi) return {true, true, true};
@@ -35,7 +35,7 @@ constexpr WritePlan PlanSet(GivenRecords given, ValuePlaces entry) noexcept {
 }
 
 // Add writes what it is given. A value record alone keeps to where `first`, the table's first entry, has its value.
-constexpr WritePlan PlanAdd(GivenRecords given, ValuePlaces first) noexcept {
+constexpr WritePlan PlanAdd(GivenRecords given, ValueLocation first) noexcept {
     const bool keepsValuesInUi = !first.hadValue && first.hadUiValue;
     if (given.value && !given.ui && keepsValuesInUi) return {true, true, true};
     return {given.value, given.ui, false};

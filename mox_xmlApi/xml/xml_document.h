@@ -131,6 +131,8 @@ class XmlDocument {
     bool LoadFile(const wchar16* path, bool wide);
     // Parses the bytes up to the first zero byte, at most `size` of them.
     bool LoadBuffer(const char* bytes, std::uint64_t size);
+    // Loads the file at `path` or, if that is null, the bytes; a negative `size` sets no limit.
+    bool Load(const wchar16* path, bool wide, const char* bytes, std::int32_t size);
     // Parses `text` into `parent`. Top-level nodes that were complete before a failure stay.
     bool Parse(WideView text, XmlNode* parent);
 

@@ -196,6 +196,11 @@ bool XmlDocument::LoadBuffer(const char* bytes, std::uint64_t size) {
     return loaded = ParseBlock(*this, block, length, root);
 }
 
+bool XmlDocument::Load(const wchar16* path, bool wide, const char* bytes, std::int32_t size) {
+    return path != nullptr ? LoadFile(path, wide)
+                           : LoadBuffer(bytes, static_cast<std::uint64_t>(std::int64_t{size}));
+}
+
 bool XmlDocument::Parse(WideView text, XmlNode* parent) {
     if (parent == nullptr) return false;
     TextBlock block(*pool_, BlockSize(text.size()));

@@ -26,7 +26,7 @@ std::string_view Words(WritePlan plan, GivenRecords given) {
 }
 
 struct Row {
-    ValuePlaces places;
+    ValueLocation location;
     std::string_view valueAlone;
     std::string_view uiAlone;
     std::string_view both;
@@ -41,11 +41,11 @@ TEST(WritePlan, SetGoesByWhereTheEntryKeepsItsValue) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::Message()
-                     << "own value " << row.places.hadValue << ", UI value " << row.places.hadUiValue);
-        EXPECT_EQ(Words(PlanSet(kValueAlone, row.places), kValueAlone), row.valueAlone);
-        EXPECT_EQ(Words(PlanSet(kUiAlone, row.places), kUiAlone), row.uiAlone);
-        EXPECT_EQ(Words(PlanSet(kBoth, row.places), kBoth), row.both);
-        EXPECT_EQ(Words(PlanSet(kNeither, row.places), kNeither), "nothing");
+                     << "own value " << row.location.hadValue << ", UI value " << row.location.hadUiValue);
+        EXPECT_EQ(Words(PlanSet(kValueAlone, row.location), kValueAlone), row.valueAlone);
+        EXPECT_EQ(Words(PlanSet(kUiAlone, row.location), kUiAlone), row.uiAlone);
+        EXPECT_EQ(Words(PlanSet(kBoth, row.location), kBoth), row.both);
+        EXPECT_EQ(Words(PlanSet(kNeither, row.location), kNeither), "nothing");
     }
 }
 
@@ -58,11 +58,11 @@ TEST(WritePlan, AddGoesByWhereTheFirstEntryKeepsItsValueWhenAValueComesAlone) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::Message()
-                     << "own value " << row.places.hadValue << ", UI value " << row.places.hadUiValue);
-        EXPECT_EQ(Words(PlanAdd(kValueAlone, row.places), kValueAlone), row.valueAlone);
-        EXPECT_EQ(Words(PlanAdd(kUiAlone, row.places), kUiAlone), row.uiAlone);
-        EXPECT_EQ(Words(PlanAdd(kBoth, row.places), kBoth), row.both);
-        EXPECT_EQ(Words(PlanAdd(kNeither, row.places), kNeither), "nothing");
+                     << "own value " << row.location.hadValue << ", UI value " << row.location.hadUiValue);
+        EXPECT_EQ(Words(PlanAdd(kValueAlone, row.location), kValueAlone), row.valueAlone);
+        EXPECT_EQ(Words(PlanAdd(kUiAlone, row.location), kUiAlone), row.uiAlone);
+        EXPECT_EQ(Words(PlanAdd(kBoth, row.location), kBoth), row.both);
+        EXPECT_EQ(Words(PlanAdd(kNeither, row.location), kNeither), "nothing");
     }
 }
 

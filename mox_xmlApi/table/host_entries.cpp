@@ -1,8 +1,9 @@
-#include "mox_xmlApi/table/table_entries.h"
+#include "mox_xmlApi/table/host_entries.h"
 
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "mox_xmlApi/entries/entry_reader.h"
 #include "mox_xmlApi/entries/entry_writer.h"
+#include "mox_xmlApi/entries/table_entries.h"
 #include "mox_xmlApi/table/host_records.h"
 #include "mox_xmlApi/table/write_plan.h"
 #include "mox_xmlApi/xml/xml_names.h"
@@ -10,28 +11,31 @@
 namespace mox {
 namespace {
 
-XmlNode* NodeAt(std::uint64_t position) noexcept {
+// A host's position: 0 before the first entry, kByName for none, otherwise the address of an entry.
+constexpr std::uint64_t kByName = ~std::uint64_t{0};
+
+XmlNode* EntryAt(std::uint64_t position) noexcept {
     return reinterpret_cast<XmlNode*>(static_cast<std::uintptr_t>(position));
 }
 
-std::uint64_t PositionOf(const XmlNode* entry) noexcept {
+std::uint64_t PositionAt(const XmlNode* entry) noexcept {
     return reinterpret_cast<std::uintptr_t>(entry);
 }
 
 // The entry after a position, or null.
 XmlNode* EntryAfter(const TableCursor& cursor, std::uint64_t position) noexcept {
-    XmlNode* entry = NodeAt(position);
+    XmlNode* entry = EntryAt(position);
     return XmlDocument::NextChildElement(cursor.table, entry);
 }
 
-ValuePlaces PlacesOf(const TableCursor& cursor, const XmlNode* entry) noexcept {
+ValueLocation LocationOf(const TableCursor& cursor, const XmlNode* entry) noexcept {
     EntryValueRecord value;
     EntryUiRecord ui;
     if (entry == nullptr || !ReadEntry(cursor, *entry, &value, &ui)) return {};
     return {!value.Value.empty(), !ui.Value.empty()};
 }
 
-// What the host's records say, and what of it is to be written.
+// The contents of the host's records, and what of them is to be written.
 struct Change {
     EntryValueRecord value;
     EntryUiRecord ui;
@@ -39,28 +43,28 @@ struct Change {
     HostValue uiText;
     WritePlan plan;
 
-    bool TakeValue(const TableEntryValueInfoStruct& record) {
+    bool ReadValue(const TableEntryValueInfoStruct& record) {
         value = FieldsOf(record);
-        if (!valueText.Take(record)) return false;
+        if (!valueText.Read(record)) return false;
         value.Value = valueText.View();
         return true;
     }
 
-    bool TakeUi(const TableEntryUInfoStruct& record, const TableEntryValueInfoStruct* textOf,
+    bool ReadUi(const TableEntryUInfoStruct& record, const TableEntryValueInfoStruct* textOf,
                 std::uint16_t type) {
         ui = FieldsOf(record);
-        if (textOf != nullptr && !uiText.Take(*textOf, type)) return false;
+        if (textOf != nullptr && !uiText.Read(*textOf, type)) return false;
         ui.Value = uiText.View();
         return true;
     }
 
     void Decide(const WritePlan& decision) noexcept {
         plan = decision;
-        if (MovesText()) ui.Value = valueText.View();
+        if (MovesValue()) ui.Value = valueText.View();
     }
 
     // A value that the host never set is not moved.
-    bool MovesText() const noexcept { return plan.movesValue && valueText.IsSet(); }
+    bool MovesValue() const noexcept { return plan.movesValue && valueText.IsSet(); }
 };
 
 // False for a cursor that is not ready.
@@ -69,79 +73,45 @@ bool WriteChange(const TableCursor& cursor, XmlNode* entry, const Change& change
     const EntryUiRecord* ui = change.plan.writesUi ? &change.ui : nullptr;
     if (!WriteEntry(cursor, entry, value, ui, onlySet)) return false;
     // The writer of the presentation data may have ended before their value.
-    if (change.MovesText()) WriteUiValue(cursor, entry, change.ui, onlySet);
+    if (change.MovesValue()) WriteUiValue(cursor, entry, change.ui, onlySet);
     return true;
 }
 
-bool IsProtected(const XmlNode* entry) noexcept {
-    WideView mark;
-    return XmlDocument::GetAttribute(entry, names::kEud, mark) && mark == names::kTrue;
-}
-
-// A name for look-ups: that of the value record, or else of the presentation record.
+// The name to look up: that of the value record or, without one, of the presentation record.
 WideView KeyOf(const TableEntryValueInfoStruct* value, const TableEntryUInfoStruct* ui) noexcept {
     if (value != nullptr) return NameOf(*value);
     return ui != nullptr ? NameOf(*ui) : WideView();
 }
 
 bool SetAtPosition(const TableCursor& cursor, std::uint64_t& position, const Change& change, bool force,
-                   bool mark) {
+                   bool setEud) {
     if (!cursor.IsReady()) return false;
     XmlNode* entry = EntryAfter(cursor, position);
     if (entry == nullptr) return false;
-    position = PositionOf(entry);
-    if (!force && IsProtected(entry)) return true;
+    position = PositionAt(entry);
+    if (!force && HasEud(entry)) return true;
     WriteChange(cursor, entry, change, false);
-    if (mark) MarkEntry(cursor, entry);  // without `mark` an entry written by position keeps the mark it has
+    if (setEud)
+        SetEud(cursor, entry);  // otherwise an entry that is written by position keeps the "eud" that it has
     return true;
 }
 
-bool SetByName(const TableCursor& cursor, XmlNode* entry, const Change& change, bool force, bool mark) {
+bool SetByName(const TableCursor& cursor, XmlNode* entry, const Change& change, bool force, bool setEud) {
     if (entry == nullptr) return false;
-    if (!force && IsProtected(entry)) return true;
+    if (!force && HasEud(entry)) return true;
     if (!WriteChange(cursor, entry, change, false)) return false;
-    if (mark) {
-        MarkEntry(cursor, entry);
+    if (setEud) {
+        SetEud(cursor, entry);
     } else {
         cursor.document->RemoveAttribute(entry, names::kEud);
     }
     return true;
 }
 
-// The entry of that name for an update, if there is one, else a new one. Null when `before` is no entry of the table.
-XmlNode* FindOrInsert(const TableCursor& cursor, const XmlNode* before, WideView name, bool update) {
-    XmlNode* entry = update ? FindEntry(cursor, name) : nullptr;
-    if (entry != nullptr) return entry;
-    return cursor.document->InsertChild(cursor.table, names::kVar, std::nullopt, before);
-}
-
 }  // namespace
 
-XmlNode* FindEntry(const TableCursor& cursor, WideView name) noexcept {
-    XmlNode* entry = nullptr;
-    cursor.document->FindChildByNameAttribute(cursor.table, name, entry);
-    return entry;
-}
-
-void MarkEntry(const TableCursor& cursor, XmlNode* entry) {
-    if (XmlDocument::FindAttribute(cursor.table, names::kEud) == nullptr) {
-        cursor.document->SetAttribute(cursor.table, names::kEud, names::kTrue);
-    }
-    cursor.document->SetAttribute(entry, names::kEud, names::kTrue);
-}
-
-bool AddEntry(const TableCursor& cursor, const XmlNode* before, WideView name, const EntryValueRecord* value,
-              const EntryUiRecord* ui, bool mark, bool update) {
-    if (!cursor.IsReady()) return false;
-    XmlNode* entry = FindOrInsert(cursor, before, name, update);
-    if (entry == nullptr) return false;
-    WriteEntry(cursor, entry, value, ui, true);
-    if (mark) MarkEntry(cursor, entry);
-    return true;
-}
-
-bool GetEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* position,
-              TableEntryValueInfoStruct* value, TableEntryUInfoStruct* ui) {
+bool GetHostEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* position,
+                  TableEntryValueInfoStruct* value, TableEntryUInfoStruct* ui) {
     if (value == nullptr && ui == nullptr) return false;
     EntryValueRecord entryValue;
     EntryUiRecord entryUi;
@@ -150,7 +120,7 @@ bool GetEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* po
     if (byName) {
         // Before the records are cleared: both may be one object of the host.
         entry = FindEntry(cursor, value != nullptr ? NameOf(*value) : WideView());
-        if (value != nullptr) entryValue.id = value->id;  // stays the result's id when the entry has none
+        if (value != nullptr) entryValue.id = value->id;  // remains the result if the entry has no id
     } else if (value != nullptr) {
         value->TableEntryBaseInfoStruct::Clear();
     }
@@ -160,17 +130,17 @@ bool GetEntry(const TableCursor& cursor, TextBuffers& buffers, std::uint64_t* po
     if (!byName) entry = EntryAfter(cursor, *position);
     if (entry == nullptr) return false;
     if (!byName)
-        *position = PositionOf(entry);  // an entry that cannot be read is passed over by the next call
+        *position = PositionAt(entry);  // also if the entry cannot be read: the next call continues after it
     if (!ReadEntry(cursor, *entry, &entryValue, &entryUi)) return false;
     const bool isFilled =
         (value == nullptr || FillValueRecord(entryValue, entryUi, ui == nullptr, buffers, *value)) &&
         (ui == nullptr || FillUiRecord(entryValue, entryUi, buffers, *ui));
-    buffers.DropLarge();
+    buffers.ReleaseLarge();
     return isFilled;
 }
 
-bool SetEntry(const TableCursor& cursor, std::uint64_t* position, const TableEntryValueInfoStruct* value,
-              TableEntryUInfoStruct* ui, bool force, bool mark) {
+bool SetHostEntry(const TableCursor& cursor, std::uint64_t* position, const TableEntryValueInfoStruct* value,
+                  TableEntryUInfoStruct* ui, bool force, bool setEud) {
     if (ui != nullptr && !IsKnownOwner(ui->prov_owner)) ui->prov_owner = 0;  // hosts read the correction back
     if (position != nullptr && *position == kByName) return false;
     XmlNode* entry = nullptr;
@@ -181,39 +151,39 @@ bool SetEntry(const TableCursor& cursor, std::uint64_t* position, const TableEnt
     }
 
     Change change;
-    if (value != nullptr && !change.TakeValue(*value)) return false;
-    if (ui != nullptr && !change.TakeUi(*ui, ui, ui->type)) return false;
-    change.Decide(PlanSet({value != nullptr, ui != nullptr}, PlacesOf(cursor, entry)));
-    return position == nullptr ? SetByName(cursor, entry, change, force, mark)
-                               : SetAtPosition(cursor, *position, change, force, mark);
+    if (value != nullptr && !change.ReadValue(*value)) return false;
+    if (ui != nullptr && !change.ReadUi(*ui, ui, ui->type)) return false;
+    change.Decide(PlanSet({value != nullptr, ui != nullptr}, LocationOf(cursor, entry)));
+    return position == nullptr ? SetByName(cursor, entry, change, force, setEud)
+                               : SetAtPosition(cursor, *position, change, force, setEud);
 }
 
 bool AddHostEntry(const TableCursor& cursor, const std::uint64_t* position,
-                  const TableEntryValueInfoStruct* value, const TableEntryUInfoStruct* ui, bool mark,
+                  const TableEntryValueInfoStruct* value, const TableEntryUInfoStruct* ui, bool setEud,
                   bool update) {
     constexpr std::uint16_t kNoControl = 0xFFFF;
     if (ui != nullptr && ui->control == kNoControl) ui = nullptr;
     if (!cursor.IsReady()) return false;
 
     Change change;
-    if (value != nullptr && !change.TakeValue(*value)) return false;
+    if (value != nullptr && !change.ReadValue(*value)) return false;
     if (ui != nullptr) {
         // A text other than 16-bit is taken from the value record, as hosts that fill both expect.
         const TableEntryValueInfoStruct* textOf = ui->type == kTypeWideString ? ui : value;
-        if (!change.TakeUi(*ui, textOf, ui->type)) return false;
+        if (!change.ReadUi(*ui, textOf, ui->type)) return false;
     }
-    change.Decide(PlanAdd({value != nullptr, ui != nullptr}, PlacesOf(cursor, EntryAfter(cursor, 0))));
+    change.Decide(PlanAdd({value != nullptr, ui != nullptr}, LocationOf(cursor, EntryAfter(cursor, 0))));
 
     const WideView name = KeyOf(value, ui);
     XmlNode* entry = nullptr;
     if (position != nullptr && *position == kByName) {
         if (update) entry = FindEntry(cursor, name);
     } else {
-        entry = FindOrInsert(cursor, position == nullptr ? nullptr : NodeAt(*position), name, update);
+        entry = FindOrInsertEntry(cursor, position == nullptr ? nullptr : EntryAt(*position), name, update);
     }
     if (entry == nullptr) return false;
     WriteChange(cursor, entry, change, true);
-    if (mark) MarkEntry(cursor, entry);
+    if (setEud) SetEud(cursor, entry);
     return true;
 }
 
