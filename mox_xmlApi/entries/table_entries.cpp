@@ -1,21 +1,9 @@
 #include "mox_xmlApi/entries/table_entries.h"
 
-#include "mox_xmlApi/entries/entry_reader.h"
 #include "mox_xmlApi/entries/entry_writer.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
-
-XmlNode* FindEntry(const TableCursor& cursor, WideView name) noexcept {
-    XmlNode* entry = nullptr;
-    cursor.document->FindChildByNameAttribute(cursor.table, name, entry);
-    return entry;
-}
-
-bool ReadEntryByName(const TableCursor& cursor, WideView name, WideView& text) noexcept {
-    const XmlNode* entry = FindEntry(cursor, name);
-    return entry != nullptr && ReadEntryText(*entry, text);
-}
 
 XmlNode* FindOrInsertEntry(const TableCursor& cursor, const XmlNode* before, WideView name, bool update) {
     XmlNode* entry = update ? FindEntry(cursor, name) : nullptr;

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "mox_xmlApi/entries/entry_reader.h"
 #include "mox_xmlApi/entries/entry_records.h"
 #include "mox_xmlApi/entries/table_cursor.h"
 
@@ -12,11 +13,18 @@ namespace mox {
 
 // The first child of the table called `name`; for an empty `name` the first that has a name at all. Null if there is
 // none. Does not throw.
-XmlNode* FindEntry(const TableCursor& cursor, WideView name) noexcept;
+inline XmlNode* FindEntry(const TableCursor& cursor, WideView name) noexcept {
+    XmlNode* entry = nullptr;
+    cursor.document->FindChildByNameAttribute(cursor.table, name, entry);
+    return entry;
+}
 
 // Reads the value text of the entry that FindEntry returns for `name`, as ReadEntryText does. `text` is a view that
 // lasts until the entry changes. False if there is no such entry or it has no known type. Does not throw.
-bool ReadEntryByName(const TableCursor& cursor, WideView name, WideView& text) noexcept;
+inline bool ReadEntryByName(const TableCursor& cursor, WideView name, WideView& text) noexcept {
+    const XmlNode* entry = FindEntry(cursor, name);
+    return entry != nullptr && ReadEntryText(*entry, text);
+}
 
 // The entry to write: with `update` the one that FindEntry returns for `name`, if there is one; otherwise a new "Var"
 // before the entry `before`, or after the last one if that is null. Null if `before` is no entry of the table. May throw

@@ -67,9 +67,4 @@ int DeleteSection(moxSettings& settings, XmlNode* section) noexcept {
     return settings.document.RemoveNode(settings.root, section);
 }
 
-TableCursor SectionCursor(moxSettings& settings, XmlNode* section) noexcept {
-    const bool isElement = section != nullptr && section->kind == XmlNodeKind::Element;
-    return {isElement, isElement, &settings.document, section, false};
-}
-
 }  // namespace mox

@@ -34,8 +34,11 @@ XmlNode* ObtainSection(moxSettings& settings, const TableHeader& header, bool& e
 // profile. Does not throw.
 int DeleteSection(moxSettings& settings, XmlNode* section) noexcept;
 
-// A cursor on an element under the root, ready for use. Does not throw.
-TableCursor SectionCursor(moxSettings& settings, XmlNode* section) noexcept;
+// A cursor on an element under the root, ready for use; not ready for null. Does not throw.
+inline TableCursor SectionCursor(moxSettings& settings, XmlNode* section) noexcept {
+    const bool isElement = section != nullptr && section->kind == XmlNodeKind::Element;
+    return {isElement, isElement, &settings.document, section, false};
+}
 
 }  // namespace mox
 
