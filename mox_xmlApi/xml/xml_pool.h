@@ -98,10 +98,6 @@ class XmlPool {
     // Allocate for what can be done without: null when there is no memory.
     void* TryAllocate(std::size_t bytes) noexcept;
 
-    // How often the name of a child has changed that an index of its parent knows.
-    std::uint64_t Renames() const noexcept { return renames_; }
-    void CountRename() noexcept { ++renames_; }
-
     // How many bytes a block has that was asked for with `bytes`: callers may use them all.
     static std::size_t BlockSize(std::size_t bytes) noexcept {
         return bytes > kLargestSmall ? bytes : SizeOf(ClassOf(bytes));
@@ -180,7 +176,6 @@ class XmlPool {
     LargeBlock* large_ = nullptr;
     std::size_t nextSlabSize_ = 2 * kFirstSlab;
     std::size_t bytesHeld_ = kFirstSlab;
-    std::uint64_t renames_ = 0;
     std::array<FreeBlock*, kClasses> free_{};
 };
 
