@@ -32,13 +32,10 @@ XmlNode* Scan(XmlNode& parent, NamedChildren which, WideView name) noexcept {
     return child;
 }
 
-NameIndex* AttachedIndex(const XmlNode* parent) noexcept {
-    return parent == nullptr ? nullptr : static_cast<NameIndex*>(parent->children.Attached());
-}
-
 }  // namespace
 
-XmlNode* ChildLookup::Find(XmlPool& pool, XmlNode& parent, NamedChildren which, WideView name) noexcept {
+XmlNode* ChildLookup::FindWithoutIndex(XmlPool& pool, XmlNode& parent, NamedChildren which,
+                                       WideView name) noexcept {
     const NameIndex* index = IndexOf(pool, parent, which);
     return index == nullptr ? Scan(parent, which, name) : index->First(name);
 }

@@ -23,7 +23,11 @@ namespace mox {
 class ChildLookup {
   public:
     // The first child of `parent`, of those that are meant, whose name is `name`; null without one.
-    static XmlNode* Find(XmlPool& pool, XmlNode& parent, NamedChildren which, WideView name) noexcept;
+    static XmlNode* Find(XmlPool& pool, XmlNode& parent, NamedChildren which, WideView name) noexcept {
+        const NameIndex* index = AttachedIndex(&parent);
+        const bool isUsable = index != nullptr && index->Which() == which;
+        return isUsable ? index->First(name) : FindWithoutIndex(pool, parent, which, name);
+    }
 
     // The index of `parent`, made now when scans have paid for it; null when the children are to be scanned. Whoever
     // scans them says afterwards how many it has looked at.
@@ -48,6 +52,13 @@ class ChildLookup {
         XmlPool& pool_;
         XmlNode& node_;
     };
+
+  private:
+    static NameIndex* AttachedIndex(const XmlNode* parent) noexcept {
+        return parent == nullptr ? nullptr : static_cast<NameIndex*>(parent->children.Attached());
+    }
+    static XmlNode* FindWithoutIndex(XmlPool& pool, XmlNode& parent, NamedChildren which,
+                                     WideView name) noexcept;
 };
 
 }  // namespace mox

@@ -5,7 +5,6 @@
 #include <new>
 
 #include "mox_xmlApi/platform/prefetch.h"
-#include "mox_xmlApi/xml/name_hash.h"
 
 namespace mox {
 namespace {
@@ -59,26 +58,6 @@ void NameIndex::Destroy(XmlPool& pool, XmlNode& parent) noexcept {
 // The name under which the index has the child, or null.
 const XmlAttribute* NameIndex::CoveredName(const XmlNode& child) const noexcept {
     return IsMeant(child, which_) ? NameAttribute(child) : nullptr;
-}
-
-std::uint32_t NameIndex::HashOf(WideView name) const noexcept {
-    return static_cast<std::uint32_t>(HashName(key_, name) >> 33);
-}
-
-// The slot of the name, or the free one where the search for it ends. `likely`, if it is not null, is a child of that
-// name: where it is the first one, nothing is compared.
-NameIndex::Slot* NameIndex::Find(std::uint32_t hash, WideView name, const XmlNode* likely) const noexcept {
-    for (std::size_t place = hash & (size_ - 1);; place = (place + 1) & (size_ - 1)) {
-        Slot& slot = slots_[place];
-        if (slot.child == likely || slot.child == nullptr) return &slot;
-        if (slot.hash != hash) continue;
-        if (likely == nullptr) Prefetch(slot);
-        if (SameText(NameAttribute(*slot.child)->value.View(), name)) return &slot;
-    }
-}
-
-XmlNode* NameIndex::First(WideView name) const noexcept {
-    return Find(HashOf(name), name, nullptr)->child;
 }
 
 // Gives the slots the room that one more name needs. The children are not looked at: no two slots have one name.
@@ -161,16 +140,6 @@ void NameIndex::SetChild(Slot& slot, XmlNode& child) noexcept {
     if (origin_ == 0) origin_ = text;
     slot.child = &child;
     slot.textLine = static_cast<std::int32_t>(static_cast<std::int64_t>(text - origin_) / kCacheLine);
-}
-
-// Has the child and the text that it was loaded from fetched side by side. In a large document neither is in a cache,
-// and where the text lies would show only when the child is there.
-void NameIndex::Prefetch(const Slot& slot) const noexcept {
-    constexpr int kTextLines = 3;
-    constexpr int kNodeLines = 5;  // attributes and the node of the value mostly lie behind it
-    PrefetchMemory(origin_ + static_cast<std::uintptr_t>(std::int64_t{slot.textLine} * kCacheLine),
-                   kTextLines);
-    PrefetchMemory(reinterpret_cast<std::uintptr_t>(slot.child), kNodeLines);
 }
 
 }  // namespace mox

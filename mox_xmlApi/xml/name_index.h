@@ -12,8 +12,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/platform/random_key.h"
 #include "mox_xmlApi/platform/wide_text.h"
+#include "mox_xmlApi/xml/name_hash.h"
 #include "mox_xmlApi/xml/same_name_links.h"
 #include "mox_xmlApi/xml/xml_names.h"
 #include "mox_xmlApi/xml/xml_node.h"
@@ -95,6 +97,39 @@ class NameIndex : public ChildListAttachment {
     SameNameLinks links_;
     NamedChildren which_;
 };
+
+// Look-ups are inline: reads of keys consist of little else.
+
+inline std::uint32_t NameIndex::HashOf(WideView name) const noexcept {
+    return static_cast<std::uint32_t>(HashName(key_, name) >> 33);
+}
+
+// The slot of the name, or the free one where the search for it ends. `likely`, if it is not null, is a child of that
+// name: where it is the first one, nothing is compared.
+inline NameIndex::Slot* NameIndex::Find(std::uint32_t hash, WideView name,
+                                        const XmlNode* likely) const noexcept {
+    for (std::size_t place = hash & (size_ - 1);; place = (place + 1) & (size_ - 1)) {
+        Slot& slot = slots_[place];
+        if (slot.child == likely || slot.child == nullptr) return &slot;
+        if (slot.hash != hash) continue;
+        if (likely == nullptr) Prefetch(slot);
+        if (SameText(NameAttribute(*slot.child)->value.View(), name)) return &slot;
+    }
+}
+
+inline XmlNode* NameIndex::First(WideView name) const noexcept {
+    return Find(HashOf(name), name, nullptr)->child;
+}
+
+// Has the child and the text that it was loaded from fetched side by side. In a large document neither is in a cache,
+// and where the text lies would show only when the child is there.
+inline void NameIndex::Prefetch(const Slot& slot) const noexcept {
+    constexpr int kTextLines = 3;
+    constexpr int kNodeLines = 5;  // attributes and the node of the value mostly lie behind it
+    PrefetchMemory(origin_ + static_cast<std::uintptr_t>(std::int64_t{slot.textLine} * kCacheLine),
+                   kTextLines);
+    PrefetchMemory(reinterpret_cast<std::uintptr_t>(slot.child), kNodeLines);
+}
 
 }  // namespace mox
 
