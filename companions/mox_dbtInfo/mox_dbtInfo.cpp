@@ -1,6 +1,6 @@
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <string>
@@ -36,6 +36,20 @@ void TrimText(Text& text) noexcept {
     }
 }
 
+// Eight bytes at a time.
+bool IsAscii(const char* text, std::size_t length) noexcept {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    std::uint64_t bits = 0;
+    for (; length >= sizeof bits; length -= sizeof bits, text += sizeof bits) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, text, sizeof eight);
+        bits |= eight;
+    }
+    for (; length != 0; --length)
+        bits |= static_cast<unsigned char>(*text++);
+    return (bits & kHighBits) == 0;
+}
+
 }  // namespace
 
 // A value in the form in which it was set, and in the other form after the first call that gets it.
@@ -50,8 +64,7 @@ struct TableEntryValueInfoStruct::Texts {
     // Returns false for a text that is not well-formed UTF-8. Throws std::bad_alloc. In both cases the value is unchanged.
     bool Set(const char* text) {
         const std::size_t length = std::strlen(text);
-        const bool isAscii = std::all_of(text, text + length,
-                                         [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+        const bool isAscii = IsAscii(text, length);
         if (isAscii) {
             narrow.assign(text, length);
             ClearText(wide);

@@ -78,7 +78,7 @@ inline std::size_t CopyToBuffer(WideView text, wchar16* buffer, std::size_t leng
     if (length == 0) return 0;
     const std::size_t copied = std::min(text.size(), length - 1);
     if (copied != 0) std::char_traits<wchar16>::move(buffer, text.data(), copied);
-    std::char_traits<wchar16>::assign(buffer + copied, length - copied, wchar16{0});
+    std::memset(buffer + copied, 0, (length - copied) * sizeof(wchar16));
     return copied;
 }
 
