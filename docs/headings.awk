@@ -1,8 +1,8 @@
-# Gives the headings of a Markdown file, but for its title, the names under which links of other Markdown readers find
-# them: Doxygen knows none but those that are written out. The name of the file goes before each, since all pages share
-# one space of names. Of docs/file-format.md:
+# Adds to each heading of a Markdown file, except its title, the identifier by which other Markdown readers let links
+# refer to it; Doxygen knows only identifiers that are written out. The name of the file goes before each one, because
+# all pages share one namespace. In docs/file-format.md:
 #
-#   ## The mark "eud"                    ## The mark "eud" {#file-format_the-mark-eud}
+#   ## The child "UI"                    ## The child "UI" {#file-format_the-child-ui}
 #   [Bytes](#bytes)                      [Bytes](#file-format_bytes)
 #   [Bytes](docs/file-format.md#bytes)   [Bytes](#file-format_bytes)
 
