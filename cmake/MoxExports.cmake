@@ -1,5 +1,5 @@
-# The names that the library exports stand in its .def file and nowhere else in the build: Windows linkers read that
-# file as it is, other systems get a version script with the same names.
+# The .def file of the library is the only list of exported names in the build: Windows linkers read it directly, for
+# other systems a version script with the same names is made from it.
 
 # mox_export_only(<target> <def file>)
 function(mox_export_only target def)

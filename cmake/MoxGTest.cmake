@@ -1,4 +1,4 @@
-# GoogleTest as installed, or, for a cross compiler, built from its installed sources.
+# GoogleTest: the installed library or, for a cross compiler, a build of its installed sources.
 if(NOT CMAKE_CROSSCOMPILING)
   find_package(GTest REQUIRED)
   return()
@@ -6,7 +6,7 @@ endif()
 set(MOX_GOOGLETEST_SOURCES /usr/src/googletest CACHE PATH "Sources of GoogleTest, for cross builds")
 set(INSTALL_GTEST OFF)
 add_subdirectory(${MOX_GOOGLETEST_SOURCES} googletest EXCLUDE_FROM_ALL SYSTEM)
-# Compiled more often than it runs, as the tests are.
+# Like the tests, it is compiled more often than it runs.
 foreach(name gtest gtest_main gmock gmock_main)
   if(NOT TARGET GTest::${name})
     add_library(GTest::${name} ALIAS ${name})

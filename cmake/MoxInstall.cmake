@@ -1,5 +1,5 @@
-# What `cmake --install` gives: libraries, public headers, a CMake package, a pkg-config file, documents, and the tool
-# when it is built. The folders are those of GNUInstallDirs.
+# What `cmake --install` installs: libraries, public headers, a CMake package, a pkg-config file, documents, and the
+# tool if it is built. The folders are those of GNUInstallDirs.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -12,12 +12,12 @@ if(TARGET mox-xml)
   set(mox_installed_programs mox-xml)
 endif()
 
-# What has to be built before it can be installed.
+# What must be built before an installation.
 add_custom_target(mox_installed DEPENDS ${mox_installed_libraries} ${mox_installed_programs})
 
 if(UNIX AND NOT APPLE)
-  # The companions lie beside the library, wherever somebody puts the folder; the library lies a known way off the tool.
-  # Companions that are not ours stay where they are.
+  # The companions are next to the library, and the path from the tool to the library is relative, so that the installed
+  # folder can be moved. Companions that are not bundled are found where they are.
   set_target_properties(${mox_installed_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH ON)
   cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR}
     OUTPUT_VARIABLE mox_way_to_libraries)
@@ -31,7 +31,7 @@ install(TARGETS ${mox_installed_libraries} EXPORT mox_xmlApiTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-# What hosts include; the front is headers alone.
+# What hosts include. The C++ front is header-only.
 file(GLOB mox_front RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
   ${PROJECT_SOURCE_DIR}/mox_xmlApi/*.hpp ${PROJECT_SOURCE_DIR}/mox_xmlApi/front/*.hpp)
 foreach(header IN LISTS mox_front ITEMS
@@ -46,7 +46,7 @@ endif()
 if(MINGW)
   foreach(dll IN LISTS MOX_RUNTIME_DLLS)
     install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll} DESTINATION ${CMAKE_INSTALL_BINDIR})
-    # As ours are: without the symbols, which are most of the bytes.
+    # Without symbols, like the other installed binaries: they are most of the bytes.
     install(CODE "
       if(CMAKE_INSTALL_DO_STRIP)
         set(dll \"${CMAKE_INSTALL_BINDIR}/${dll}\")
@@ -83,8 +83,8 @@ install(FILES
 
 # ---- for pkg-config
 
-# Below a relative library folder the prefix is told from the place of the file itself, so that the whole tree can be
-# moved. An absolute folder stands as it is.
+# If the library folder is relative, the prefix is derived from the location of the .pc file, so that the whole tree can
+# be moved. An absolute folder is used as it is.
 cmake_path(IS_ABSOLUTE CMAKE_INSTALL_LIBDIR mox_libdir_is_absolute)
 if(mox_libdir_is_absolute)
   set(mox_pc_prefix ${CMAKE_INSTALL_PREFIX})

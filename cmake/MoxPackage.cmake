@@ -1,4 +1,4 @@
-# What CPack makes of the installed files: a .zip for Windows, a .tar.gz and a .deb for Linux.
+# The packages that CPack makes from the installed files: a .zip for Windows, a .tar.gz and a .deb for Linux.
 set(CPACK_PACKAGE_NAME mox_xmlApi)
 set(CPACK_PACKAGE_VENDOR "mox_xmlApi maintainers")
 set(CPACK_PACKAGE_CONTACT "mox_xmlApi maintainers <maintainers@example.invalid>")
@@ -26,7 +26,7 @@ string(JOIN "\n" CPACK_DEBIAN_PACKAGE_DESCRIPTION
   "A dynamic library that keeps configuration data and data tables in XML files and"
   "offers them to host programs through plain exported C functions. The package holds"
   "the library with its two companions, the headers, and files for CMake and pkg-config.")
-# What it depends on comes from the libraries (dpkg-shlibdeps, of Debian's dpkg-dev).
+# The dependencies are derived from the libraries by dpkg-shlibdeps (Debian: dpkg-dev).
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 
 include(CPack)

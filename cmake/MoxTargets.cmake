@@ -7,7 +7,7 @@ set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 # Run paths relative to the program, so that the same sources give the same bytes in any build folder.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
-# mox_target(<target>): language level, warnings, and nothing of this machine's paths in the result.
+# mox_target(<target>): language level, warnings, and no paths of the build machine in the result.
 function(mox_target target)
   set_target_properties(${target} PROPERTIES
     C_STANDARD 11 C_STANDARD_REQUIRED ON C_EXTENSIONS OFF
@@ -22,7 +22,7 @@ function(mox_target target)
   target_compile_options(${target} PRIVATE
     $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wconversion -Wshadow $<$<BOOL:${MOX_WARNINGS_ARE_ERRORS}>:-Werror>>)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # GCC 12 sees overlapping copies inside its own std::string where there are none.
+    # GCC 12 wrongly reports overlapping copies inside its own std::string.
     target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
   endif()
   if(CMAKE_BUILD_TYPE STREQUAL "Release")
@@ -34,16 +34,16 @@ function(mox_target target)
   endif()
 endfunction()
 
-# mox_precompiled_warnings(<target>): what a compiler gets wrong about precompiled headers.
+# mox_precompiled_warnings(<target>): turns off warnings that are wrong with precompiled headers.
 function(mox_precompiled_warnings target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # GCC 12 sees faults inside its own std::string where there are none, once that comes precompiled.
+    # GCC 12 wrongly reports errors inside its own std::string when it is precompiled.
     target_compile_options(${target} PRIVATE
       $<$<COMPILE_LANGUAGE:CXX>:-Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread>)
   endif()
 endfunction()
 
-# mox_shared_library(<target>): its file name, and how it is linked.
+# mox_shared_library(<target>): file name and linker options of a shared library.
 function(mox_shared_library target)
   if(WIN32)
     set_target_properties(${target} PROPERTIES PREFIX "")
@@ -52,7 +52,7 @@ function(mox_shared_library target)
     target_link_options(${target} PRIVATE
       -Wl,--dynamicbase,--nxcompat,--high-entropy-va -Wl,--no-insert-timestamp)
   elseif(UNIX AND NOT APPLE)
-    # No code that the loader has to change, and nothing but data that can be written once it is done.
+    # The loader never modifies code, and after loading only data is writable.
     target_link_options(${target} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,text)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
       target_link_options(${target} PRIVATE -Wl,-z,defs)
@@ -60,7 +60,7 @@ function(mox_shared_library target)
   endif()
 endfunction()
 
-# mox_version_resource(<target>): the project's version as a resource of the DLL.
+# mox_version_resource(<target>): adds the project's version as a resource of the DLL.
 function(mox_version_resource target)
   if(NOT WIN32)
     return()
@@ -70,9 +70,9 @@ function(mox_version_resource target)
   target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/${target}.rc)
 endfunction()
 
-# mox_msvc_import_library(<target> <def file>): a .lib for MSVC's linker beside MinGW's own import library, into
-# MOX_MSVC_IMPORT_LIBRARY. LLVM's tool writes what MSVC's own would make of the .def file; the one of MinGW writes
-# another form, which MSVC's linker does not promise to take.
+# mox_msvc_import_library(<target> <def file>): a .lib for MSVC's linker in addition to MinGW's own import library; sets
+# MOX_MSVC_IMPORT_LIBRARY to its path. LLVM's tool writes the same as MSVC's; MinGW's writes another form, which MSVC's
+# linker is not documented to accept.
 function(mox_msvc_import_library target def)
   if(NOT MINGW)
     return()
@@ -92,14 +92,14 @@ function(mox_msvc_import_library target def)
   set(MOX_MSVC_IMPORT_LIBRARY ${library} PARENT_SCOPE)
 endfunction()
 
-# The compiler's runtime is shared between host and library: its DLLs lie beside the programs.
+# Host and library share the compiler's runtime: its DLLs are copied next to the programs.
 set(MOX_RUNTIME_DLLS libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 function(mox_runtime_dlls)
   foreach(name IN LISTS MOX_RUNTIME_DLLS)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
       OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
     if(NOT EXISTS "${path}")
-      # The compiler searches only lib folders for some of them.
+      # The compiler finds some of them only in its lib folders.
       cmake_path(GET CMAKE_CXX_COMPILER PARENT_PATH bin)
       find_file(MOX_${name} ${name} PATHS ${CMAKE_FIND_ROOT_PATH}/lib ${CMAKE_FIND_ROOT_PATH}/bin ${bin}
         NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)

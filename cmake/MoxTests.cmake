@@ -1,7 +1,7 @@
-# How programs run in ctest: natively, or Windows programs under Wine.
+# How ctest runs programs: natively, or Windows programs under Wine.
 #
-# A program finds its data relative to its working directory, tests/, and may write below MOX_TEST_TMP, an empty folder
-# of its own.
+# A program finds its data relative to its working directory, tests/, and may write only below MOX_TEST_TMP, an empty
+# folder for this program.
 
 set(MOX_TEST_RESULTS ${PROJECT_BINARY_DIR}/test-results)
 file(MAKE_DIRECTORY ${MOX_TEST_RESULTS})
@@ -24,7 +24,7 @@ else()
   set(MOX_TEST_DRIVE "")
 endif()
 
-# mox_test_path(<variable> <path>): the path as the tested program has to be told it.
+# mox_test_path(<variable> <path>): the path in the form that the tested program needs.
 function(mox_test_path variable path)
   set(${variable} "${MOX_TEST_DRIVE}${path}" PARENT_SCOPE)
 endfunction()
@@ -34,7 +34,7 @@ function(mox_add_test target)
   mox_add_command_test(${target} ${target} ${ARGN})
 endfunction()
 
-# mox_add_command_test(<name> <command>...): runs the command as a test.
+# mox_add_command_test(<name> <command>...): runs the command as one test.
 function(mox_add_command_test name)
   set(scratch ${PROJECT_BINARY_DIR}/test-tmp/${name})
   mox_test_path(scratchPath ${scratch})
@@ -54,7 +54,7 @@ function(mox_add_command_test name)
     FIXTURES_REQUIRED "${fixtures}"
     TIMEOUT 600)
   if(CMAKE_CROSSCOMPILING AND WIN32)
-    # A crash shows whatever the exit code makes of it.
+    # Detects a crash whatever the exit code is.
     set_tests_properties(${name} PROPERTIES FAIL_REGULAR_EXPRESSION "wine: Unhandled")
   endif()
 endfunction()

@@ -1,3 +1,3 @@
-# cmake -DFOLDER=<path> -P fresh_folder.cmake: an empty folder at the path, whatever was there before.
+# cmake -DFOLDER=<path> -P fresh_folder.cmake: makes an empty folder at the path and removes what was there before.
 file(REMOVE_RECURSE "${FOLDER}")
 file(MAKE_DIRECTORY "${FOLDER}")

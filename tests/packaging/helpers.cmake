@@ -1,8 +1,8 @@
-# What the scripts of this folder share. They get
-#   SOURCES, BUILD, FOLDER   the project, its build folder with everything built, an own scratch folder
+# Shared functions of the scripts in this folder. The scripts are called with
+#   SOURCES, BUILD, FOLDER   the project, its complete build folder, a scratch folder for the script
 #   VERSION                  the project's version
-#   C_COMPILER, CXX_COMPILER the ones it was built with
-#   EMULATOR                 what runs the programs they make, if they cannot run by themselves
+#   C_COMPILER, CXX_COMPILER the compilers of the build
+#   EMULATOR                 the command that runs the built programs, empty if they run natively
 cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER})
@@ -12,7 +12,7 @@ load_cache(${BUILD} READ_WITH_PREFIX first_
   CMAKE_C_FLAGS CMAKE_CXX_FLAGS CMAKE_C_FLAGS_RELEASE CMAKE_CXX_FLAGS_RELEASE
   CMAKE_SHARED_LINKER_FLAGS CMAKE_SHARED_LINKER_FLAGS_RELEASE)
 
-# settings_of_first_build(<variable>): how the build folder was configured, as arguments for another cmake.
+# settings_of_first_build(<variable>): the configuration of the build folder, as arguments for another cmake.
 function(settings_of_first_build variable)
   set(settings -G ${first_CMAKE_GENERATOR})
   get_cmake_property(names VARIABLES)
@@ -24,7 +24,7 @@ function(settings_of_first_build variable)
   set(${variable} ${settings} PARENT_SCOPE)
 endfunction()
 
-# run(<command>...): shows the output only of a command that fails, and ends the test with it.
+# run(<command>...): runs the command; if it fails, shows its output and ends the test.
 function(run)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
   if(NOT result EQUAL 0)
@@ -33,7 +33,7 @@ function(run)
   endif()
 endfunction()
 
-# run_consumers(<folder>): runs the consumer's two programs there; each has to print what it read back.
+# run_consumers(<folder>): runs the consumer's two programs there; each must print what it read back.
 function(run_consumers folder)
   foreach(program c cpp)
     set(expected_c "exposure 2400")
@@ -48,7 +48,7 @@ function(run_consumers folder)
   message(STATUS "${folder}: both programs run")
 endfunction()
 
-# check_files(<folder> <pattern>...): the folder has these files, one for each pattern.
+# check_files(<folder> <pattern>...): fails unless the folder has exactly one file for each pattern.
 function(check_files folder)
   foreach(pattern IN LISTS ARGN)
     file(GLOB found ${folder}/${pattern})
@@ -59,7 +59,7 @@ function(check_files folder)
   endforeach()
 endfunction()
 
-# check_headers(<include folder>): the public headers are there, and none of the library's own.
+# check_headers(<include folder>): fails unless the folder has the public headers and no internal ones.
 function(check_headers folder)
   check_files(${folder} mox_xmlApi/mox_xmlApi.h mox_xmlApi/platform/wchar16.h mox_xmlApi/platform/mox_dbtInfo.h
     mox_xmlApi/mox_xmlApi.hpp)
@@ -71,7 +71,7 @@ function(check_headers folder)
   endif()
 endfunction()
 
-# check_no_build_paths(<folder>): no text file of a package tells where it was built.
+# check_no_build_paths(<folder>): fails if a text file of a package contains the path of the sources.
 function(check_no_build_paths folder)
   file(GLOB_RECURSE files ${folder}/*.cmake ${folder}/*.pc ${folder}/*.h ${folder}/*.hpp ${folder}/*.md ${folder}/*.txt)
   foreach(file IN LISTS files)
@@ -83,14 +83,14 @@ function(check_no_build_paths folder)
   endforeach()
 endfunction()
 
-# check_links(<folder>): the files that the documents there link to have come along.
+# check_links(<folder>): fails unless every file that the documents there link to exists.
 function(check_links folder)
   file(GLOB_RECURSE documents ${folder}/*.md)
   set(count 0)
   foreach(document IN LISTS documents)
     cmake_path(GET document PARENT_PATH from)
     file(READ ${document} text)
-    # Brackets mean something in lists, too.
+    # Square brackets have a meaning in CMake lists, too.
     string(REGEX REPLACE "[][]" "|" text "${text}")
     string(REGEX MATCHALL "\\|\\([A-Za-z0-9_./-]+[)#]" links "${text}")
     foreach(link IN LISTS links)
@@ -106,7 +106,7 @@ function(check_links folder)
   endif()
 endfunction()
 
-# pack(<generator> <variable>): makes one package of the build folder; its path.
+# pack(<generator> <variable>): makes one package from the build folder and returns its path.
 function(pack generator variable)
   run(${CMAKE_CPACK_COMMAND} -G ${generator} --config ${BUILD}/CPackConfig.cmake -B ${FOLDER}/packages)
   file(GLOB packages ${FOLDER}/packages/*)
@@ -118,7 +118,7 @@ function(pack generator variable)
   set(${variable} ${packages} PARENT_SCOPE)
 endfunction()
 
-# build_with_find_package(<prefix> <build folder>): the consumer, with the library found below the prefix.
+# build_with_find_package(<prefix> <build folder>): builds the consumer with the package below the prefix.
 function(build_with_find_package prefix folder)
   string(REGEX REPLACE "\\..*" "" major "${VERSION}")
   math(EXPR otherMajors "${major} + 1")

@@ -1,5 +1,5 @@
-# What each shared library of LIBRARIES (files, commas between them) needs of others and how it wants to be loaded; that
-# the library VERSIONED carries the VERSION.
+# Checks the dependencies and the loader flags of each shared library in LIBRARIES (comma-separated files), and that the
+# library VERSIONED has the VERSION.
 cmake_minimum_required(VERSION 3.25)
 set(allowed
   # the system and the compiler's runtime
@@ -22,7 +22,7 @@ foreach(library IN LISTS libraries)
     message(FATAL_ERROR "${library}: not expected among what it needs: ${needed}")
   endif()
 
-  # Segments: what is written while loading can be closed, the stack holds no code.
+  # Segments: relocated data becomes read-only after loading, and the stack is not executable.
   if(NOT headers MATCHES "\n +RELRO off ")
     message(FATAL_ERROR "${library}: nothing of it becomes read-only after loading")
   endif()

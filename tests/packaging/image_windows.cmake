@@ -1,5 +1,5 @@
-# What each DLL of LIBRARIES (files, commas between them) needs of others and how it wants to be loaded; that the DLL
-# VERSIONED carries the VERSION.
+# Checks the imports and the loader flags of each DLL in LIBRARIES (comma-separated files), and that the DLL VERSIONED
+# has the VERSION.
 cmake_minimum_required(VERSION 3.25)
 set(allowed
   # the system
@@ -61,7 +61,7 @@ foreach(library IN LISTS libraries)
       message(FATAL_ERROR "${library}: ${flag} is not set, only\n${characteristics}")
     endif()
   endforeach()
-  # Without relocations the system could not move it, whatever the flags say.
+  # Without relocations the system cannot move it, whatever the flags say.
   if(NOT headers MATCHES "PE File Base Relocations[^\n]*\n+Virtual Address: ")
     message(FATAL_ERROR "${library}: it has no relocations")
   endif()

@@ -15,7 +15,7 @@ run(${prefix}/bin/mox-xml --version)
 build_with_find_package(${prefix} ${FOLDER}/found)
 run_consumers(${FOLDER}/found)
 
-# Both files tell the folders from their own place.
+# Both files derive the folders from their own location.
 file(RENAME ${prefix} ${FOLDER}/moved)
 build_with_pkg_config(${FOLDER}/moved/lib/pkgconfig ${FOLDER}/moved/include ${FOLDER}/moved/lib ${FOLDER}/configured)
 set(ENV{LD_LIBRARY_PATH} ${FOLDER}/moved/lib)

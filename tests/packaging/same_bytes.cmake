@@ -2,12 +2,12 @@
 # compares them with the first ones, LIBRARIES, byte by byte.
 include(${CMAKE_CURRENT_LIST_DIR}/helpers.cmake)
 
-# A compiler cache would only give back the objects of the first build.
+# A compiler cache would only return the objects of the first build.
 foreach(language C CXX)
   unset(ENV{CMAKE_${language}_COMPILER_LAUNCHER})
 endforeach()
 
-# Another folder, whose path has another length, too.
+# In another folder, with a path of another length.
 set(copy "${FOLDER}/sources of the second build")
 set(again "${FOLDER}/b")
 file(COPY ${SOURCES}/CMakeLists.txt ${SOURCES}/cmake ${SOURCES}/companions ${SOURCES}/mox_xmlApi DESTINATION ${copy})

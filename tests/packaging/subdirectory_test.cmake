@@ -1,5 +1,5 @@
-# Builds the consumer with the library as a part of it; installs the library from there into folders that are given as
-# absolute paths, and builds the consumer against those, too.
+# Builds the consumer with the sources of the library as part of it; then installs the library from there into folders
+# that are given as absolute paths, and builds the consumer against those.
 include(${CMAKE_CURRENT_LIST_DIR}/helpers.cmake)
 
 settings_of_first_build(settings)

@@ -23,18 +23,18 @@ check_files(${prefix}
   bin/libstdc++-6.dll bin/libgcc_s_seh-1.dll bin/libwinpthread-1.dll
   lib/libmox_xmlApi.dll.a lib/libmox_dbtInfo.dll.a lib/mox_xmlApi.lib
   share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md share/doc/mox_xmlApi/runtime-dlls.txt)
-# Removing the symbols has left the rest as it was.
+# Without the symbols the DLLs must still have the same imports and flags.
 run(${CMAKE_COMMAND} -DLIBRARIES=${prefix}/bin/mox_xmlApi.dll,${prefix}/bin/mox_dbtInfo.dll,${prefix}/bin/mox_porting.dll
   -DVERSION=${VERSION} -DVERSIONED=mox_xmlApi -DOBJDUMP=${OBJDUMP} -P ${CMAKE_CURRENT_LIST_DIR}/image_windows.cmake)
 
-# Windows looks here for what does not lie beside the program.
+# Where Windows looks for DLLs that are not next to the program.
 set(ENV{WINEPATH} Z:${prefix}/bin)
 build_with_find_package(${prefix} ${FOLDER}/found)
 run_consumers(${FOLDER}/found)
 build_with_pkg_config(${prefix}/lib/pkgconfig ${prefix}/include ${prefix}/lib ${FOLDER}/configured)
 run_consumers(${FOLDER}/configured)
 
-# Nothing but the compiler and the linker: there is no runtime library to try anything with.
+# Only the compiler and the linker: without a runtime library, no test program can be linked.
 run(${CMAKE_COMMAND} -S ${SOURCES}/tests/packaging/consumer/other_linker -B ${FOLDER}/other
   -G ${first_CMAKE_GENERATOR} -DCMAKE_SYSTEM_NAME=Windows -DCMAKE_BUILD_TYPE=Release
   -DCMAKE_C_COMPILER=${CLANG_CL} -DCMAKE_C_COMPILER_TARGET=x86_64-pc-windows-msvc -DCMAKE_C_COMPILER_WORKS=ON

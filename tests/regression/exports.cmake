@@ -33,7 +33,7 @@ endif()
 execute_process(COMMAND ${command} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
 
 if(LIBRARY MATCHES "\\.dll$")
-  # Only the table of names: the address table before it has lines of a like look.
+  # Only the table of names: the address table before it has similar lines.
   if(NOT output MATCHES "\\[Ordinal/Name Pointer\\] Table[^\n]*\n(.*)")
     message(FATAL_ERROR "${LIBRARY} has no table of exported names")
   endif()

@@ -1,7 +1,7 @@
 # cmake -DXMLLINT=<program> -DSCHEMAS=<folder> -DFOLDER=<path> -P broken.cmake: fails unless every XML file in the folder
 # is refused as reasons.txt there says, and the two files that they were made from are valid.
 
-# check_file(<file> <schema> <result> <output>): what xmllint says of the file.
+# check_file(<file> <schema> <result> <output>): runs xmllint on the file; returns its exit code and output.
 function(check_file file schema result output)
   execute_process(COMMAND "${XMLLINT}" --noout --nonet --schema "${SCHEMAS}/${schema}" "${file}"
     RESULT_VARIABLE code OUTPUT_VARIABLE text ERROR_VARIABLE text)
@@ -30,7 +30,7 @@ foreach(line IN LISTS lines)
     check_file("${FOLDER}/${name}" MXTable.xsd result output)
   endif()
   string(FIND "${output}" "${reason}" at)
-  # 1: no XML; 3: not valid.
+  # 1: not well-formed; 3: not valid.
   if(NOT result MATCHES "^[13]$" OR at EQUAL -1)
     message(SEND_ERROR "${name}: expected \"${reason}\", got ${result}:\n${output}")
   endif()
