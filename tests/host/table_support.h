@@ -15,28 +15,15 @@
 
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 #include "tests/host/host_support.h"
+#include "tests/model/tables.h"
 
 namespace host {
 
 // ---- Records
 // -------------------------------------------------------------------------------------------------
 
-// The fields of a record as plain values; a text that was never set is none.
-struct PlainValue {
-    WideText name{};
-    std::uint32_t id = 0;
-    std::uint16_t type = 0;
-    std::uint16_t mask = 0;
-    std::optional<WideText> value{};
-};
-
-struct PlainUi : PlainValue {
-    std::uint16_t control = 0;
-    std::uint32_t index = 0;
-    std::uint8_t owner = 0;
-    std::optional<WideText> comment{};
-    std::optional<WideText> userName{};
-};
+using model::PlainUi;
+using model::PlainValue;
 
 inline std::optional<WideText> OptionalText(const wchar16* text) {
     return text == nullptr ? std::nullopt : std::optional<WideText>(text);

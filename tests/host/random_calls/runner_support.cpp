@@ -1,6 +1,6 @@
-#include "tests/host/model/sides_support.h"
+#include "tests/host/random_calls/runner_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 namespace {
 
 std::string ShownBytes(const std::string& bytes) {
@@ -39,24 +39,24 @@ void Runner::Begin(const Sequence& sequence) {
     outcome_.story = "settings\n" + ShownBytes(settings) + "\ntable\n" + ShownBytes(table) + "\ncalls\n";
 
     profile_ = xmlProfileNew(nullptr, settings.data(), static_cast<std::int32_t>(settings.size()), 0);
-    const NodePtr document = Parse(FromNarrowBytes(settings));
+    const NodePtr document = model::Parse(model::FromNarrowBytes(settings));
     Compare(profile_ != nullptr ? "loaded" : "not loaded", document != nullptr ? "loaded" : "not loaded");
     model_.emplace(document);
-    LoadTableDocument(FromNarrowBytes(table), static_cast<std::int32_t>(table.size()), nullptr);
+    LoadTableDocument(model::FromNarrowBytes(table), static_cast<std::int32_t>(table.size()), nullptr);
 }
 
 // Both sides load from memory; the model's text is what the narrow bytes give. What fails is a new table.
 void Runner::LoadTableDocument(const Text& text, std::int32_t size, const Text* name) {
-    std::string bytes = NarrowBytes(text);
+    std::string bytes = model::NarrowBytes(text);
     Slot& slot = slots_[kOwnTable];
     xmlTableDispose(&slot.handle);
     slot = Slot();
     const wchar16* wanted = name == nullptr ? nullptr : name->c_str();
     slot.handle = xmlTableNew(nullptr, bytes.data(), size, wanted, 1, 1, 1, 1);
-    const Text read = FromNarrowBytes(bytes);
-    tableDocument_ = size == 0 ? nullptr : Parse(read);
+    const Text read = model::FromNarrowBytes(bytes);
+    tableDocument_ = size == 0 ? nullptr : model::Parse(read);
     if (size == 0) {
-        MakeTable(Parse(Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n")),
+        MakeTable(model::Parse(Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n")),
                   name == nullptr ? "_MXTable_"_w : *name, true);
         SetAttribute(*slot.table.lock(), "first_id", "1"_w);
         SetAttribute(*slot.table.lock(), "type", "0001"_w);
@@ -78,13 +78,13 @@ void Runner::LoadTableDocument(const Text& text, std::int32_t size, const Text* 
     if (slot.handle == nullptr || tableDocument_ == nullptr) {
         xmlTableDispose(&slot.handle);
         slot.handle = xmlTableNew(nullptr, nullptr, 0, nullptr, 0, 0, 0, 0);
-        MakeTable(Parse(Text()), "_MXTable_"_w, false);
+        MakeTable(model::Parse(Text()), "_MXTable_"_w, false);
     }
 }
 
 void Runner::MakeTable(NodePtr document, const Text& name, bool withSchema) {
     tableDocument_ = std::move(document);
-    const NodePtr table = NewElement("Table");
+    const NodePtr table = model::NewElement("Table");
     if (withSchema) SetAttribute(*table, "xmlns:noNamespaceSchemaLocation", Wide("MXTable.xsd"));
     SetAttribute(*table, "name", name);
     tableDocument_->children.push_back(table);
@@ -135,4 +135,4 @@ void Runner::End() {
     SaveTable(Arguments(Call{Op::SaveTable}));
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls

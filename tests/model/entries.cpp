@@ -1,10 +1,10 @@
-#include "tests/host/model/entries_support.h"
+#include "tests/model/entries.h"
 
 #include <algorithm>
 #include <array>
 #include <string>
 
-namespace host::model {
+namespace model {
 namespace {
 
 struct Code {
@@ -142,7 +142,7 @@ void WriteUi(Node& element, const EntryUi& ui, bool onlySet) {
     const NodePtr comment = FindElement(element, "Comment");
     if (comment == nullptr) {
         if (ui.comment.empty()) return;
-        const std::size_t place = PlaceOf(element, FindElement(element, "Value").get());
+        const std::size_t place = IndexOf(element, FindElement(element, "Value").get());
         element.children.insert(element.children.begin() + static_cast<std::ptrdiff_t>(place),
                                 NewElement("Comment", ui.comment));
         return;
@@ -206,7 +206,7 @@ bool ReadEntry(const Node& entry, EntryValue& record, EntryUi& ui) {
     return true;
 }
 
-bool WriteEntry(Node& entry, const EntryValue* value, const EntryUi* ui, bool onlySet) {
+void WriteEntry(Node& entry, const EntryValue* value, const EntryUi* ui, bool onlySet) {
     const auto selected = [&](unsigned bit) { return value->mask == 0 || (value->mask & bit) != 0; };
     if (value != nullptr) {
         if (selected(1)) SetAttribute(entry, "name", value->name);
@@ -228,7 +228,6 @@ bool WriteEntry(Node& entry, const EntryValue* value, const EntryUi* ui, bool on
     } else if (value != nullptr && selected(2)) {
         WriteValueChild(entry, value->value, value->valueLoc, onlySet);
     }
-    return true;
 }
 
 void WriteMovedText(Node& entry, const Text& text, bool onlySet) {
@@ -247,12 +246,12 @@ NodePtr FindEntry(const Node& table, const Text& name) {
 bool AddEntry(Node& table, const Node* before, const NewEntry& added) {
     NodePtr entry = added.update ? FindEntry(table, added.name) : nullptr;
     if (entry == nullptr) {
-        const std::size_t place = PlaceOf(table, before);
+        const std::size_t place = IndexOf(table, before);
         if (before != nullptr && place == table.children.size()) return false;
         entry = NewElement("Var");
         table.children.insert(table.children.begin() + static_cast<std::ptrdiff_t>(place), entry);
     }
-    if (!WriteEntry(*entry, added.value, added.ui, true)) return false;
+    WriteEntry(*entry, added.value, added.ui, true);
     if (added.movedText) WriteMovedText(*entry, *added.movedText, true);
     if (added.mark) Mark(table, *entry);
     return true;
@@ -290,4 +289,4 @@ bool RemoveEntries(Node& table, const Text& name, std::int32_t occurrence, bool 
     return any;
 }
 
-}  // namespace host::model
+}  // namespace model

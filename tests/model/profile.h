@@ -1,14 +1,14 @@
 // The profile functions of the model.
-#ifndef MOX_XMLAPI_TESTS_HOST_MODEL_PROFILE_SUPPORT_H
-#define MOX_XMLAPI_TESTS_HOST_MODEL_PROFILE_SUPPORT_H
+#ifndef MOX_XMLAPI_TESTS_MODEL_PROFILE_H
+#define MOX_XMLAPI_TESTS_MODEL_PROFILE_H
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
-#include "tests/host/model/entries_support.h"
+#include "tests/model/entries.h"
 
-namespace host::model {
+namespace model {
 
 class Profile {
   public:
@@ -46,6 +46,6 @@ class Profile {
 // The bytes that pairs of hexadecimal digits give, up to the first that is none, at most `size` of them.
 std::string BytesOf(const Text& hex, std::size_t size);
 
-}  // namespace host::model
+}  // namespace model
 
 #endif

@@ -1,10 +1,10 @@
-#include "tests/host/model/calls_support.h"
+#include "tests/host/random_calls/calls_support.h"
 
 #include <string_view>
 
 #include "tests/host/host_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 namespace {
 
 // Start tags of tables and sections, each with its end tag.
@@ -198,4 +198,4 @@ Sequence Shortest(Sequence sequence, const std::function<bool(const Sequence&)>&
     return sequence;
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls

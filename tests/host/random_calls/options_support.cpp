@@ -1,4 +1,4 @@
-#include "tests/host/random_options_support.h"
+#include "tests/host/random_calls/options_support.h"
 
 #include <cstdio>
 #include <cstdlib>

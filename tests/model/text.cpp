@@ -1,11 +1,11 @@
-#include "tests/host/model/text_support.h"
+#include "tests/model/text.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
 
-namespace host::model {
+namespace model {
 namespace {
 
 constexpr std::array<std::pair<char, std::string_view>, 5> kEntities = {
@@ -18,24 +18,17 @@ bool IsSpace(wchar16 unit) {
     return unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r';
 }
 
-// The documents of these tests have ASCII names.
-bool IsNameStart(wchar16 unit) {
-    return (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || unit == '_' || unit == ':';
-}
-
 class Parser {
   public:
-    explicit Parser(const Text& text) : text_(text) {}
+    Parser(const Text& text, const NameRules& names) : text_(text), names_(names) {}
 
-    NodePtr Document() {
-        auto document = std::make_shared<Node>();
-        document->kind = Kind::Document;
+    void Document(Node& document) {
         for (;;) {
             while (at_ < text_.size() && IsSpace(text_[at_]))
                 ++at_;
-            if (at_ >= text_.size()) return document;
+            if (at_ >= text_.size()) return;
             Take('<');
-            AnyNode(*document);
+            AnyNode(document);
             ++at_;  // whatever it is
         }
     }
@@ -59,9 +52,9 @@ class Parser {
     }
 
     Text Name() {
-        if (!IsNameStart(Peek())) throw Malformed();
-        Text name;
-        while (IsNameStart(Peek()) || (Peek() >= '0' && Peek() <= '9'))
+        if (!names_.begins(Peek())) throw Malformed();
+        Text name(1, Next());
+        while (names_.goesOn(Peek()))
             name += Next();
         return name;
     }
@@ -80,7 +73,7 @@ class Parser {
     void Attributes(Node& node) {
         for (;;) {
             SkipSpace();
-            if (!IsNameStart(Peek())) return;
+            if (!names_.begins(Peek())) return;
             const Text name = Name();
             SkipSpace();
             Take('=');
@@ -96,6 +89,7 @@ class Parser {
         }
     }
 
+    // What follows a "<". The node goes into the tree when it is complete.
     void AnyNode(Node& parent) {
         const auto node = std::make_shared<Node>();
         if (Peek() == '?') {
@@ -115,10 +109,7 @@ class Parser {
         node.name = Name();
         if (node.name != Wide("xml") || !IsSpace(Peek())) throw Malformed();
         Attributes(node);
-        const bool hasVersion =
-            std::any_of(node.attributes.begin(), node.attributes.end(),
-                        [](const auto& attribute) { return attribute.first == Wide("version"); });
-        if (!hasVersion) throw Malformed();
+        if (FindAttribute(node, "version") == nullptr) throw Malformed();
         Take('?');
         Take('>');
     }
@@ -168,6 +159,7 @@ class Parser {
     }
 
     const Text& text_;
+    const NameRules& names_;
     std::size_t at_ = 0;
 };
 
@@ -182,40 +174,75 @@ Text Escaped(const Text& text) {
     return escaped;
 }
 
-Text WrittenNode(const Node& node, std::size_t depth) {
-    const Text indent(depth, '\t');
-    if (node.kind == Kind::Comment) return indent + Wide("<!--") + node.value + Wide("-->");
-    Text text = indent + Wide(node.kind == Kind::Declaration ? "<?" : "<") + node.name;
+void Write(const Node& node, std::size_t depth, Text& out) {
+    out.append(depth, '\t');
+    if (node.kind == Kind::Comment) {
+        out += Wide("<!--") + node.value + Wide("-->");
+        return;
+    }
+    out += Wide(node.kind == Kind::Declaration ? "<?" : "<") + node.name;
     for (const auto& [name, value] : node.attributes)
-        text += Wide(" ") + name + Wide("=\"") + Escaped(value) + Wide("\"");
-    if (node.kind == Kind::Declaration) return text + Wide("?>");
-    if (node.children.empty() && node.value.empty()) return text + Wide("/>");
-
+        out += Wide(" ") + name + Wide("=\"") + Escaped(value) + Wide("\"");
+    if (node.kind == Kind::Declaration) {
+        out += Wide("?>");
+        return;
+    }
+    if (node.children.empty() && node.value.empty()) {
+        out += Wide("/>");
+        return;
+    }
     const Text end = Wide("</") + node.name + Wide(">");
-    const Text value = Escaped(node.value);
-    if (node.children.empty() && value.find('\n') == Text::npos) return text + Wide(">") + value + end;
-    text += Wide(">\n");
-    if (!value.empty()) text += indent + Wide("\t") + value + Wide("\n");
-    for (const NodePtr& child : node.children)
-        text += WrittenNode(*child, depth + 1) + Wide("\n");
-    return text + indent + end;
+    if (node.children.empty() && node.value.find('\n') == Text::npos) {
+        out += Wide(">") + Escaped(node.value) + end;
+        return;
+    }
+    out += Wide(">\n");
+    if (!node.value.empty()) out += Text(depth + 1, '\t') + Escaped(node.value) + Wide("\n");
+    for (const NodePtr& child : node.children) {
+        Write(*child, depth + 1, out);
+        out += '\n';
+    }
+    out += Text(depth, '\t') + end;
 }
 
 }  // namespace
 
-NodePtr Parse(const Text& text) {
+bool BeginsAsciiName(wchar16 unit) {
+    return (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || unit == '_' || unit == ':';
+}
+
+bool GoesOnWithAsciiName(wchar16 unit) {
+    return BeginsAsciiName(unit) || (unit >= '0' && unit <= '9');
+}
+
+bool ParseInto(Node& document, const Text& text, const NameRules& names) {
     try {
-        return Parser(text).Document();
+        Parser(text, names).Document(document);
+        return true;
     } catch (const Malformed&) {
-        return nullptr;
+        return false;
     }
 }
 
-Text Written(const Node& node) {
-    if (node.kind != Kind::Document) return WrittenNode(node, 0);
+NodePtr Parse(const Text& text, const NameRules& names) {
+    auto document = std::make_shared<Node>();
+    document->kind = Kind::Document;
+    return ParseInto(*document, text, names) ? document : nullptr;
+}
+
+Text WrittenAt(std::size_t depth, const Node& node) {
     Text text;
-    for (const NodePtr& child : node.children)
-        text += WrittenNode(*child, 0) + Wide("\n");
+    Write(node, depth, text);
+    return text;
+}
+
+Text Written(const Node& node) {
+    if (node.kind != Kind::Document) return WrittenAt(0, node);
+    Text text;
+    for (const NodePtr& child : node.children) {
+        Write(*child, 0, text);
+        text += '\n';
+    }
     return text;
 }
 
@@ -233,7 +260,7 @@ std::string NarrowBytes(const Text& text) {
     return bytes;
 }
 
-Text FromWideBytes(const std::string& bytes) {
+Text FromWideBytes(std::string_view bytes) {
     Text text;
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
         const auto low = static_cast<unsigned char>(bytes[i]);
@@ -252,4 +279,4 @@ Text FromNarrowBytes(std::string_view bytes) {
     return text;
 }
 
-}  // namespace host::model
+}  // namespace model

@@ -1,11 +1,11 @@
-#include "tests/host/model/profile_support.h"
+#include "tests/model/profile.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "tests/host/model/text_support.h"
+#include "tests/model/text.h"
 
-namespace host::model {
+namespace model {
 
 Profile::Profile() : Profile(Parse(Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"))) {}
 
@@ -59,7 +59,7 @@ NodePtr Profile::WriteSection(const Text& name, bool editable, std::uint32_t fir
 }
 
 bool Profile::DeleteSection(const Text& name) {
-    const std::size_t place = PlaceOf(*root_, Section(name).get());
+    const std::size_t place = IndexOf(*root_, Section(name).get());
     if (place == root_->children.size()) return false;
     root_->children.erase(root_->children.begin() + static_cast<std::ptrdiff_t>(place));
     return true;
@@ -148,4 +148,4 @@ std::string BytesOf(const Text& hex, std::size_t size) {
     return bytes;
 }
 
-}  // namespace host::model
+}  // namespace model

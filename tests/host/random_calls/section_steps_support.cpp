@@ -1,6 +1,6 @@
-#include "tests/host/model/sides_support.h"
+#include "tests/host/random_calls/runner_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 namespace {
 
 Slot& SectionSlot(std::array<Slot, 4>& slots, Arguments& arguments, std::string& name) {
@@ -89,4 +89,4 @@ void Runner::CloseSection(Arguments arguments) {
     slot = Slot();
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls

@@ -1,6 +1,6 @@
-#include "tests/host/model/sides_support.h"
+#include "tests/host/random_calls/runner_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 namespace {
 
 // What a buffer of this length holds after a text was copied into it.
@@ -17,7 +17,7 @@ void Runner::GetInt(Arguments arguments) {
     const Text& key = arguments.Pick(kKeys);
     Tell(Say("xmlGetProfileInt ", Said(section), " ", Said(key)));
     const std::optional<Text> value = model_->Read(section, key);
-    const std::int32_t expected = value && !value->empty() ? ReadSigned(*value) : -99;
+    const std::int32_t expected = value && !value->empty() ? model::ReadSigned(*value) : -99;
     Compare(Say(xmlGetProfileInt(profile_, section.c_str(), key.c_str(), -99)), Say(expected));
 }
 
@@ -60,7 +60,7 @@ void Runner::GetData(Arguments arguments) {
     const std::uint32_t result =
         xmlGetProfileData(profile_, section.c_str(), key.c_str(), bytes.data(), size);
     const std::optional<Text> value = model_->Read(section, key);
-    const std::string expected = value && HasNarrowForm(*value) ? BytesOf(*value, size) : "";
+    const std::string expected = value && model::HasNarrowForm(*value) ? model::BytesOf(*value, size) : "";
     Compare(Say(result, bytes), Say(expected.size(), expected, std::string(101 - expected.size(), 'x')));
 }
 
@@ -69,7 +69,7 @@ void Runner::WriteInt(Arguments arguments) {
     const Text& key = arguments.Pick(kKeys);
     const auto number = static_cast<std::int32_t>(arguments.Pick(kNumbers));
     Tell(Say("xmlWriteProfileInt ", Said(section), " ", Said(key), " ", number));
-    const bool written = model_->Write(section, key, SignedText(static_cast<std::uint32_t>(number)));
+    const bool written = model_->Write(section, key, model::SignedText(static_cast<std::uint32_t>(number)));
     Compare(Say(xmlWriteProfileInt(profile_, section.c_str(), key.c_str(), number)), Say(written ? 1 : 0));
 }
 
@@ -120,4 +120,4 @@ void Runner::DeleteSection(Arguments arguments) {
     DropLostSections();
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls

@@ -1,16 +1,19 @@
 // What calls are made of: arguments from numbers, entry records on both sides, and how they are told.
-#ifndef MOX_XMLAPI_TESTS_HOST_MODEL_ARGUMENTS_SUPPORT_H
-#define MOX_XMLAPI_TESTS_HOST_MODEL_ARGUMENTS_SUPPORT_H
+#ifndef MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_ARGUMENTS_SUPPORT_H
+#define MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_ARGUMENTS_SUPPORT_H
 
 #include <array>
 #include <cstddef>
 #include <sstream>
 #include <string>
 
-#include "tests/host/model/calls_support.h"
-#include "tests/host/model/tables_support.h"
+#include "tests/host/random_calls/calls_support.h"
+#include "tests/host/table_support.h"
+#include "tests/model/tables.h"
 
-namespace host::model {
+namespace host::random_calls {
+
+using model::Text;
 
 // Turns the numbers of a call into arguments, one after the other.
 class Arguments {
@@ -80,6 +83,6 @@ std::string Say(const Parts&... parts) {
     return out.str();
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls
 
 #endif

@@ -1,10 +1,10 @@
-#include "tests/host/model/runner_support.h"
+#include "tests/host/random_calls/run_support.h"
 
 #include <exception>
 
-#include "tests/host/model/sides_support.h"
+#include "tests/host/random_calls/runner_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 namespace {
 
 // What comes out of an export although nothing is short of memory is a disagreement as well.
@@ -30,4 +30,4 @@ Outcome Run(const Sequence& sequence) {
     return runner.Result();
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls

@@ -1,6 +1,6 @@
-#include "tests/host/model/sides_support.h"
+#include "tests/host/random_calls/runner_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 
 void Runner::SaveProfile(Arguments arguments) {
     const std::uint32_t mode = arguments.Below(4);
@@ -11,7 +11,7 @@ void Runner::SaveProfile(Arguments arguments) {
     const std::uint32_t result = xmlProfileSave(profile_, file.Name(), mode, refuse, wide);
     if (mode == 0) model_->StripMarks();
     const Text text = mode == 0 ? model_->DocumentText() : model_->Export(mode);
-    const std::string bytes = wide == 1 ? WideBytes(text) : NarrowBytes(text);
+    const std::string bytes = wide == 1 ? model::WideBytes(text) : model::NarrowBytes(text);
     Compare(Say(result, "\n", FileBytes(file)),
             Say(refuse == 1 ? 0 : 1, "\n", refuse == 1 ? "no file" : bytes));
 }
@@ -30,7 +30,7 @@ void Runner::ReloadProfile(Arguments arguments) {
     model_->StripMarks();
     const Text text = model_->DocumentText();
     const NodePtr document =
-        Parse(wide ? FromWideBytes(WideBytes(text)) : FromNarrowBytes(NarrowBytes(text)));
+        model::Parse(wide ? model::FromWideBytes(model::WideBytes(text)) : model::FromNarrowBytes(model::NarrowBytes(text)));
     Compare(profile_ != nullptr ? "loaded" : "not loaded", document != nullptr ? "loaded" : "not loaded");
     if (profile_ == nullptr || document == nullptr) {
         xmlProfileDispose(&profile_);
@@ -55,11 +55,11 @@ void Runner::NewTable(Arguments arguments) {
     slot = Slot();
     slot.handle = xmlTableNew(nullptr, nullptr, 5, nameNumber == 0 ? nullptr : name.c_str(), editable,
                               firstId, type, newDocument);
-    MakeTable(Parse(newDocument == 1 ? Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") : Text()), name,
+    MakeTable(model::Parse(newDocument == 1 ? Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") : Text()), name,
               newDocument == 1);
     const NodePtr table = slot.table.lock();
-    if (firstId != 0) SetAttribute(*table, "first_id", UnsignedText(firstId));
-    if (type != 0) SetAttribute(*table, "type", HexText(type));
+    if (firstId != 0) SetAttribute(*table, "first_id", model::UnsignedText(firstId));
+    if (type != 0) SetAttribute(*table, "type", model::HexText(type));
     if (editable == 1) SetAttribute(*table, "editable", Wide("true"));
 }
 
@@ -84,7 +84,7 @@ void Runner::SaveTable(Arguments arguments) {
     const bool writes = reserved == 0 && refuse != 1;
     const bool isOwn = &slot == &slots_[kOwnTable];
     const Text text = Written(isOwn ? *tableDocument_ : *slot.table.lock());
-    Compare(Say(saved, "\n", FileBytes(file)), Say(writes, "\n", writes ? WideBytes(text) : "no file"));
+    Compare(Say(saved, "\n", FileBytes(file)), Say(writes, "\n", writes ? model::WideBytes(text) : "no file"));
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls

@@ -1,6 +1,6 @@
-#include "tests/host/model/arguments_support.h"
+#include "tests/host/random_calls/arguments_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 namespace {
 
 PlainValue PickValue(Arguments& arguments) {
@@ -80,4 +80,4 @@ std::string Said(const Text& text) {
     return "'" + Printable(text) + "'";
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls

@@ -1,8 +1,8 @@
-#include "tests/host/model/tables_support.h"
+#include "tests/model/tables.h"
 
 #include <algorithm>
 
-namespace host::model {
+namespace model {
 namespace {
 
 constexpr std::uint16_t kWideText = 31;
@@ -176,4 +176,4 @@ void RemoveVars(Node& table) {
                          table.children.end());
 }
 
-}  // namespace host::model
+}  // namespace model

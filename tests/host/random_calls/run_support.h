@@ -1,13 +1,13 @@
 // Runs a sequence of calls over the library and over the model, and says where they part.
-#ifndef MOX_XMLAPI_TESTS_HOST_MODEL_RUNNER_SUPPORT_H
-#define MOX_XMLAPI_TESTS_HOST_MODEL_RUNNER_SUPPORT_H
+#ifndef MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_RUN_SUPPORT_H
+#define MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_RUN_SUPPORT_H
 
 #include <optional>
 #include <string>
 
-#include "tests/host/model/calls_support.h"
+#include "tests/host/random_calls/calls_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 
 // Everything that a sequence does: the documents, then one line per call, and, when it comes to that, what
 // the library answered and what was expected.
@@ -20,6 +20,6 @@ struct Outcome {
 
 Outcome Run(const Sequence& sequence);
 
-}  // namespace host::model
+}  // namespace host::random_calls
 
 #endif

@@ -1,11 +1,30 @@
-// The table functions of the model, on the plain form of a host's records.
-#ifndef MOX_XMLAPI_TESTS_HOST_MODEL_TABLES_SUPPORT_H
-#define MOX_XMLAPI_TESTS_HOST_MODEL_TABLES_SUPPORT_H
+// The functions on tables, with a host's records as plain values.
+#ifndef MOX_XMLAPI_TESTS_MODEL_TABLES_H
+#define MOX_XMLAPI_TESTS_MODEL_TABLES_H
 
-#include "tests/host/model/entries_support.h"
-#include "tests/host/table_support.h"
+#include <cstdint>
+#include <optional>
 
-namespace host::model {
+#include "tests/model/entries.h"
+
+namespace model {
+
+// The fields of a host's records; a text that was never set is none.
+struct PlainValue {
+    Text name{};
+    std::uint32_t id = 0;
+    std::uint16_t type = 0;
+    std::uint16_t mask = 0;
+    std::optional<Text> value{};
+};
+
+struct PlainUi : PlainValue {
+    std::uint16_t control = 0;
+    std::uint32_t index = 0;
+    std::uint8_t owner = 0;
+    std::optional<Text> comment{};
+    std::optional<Text> userName{};
+};
 
 // How an entry is looked for: by name, or as the one after `after`, which is null before the first.
 struct Place {
@@ -23,6 +42,6 @@ void RemoveVars(Node& table);
 // Whether 16-bit text has an 8-bit form: every surrogate has its partner.
 bool HasNarrowForm(const Text& text);
 
-}  // namespace host::model
+}  // namespace model
 
 #endif

@@ -1,18 +1,22 @@
 // Both sides of a random test, step by step: the library through its exports, and the model.
-#ifndef MOX_XMLAPI_TESTS_HOST_MODEL_SIDES_SUPPORT_H
-#define MOX_XMLAPI_TESTS_HOST_MODEL_SIDES_SUPPORT_H
+#ifndef MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_RUNNER_SUPPORT_H
+#define MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_RUNNER_SUPPORT_H
 
 #include <array>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "tests/host/model/arguments_support.h"
-#include "tests/host/model/profile_support.h"
-#include "tests/host/model/runner_support.h"
-#include "tests/host/model/text_support.h"
+#include "tests/host/random_calls/arguments_support.h"
+#include "tests/host/random_calls/run_support.h"
+#include "tests/model/profile.h"
+#include "tests/model/text.h"
 
-namespace host::model {
+namespace host::random_calls {
+
+using model::Node;
+using model::NodePtr;
+using model::Wide;
 
 // One table handle on both sides, and a position in it.
 struct Slot {
@@ -84,7 +88,7 @@ class Runner {
     void RestartPosition(Arguments arguments);
 
     moxSettings* profile_ = nullptr;
-    std::optional<Profile> model_{};
+    std::optional<model::Profile> model_{};
     NodePtr tableDocument_{};
     std::array<Slot, 4> slots_{};
     Outcome outcome_{};
@@ -93,6 +97,6 @@ class Runner {
 // The bytes of a file that a call may have written; "no file" when it did not.
 std::string FileBytes(const ScratchFile& file);
 
-}  // namespace host::model
+}  // namespace host::random_calls
 
 #endif

@@ -1,6 +1,6 @@
-#include "tests/host/model/sides_support.h"
+#include "tests/host/random_calls/runner_support.h"
 
-namespace host::model {
+namespace host::random_calls {
 namespace {
 
 // Whether the position moved, on both sides.
@@ -21,7 +21,7 @@ void Runner::Get(Arguments arguments) {
              : how == 2 ? " all bits set"
                         : " null",
              records.Expected()));
-    Place place{how >= 2, slot.after.lock()};
+    model::Place place{how >= 2, slot.after.lock()};
     std::uint64_t position = how == 2 ? kByName : slot.position;
     const std::uint64_t before = position;
     const bool result =
@@ -53,7 +53,7 @@ void Runner::Set(Arguments arguments) {
     Records records(arguments);
     Tell(Say("xmlTableEntrySet ", slotName, byPosition ? " by position" : " by name", " force ", force,
              " mark ", mark, records.Expected()));
-    Place place{!byPosition, slot.after.lock()};
+    model::Place place{!byPosition, slot.after.lock()};
     std::uint64_t position = slot.position;
     const bool result = xmlTableEntrySet(slot.handle, byPosition ? &position : nullptr, records.RealValue(),
                                          records.RealUi(), force, mark);
@@ -87,7 +87,7 @@ void Runner::Add(Arguments arguments) {
              " mark ", mark, " update ", update, records.Expected()));
     const Slot& from = how == 2 ? slot : other;
     const bool isAt = how == 2 || how == 4;
-    const Place place{how == 3, isAt ? from.after.lock() : nullptr};
+    const model::Place place{how == 3, isAt ? from.after.lock() : nullptr};
     const std::uint64_t before = how == 3 ? kByName : isAt ? from.position : 0;
     std::uint64_t position = before;
     const bool result = xmlTableEntryAdd(slot.handle, how == 0 ? nullptr : &position, records.RealValue(),
@@ -126,4 +126,4 @@ void Runner::RestartPosition(Arguments arguments) {
     slot.after.reset();
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls

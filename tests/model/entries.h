@@ -1,13 +1,13 @@
-// Entries of the model: records, and how they are read from and written to elements.
-#ifndef MOX_XMLAPI_TESTS_HOST_MODEL_ENTRIES_SUPPORT_H
-#define MOX_XMLAPI_TESTS_HOST_MODEL_ENTRIES_SUPPORT_H
+// Entries: their records, and how they are read from and written to elements.
+#ifndef MOX_XMLAPI_TESTS_MODEL_ENTRIES_H
+#define MOX_XMLAPI_TESTS_MODEL_ENTRIES_H
 
 #include <cstdint>
 #include <optional>
 
-#include "tests/host/model/tree_support.h"
+#include "tests/model/tree.h"
 
-namespace host::model {
+namespace model {
 
 struct EntryValue {
     std::uint16_t mask = 0;
@@ -40,8 +40,8 @@ Text UnsignedText(std::uint32_t number);
 
 // Into records as they stand. False for an entry without a known type.
 bool ReadEntry(const Node& entry, EntryValue& value, EntryUi& ui);
-// Each record may be null. False when it would be for a caller, which no tree of these tests causes.
-bool WriteEntry(Node& entry, const EntryValue* value, const EntryUi* ui, bool onlySet);
+// Each record may be null. `onlySet` leaves out what is zero, false or empty.
+void WriteEntry(Node& entry, const EntryValue* value, const EntryUi* ui, bool onlySet);
 // The value of the "UI" that is there; a new one unless it would be empty.
 void WriteMovedText(Node& entry, const Text& text, bool onlySet);
 
@@ -64,6 +64,6 @@ void Mark(Node& table, Node& entry);
 // Whether any went.
 bool RemoveEntries(Node& table, const Text& name, std::int32_t occurrence, bool all);
 
-}  // namespace host::model
+}  // namespace model
 
 #endif

@@ -1,7 +1,7 @@
 // Sequences of calls for the random tests: made from a seed, and shortened while something about them stays
 // true.
-#ifndef MOX_XMLAPI_TESTS_HOST_MODEL_CALLS_SUPPORT_H
-#define MOX_XMLAPI_TESTS_HOST_MODEL_CALLS_SUPPORT_H
+#ifndef MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_CALLS_SUPPORT_H
+#define MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_CALLS_SUPPORT_H
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace host::model {
+namespace host::random_calls {
 
 // What a call does; a call that has nothing to work on does nothing.
 enum class Op : unsigned {
@@ -87,6 +87,6 @@ bool Shorten(std::vector<Item>& items, const std::function<bool()>& fails) {
     return shortened;
 }
 
-}  // namespace host::model
+}  // namespace host::random_calls
 
 #endif
