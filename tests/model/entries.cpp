@@ -262,27 +262,10 @@ void Mark(Node& table, Node& entry) {
     SetAttribute(entry, "eud", Wide("true"));
 }
 
-namespace {
-
-bool RemoveOne(Node& table, const Text& name, std::int64_t occurrence) {
-    std::int64_t earlier = 0;
-    for (auto child = table.children.begin(); child != table.children.end(); ++child) {
-        const Text* found = FindAttribute(**child, "name");
-        if (found == nullptr || *found != name) continue;
-        if (occurrence == -1 || earlier == occurrence) {
-            table.children.erase(child);
-            return true;
-        }
-        ++earlier;
-    }
-    return false;
-}
-
-}  // namespace
-
 bool RemoveEntries(Node& table, const Text& name, std::int32_t occurrence, bool all) {
+    const auto number = occurrence == -1 ? kFirstMatch : static_cast<std::uint64_t>(std::int64_t{occurrence});
     bool any = false;
-    while (RemoveOne(table, name, occurrence)) {
+    while (RemoveChildWhere(table, Wide("name"), name, number, false)) {
         any = true;
         if (!all) break;
     }

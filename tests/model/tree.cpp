@@ -100,4 +100,21 @@ NodePtr NextElement(const Node& parent, const Node* current) {
     return index < parent.children.size() ? parent.children[index] : nullptr;
 }
 
+bool RemoveChildWhere(Node& parent, View attribute, View value, std::uint64_t occurrence, bool matchName) {
+    std::uint64_t before = 0;
+    for (auto child = parent.children.begin(); child != parent.children.end(); ++child) {
+        const Node& node = **child;
+        const Text* found =
+            attribute.empty() || node.kind != Kind::Element ? nullptr : FindAttribute(node, attribute);
+        const bool matches = found != nullptr ? *found == value : matchName && node.name == value;
+        if (!matches) continue;
+        if (occurrence == kFirstMatch || before == occurrence) {
+            parent.children.erase(child);
+            return true;
+        }
+        ++before;
+    }
+    return false;
+}
+
 }  // namespace model

@@ -10,6 +10,7 @@
 #define MOX_XMLAPI_TESTS_MODEL_TREE_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -65,6 +66,12 @@ NodePtr NewElement(std::string_view name, const Text& value = {});
 std::size_t IndexOf(const Node& parent, const Node* child);
 // The element child after `current`, the first one when that is null; null at the end.
 NodePtr NextElement(const Node& parent, const Node* current);
+
+// Removes one child and says whether there was one to remove: of those that match the one that has `occurrence` others
+// before it, or the first for kFirstMatch. A child matches by the value of an attribute. Without that attribute, or
+// when none is asked for, it matches by its own name if `matchName` is set.
+inline constexpr std::uint64_t kFirstMatch = ~std::uint64_t{0};
+bool RemoveChildWhere(Node& parent, View attribute, View value, std::uint64_t occurrence, bool matchName);
 
 }  // namespace model
 

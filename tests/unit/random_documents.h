@@ -29,22 +29,20 @@ class RandomDocuments {
     }
 
     // A tree whose names, values and comments hold anything at all.
-    PlainNode NextTree() {
-        PlainNode document;
-        document.kind = XmlNodeKind::Document;
-        if (random_.OneIn(2)) document.children.push_back(DeclarationNode());
+    model::NodePtr NextTree() {
+        const model::NodePtr document = NewDocument();
+        if (random_.OneIn(2)) document->children.push_back(DeclarationNode());
         for (std::size_t count = random_.Below(4); count > 0; --count)
-            document.children.push_back(Node(0, false));
+            document->children.push_back(Node(0, false));
         return document;
     }
 
     // A tree that comes back as it was when it is written and read.
-    PlainNode NextStableTree() {
-        PlainNode document;
-        document.kind = XmlNodeKind::Document;
-        if (random_.OneIn(2)) document.children.push_back(DeclarationNode());
+    model::NodePtr NextStableTree() {
+        const model::NodePtr document = NewDocument();
+        if (random_.OneIn(2)) document->children.push_back(DeclarationNode());
         for (std::size_t count = 1 + random_.Below(3); count > 0; --count)
-            document.children.push_back(Node(0, true));
+            document->children.push_back(Node(0, true));
         return document;
     }
 
@@ -60,7 +58,7 @@ class RandomDocuments {
         return text;
     }
 
-    // What stands behind a top-level node: mostly a line feed, now and then anything, or nothing.
+    // What stands after a top-level node: mostly a line feed, now and then anything, or nothing.
     WideString Separator() {
         if (random_.OneIn(12)) return {};
         if (random_.OneIn(12)) return WideString(1, AnyUnit());
@@ -206,27 +204,33 @@ class RandomDocuments {
         }
     }
 
-    PlainNode DeclarationNode() {
-        PlainNode node = Declaration();
+    static model::NodePtr NewDocument() {
+        auto document = std::make_shared<model::Node>();
+        document->kind = model::Kind::Document;
+        return document;
+    }
+
+    model::NodePtr DeclarationNode() {
+        model::NodePtr node = Declaration();
         while (random_.OneIn(2))
-            node.attributes.emplace_back(Name(), Text());
+            node->attributes.emplace_back(Name(), Text());
         return node;
     }
 
-    PlainNode Node(int depth, bool stable) {
-        PlainNode node;
+    model::NodePtr Node(int depth, bool stable) {
+        auto node = std::make_shared<model::Node>();
         if (random_.OneIn(6)) {
-            node.kind = XmlNodeKind::Comment;
-            node.value = stable ? StableText() : Text();
+            node->kind = model::Kind::Comment;
+            node->value = stable ? StableText() : Text();
             return node;
         }
-        node.name = Name();
+        node->name = Name();
         while (random_.OneIn(2))
-            node.attributes.emplace_back(Name(), Text());
+            node->attributes.emplace_back(Name(), Text());
         for (std::size_t count = depth > 4 ? 0 : random_.Below(4); count > 0; --count)
-            node.children.push_back(Node(depth + 1, stable));
-        if (!stable) node.value = Text();
-        if (stable && node.children.empty()) node.value = StableText();
+            node->children.push_back(Node(depth + 1, stable));
+        if (!stable) node->value = Text();
+        if (stable && node->children.empty()) node->value = StableText();
         return node;
     }
 

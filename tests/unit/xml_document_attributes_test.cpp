@@ -18,7 +18,7 @@ using test::Wide;
 
 class XmlAttributes : public testing::Test {
   protected:
-    XmlNode* Add(const test::PlainNode& plain) { return Build(document_, document_.root, plain); }
+    XmlNode* Add(const model::NodePtr& plain) { return Build(document_, document_.root, plain); }
     // The value, or "none" when there is no such attribute.
     static std::string Get(const XmlNode* item, WideView name) {
         WideView value = "untouched"_w;

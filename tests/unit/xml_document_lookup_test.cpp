@@ -18,7 +18,7 @@ using test::Wide;
 
 class XmlLookups : public testing::Test {
   protected:
-    XmlNode* Parent(std::vector<test::PlainNode> children) {
+    XmlNode* Parent(std::vector<model::NodePtr> children) {
         return Build(document_, document_.root, Element("e", {}, "", std::move(children)));
     }
     // The names of all children that `next` gives, in its order.

@@ -1,31 +1,53 @@
-// Changes by chance, in any order: the tree must agree with a plain model of it, and all links between
-// siblings, after each of them.
+// Random changes, in any order: the tree must agree with the model, and all links between its nodes must be whole, after
+// each of them.
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
 
 #include "mox_xmlApi/xml/xml_document.h"
-#include "tests/unit/document_model.h"
+#include "tests/model/tree.h"
 #include "tests/unit/xml_support.h"
 
 namespace mox {
 namespace {
 
-using test::PlainNode;
 using test::Wide;
 
-using test::At;
-using test::IsSame;
-
 constexpr std::uint64_t kFirst = XmlDocument::kFirstMatch;
+static_assert(kFirst == model::kFirstMatch);
+
+// The attribute of an element, or null.
+const WideString* GetAttribute(const model::Node& node, WideView name) {
+    return node.kind == model::Kind::Element ? model::FindAttribute(node, name) : nullptr;
+}
+
+// Whether both are the same tree, and the links between its nodes are whole.
+bool IsSame(const XmlNode& node, const model::Node& plain) {
+    if (node.kind != test::KindInLibrary(plain.kind)) return false;
+    if (node.name.View() != plain.name || node.value.View() != plain.value) return false;
+    if (node.attributes.Size() != plain.attributes.size() || node.children.Size() != plain.children.size())
+        return false;
+    for (std::size_t i = 0; i < plain.attributes.size(); ++i) {
+        const XmlAttribute& attribute = node.attributes.At(i);
+        if (attribute.name.View() != plain.attributes[i].first) return false;
+        if (attribute.value.View() != plain.attributes[i].second) return false;
+    }
+    const XmlNode* previous = node.children.Last();
+    auto expected = plain.children.begin();
+    for (const XmlNode* child : node.children) {
+        if (child->parent != &node || child->previous != previous || !IsSame(*child, **expected++)) return false;
+        previous = child;
+    }
+    return previous == node.children.Last();
+}
 
 // One document and its model under the same changes.
 class Editor {
   public:
     explicit Editor(std::uint64_t seed, std::size_t mostChildren)
         : random_(seed), mostChildren_(mostChildren) {
-        model_.kind = XmlNodeKind::Document;
+        model_.kind = model::Kind::Document;
     }
 
     // One change. False when its result differs from the model's, or the trees do; Log tells what was done.
@@ -75,21 +97,21 @@ class Editor {
     // What the last step did.
     const std::string& Log() const { return log_; }
     std::string Tree() const { return test::DumpChildren(document_.root); }
-    std::string Model() const { return test::DumpChildren(model_); }
+    std::string Model() const { return model::DumpChildren(model_); }
     std::size_t BytesHeld() const { return document_.Pool().BytesHeld(); }
 
   private:
     // The same node in both trees.
     struct Place {
         XmlNode* node;
-        PlainNode* plain;
+        model::Node* plain;
     };
 
     Place AnyPlace() {
         Place place{document_.root, &model_};
         for (int depth = 0; depth < 4 && !place.plain->children.empty() && !random_.OneIn(3); ++depth) {
             const std::size_t i = random_.Below(place.plain->children.size());
-            place = {place.node->children.At(i), &place.plain->children[i]};
+            place = {place.node->children.At(i), place.plain->children[i].get()};
         }
         return place;
     }
@@ -131,8 +153,8 @@ class Editor {
         if (foreign) before = place.node;
         if (IsFull(place)) return true;
 
-        const bool isDocument = place.plain->kind == XmlNodeKind::Document;
-        bool allowed = isDocument || place.plain->kind == XmlNodeKind::Element;
+        const bool isDocument = place.plain->kind == model::Kind::Document;
+        bool allowed = isDocument || place.plain->kind == model::Kind::Element;
         if (kind == XmlNodeKind::ProcessingInstruction)
             allowed = isDocument && count == 0 && value.value_or(WideString()).empty();
         else
@@ -140,29 +162,27 @@ class Editor {
         const XmlNode* inserted = document_.InsertChild(place.node, name, View(value), before, kind);
         if ((inserted != nullptr) != allowed) return false;
         if (!allowed) return true;
-        PlainNode plain;
-        plain.kind = kind;
-        plain.name = name;
-        plain.value = kind == XmlNodeKind::Element ? value.value_or(WideString()) : WideString();
-        place.plain->children.insert(At(place.plain->children, position), plain);
+        const model::Node plain{test::KindInModel(kind), name,
+                                kind == XmlNodeKind::Element ? value.value_or(WideString()) : WideString()};
+        place.plain->children.insert(place.plain->children.begin() + static_cast<std::ptrdiff_t>(position),
+                                     model::Copy(plain));
         return inserted == place.node->children.At(position);
     }
 
     bool AppendNode(const Place& place) {
         log_ = "AppendNode";
         if (IsFull(place)) return true;
-        PlainNode plain;
-        plain.kind = Kind();
-        plain.name = Name();
+        const XmlNodeKind kind = Kind();
+        model::Node plain{test::KindInModel(kind), Name()};
         const WideString value = Value();
-        XmlNode* node = document_.CreateNode(plain.name, value, plain.kind);
-        if (plain.kind == XmlNodeKind::Element || plain.kind == XmlNodeKind::Comment) plain.value = value;
+        XmlNode* node = document_.CreateNode(plain.name, value, kind);
+        if (kind == XmlNodeKind::Element || kind == XmlNodeKind::Comment) plain.value = value;
         const bool appended = document_.AppendNode(place.node, node);
-        if (plain.kind == XmlNodeKind::Document) {
+        if (kind == XmlNodeKind::Document) {
             document_.DestroyNode(node);
             return !appended;
         }
-        place.plain->children.push_back(plain);
+        place.plain->children.push_back(model::Copy(plain));
         return appended;
     }
 
@@ -170,9 +190,10 @@ class Editor {
         log_ = "RemoveNode";
         if (place.plain->children.empty()) return document_.RemoveNode(place.node, place.node) == 0;
         const std::size_t i = random_.Below(place.plain->children.size());
-        const bool allowed = place.plain->children[i].kind == XmlNodeKind::Element;
+        const bool allowed = place.plain->children[i]->kind == model::Kind::Element;
         if (document_.RemoveNode(place.node, place.node->children.At(i)) != (allowed ? 1 : 0)) return false;
-        if (allowed) place.plain->children.erase(At(place.plain->children, i));
+        if (allowed)
+            place.plain->children.erase(place.plain->children.begin() + static_cast<std::ptrdiff_t>(i));
         return true;
     }
 
@@ -202,7 +223,7 @@ class Editor {
         const std::uint64_t occurrence = Occurrence();
         const bool matchName = random_.OneIn(2);
         return document_.RemoveChildWhere(place.node, attribute, value, occurrence, matchName) ==
-               test::ModelRemoveChildWhere(*place.plain, attribute, value, occurrence, matchName);
+               model::RemoveChildWhere(*place.plain, attribute, value, occurrence, matchName);
     }
 
     bool RemoveAllWhere(const Place& place) {
@@ -212,8 +233,8 @@ class Editor {
         const std::uint64_t first = random_.OneIn(6) ? Occurrence() : 1 + random_.Below(4);
         const bool matchName = random_.OneIn(2);
         std::size_t removed = 0;
-        while (test::ModelRemoveChildWhere(*place.plain, attribute, value, first == kFirst ? 0 : first,
-                                           matchName))
+        while (
+            model::RemoveChildWhere(*place.plain, attribute, value, first == kFirst ? 0 : first, matchName))
             ++removed;
         return document_.RemoveChildrenWhere(place.node, attribute, value, first, matchName) == removed;
     }
@@ -223,20 +244,21 @@ class Editor {
         const WideString name = Key();
         std::optional<WideString> value;
         if (!random_.OneIn(8)) value = Value();
-        test::ModelSetAttribute(*place.plain, name, value.value_or(WideString()));
+        model::SetAttribute(*place.plain, WideView(name), value.value_or(WideString()));
         return document_.SetAttribute(place.node, name, View(value));
     }
 
     bool RemoveAttribute(const Place& place) {
         log_ = "RemoveAttribute";
         const WideString name = Key();
-        return document_.RemoveAttribute(place.node, name) == test::ModelRemoveAttribute(*place.plain, name);
+        return document_.RemoveAttribute(place.node, name) ==
+               model::RemoveAttribute(*place.plain, WideView(name));
     }
 
     bool SetText(const Place& place) {
         log_ = "SetText";
         const WideString text = Value();
-        const bool allowed = place.plain->kind == XmlNodeKind::Element;
+        const bool allowed = place.plain->kind == model::Kind::Element;
         if (allowed) place.plain->value = text;
         return document_.SetText(place.node, text) == allowed;
     }
@@ -245,9 +267,9 @@ class Editor {
         log_ = "DetachLastChild";
         XmlNode* node = document_.DetachLastChild(from.node);
         if (from.plain->children.empty()) return node == nullptr;
-        const PlainNode plain = from.plain->children.back();
+        const model::NodePtr plain = from.plain->children.back();
         from.plain->children.pop_back();
-        if (node == nullptr || node->parent != nullptr || !IsSame(*node, plain)) return false;
+        if (node == nullptr || node->parent != nullptr || !IsSame(*node, *plain)) return false;
         const Place to = AnyPlace();
         to.plain->children.push_back(plain);
         return document_.AppendNode(to.node, node);
@@ -264,7 +286,7 @@ class Editor {
 
     static bool LookUpAttribute(const Place& place, const WideString& key) {
         WideView found;
-        const WideString* expected = test::ModelGetAttribute(*place.plain, key);
+        const WideString* expected = GetAttribute(*place.plain, key);
         const bool has = XmlDocument::GetAttribute(place.node, key, found);
         return has == (expected != nullptr) && (!has || found == *expected);
     }
@@ -273,8 +295,8 @@ class Editor {
         XmlNode* cursor = nullptr;
         XmlNode* settings = nullptr;
         for (std::size_t i = 0; i < place.plain->children.size(); ++i) {
-            const PlainNode& child = place.plain->children[i];
-            if (child.kind != XmlNodeKind::Element) continue;
+            const model::Node& child = *place.plain->children[i];
+            if (child.kind != model::Kind::Element) continue;
             const XmlNode* expected = place.node->children.At(i);
             if (XmlDocument::NextChildElement(place.node, cursor) != expected) return false;
             if (child.name == "Settings"_w &&
@@ -288,8 +310,8 @@ class Editor {
     static bool FindByTag(const Place& place, const WideString& name) {
         std::uint64_t position = 0;
         for (std::size_t i = 0; i < place.plain->children.size(); ++i) {
-            const PlainNode& child = place.plain->children[i];
-            if (child.kind != XmlNodeKind::Element || child.name != name) continue;
+            const model::Node& child = *place.plain->children[i];
+            if (child.kind != model::Kind::Element || child.name != name) continue;
             if (XmlDocument::FindChildElement(place.node, name, position) != place.node->children.At(i))
                 return false;
             if (position != i + 1) return false;
@@ -300,9 +322,9 @@ class Editor {
     bool FindTable(const Place& place, const WideString& value) {
         const XmlNode* expected = nullptr;
         for (std::size_t i = 0; i < place.plain->children.size() && expected == nullptr; ++i) {
-            const PlainNode& child = place.plain->children[i];
-            if (child.kind != XmlNodeKind::Element || child.name != "Table"_w) continue;
-            const WideString* name = test::ModelGetAttribute(child, Wide("name"));
+            const model::Node& child = *place.plain->children[i];
+            if (child.kind != model::Kind::Element || child.name != "Table"_w) continue;
+            const WideString* name = model::FindAttribute(child, "name");
             if (name != nullptr && *name == value) expected = place.node->children.At(i);
         }
         return document_.FindTableElement(place.node, value) == expected;
@@ -312,7 +334,7 @@ class Editor {
         XmlNode* const untouched = place.node;
         const XmlNode* expected = untouched;
         for (std::size_t i = 0; i < place.plain->children.size() && expected == untouched; ++i) {
-            const WideString* name = test::ModelAnyAttribute(place.plain->children[i], Wide("name"));
+            const WideString* name = model::FindAttribute(*place.plain->children[i], "name");
             if (name != nullptr && (value.empty() || *name == value)) expected = place.node->children.At(i);
         }
         XmlNode* found = untouched;
@@ -328,7 +350,7 @@ class Editor {
     test::Random random_;
     std::size_t mostChildren_;
     XmlDocument document_;
-    PlainNode model_;
+    model::Node model_;
     std::string log_;
 };
 

@@ -20,7 +20,7 @@ constexpr std::uint64_t kFirst = XmlDocument::kFirstMatch;
 class XmlRemoval : public testing::Test {
   protected:
     // A new element "e" with these children.
-    XmlNode* Parent(std::vector<test::PlainNode> children) {
+    XmlNode* Parent(std::vector<model::NodePtr> children) {
         return Build(document_, document_.root, Element("e", {}, "", std::move(children)));
     }
     bool ByAttribute(XmlNode* parent, WideView attribute, WideView value, std::uint64_t occurrence) {

@@ -175,7 +175,7 @@ TEST(XmlDocumentDestroy, ClearsTheCallersPointerAndAcceptsNull) {
 
 TEST(XmlDocumentDestroy, GivesTheWholeSubtreeBack) {
     XmlDocument document;
-    const test::PlainNode tree = Element(
+    const model::NodePtr tree = Element(
         "e", {{"k", "a value that is long enough for storage"}}, "text",
         {Element("c", {{"x", "1"}, {"y", "2"}}, "more", {Element("d"), Comment("note")}), Element("f")});
     std::size_t held = 0;

@@ -25,7 +25,7 @@ std::string Escaped(WideView text) {
     return Shown(out.Text());
 }
 
-std::string WrittenAt(std::size_t depth, const test::PlainNode& plain) {
+std::string WrittenAt(std::size_t depth, const model::NodePtr& plain) {
     XmlDocument document;
     XmlOutput out;
     WriteNode(*Build(document, document.root, plain), out, depth);
@@ -171,7 +171,7 @@ TEST(XmlWriteNode, ValueAndChildrenOfADeclarationOrCommentAreNotWritten) {
 }
 
 TEST(XmlWriteNode, ManyChildrenAndLevelsAreWrittenInOrder) {
-    test::PlainNode tree = Element("e", {}, "", {Element("x")});
+    model::NodePtr tree = Element("e", {}, "", {Element("x")});
     std::string expected = "<e>\\n\\t<x/>\\n</e>";
     for (int i = 0; i < 40; ++i) {
         std::string indented;

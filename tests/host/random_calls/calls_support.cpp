@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "tests/host/host_support.h"
+#include "tests/random_numbers.h"
 
 namespace host::random_calls {
 namespace {
@@ -70,16 +71,13 @@ constexpr std::array<std::string_view, 26> kEntries = {
 constexpr unsigned kTableCount = kTables.size();
 constexpr unsigned kEntryCount = kEntries.size();
 
-struct Random {
-    std::uint64_t state;
+class Random {
+  public:
+    explicit Random(std::uint64_t seed) : numbers_(seed) {}
+    unsigned Below(unsigned count) { return static_cast<unsigned>(numbers_.Below(count)); }
 
-    std::uint64_t Next() {
-        state += 0x9E3779B97F4A7C15U;
-        std::uint64_t mixed = (state ^ (state >> 30)) * 0xBF58476D1CE4E5B9U;
-        mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EBU;
-        return mixed ^ (mixed >> 31);
-    }
-    unsigned Below(unsigned count) { return static_cast<unsigned>(Next() % count); }
+  private:
+    mox::test::Random numbers_;
 };
 
 std::vector<unsigned> RandomParts(Random& random) {
@@ -131,7 +129,7 @@ std::string Joined(const std::vector<unsigned>& parts, std::string_view between)
 }  // namespace
 
 Sequence RandomSequence(std::uint64_t seed) {
-    Random random{seed};
+    Random random(seed);
     Sequence sequence;
     sequence.root = random.Below(4) == 0 ? random.Below(5) : 0;
     sequence.settings = RandomParts(random);

@@ -29,8 +29,8 @@ void Runner::ReloadProfile(Arguments arguments) {
     profile_ = xmlProfileNew(file.Name(), nullptr, 0, wide ? 1 : 0);
     model_->StripMarks();
     const Text text = model_->DocumentText();
-    const NodePtr document =
-        model::Parse(wide ? model::FromWideBytes(model::WideBytes(text)) : model::FromNarrowBytes(model::NarrowBytes(text)));
+    const NodePtr document = model::Parse(wide ? model::FromWideBytes(model::WideBytes(text))
+                                               : model::FromNarrowBytes(model::NarrowBytes(text)));
     Compare(profile_ != nullptr ? "loaded" : "not loaded", document != nullptr ? "loaded" : "not loaded");
     if (profile_ == nullptr || document == nullptr) {
         xmlProfileDispose(&profile_);
@@ -55,8 +55,8 @@ void Runner::NewTable(Arguments arguments) {
     slot = Slot();
     slot.handle = xmlTableNew(nullptr, nullptr, 5, nameNumber == 0 ? nullptr : name.c_str(), editable,
                               firstId, type, newDocument);
-    MakeTable(model::Parse(newDocument == 1 ? Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") : Text()), name,
-              newDocument == 1);
+    MakeTable(model::Parse(newDocument == 1 ? Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") : Text()),
+              name, newDocument == 1);
     const NodePtr table = slot.table.lock();
     if (firstId != 0) SetAttribute(*table, "first_id", model::UnsignedText(firstId));
     if (type != 0) SetAttribute(*table, "type", model::HexText(type));
@@ -84,7 +84,8 @@ void Runner::SaveTable(Arguments arguments) {
     const bool writes = reserved == 0 && refuse != 1;
     const bool isOwn = &slot == &slots_[kOwnTable];
     const Text text = Written(isOwn ? *tableDocument_ : *slot.table.lock());
-    Compare(Say(saved, "\n", FileBytes(file)), Say(writes, "\n", writes ? model::WideBytes(text) : "no file"));
+    Compare(Say(saved, "\n", FileBytes(file)),
+            Say(writes, "\n", writes ? model::WideBytes(text) : "no file"));
 }
 
 }  // namespace host::random_calls

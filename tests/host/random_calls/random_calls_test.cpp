@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 #include <iostream>
 
-#include "tests/host/random_calls/run_support.h"
 #include "tests/host/random_calls/options_support.h"
+#include "tests/host/random_calls/run_support.h"
 
 namespace host {
 namespace {
@@ -38,8 +38,10 @@ TEST(RandomCalls, LibraryAndModelAgree) {
 }
 
 TEST(RandomCalls, SameSeedGivesTheSameSequence) {
-    EXPECT_EQ(random_calls::Run(random_calls::RandomSequence(7)).story, random_calls::Run(random_calls::RandomSequence(7)).story);
-    EXPECT_NE(random_calls::Run(random_calls::RandomSequence(7)).story, random_calls::Run(random_calls::RandomSequence(8)).story);
+    EXPECT_EQ(random_calls::Run(random_calls::RandomSequence(7)).story,
+              random_calls::Run(random_calls::RandomSequence(7)).story);
+    EXPECT_NE(random_calls::Run(random_calls::RandomSequence(7)).story,
+              random_calls::Run(random_calls::RandomSequence(8)).story);
 }
 
 TEST(RandomCalls, FailingSequenceIsShortenedToWhatMatters) {
