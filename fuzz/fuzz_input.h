@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "mox_xmlApi/platform/wide_text.h"
+#include "tests/model/text.h"
 
 namespace mox::fuzz {
 
@@ -25,15 +26,7 @@ inline void Check(bool good, const char* what) {
     std::abort();
 }
 
-// The bytes before the first zero, each widened with its sign, as a narrow document is read.
-inline WideString WidenBytes(std::string_view bytes) {
-    WideString units;
-    for (const char byte : bytes.substr(0, bytes.find('\0')))
-        units += static_cast<wchar16>(static_cast<std::int16_t>(static_cast<signed char>(byte)));
-    return units;
-}
-
-// An input that is one document behind a byte that says what to do with it: by a letter, or by its lowest bits.
+// An input that is one document after a byte that says what to do with it: by a letter, or by its lowest bits.
 struct MarkedDocument {
     char letter;
     bool bit0;
@@ -96,7 +89,7 @@ class FuzzInput {
     // byte from 0x80 on counts the 16-bit units that follow, any other byte is a text of one unit.
     WideString Text() {
         const std::uint8_t byte = Byte();
-        if (byte == '"') return WidenBytes(Until('"'));
+        if (byte == '"') return model::FromNarrowBytes(Until('"'));
         if (byte >= '0' && byte <= '9') return SpecialText(std::size_t{byte} - '0');
         if (byte >= 0x80) return Units(byte - 0x80U);
         return byte == 0 ? WideString() : WideString(1, byte);
@@ -108,11 +101,11 @@ class FuzzInput {
             case 0:
                 return {};
             case 1:
-                return WidenBytes(" leading and trailing ");
+                return model::FromNarrowBytes(" leading and trailing ");
             case 2:
-                return WidenBytes("one\ntwo");
+                return model::FromNarrowBytes("one\ntwo");
             case 3:
-                return WidenBytes("<&>'\"");
+                return model::FromNarrowBytes("<&>'\"");
             case 4:
                 return WideString(259, 'n');
             case 5:
@@ -122,9 +115,9 @@ class FuzzInput {
             case 7:
                 return {0x0101, 0x0126, 0x010A, 0xFEFF, 0xFFFF};
             case 8:
-                return WidenBytes("\x80\xFF\t\r\x01");
+                return model::FromNarrowBytes("\x80\xFF\t\r\x01");
             default:
-                return WidenBytes("true");
+                return model::FromNarrowBytes("true");
         }
     }
 

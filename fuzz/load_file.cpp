@@ -6,6 +6,9 @@
 #include "fuzz/read_everything.h"
 #include "fuzz/tree_check.h"
 #include "mox_xmlApi/table/table_handle.h"
+#include "tests/model/profile.h"
+#include "tests/model/tables.h"
+#include "tests/model/text.h"
 
 namespace mox::fuzz {
 namespace {
@@ -25,23 +28,28 @@ std::string Expand(std::string_view bytes) {
     return file;
 }
 
-void LoadProfile(const ScratchFile& file, bool wide, bool parses, PlainDocument expected) {
+// `expected` is what the model reads from the file; null when that is not in the dialect.
+void LoadProfile(const ScratchFile& file, bool wide, const model::NodePtr& expected) {
     moxSettings* profile = xmlProfileNew(file.Name(), nullptr, 0, wide ? 1 : 0);
-    Check((profile != nullptr) == parses, "a profile opens exactly when its file is in the dialect");
+    Check((profile != nullptr) == (expected != nullptr),
+          "a profile opens exactly when its file is in the dialect");
     if (profile == nullptr) return;
-    PlainOpenProfile(expected);
-    Check(CopyTree(*profile->document.root) == expected, "the tree agrees with a plain reading");
+    const model::NodePtr document = model::Copy(*expected);
+    model::OpenRoot(*document);
+    Check(model::IsSame(*CopyTree(*profile->document.root), *document), "the tree agrees with the model");
     ReadProfile(profile);
     xmlProfileDispose(&profile);
 }
 
-void LoadTable(const ScratchFile& file, bool parses, PlainDocument expected) {
+void LoadTable(const ScratchFile& file, const model::NodePtr& expected) {
     void* table = xmlTableNew(file.Name(), nullptr, 0, nullptr, 0, 0, 0, 0);
-    Check((table != nullptr) == parses, "a table opens exactly when its file is in the dialect");
+    Check((table != nullptr) == (expected != nullptr),
+          "a table opens exactly when its file is in the dialect");
     if (table == nullptr) return;
-    PlainOpenTable(expected, WideView());
-    Check(CopyTree(*static_cast<TableHandle*>(table)->document.root) == expected,
-          "the tree agrees with a plain reading");
+    const model::NodePtr document = model::Copy(*expected);
+    model::OpenTable(*document, model::Text());
+    Check(model::IsSame(*CopyTree(*static_cast<TableHandle*>(table)->document.root), *document),
+          "the tree agrees with the model");
     ReadTable(table);
     xmlTableDispose(&table);
 }
@@ -59,9 +67,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string bytes = wide && !isRaw ? Expand(text) : std::string(text);
 
     file.Write(bytes);
-    PlainDocument expected;
-    const bool parses = PlainRead(PlainUnits(bytes, wide), expected);
-    LoadProfile(file, wide, parses, expected);
-    if (wide) LoadTable(file, parses, expected);
+    const model::NodePtr expected =
+        ParseByModel(wide ? model::FromWideBytes(bytes) : model::FromNarrowBytes(bytes));
+    LoadProfile(file, wide, expected);
+    if (wide) LoadTable(file, expected);
     return 0;
 }

@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "fuzz/call_host.h"
-#include "fuzz/plain_entry.h"
+#include "fuzz/read_everything.h"
 #include "fuzz/tree_check.h"
 #include "mox_xmlApi/profile/settings.h"
 #include "mox_xmlApi/table/table_handle.h"
@@ -31,7 +31,8 @@ void CallHost::OpenProfile() {
             xmlProfileNew(nullptr, document.data(), static_cast<std::int32_t>(document.size()), 0);
     } else {
         const bool wide = source == 3;
-        file_.Write(PlainFile(WidenBytes(document), wide));
+        const WideString text = model::FromNarrowBytes(document);
+        file_.Write(wide ? model::WideBytes(text) : model::NarrowBytes(text));
         profile.handle = xmlProfileNew(file_.Name(), nullptr, 0, wide ? 1 : 0);
     }
 }
@@ -48,9 +49,8 @@ void CallHost::SaveProfile() {
           "a profile is saved unless that is refused");
     Check(isWritten == file_.Exists(), "a file is there when it was written");
     if (!isWritten) return;
-    PlainDocument document;
-    const bool isReadable = PlainRead(PlainUnits(file_.Read(), wide == 1), document);
-    Check(isReadable || wide != 1, "a wide file can be read");
+    const std::string bytes = file_.Read();
+    Check(wide != 1 || ParseByModel(model::FromWideBytes(bytes)) != nullptr, "a wide file can be read");
     if (mode == 0) CheckRoundTrip(profile.handle, file_, wide == 1);
 }
 
@@ -230,7 +230,7 @@ bool CallHost::IsReadable(Profile& profile, const WideString& section, const Wid
     const XmlNode* element = SectionOf(profile.handle, section);
     const XmlNode* entry = element == nullptr ? nullptr : ScanForEntry(*element, key);
     if (entry == nullptr) return true;
-    return ReadPlainEntry(*entry).isReadable;
+    return ReadByModel(*entry).isReadable;
 }
 
 void CallHost::CheckWritten(Profile& profile, const WideString& section, const WideString& key,

@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "fuzz/fuzz_input.h"
-#include "fuzz/plain_entry.h"
 #include "fuzz/tree_check.h"
 #include "mox_xmlApi/table/table_handle.h"
+#include "tests/tree_in_model.h"
 
 namespace mox::fuzz {
 namespace {
@@ -37,7 +37,7 @@ void ReadKey(moxSettings* profile, const wchar16* section, const wchar16* key) {
     constexpr std::int32_t kDefault = 4711;
     const XmlNode* scanned = ScanForTable(*profile->root, ViewOf(section));
     scanned = scanned == nullptr ? nullptr : ScanForEntry(*scanned, ViewOf(key));
-    const PlainEntry entry = scanned == nullptr ? PlainEntry() : ReadPlainEntry(*scanned);
+    const EntryInModel entry = scanned == nullptr ? EntryInModel() : ReadByModel(*scanned);
     const WideView text = entry.isReadable ? entry.KeyValue() : WideView();
 
     const std::int32_t number = xmlGetProfileInt(profile, section, key, kDefault);
@@ -60,22 +60,34 @@ void ReadKey(moxSettings* profile, const wchar16* section, const wchar16* key) {
 
 }  // namespace
 
-// The records say of the entry what a plain reading says. Records of 8-bit text have no zero units inside
-// either.
+EntryInModel ReadByModel(const XmlNode& entry) {
+    EntryInModel read;
+    read.isReadable = model::ReadEntry(*test::CopyToModel(entry), read.value, read.ui);
+    return read;
+}
+
 void CheckRecords(const XmlNode& element, const TableEntryValueInfoStruct* value,
-                  const TableEntryUInfoStruct* ui) {
+                  const TableEntryUInfoStruct* ui, std::uint32_t id) {
     constexpr std::uint16_t kWide = 31;
-    const PlainEntry entry = ReadPlainEntry(element);
-    Check(entry.isReadable, "an entry that is read has a known type");
+    EntryInModel entry;
+    entry.value.id = id;
+    Check(model::ReadEntry(*test::CopyToModel(element), entry.value, entry.ui),
+          "an entry that is read has a known type");
     if (value != nullptr) {
-        const bool fallsBack = ui == nullptr && value->type != kWide && entry.value.empty();
-        Check(ViewOf(value->GetVal_w()) == (fallsBack ? entry.uiValue : entry.value),
+        Check(value->type == entry.value.type && value->id == entry.value.id,
+              "type and id are read as they stand");
+        const bool fallsBack = ui == nullptr && value->type != kWide && entry.value.value.empty();
+        Check(ViewOf(value->GetVal_w()) == (fallsBack ? entry.ui.value : entry.value.value),
               "a value is read as it stands");
     }
     if (ui != nullptr) {
-        Check(ViewOf(ui->GetVal_w()) == entry.uiValue, "a presented value is read as it stands");
-        Check(ViewOf(ui->GetComment_w()) == entry.comment, "a comment is read as it stands");
-        Check(ViewOf(ui->GetUserName_w()) == entry.userName, "a displayed name is read as it stands");
+        Check(ui->type == entry.value.type && ui->id == entry.value.id, "type and id are read as they stand");
+        Check(ui->control == entry.ui.control && ui->prov_index == entry.ui.index &&
+                  ui->prov_owner == entry.ui.owner,
+              "control and provider are read as they stand");
+        Check(ViewOf(ui->GetVal_w()) == entry.ui.value, "a presented value is read as it stands");
+        Check(ViewOf(ui->GetComment_w()) == entry.ui.comment, "a comment is read as it stands");
+        Check(ViewOf(ui->GetUserName_w()) == entry.ui.name, "a displayed name is read as it stands");
     }
 }
 

@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) return 0;
     static const ScratchFile file;
     const auto [letter, bit0, bit1, text] = TakeApart(data, size);
-    file.Write(PlainFile(TextOf(text), true));
+    file.Write(model::WideBytes(TextOf(text)));
     if (letter == 't' || (letter != 'n' && letter != 'w' && bit1)) {
         void* table = xmlTableNew(file.Name(), nullptr, 0, nullptr, 0, 0, 0, 0);
         if (table == nullptr) return 0;

@@ -48,7 +48,7 @@ void CallHost::OpenTable() {
     }
     const std::string_view document = ChooseDocument();
     if (source == 2) {
-        file_.Write(PlainFile(WidenBytes(document), true));
+        file_.Write(model::WideBytes(model::FromNarrowBytes(document)));
         table = xmlTableNew(file_.Name(), nullptr, 0, name, 0, 0, 0, 0);
     } else if (!document.empty()) {
         table = xmlTableNew(nullptr, document.data(), static_cast<std::int32_t>(document.size()), name, 0, 0,
@@ -79,6 +79,7 @@ void CallHost::GetEntry() {
     TableEntryUInfoStruct ui;
     FillRecord(value);
     const WideString key(ViewOf(value.name));
+    const std::uint32_t id = how <= 1 && records != 1 ? value.id : 0;
     std::uint64_t position = how <= 1 ? kByName : ChoosePosition(table);
     const std::uint64_t before = position;
     const bool isRead = xmlTableEntryGet(table.handle, how == 0 ? nullptr : &position,
@@ -87,7 +88,7 @@ void CallHost::GetEntry() {
     const XmlNode* entry = how <= 1 ? ScanForEntry(*table.element, records == 1 ? WideView() : key)
                                     : reinterpret_cast<const XmlNode*>(static_cast<std::uintptr_t>(position));
     Check(!isRead || entry != nullptr, "what was read is an entry");
-    if (isRead) CheckRecords(*entry, records == 1 ? nullptr : &value, records == 2 ? nullptr : &ui);
+    if (isRead) CheckRecords(*entry, records == 1 ? nullptr : &value, records == 2 ? nullptr : &ui, id);
     if (how <= 1) {
         Check(position == kByName, "a look-up by name leaves the position");
         return;

@@ -1,8 +1,15 @@
 #include "fuzz/tree_check.h"
 
+#include <vector>
+
 #include "mox_xmlApi/mox_xmlApi.h"
+#include "mox_xmlApi/xml/xml_name_characters.h"
 #include "mox_xmlApi/table/table_handle.h"
 #include "mox_xmlApi/xml/xml_names.h"
+#include "tests/model/profile.h"
+#include "tests/model/tables.h"
+#include "tests/model/text.h"
+#include "tests/tree_in_model.h"
 
 namespace mox::fuzz {
 namespace {
@@ -35,38 +42,21 @@ void CheckPlace(const XmlNode& parent, const XmlNode& child) {
     }
 }
 
-// Calls `visit(node, depth)` for every node below `top`, whose children have depth 1.
-template <class Visit>
-void Walk(const XmlNode& top, Visit visit) {
-    struct Level {
-        const XmlNode* parent;
-        const XmlNode* next;
-        std::size_t count;
-    };
-    std::vector<Level> open{{&top, top.children.First(), 0}};
-    while (!open.empty()) {
-        Level& level = open.back();
-        const XmlNode* child = level.next;
-        if (child == nullptr) {
-            Check(level.count == level.parent->children.Size(), "a list knows how many children it has");
-            open.pop_back();
-            continue;
-        }
-        level.next = child->next;
-        ++level.count;
-        CheckPlace(*level.parent, *child);
-        for (const XmlAttribute& attribute : child->attributes)
-            Check(!attribute.name.View().empty(), "an attribute has a name");
-        visit(*child, open.size());
-        open.push_back({child, child->children.First(), 0});
-    }
+bool HasMarkedSection(const model::Node& root) {
+    return std::any_of(root.children.begin(), root.children.end(), [](const model::NodePtr& section) {
+        return model::FindAttribute(*section, "eud") != nullptr;
+    });
 }
 
-PlainNode CopyNode(const XmlNode& node, std::size_t depth) {
-    PlainNode copy{node.kind, depth, WideString(node.name.View()), WideString(node.value.View())};
-    for (const XmlAttribute& attribute : node.attributes)
-        copy.attributes.emplace_back(attribute.name.View(), attribute.value.View());
-    return copy;
+// The bytes of a file with this document.
+std::string FileOf(const model::Node& document, bool wide) {
+    const model::Text text = model::Written(document);
+    return wide ? model::WideBytes(text) : model::NarrowBytes(text);
+}
+
+// The model's document of a file.
+model::NodePtr ParseFile(const std::string& bytes, bool wide) {
+    return ParseByModel(wide ? model::FromWideBytes(bytes) : model::FromNarrowBytes(bytes));
 }
 
 WideView NameOf(const XmlNode& node, bool& hasName) {
@@ -86,16 +76,29 @@ void CheckSecondFile(const std::string& first, const std::string& second, unsign
 }  // namespace
 
 void CheckTree(const XmlNode& top) {
-    Walk(top, [](const XmlNode&, std::size_t) {});
+    std::vector<const XmlNode*> parents{&top};
+    while (!parents.empty()) {
+        const XmlNode& parent = *parents.back();
+        parents.pop_back();
+        std::size_t count = 0;
+        for (const XmlNode* child : parent.children) {
+            ++count;
+            CheckPlace(parent, *child);
+            for (const XmlAttribute& attribute : child->attributes)
+                Check(!attribute.name.View().empty(), "an attribute has a name");
+            parents.push_back(child);
+        }
+        Check(count == parent.children.Size(), "a list knows how many children it has");
+    }
 }
 
-PlainDocument CopyTree(const XmlNode& top) {
-    PlainDocument copy;
-    const std::size_t outside = top.kind == XmlNodeKind::Document ? 1 : 0;
-    if (outside == 0) copy.push_back(CopyNode(top, 0));
-    Walk(top,
-         [&](const XmlNode& node, std::size_t depth) { copy.push_back(CopyNode(node, depth - outside)); });
-    return copy;
+model::NodePtr CopyTree(const XmlNode& top) {
+    CheckTree(top);
+    return test::CopyToModel(top);
+}
+
+model::NodePtr ParseByModel(const model::Text& text) {
+    return model::Parse(text, {IsNameStart, IsNameCharacter});
 }
 
 XmlNode* ScanForEntry(const XmlNode& parent, WideView name) {
@@ -142,83 +145,83 @@ void CheckLookUps(const XmlDocument& document, XmlNode& parent) {
 //  - a narrow file has the low byte of each unit, and a byte is read with its sign, so that only U+0000 to
 //    U+007F and U+FF80 to U+FFFF come back; of any other unit something else does, perhaps markup;
 //  - white space before a text is skipped, as is a text of white space alone;
-//  - a text that has line feeds, or stands beside children, is written on lines of its own, and the line feed
-//  and
-//    the tabs before the next tag are read as a part of it. (Reading joins pieces of text by line feeds, so
-//    these always are such texts.)
+//  - a text that has line feeds, or stands beside children, is written on lines of its own, and the line feed and the
+//    tabs before the next tag are read as a part of it. (Reading joins pieces of text by line feeds, so these always
+//    are such texts.)
 // Attribute values and comments are written and read verbatim. Control characters other than white space are
 // units like any other; zero units cannot be in a tree.
-unsigned WhyNotUnchanged(const PlainDocument& document, bool wide) {
+unsigned WhyNotUnchanged(const model::Node& node, bool wide) {
     unsigned reasons = 0;
     const auto look = [&](WideView text) {
         for (const wchar16 unit : text) {
             if (!wide && unit >= 0x80 && unit < 0xFF80) reasons |= kUnitsAreCut;
         }
     };
-    for (std::size_t i = 0; i < document.size(); ++i) {
-        const PlainNode& node = document[i];
-        look(node.name);
-        look(node.value);
-        for (const auto& [name, value] : node.attributes) {
-            look(name);
-            look(value);
-        }
-        if (node.kind != XmlNodeKind::Element || node.value.empty()) continue;
-        if (IsSpace(node.value.front())) reasons |= kSpaceIsDropped;
-        if (PlainHasChildren(document, i) || node.value.find('\n') != WideString::npos) reasons |= kTextGrows;
+    look(node.name);
+    look(node.value);
+    for (const auto& [name, value] : node.attributes) {
+        look(name);
+        look(value);
     }
+    if (node.kind == model::Kind::Element && !node.value.empty()) {
+        if (IsSpace(node.value.front())) reasons |= kSpaceIsDropped;
+        if (!node.children.empty() || node.value.find('\n') != WideString::npos) reasons |= kTextGrows;
+    }
+    for (const model::NodePtr& child : node.children)
+        reasons |= WhyNotUnchanged(*child, wide);
     return reasons;
 }
 
 void CheckRoundTrip(moxSettings* profile, const ScratchFile& file, bool wide) {
-    PlainDocument before = CopyTree(*profile->document.root);
-    const bool marksAreLeft = PlainStripMarks(before);
+    const model::NodePtr before = CopyTree(*profile->document.root);
+    const model::NodePtr root = model::FindRoot(*before);
+    model::StripMarks(*root);
+    const bool marksAreLeft = HasMarkedSection(*root);
     Check(xmlProfileSave(profile, file.Name(), 0, 0, wide ? 1 : 0) == 1, "the profile is saved");
     const std::string first = file.Read();
-    Check(CopyTree(*profile->document.root) == before, "a save takes out the marks and nothing else");
-    Check(first == PlainFile(PlainWrite(before, "\n"_w), wide), "a save writes the tree");
+    Check(model::IsSame(*CopyTree(*profile->document.root), *before),
+          "a save takes out the marks and nothing else");
+    Check(first == FileOf(*before, wide), "a save writes the tree");
 
-    PlainDocument expected;
-    const bool isReadable = PlainRead(PlainUnits(first, wide), expected);
-    const unsigned reasons = WhyNotUnchanged(before, wide);
-    Check(isReadable || (reasons & kUnitsAreCut) != 0, "what was saved can be read");
+    const model::NodePtr expected = ParseFile(first, wide);
+    const unsigned reasons = WhyNotUnchanged(*before, wide);
+    Check(expected != nullptr || (reasons & kUnitsAreCut) != 0, "what was saved can be read");
     moxSettings* again = xmlProfileNew(file.Name(), nullptr, 0, wide ? 1 : 0);
-    Check((again != nullptr) == isReadable, "loading agrees with a plain reading");
+    Check((again != nullptr) == (expected != nullptr), "loading agrees with the model");
     if (again == nullptr) return;
-    PlainOpenProfile(expected);
-    Check(CopyTree(*again->document.root) == expected, "the tree agrees with a plain reading");
+    const model::NodePtr expectedRoot = model::OpenRoot(*expected);
+    Check(model::IsSame(*CopyTree(*again->document.root), *expected), "the tree agrees with the model");
     Check(xmlProfileSave(again, file.Name(), 0, 0, wide ? 1 : 0) == 1, "what was loaded is saved");
     xmlProfileDispose(&again);
 
     const std::string second = file.Read();
-    PlainStripMarks(expected);
-    Check(second == PlainFile(PlainWrite(expected, "\n"_w), wide), "the second save writes the tree");
+    model::StripMarks(*expectedRoot);
+    Check(second == FileOf(*expected, wide), "the second save writes the tree");
     if (!marksAreLeft) CheckSecondFile(first, second, reasons);
 }
 
 void CheckRoundTrip(void* table, const ScratchFile& file) {
-    const XmlNode& root = *static_cast<TableHandle*>(table)->document.root;
-    const PlainDocument before = CopyTree(root);
+    const XmlNode& top = *static_cast<TableHandle*>(table)->document.root;
+    const model::NodePtr before = CopyTree(top);
     Check(xmlTableSave(table, file.Name(), 0, 0), "the table is saved");
     const std::string first = file.Read();
-    Check(CopyTree(root) == before, "a save does not change the table");
-    const bool isSection = root.kind != XmlNodeKind::Document;
-    Check(first == PlainFile(PlainWrite(before, isSection ? WideView() : "\n"_w), true),
-          "a save writes the tree");
+    Check(model::IsSame(*CopyTree(top), *before), "a save does not change the table");
+    Check(first == FileOf(*before, true), "a save writes the tree");
 
-    PlainDocument expected;
-    Check(PlainRead(PlainUnits(first, true), expected), "what was saved can be read");
+    const model::NodePtr expected = ParseFile(first, true);
+    Check(expected != nullptr, "what was saved can be read");
     void* again = xmlTableNew(file.Name(), nullptr, 0, nullptr, 0, 0, 0, 0);
     Check(again != nullptr, "what was saved can be loaded");
-    PlainOpenTable(expected, WideView());
-    Check(CopyTree(*static_cast<TableHandle*>(again)->document.root) == expected,
-          "the tree agrees with a plain reading");
+    model::OpenTable(*expected, model::Text());
+    Check(model::IsSame(*CopyTree(*static_cast<TableHandle*>(again)->document.root), *expected),
+          "the tree agrees with the model");
     Check(xmlTableSave(again, file.Name(), 0, 0), "what was loaded is saved");
     xmlTableDispose(&again);
 
     const std::string second = file.Read();
-    Check(second == PlainFile(PlainWrite(expected, "\n"_w), true), "the second save writes the tree");
-    if (!isSection) CheckSecondFile(first, second, WhyNotUnchanged(before, true));
+    Check(second == FileOf(*expected, true), "the second save writes the tree");
+    const bool isSection = top.kind != XmlNodeKind::Document;
+    if (!isSection) CheckSecondFile(first, second, WhyNotUnchanged(*before, true));
 }
 
 }  // namespace mox::fuzz

@@ -2,10 +2,10 @@
 #ifndef MOX_XMLAPI_FUZZ_TREE_CHECK_H
 #define MOX_XMLAPI_FUZZ_TREE_CHECK_H
 
-#include "fuzz/plain_document.h"
 #include "fuzz/scratch_file.h"
 #include "mox_xmlApi/profile/settings.h"
 #include "mox_xmlApi/xml/xml_document.h"
+#include "tests/model/tree.h"
 
 namespace mox::fuzz {
 
@@ -13,11 +13,15 @@ namespace mox::fuzz {
 // stand and has what its kind may have.
 void CheckTree(const XmlNode& node);
 
-// Checks the tree and copies it. Of a document node the children are copied alone.
-PlainDocument CopyTree(const XmlNode& node);
+// Checks the tree and gives it the form of the model.
+model::NodePtr CopyTree(const XmlNode& node);
 
-// Looks up the names that stand among the children of `parent`, and some that do not, and holds the results
-// against a plain scan.
+// The document of a text, as the model parses it; null when it is not in the dialect. Which characters beyond ASCII
+// are letters, only the library can say.
+model::NodePtr ParseByModel(const model::Text& text);
+
+// Looks up the names that stand among the children of `parent`, and some that do not, and compares the results with
+// those of a scan.
 void CheckLookUps(const XmlDocument& document, XmlNode& parent);
 
 // The slow look-ups: the first child called `name` (an empty name: the first that has one), and the first
@@ -29,11 +33,11 @@ XmlNode* ScanForTable(const XmlNode& parent, WideView name);
 inline constexpr unsigned kUnitsAreCut = 1;
 inline constexpr unsigned kSpaceIsDropped = 2;
 inline constexpr unsigned kTextGrows = 4;
-unsigned WhyNotUnchanged(const PlainDocument& document, bool wide);
+unsigned WhyNotUnchanged(const model::Node& document, bool wide);
 
-// Saves the profile or the table, loads the file and saves that again. Each file must hold exactly what a
-// plain writing of the tree gives, each loaded tree must be what a plain reading of the file gives, and the
-// second file must equal the first unless there is a reason why not.
+// Saves the profile or the table, loads the file and saves that again. Each file must hold exactly what the model
+// writes of the tree, each loaded tree must be what the model reads from the file, and the second file must equal the
+// first unless there is a reason why not.
 void CheckRoundTrip(moxSettings* profile, const ScratchFile& file, bool wide);
 void CheckRoundTrip(void* table, const ScratchFile& file);
 

@@ -7,26 +7,37 @@
 
 namespace model {
 
+NodePtr FindRoot(const Node& document) {
+    for (const NodePtr& child : document.children) {
+        const bool hasSchema = FindAttribute(*child, "xmlns:noNamespaceSchemaLocation") != nullptr ||
+                               FindAttribute(*child, "xsi:noNamespaceSchemaLocation") != nullptr;
+        if (IsElement(*child, "Settings") && hasSchema) return child;
+    }
+    return nullptr;
+}
+
+NodePtr OpenRoot(Node& document) {
+    if (const NodePtr found = FindRoot(document); found != nullptr) return found;
+    const NodePtr root = NewElement("Settings");
+    SetAttribute(*root, "xmlns:noNamespaceSchemaLocation", Wide("MXSettings.xsd"));
+    document.children.push_back(root);
+    return root;
+}
+
+void StripMarks(Node& root) {
+    for (const NodePtr& section : root.children) {
+        if (section->kind != Kind::Element) continue;
+        if (HasAttribute(*section, "eud", "true")) {
+            for (const NodePtr& entry : section->children)
+                RemoveAttribute(*entry, "eud");
+        }
+        RemoveAttribute(*section, "eud");
+    }
+}
+
 Profile::Profile() : Profile(Parse(Wide("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"))) {}
 
-Profile::Profile(NodePtr document) : document_(std::move(document)) {
-    LocateRoot();
-}
-
-void Profile::LocateRoot() {
-    for (const NodePtr& child : document_->children) {
-        if (!IsElement(*child, "Settings")) continue;
-        if (FindAttribute(*child, "xmlns:noNamespaceSchemaLocation") == nullptr &&
-            FindAttribute(*child, "xsi:noNamespaceSchemaLocation") == nullptr) {
-            continue;
-        }
-        root_ = child;
-        return;
-    }
-    root_ = NewElement("Settings");
-    SetAttribute(*root_, "xmlns:noNamespaceSchemaLocation", Wide("MXSettings.xsd"));
-    document_->children.push_back(root_);
-}
+Profile::Profile(NodePtr document) : document_(std::move(document)), root_(OpenRoot(*document_)) {}
 
 NodePtr Profile::Section(const Text& name) const {
     for (const NodePtr& child : root_->children) {
@@ -93,17 +104,6 @@ bool Profile::Write(const Text& section, const Text& key, const Text& value) {
 bool Profile::DeleteKey(const Text& section, const Text& key) {
     const NodePtr table = Section(section);
     return table != nullptr && RemoveEntries(*table, key, -1, true);
-}
-
-void Profile::StripMarks() {
-    for (const NodePtr& section : root_->children) {
-        if (section->kind != Kind::Element) continue;
-        if (HasAttribute(*section, "eud", "true")) {
-            for (const NodePtr& entry : section->children)
-                RemoveAttribute(*entry, "eud");
-        }
-        RemoveAttribute(*section, "eud");
-    }
 }
 
 Text Profile::DocumentText() const {

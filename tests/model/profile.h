@@ -1,4 +1,4 @@
-// The profile functions of the model.
+// Settings documents: their root, sections and keys, and what a save or an export writes of them.
 #ifndef MOX_XMLAPI_TESTS_MODEL_PROFILE_H
 #define MOX_XMLAPI_TESTS_MODEL_PROFILE_H
 
@@ -9,6 +9,14 @@
 #include "tests/model/entries.h"
 
 namespace model {
+
+// The first "Settings" with a schema location among the children of the document, or null.
+NodePtr FindRoot(const Node& document);
+// The same, but a new one at the end of the document where there is none: what opening a profile does to a document.
+NodePtr OpenRoot(Node& document);
+// Takes the marks "eud" away that a save in mode 0 does: the first of each section and, where that was "true", the first
+// of each entry of the section.
+void StripMarks(Node& root);
 
 class Profile {
   public:
@@ -30,15 +38,12 @@ class Profile {
     bool Write(const Text& section, const Text& key, const Text& value);
     bool DeleteKey(const Text& section, const Text& key);
 
-    // Before a save in mode 0.
-    void StripMarks();
+    void StripMarks() { model::StripMarks(*root_); }
     // The text of the document, or of its export in that mode.
     Text DocumentText() const;
     Text Export(std::uint32_t mode) const;
 
   private:
-    void LocateRoot();
-
     NodePtr document_;
     NodePtr root_;
 };

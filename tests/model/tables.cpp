@@ -97,6 +97,16 @@ bool HasNarrowForm(const Text& text) {
     return true;
 }
 
+NodePtr OpenTable(Node& document, const Text& name) {
+    NodePtr table = FindElement(document, "Table");
+    if (table != nullptr) return name.empty() || AttributeOf(*table, "name") == name ? table : nullptr;
+    table = NewElement("Table");
+    SetAttribute(*table, "xmlns:noNamespaceSchemaLocation", Wide("MXTable.xsd"));
+    SetAttribute(*table, "name", name);
+    document.children.push_back(table);
+    return table;
+}
+
 bool Get(const Node& table, Place& place, PlainValue* value, PlainUi* ui) {
     EntryValue entryValue;
     EntryUi entryUi;

@@ -1,4 +1,4 @@
-// The functions on tables, with a host's records as plain values.
+// Table documents, and the functions on tables, with a host's records as plain values.
 #ifndef MOX_XMLAPI_TESTS_MODEL_TABLES_H
 #define MOX_XMLAPI_TESTS_MODEL_TABLES_H
 
@@ -8,6 +8,10 @@
 #include "tests/model/entries.h"
 
 namespace model {
+
+// The first "Table" of the document, or a new one with that name at its end: what opening a table does to a document.
+// Null, and nothing changed, when a name is asked for and the first "Table" has another.
+NodePtr OpenTable(Node& document, const Text& name);
 
 // The fields of a host's records; a text that was never set is none.
 struct PlainValue {

@@ -64,14 +64,8 @@ void Runner::LoadTableDocument(const Text& text, std::int32_t size, const Text* 
         return;
     }
     if (tableDocument_ != nullptr) {
-        const NodePtr table = FindElement(*tableDocument_, "Table");
-        if (table == nullptr) {
-            MakeTable(tableDocument_, name == nullptr ? Text() : *name, true);
-        } else if (name == nullptr || name->empty() || AttributeOf(*table, "name") == *name) {
-            slot.table = table;
-        } else {
-            tableDocument_ = nullptr;
-        }
+        slot.table = model::OpenTable(*tableDocument_, name == nullptr ? Text() : *name);
+        if (slot.table.expired()) tableDocument_ = nullptr;
     }
     Compare(slot.handle != nullptr ? "loaded" : "not loaded",
             tableDocument_ != nullptr ? "loaded" : "not loaded");
