@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "mox_xmlApi/mox_xmlApi.h"
-#include "mox_xmlApi/xml/xml_name_characters.h"
 #include "mox_xmlApi/table/table_handle.h"
+#include "mox_xmlApi/xml/xml_name_characters.h"
 #include "mox_xmlApi/xml/xml_names.h"
 #include "tests/model/profile.h"
 #include "tests/model/tables.h"

@@ -174,35 +174,41 @@ Text Escaped(const Text& text) {
     return escaped;
 }
 
-void Write(const Node& node, std::size_t depth, Text& out) {
-    out.append(depth, '\t');
-    if (node.kind == Kind::Comment) {
-        out += Wide("<!--") + node.value + Wide("-->");
-        return;
-    }
-    out += Wide(node.kind == Kind::Declaration ? "<?" : "<") + node.name;
+Text Attributes(const Node& node) {
+    Text text;
     for (const auto& [name, value] : node.attributes)
-        out += Wide(" ") + name + Wide("=\"") + Escaped(value) + Wide("\"");
-    if (node.kind == Kind::Declaration) {
-        out += Wide("?>");
-        return;
-    }
-    if (node.children.empty() && node.value.empty()) {
-        out += Wide("/>");
-        return;
-    }
-    const Text end = Wide("</") + node.name + Wide(">");
+        text += Wide(" ") + name + Wide("=\"") + Escaped(value) + Wide("\"");
+    return text;
+}
+
+// A comment, the declaration or an empty element as a whole; of any other element the start tag.
+Text Tag(const Node& node, bool isEmpty) {
+    if (node.kind == Kind::Comment) return Wide("<!--") + node.value + Wide("-->");
+    if (node.kind == Kind::Declaration) return Wide("<?") + node.name + Attributes(node) + Wide("?>");
+    return Wide("<") + node.name + Attributes(node) + Wide(isEmpty ? "/>" : ">");
+}
+
+Text Line(std::size_t depth, const Text& text) {
+    return Text(depth, '\t') + text + Wide("\n");
+}
+
+void Write(const Node& node, std::size_t depth, Text& out) {
+    const bool isEmpty = node.children.empty() && node.value.empty();
+    out += Text(depth, '\t') + Tag(node, isEmpty);
+    if (isEmpty || node.kind == Kind::Comment || node.kind == Kind::Declaration) return;
+
     if (node.children.empty() && node.value.find('\n') == Text::npos) {
-        out += Wide(">") + Escaped(node.value) + end;
-        return;
-    }
-    out += Wide(">\n");
-    if (!node.value.empty()) out += Text(depth + 1, '\t') + Escaped(node.value) + Wide("\n");
-    for (const NodePtr& child : node.children) {
-        Write(*child, depth + 1, out);
+        out += Escaped(node.value);
+    } else {
         out += '\n';
+        if (!node.value.empty()) out += Line(depth + 1, Escaped(node.value));
+        for (const NodePtr& child : node.children) {
+            Write(*child, depth + 1, out);
+            out += '\n';
+        }
+        out += Text(depth, '\t');
     }
-    out += Text(depth, '\t') + end;
+    out += Wide("</") + node.name + Wide(">");
 }
 
 }  // namespace
