@@ -134,47 +134,6 @@ TEST(EntryValues, OtherChildrenAreSkipped) {
               ValueEntry("name=\"\" type=\"long\" array=\"\"", "<Value/>"));
 }
 
-TEST(EntryValues, LocOfTheValueIsSetByTrueAlone) {
-    constexpr std::string_view attributes = "name=\"\" type=\"long\" array=\"\"";
-    EXPECT_EQ(Exported("<Var type=\"long\"><Value loc=\"true\">1</Value></Var>", 2),
-              ValueEntry(attributes, "<Value loc=\"true\">1</Value>"));
-    EXPECT_EQ(Exported("<Var type=\"long\"><Value loc=\"TRUE\">1</Value></Var>", 2),
-              ValueEntry(attributes, "<Value>1</Value>"));
-}
-
-TEST(EntryValues, ValueWithoutLocTakesTheTextOfTheLastAttribute) {
-    constexpr std::string_view plain = "name=\"\" type=\"long\" array=\"\"";
-    constexpr std::string_view local = "name=\"\" type=\"long\" array=\"\" loc=\"true\"";
-    EXPECT_EQ(Exported("<Var type=\"long\" loc=\"true\"><Value>1</Value></Var>", 2),
-              ValueEntry(local, "<Value loc=\"true\">1</Value>"));
-    EXPECT_EQ(Exported("<Var loc=\"true\" type=\"long\"><Value>1</Value></Var>", 2),
-              ValueEntry(local, "<Value>1</Value>"));
-    EXPECT_EQ(Exported("<Var type=\"long\" other=\"true\"><Value>1</Value></Var>", 2),
-              ValueEntry(plain, "<Value loc=\"true\">1</Value>"));
-    EXPECT_EQ(Exported("<Var type=\"long\" array=\"true\"><Value>1</Value></Var>", 2),
-              ValueEntry(plain, "<Value loc=\"true\">1</Value>"));
-    EXPECT_EQ(Exported("<Var type=\"long\" name=\"true\"><Value>1</Value></Var>", 2),
-              ValueEntry("name=\"true\" type=\"long\" array=\"\"", "<Value loc=\"true\">1</Value>"));
-}
-
-TEST(EntryValues, ValueWithLocIgnoresTheLastAttribute) {
-    constexpr std::string_view local = "name=\"\" type=\"long\" array=\"\" loc=\"true\"";
-    EXPECT_EQ(Exported("<Var type=\"long\" loc=\"true\"><Value loc=\"\">1</Value></Var>", 2),
-              ValueEntry(local, "<Value>1</Value>"));
-    EXPECT_EQ(Exported("<Var type=\"long\" loc=\"true\"><Value loc=\"false\">1</Value></Var>", 2),
-              ValueEntry(local, "<Value>1</Value>"));
-}
-
-TEST(EntryValues, ValueWithoutLocTakesTheLocOfTheValueBeforeIt) {
-    constexpr std::string_view plain = "name=\"\" type=\"long\" array=\"\"";
-    EXPECT_EQ(Exported("<Var type=\"long\"><Value loc=\"true\">1</Value><Value>2</Value></Var>", 2),
-              ValueEntry(plain, "<Value loc=\"true\">2</Value>"));
-    EXPECT_EQ(Exported("<Var type=\"long\"><Value loc=\"no\">1</Value><Value>2</Value></Var>", 2),
-              ValueEntry(plain, "<Value>2</Value>"));
-    EXPECT_EQ(Exported("<Var type=\"long\"><Value loc=\"true\">1</Value><Value loc=\"\">2</Value></Var>", 2),
-              ValueEntry(plain, "<Value loc=\"true\">2</Value>"));
-}
-
 TEST(EntryUi, EveryControlNameIsKnown) {
     for (const std::string_view name :
          {"num", "text", "switch", "no_edit", "rgb", "button", "text_array", "named_array", "switch_array",

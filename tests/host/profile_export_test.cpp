@@ -173,43 +173,11 @@ TEST(ProfileExport, ModeOneNeverHoldsTheUiValue) {
                                      }));
 }
 
-// The one section of a mode 2 export of a section with these attributes.
-std::string ExportedTable(std::string_view attributes) {
-    const std::string table = std::string("<Table").append(attributes).append("/>");
-    const std::string bytes = SaveBytes(LoadSections(table), 2);
-    const std::size_t start = bytes.find("\t<Table") + 1;
-    return bytes.substr(start, bytes.find('\n', start) - start);
-}
-
-TEST(ProfileExport, FirstIdIsReadSignedAndWrittenUnsigned) {
-    EXPECT_EQ(ExportedTable(" first_id=\"12abc\""), "<Table name=\"\" first_id=\"12\"/>");
-    EXPECT_EQ(ExportedTable(" first_id=\" +12\""), "<Table name=\"\" first_id=\"12\"/>");
-    EXPECT_EQ(ExportedTable(" first_id=\"-1\""), "<Table name=\"\" first_id=\"4294967295\"/>");
-    EXPECT_EQ(ExportedTable(" first_id=\"4294967295\""), "<Table name=\"\" first_id=\"2147483647\"/>");
-    EXPECT_EQ(ExportedTable(" first_id=\"-99999999999\""), "<Table name=\"\" first_id=\"2147483648\"/>");
-    EXPECT_EQ(ExportedTable(" first_id=\"x\""), "<Table name=\"\"/>");
-    EXPECT_EQ(ExportedTable(" first_id=\"0x10\""), "<Table name=\"\"/>");
-}
-
 TEST(ProfileExport, LargestFirstIdComesBackSmaller) {
     const Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
     EXPECT_TRUE(Section(xmlWriteProfileSection(profile, "S"_w, 0, 4294967295U, 0, nullptr)));
     EXPECT_EQ(SaveBytes(profile), SettingsFile({"\t<Table name=\"S\" first_id=\"4294967295\"/>"}));
     EXPECT_EQ(SaveBytes(profile, 2), SettingsFile({"\t<Table name=\"S\" first_id=\"2147483647\"/>"}));
-}
-
-TEST(ProfileExport, SectionTypeIsHexadecimalInSixteenBits) {
-    EXPECT_EQ(ExportedTable(" type=\"00ff\""), "<Table name=\"\" type=\"00FF\"/>");
-    EXPECT_EQ(ExportedTable(" type=\"0x1F\""), "<Table name=\"\" type=\"001F\"/>");
-    EXPECT_EQ(ExportedTable(" type=\"1fabC\""), "<Table name=\"\" type=\"FABC\"/>");
-    EXPECT_EQ(ExportedTable(" type=\"10000\""), "<Table name=\"\"/>");
-    EXPECT_EQ(ExportedTable(" type=\"xyz\""), "<Table name=\"\"/>");
-}
-
-TEST(ProfileExport, FirstOfTwoAttributesOfASectionCounts) {
-    EXPECT_EQ(ExportedTable(" name=\"a\" name=\"b\" first_id=\"1\" first_id=\"2\" type=\"3\" type=\"4\""
-                            " editable=\"no\" editable=\"true\""),
-              "<Table name=\"a\" first_id=\"1\" type=\"0003\"/>");
 }
 
 TEST(ProfileExport, ExportOfAnExportIsTheSame) {

@@ -22,12 +22,6 @@ std::int32_t ValueOfK(moxSettings* profile) {
 constexpr std::string_view kXmlns = "xmlns:noNamespaceSchemaLocation";
 constexpr std::string_view kXsi = "xsi:noNamespaceSchemaLocation";
 
-TEST(ProfileNew, WithoutSourceMakesAnEmptyDocument) {
-    const Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
-    ASSERT_NE(profile, nullptr);
-    EXPECT_EQ(SaveBytes(profile), EmptySettingsFile());
-}
-
 TEST(ProfileNew, EmptyDocumentIsTheseBytes) {
     const Profile profile(xmlProfileNew(nullptr, nullptr, 0, 1));
     const std::string narrow(
@@ -39,12 +33,6 @@ TEST(ProfileNew, EmptyDocumentIsTheseBytes) {
 
 TEST(ProfileNew, BufferOfSizeZeroIsNoSource) {
     const Profile profile(xmlProfileNew(nullptr, "<not loaded", 0, 0));
-    ASSERT_NE(profile, nullptr);
-    EXPECT_EQ(SaveBytes(profile), EmptySettingsFile());
-}
-
-TEST(ProfileNew, SizeWithoutBufferIsNoSource) {
-    const Profile profile(xmlProfileNew(nullptr, nullptr, 100, 0));
     ASSERT_NE(profile, nullptr);
     EXPECT_EQ(SaveBytes(profile), EmptySettingsFile());
 }

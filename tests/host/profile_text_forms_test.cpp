@@ -31,27 +31,9 @@ WideText ValueOf(moxSettings* profile) {
     return ReadText(profile, "S"_w, "k"_w);
 }
 
-// What stands between the tags of the one "Value" in a saved narrow file.
-std::string SavedValue(moxSettings* profile) {
-    const std::string bytes = SaveBytes(profile);
-    const std::size_t start = bytes.find("<Value>") + 7;
-    return bytes.substr(start, bytes.find("</Value>") - start);
-}
-
 TEST(NarrowText, BytesBeyondAsciiAreWidenedWithTheirSign) {
     EXPECT_EQ(ValueOf(LoadText(DocumentWith("a\x7F\x80\xE9\xFFz"))), u"a\x007F\xFF80\xFFE9\xFFFFz"_w);
     EXPECT_EQ(ValueOf(LoadBytes(DocumentWith("a\x7F\x80\xE9\xFFz"), 0)), u"a\x007F\xFF80\xFFE9\xFFFFz"_w);
-}
-
-TEST(NarrowText, MultiByteCharactersAreNotDecoded) {
-    EXPECT_EQ(ValueOf(LoadText(DocumentWith("\xC3\xA4"))), u"\xFFC3\xFFA4"_w);
-}
-
-TEST(NarrowText, BytesBeyondAsciiComeBackInANarrowFile) {
-    std::string every;
-    for (int byte = 0x80; byte <= 0xFF; ++byte)
-        every.append(1, static_cast<char>(byte));
-    EXPECT_EQ(SavedValue(LoadText(DocumentWith(every))), every);
 }
 
 TEST(NarrowText, ControlBytesAreKept) {
@@ -86,16 +68,6 @@ TEST(NarrowText, LowByteOfAUnitIsNotEscaped) {
     EXPECT_EQ(LoadBytes(bytes, 0), nullptr);
 }
 
-TEST(NarrowText, FileIsReadUpToItsZeroByte) {
-    std::string bytes = DocumentWith("v");
-    bytes.append(1, '\0').append("<rest is not looked at");
-    EXPECT_EQ(ValueOf(LoadBytes(bytes, 0)), "v"_w);
-}
-
-TEST(NarrowText, ByteOrderMarkFails) {
-    EXPECT_EQ(LoadBytes("\xEF\xBB\xBF" + DocumentWith("v"), 0), nullptr);
-}
-
 TEST(NarrowText, FileOfManyBlocksIsReadWhole) {
     for (const std::size_t size : {3900U, 4096U, 8192U, 100000U}) {
         std::string value(size, 'v');
@@ -127,16 +99,6 @@ TEST(WideText, OtherByteOrderFails) {
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
         std::swap(bytes[i], bytes[i + 1]);
     EXPECT_EQ(LoadBytes(bytes, 1), nullptr);
-}
-
-TEST(WideText, FileIsReadUpToItsZeroUnit) {
-    std::string bytes = WideDocumentWith("v"_w);
-    bytes.append(2, '\0').append("<\0r\0e\0", 6);
-    EXPECT_EQ(ValueOf(LoadBytes(bytes, 1)), "v"_w);
-}
-
-TEST(WideText, ZeroByteInsideAUnitDoesNotEndTheFile) {
-    EXPECT_EQ(ValueOf(LoadBytes(WideDocumentWith(u"\u0100\u0001\u0100"_w), 1)), u"\u0100\u0001\u0100"_w);
 }
 
 TEST(WideText, OddLastByteIsDropped) {

@@ -15,14 +15,6 @@ constexpr std::string_view kThree =
 
 using Entries = std::vector<std::string>;
 
-TYPED_TEST(TableGet, BothRecordsNullIsFalse) {
-    const TypeParam table(kThree);
-    std::uint64_t position = 0;
-    EXPECT_FALSE(xmlTableEntryGet(table, nullptr, nullptr, nullptr));
-    EXPECT_FALSE(xmlTableEntryGet(table, &position, nullptr, nullptr));
-    EXPECT_EQ(position, 0U);
-}
-
 TYPED_TEST(TableGet, EnumerationGivesEntriesInOrderThenFalse) {
     const TypeParam table(kThree);
     std::uint64_t position = 0;

@@ -17,19 +17,24 @@ TEST(TableHeader, TypeIsReadAsHexadecimal) {
     EXPECT_EQ(Exported("name=\"S\" type=\"0x1f\""), "<Table name=\"S\" type=\"001F\"/>");
     EXPECT_EQ(Exported("name=\"S\" type=\"1g\""), "<Table name=\"S\" type=\"0001\"/>");
     EXPECT_EQ(Exported("name=\"S\" type=\"g\""), "<Table name=\"S\"/>");
+    EXPECT_EQ(Exported("name=\"S\" type=\"xyz\""), "<Table name=\"S\"/>");
 }
 
 TEST(TableHeader, TypeKeepsItsLow16Bits) {
     EXPECT_EQ(Exported("name=\"S\" type=\"1FFFF\""), "<Table name=\"S\" type=\"FFFF\"/>");
+    EXPECT_EQ(Exported("name=\"S\" type=\"1fabC\""), "<Table name=\"S\" type=\"FABC\"/>");
     EXPECT_EQ(Exported("name=\"S\" type=\"10000\""), "<Table name=\"S\"/>");
 }
 
 TEST(TableHeader, FirstIdIsReadSignedAndWrittenUnsigned) {
     EXPECT_EQ(Exported("name=\"S\" first_id=\"7\""), "<Table name=\"S\" first_id=\"7\"/>");
+    EXPECT_EQ(Exported("name=\"S\" first_id=\"12abc\""), "<Table name=\"S\" first_id=\"12\"/>");
+    EXPECT_EQ(Exported("name=\"S\" first_id=\" +12\""), "<Table name=\"S\" first_id=\"12\"/>");
     EXPECT_EQ(Exported("name=\"S\" first_id=\"-1\""), "<Table name=\"S\" first_id=\"4294967295\"/>");
     EXPECT_EQ(Exported("name=\"S\" first_id=\"4294967295\""), "<Table name=\"S\" first_id=\"2147483647\"/>");
     EXPECT_EQ(Exported("name=\"S\" first_id=\"-9999999999\""), "<Table name=\"S\" first_id=\"2147483648\"/>");
     EXPECT_EQ(Exported("name=\"S\" first_id=\"x\""), "<Table name=\"S\"/>");
+    EXPECT_EQ(Exported("name=\"S\" first_id=\"0x10\""), "<Table name=\"S\"/>");
 }
 
 TEST(TableHeader, EditableIsTrueAlone) {
@@ -44,6 +49,7 @@ TEST(TableHeader, FirstOfEachAttributeCounts) {
     EXPECT_EQ(Exported("name=\"A\" first_id=\"1\" type=\"2\" editable=\"true\" "
                        "editable=\"no\" type=\"3\" first_id=\"4\" name=\"B\""),
               "<Table name=\"A\" first_id=\"1\" type=\"0002\" editable=\"true\"/>");
+    EXPECT_EQ(Exported("name=\"a\" editable=\"no\" editable=\"true\""), "<Table name=\"a\"/>");
 }
 
 TEST(TableHeader, MissingAttributesAreZeroFalseAndEmpty) {

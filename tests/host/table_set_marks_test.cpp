@@ -148,9 +148,5 @@ TYPED_TEST(TableSetMarks, UnknownOwnerIsCorrectedAlsoWhenNothingIsWritten) {
     EXPECT_EQ(table.Text(), before);
 }
 
-TYPED_TEST(TableSetMarks, UnknownOwnerStaysWithANullHandle) {
-    EXPECT_EQ(OwnerAfterSet(nullptr, "a"_w, 3, nullptr, 0), 3);
-}
-
 }  // namespace
 }  // namespace host

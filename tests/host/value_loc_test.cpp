@@ -1,5 +1,5 @@
-// The "loc" of values: a "Value" without its own takes over the text of the attribute that was read before
-// it. It shows in an export of the values.
+// The "loc" of values: a "Value" without its own takes over the text of the attribute that was read before it. An
+// export of the values shows it.
 #include "tests/host/table_support.h"
 
 namespace host {
@@ -19,16 +19,21 @@ TEST(ValueLoc, OfItsOwnCounts) {
     EXPECT_EQ(ExportedValue("type=\"long\"", "<Value loc=\"true\">1</Value>"),
               "<Value loc=\"true\">1</Value>");
     EXPECT_EQ(ExportedValue("type=\"long\"", "<Value loc=\"True\">1</Value>"), "<Value>1</Value>");
-    EXPECT_EQ(ExportedValue("type=\"long\" loc=\"true\"", "<Value loc=\"no\">1</Value>"), "<Value>1</Value>");
+    EXPECT_EQ(ExportedValue("type=\"long\"", "<Value loc=\"TRUE\">1</Value>"), "<Value>1</Value>");
+    for (const std::string_view loc : {"no", "false", ""}) {
+        const std::string value = std::string("<Value loc=\"").append(loc).append("\">1</Value>");
+        EXPECT_EQ(ExportedValue("type=\"long\" loc=\"true\"", value), "<Value>1</Value>") << loc;
+    }
 }
 
 TEST(ValueLoc, IsCarriedOverFromTheLastAttribute) {
-    EXPECT_EQ(ExportedValue("type=\"long\" loc=\"true\"", "<Value>1</Value>"),
-              "<Value loc=\"true\">1</Value>");
-    EXPECT_EQ(ExportedValue("type=\"long\" eud=\"true\"", "<Value>1</Value>"),
-              "<Value loc=\"true\">1</Value>");
-    EXPECT_EQ(ExportedValue("type=\"long\" other=\"true\"", "<Value>1</Value>"),
-              "<Value loc=\"true\">1</Value>");
+    for (const std::string_view last : {"loc", "eud", "other", "array"}) {
+        const std::string attributes = std::string("type=\"long\" ").append(last).append("=\"true\"");
+        EXPECT_EQ(ExportedValue(attributes, "<Value>1</Value>"), "<Value loc=\"true\">1</Value>") << last;
+    }
+    const Profile profile = LoadEntries("<Var type=\"long\" name=\"true\"><Value>1</Value></Var>");
+    EXPECT_EQ(SaveBytes(profile, 2), SectionFile({"\t\t<Var name=\"true\" type=\"long\" array=\"\">",
+                                                  "\t\t\t<Value loc=\"true\">1</Value>", "\t\t</Var>"}));
 }
 
 TEST(ValueLoc, IsNotCarriedOverFromAnEarlierAttribute) {
@@ -44,25 +49,21 @@ TEST(ValueLoc, EmptyTextOfTheLastAttributeCarriesNothing) {
 TEST(ValueLoc, IsCarriedOverFromThePreviousValue) {
     EXPECT_EQ(ExportedValue("type=\"long\"", "<Value loc=\"true\">1</Value><Value>2</Value>"),
               "<Value loc=\"true\">2</Value>");
+    EXPECT_EQ(ExportedValue("type=\"long\"", "<Value loc=\"no\">1</Value><Value>2</Value>"),
+              "<Value>2</Value>");
     EXPECT_EQ(ExportedValue("type=\"long\" loc=\"true\"", "<Value loc=\"no\">1</Value><Value>2</Value>"),
               "<Value>2</Value>");
+    EXPECT_EQ(ExportedValue("type=\"long\"", "<Value loc=\"true\">1</Value><Value loc=\"\">2</Value>"),
+              "<Value loc=\"true\">2</Value>");
 }
 
-TEST(ValueLoc, EmptyOneOfTheValueItselfTakesNothingOver) {
-    EXPECT_EQ(ExportedValue("type=\"long\" loc=\"true\"", "<Value loc=\"\">1</Value>"), "<Value>1</Value>");
-}
-
-TEST(ValueLoc, OfTheUiDoesNotReachTheEntrysValue) {
+TEST(ValueLoc, OfTheUiPlaysNoPart) {
     EXPECT_EQ(
         ExportedValue("type=\"long\"", "<UI loc=\"true\"><Value loc=\"true\">2</Value></UI><Value>1</Value>"),
         "<Value>1</Value>");
-}
-
-TEST(ValueLoc, KeyWriteEmptiesIt) {
-    const Profile profile = LoadEntries("<Var name=\"k\" type=\"long\"><Value loc=\"true\">1</Value></Var>");
-    ASSERT_EQ(xmlWriteProfileInt(profile, "S"_w, "k"_w, 2), 1U);
-    EXPECT_EQ(SaveBytes(profile), SectionFile({"\t\t<Var name=\"k\" type=\"long\">",
-                                               "\t\t\t<Value loc=\"\">2</Value>", "\t\t</Var>"}));
+    EXPECT_EQ(ExportedValue("type=\"long\" loc=\"true\"",
+                            "<UI loc=\"no\"><Value loc=\"no\"/></UI><Value>1</Value>"),
+              "<Value loc=\"true\">1</Value>");
 }
 
 }  // namespace
