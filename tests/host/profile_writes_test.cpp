@@ -106,6 +106,19 @@ TEST(ProfileWrites, FirstOfTwoValueChildrenIsWrittenAndTheLastIsRead) {
                                   }));
 }
 
+TEST(ProfileWrites, ValueChildKeepsItsOwnChildren) {
+    const Profile profile = LoadEntries("<Var name=\"k\" type=\"long\"><Value>1<x/></Value></Var>");
+    EXPECT_EQ(xmlWriteProfileInt(profile, "S"_w, "k"_w, 3), 1U);
+    EXPECT_EQ(SaveBytes(profile), SectionFile({
+                                      "\t\t<Var name=\"k\" type=\"long\">",
+                                      "\t\t\t<Value loc=\"\">",
+                                      "\t\t\t\t3",
+                                      "\t\t\t\t<x/>",
+                                      "\t\t\t</Value>",
+                                      "\t\t</Var>",
+                                  }));
+}
+
 TEST(ProfileWrites, OnlyTheFirstOfTwoEntriesOfOneNameIsWritten) {
     const Profile profile = LoadEntries(
         "<Var name=\"k\" type=\"long\"><Value>1</Value></Var>"

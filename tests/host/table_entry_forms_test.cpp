@@ -91,6 +91,11 @@ TYPED_TEST(TableEntryForms, OtherChildrenAreSkipped) {
               "k #0 0003 '4'");
 }
 
+TYPED_TEST(TableEntryForms, OtherAttributesAreSkipped) {
+    EXPECT_EQ(this->Value("eud=\"true\" type=\"long\" x=\"1\" Name=\"n\" ID=\"7\""), "k #0 0003 ''");
+    EXPECT_EQ(this->Ui("id=\"7\" type=\"bool\" Control=\"num\""), "k #0 0003 '' control 65535");
+}
+
 TYPED_TEST(TableEntryForms, EntryWithoutUiHasControl65535) {
     EXPECT_EQ(GetUi(TypeParam(this->Entry("type=\"long\"", "<Value>1</Value>")), "k"_w),
               "k #0 0003 '' control 65535");
@@ -149,6 +154,7 @@ TYPED_TEST(TableEntryForms, LastOfSeveralCommentsAndUiValuesWins) {
 
 TYPED_TEST(TableEntryForms, CommentAndValueAreAlsoReadAsAttributes) {
     EXPECT_EQ(this->Ui("Comment=\"c\" Value=\"v\""), "k #0 0003 'v' control 65535 comment 'c'");
+    EXPECT_EQ(this->Ui("Comment=\"c\" Value=\"v\"", "<Comment/><Value/>"), "k #0 0003 '' control 65535");
 }
 
 TYPED_TEST(TableEntryForms, AllUisOfAnEntryAreRead) {

@@ -1,3 +1,4 @@
+// Records that no file and no host of this library's headers brings about. The others are in tests/host/table_*_test.cpp.
 #include "mox_xmlApi/table/host_records.h"
 
 #include <gtest/gtest.h>
@@ -28,50 +29,6 @@ TEST(HostRecords, NameEndsAtItsFirstZeroOrAtTheEndOfTheField) {
     for (wchar16& unit : record.name)
         unit = 'n';
     EXPECT_EQ(NameOf(record).size(), 260U);
-}
-
-TEST(HostRecords, MaskKeepsTheFourBitsOfHosts) {
-    TableEntryValueInfoStruct record;
-    record.writeMask = 0xFFFF;
-    EXPECT_EQ(FieldsOf(record).writeMask, 0x000F);
-    record.writeMask = 0x0010;
-    EXPECT_EQ(FieldsOf(record).writeMask, 0);
-}
-
-TEST(HostRecords, OwnerIsTakenAsItIs) {
-    TableEntryUInfoStruct record;
-    record.prov_owner = 3;
-    EXPECT_EQ(FieldsOf(record).prov_owner, 3);
-    EXPECT_EQ(record.prov_owner, 3);
-}
-
-TEST(HostRecords, LongNameIsCutTo259Units) {
-    const WideString name(300, 'n');
-    EntryValueRecord entry;
-    entry.name = name;
-    TableEntryValueInfoStruct record;
-    TextBuffers buffers;
-    record.name[259] = 'x';
-    ASSERT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
-    EXPECT_EQ(WideView(record.name), WideView(name).substr(0, 259));
-}
-
-TEST(HostRecords, ValueWithoutNarrowFormIsRefusedUnlessItIsWideText) {
-    const WideString unpaired(1, static_cast<wchar16>(0xD800));
-    EntryValueRecord entry;
-    entry.Value = unpaired;
-    entry.name = "n"_w;
-    entry.type = 3;
-    entry.id = 7;
-    TableEntryValueInfoStruct record;
-    TextBuffers buffers;
-    EXPECT_FALSE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
-    EXPECT_EQ(record.id, 7U);
-    EXPECT_EQ(record.type, 3);
-    EXPECT_EQ(record.name[0], 0);
-    entry.type = 31;
-    EXPECT_TRUE(FillValueRecord(entry, EntryUiRecord(), true, buffers, record));
-    EXPECT_EQ(WideView(record.GetVal_w()), unpaired);
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+// What opening a table does to the cursor and to the caller's header. How tables are read and made is in tests/host/:
+// table_handle_test.cpp and table_header_test.cpp.
 #include "mox_xmlApi/entries/table_cursor.h"
 
 #include <gtest/gtest.h>
@@ -25,15 +27,6 @@ std::string Opened(std::string_view text, TableHeader header = {}) {
     const bool opened = OpenTable(cursor, header, true);
     EXPECT_EQ(opened, cursor.table != nullptr);
     return (opened ? "" : "refused ") + Show(header);
-}
-
-// What a new table looks like in an empty document.
-std::string Made(TableHeader header, bool withSchema) {
-    XmlDocument document;
-    TableCursor cursor = Finding(document);
-    EXPECT_TRUE(OpenTable(cursor, header, withSchema));
-    EXPECT_EQ(cursor.table, document.root->children.At(0));
-    return DumpChildren(document.root);
 }
 
 TEST(OpenTable, WithoutDocumentIsRefused) {
@@ -68,65 +61,6 @@ TEST(OpenTable, RefusedOneKeepsTheTableThatTheCursorHad) {
     EXPECT_FALSE(OpenTable(cursor, header, true));
     EXPECT_EQ(cursor.table, document.Root());
     EXPECT_EQ(document.Text(), "<Table name=\"A\"/>\\n");
-}
-
-TEST(OpenTable, OnlyTheFirstTableIsConsidered) {
-    constexpr std::string_view two = "<x/>\n<Table name=\"A\"/>\n<Table name=\"B\"/>";
-    EXPECT_EQ(Opened(two), "'A' first 0 type 0");
-    EXPECT_EQ(Opened(two, {"B"_w}), "refused 'B' first 0 type 0");
-}
-
-TEST(OpenTable, OnlyDirectChildrenAreConsidered) {
-    TextDocument document("<x><Table name=\"A\"/></x>");
-    TableCursor cursor = Finding(document.Document());
-    TableHeader header{"N"_w};
-    EXPECT_TRUE(OpenTable(cursor, header, false));
-    EXPECT_EQ(document.Text(), "<x>\\n\\t<Table name=\"A\"/>\\n</x>\\n<Table name=\"N\"/>\\n");
-}
-
-TEST(OpenTable, FirstOfEachAttributeCounts) {
-    EXPECT_EQ(
-        Opened("<Table name=\"A\" first_id=\"1\" type=\"2\" editable=\"true\" name=\"B\" first_id=\"3\" "
-               "type=\"4\" editable=\"no\"/>"),
-        "'A' first 1 type 2 editable");
-}
-
-TEST(OpenTable, FirstIdIsReadSigned) {
-    EXPECT_EQ(Opened("<Table first_id=\"-1\"/>"), "'' first 4294967295 type 0");
-    EXPECT_EQ(Opened("<Table first_id=\"4294967295\"/>"), "'' first 2147483647 type 0");
-    EXPECT_EQ(Opened("<Table first_id=\"12abc\"/>"), "'' first 12 type 0");
-}
-
-TEST(OpenTable, TypeIsReadAsHexadecimalOf16Bits) {
-    EXPECT_EQ(Opened("<Table type=\"1FFFF\"/>"), "'' first 0 type 65535");
-    EXPECT_EQ(Opened("<Table type=\"0x10\"/>"), "'' first 0 type 16");
-    EXPECT_EQ(Opened("<Table type=\"xyz\"/>"), "'' first 0 type 0");
-}
-
-TEST(OpenTable, EditableIsTrueAlone) {
-    EXPECT_EQ(Opened("<Table editable=\"True\"/>", {WideView(), 0, 0, true}), "'' first 0 type 0");
-    EXPECT_EQ(Opened("<Table editable=\"true\"/>"), "'' first 0 type 0 editable");
-}
-
-TEST(OpenTable, NewTableHasItsAttributesInOrder) {
-    EXPECT_EQ(Made({"N"_w, 100, 0x1F, true}, true),
-              "Table{xmlns:noNamespaceSchemaLocation='MXTable.xsd' name='N' first_id='100' type='001F' "
-              "editable='true'}");
-}
-
-TEST(OpenTable, NewTableLeavesOutWhatIsZero) {
-    EXPECT_EQ(Made({}, false), "Table{name=''}");
-    EXPECT_EQ(Made({}, true), "Table{xmlns:noNamespaceSchemaLocation='MXTable.xsd' name=''}");
-    EXPECT_EQ(Made({"N"_w, 0, 255, false}, false), "Table{name='N' type='00FF'}");
-    EXPECT_EQ(Made({"N"_w, 0xFFFFFFFF, 0, false}, false), "Table{name='N' first_id='4294967295'}");
-}
-
-TEST(OpenTable, NewTableGoesAfterTheOtherChildren) {
-    TextDocument document("<?xml version=\"1.0\"?>\n<!-- c -->\n<x/>");
-    TableCursor cursor = Finding(document.Document());
-    TableHeader header{"N"_w};
-    ASSERT_TRUE(OpenTable(cursor, header, false));
-    EXPECT_EQ(DumpChildren(document.Root()), "?xml{version='1.0'} !' c ' x Table{name='N'}");
 }
 
 TEST(OpenTable, NewTableLeavesTheHeaderAsItWas) {
