@@ -58,6 +58,7 @@ TEST(DocumentLayout, TextWithLineFeedGrowsAtEachReload) {
 TEST(DocumentLayout, CommentsAreIndentedAndNotEscaped) {
     EXPECT_EQ(Saved("<a><!-- note --><b><!-- R&D < \"x\" --></b></a>"),
               WithRoot({"<a>", "\t<!-- note -->", "\t<b>", "\t\t<!-- R&D < \"x\" -->", "\t</b>", "</a>"}));
+    EXPECT_EQ(Saved("<a><!--two\nlines--></a>"), WithRoot({"<a>", "\t<!--two", "lines-->", "</a>"}));
 }
 
 TEST(DocumentLayout, TopLevelNodesEndWithALineFeed) {

@@ -103,6 +103,7 @@ TEST(WideText, OtherByteOrderFails) {
 
 TEST(WideText, OddLastByteIsDropped) {
     EXPECT_EQ(ValueOf(LoadBytes(WideDocumentWith("v"_w) + "<", 1)), "v"_w);
+    EXPECT_EQ(LoadBytes(std::string("<\0a\0>\0<\0/\0a\0>", 13), 1), nullptr);
     const Profile profile = LoadBytes("<", 1);
     ASSERT_NE(profile, nullptr);
     EXPECT_EQ(SaveBytes(profile), NarrowFile(Lines({kEmptyRoot})));
