@@ -1,6 +1,6 @@
 // The parser where the exports do not show it: units that no host can hand over in a document, many and long things,
 // what is left after a failure. Which texts are documents is in tests/host/: document_syntax_test.cpp and
-// element_syntax_test.cpp.
+// refused_texts_test.cpp.
 #include "mox_xmlApi/xml/xml_parser.h"
 
 #include <gtest/gtest.h>
