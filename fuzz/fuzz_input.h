@@ -27,7 +27,7 @@ inline void Check(bool good, const char* what) {
 }
 
 // An input that is one document after a byte that says what to do with it: by a letter, or by its lowest bits.
-struct MarkedDocument {
+struct DocumentWithOptions {
     char letter;
     bool bit0;
     bool bit1;
@@ -35,7 +35,7 @@ struct MarkedDocument {
 };
 
 // `size` is at least 1.
-inline MarkedDocument TakeApart(const std::uint8_t* data, std::size_t size) {
+inline DocumentWithOptions TakeApart(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     return {bytes[0], (*data & 1) != 0, (*data & 2) != 0, bytes.substr(1)};
 }

@@ -54,7 +54,7 @@ void CallHost::SaveProfile() {
     if (mode == 0) CheckRoundTrip(profile.handle, file_, wide == 1);
 }
 
-// Profile, section, whether the flag is wanted.
+// Profile, section, whether the output is given.
 void CallHost::GetSection() {
     Profile& profile = ChooseProfile();
     const WideString name = input_.Text();
@@ -90,7 +90,7 @@ void CallHost::EnumerateSections() {
     KeepSection(profile, section);
 }
 
-// Profile, section, editable, first id, type, whether the mark is wanted.
+// Profile, section, editable, first id, type, whether the output "eud" is given.
 void CallHost::WriteSection() {
     Profile& profile = ChooseProfile();
     const WideString name = input_.Text();
@@ -98,15 +98,15 @@ void CallHost::WriteSection() {
     const std::uint32_t firstId = input_.Number();
     const std::uint32_t type = input_.Number();
     const XmlNode* before = SectionOf(profile.handle, name);
-    WideView mark;
-    const bool isMarked = XmlDocument::GetAttribute(before, names::kEud, mark) && mark == names::kTrue;
+    WideView text;
+    const bool hasEud = XmlDocument::GetAttribute(before, names::kEud, text) && text == names::kTrue;
     std::uint32_t eud = 7;
-    const bool wantsMark = input_.Flag();
+    const bool givesEud = input_.Flag();
     void* section = xmlWriteProfileSection(profile.handle, name.c_str(), editable, firstId, type,
-                                           wantsMark ? &eud : nullptr);
+                                           givesEud ? &eud : nullptr);
     Check((section != nullptr) == (profile.handle != nullptr), "a section can always be made");
     if (section == nullptr) return;
-    Check(!wantsMark || eud == (isMarked ? 1U : 0U), "the mark of a section is told");
+    Check(!givesEud || eud == (hasEud ? 1U : 0U), "the eud of a section is reported");
     const XmlNode* element = static_cast<TableHandle*>(section)->cursor.table;
     Check(element == SectionOf(profile.handle, name), "a section that was written is found");
     Check(before == nullptr || element == before, "an existing section is written, not doubled");

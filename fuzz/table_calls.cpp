@@ -108,7 +108,7 @@ void CallHost::IsExist() {
     Check(xmlTableEntryIsExist(table.handle, &record) == isThere, "IsExist finds what a scan finds");
 }
 
-// Table, which records, the records, by name or position, force, mark.
+// Table, which records, the records, by name or position, force, eud.
 void CallHost::SetEntry() {
     const Table table = ChooseTable();
     const std::size_t records = input_.Below(3);
@@ -120,11 +120,11 @@ void CallHost::SetEntry() {
     std::uint64_t position = byName ? 0 : ChoosePosition(table);
     const std::uint64_t before = position;
     const auto force = static_cast<std::int32_t>(input_.Below(3));
-    const auto mark = static_cast<std::int32_t>(input_.Below(3));
+    const auto eud = static_cast<std::int32_t>(input_.Below(3));
     const std::size_t count = table.element == nullptr ? 0 : table.element->children.Size();
     const bool isSet =
         xmlTableEntrySet(table.handle, byName ? nullptr : &position, records == 1 ? nullptr : &value,
-                         records == 2 ? nullptr : &ui, force, mark);
+                         records == 2 ? nullptr : &ui, force, eud);
     if (table.handle == nullptr) return Check(!isSet, "null has no entries");
     Check(table.element->children.Size() == count, "Set never adds");
     if (byName) return;
@@ -133,7 +133,7 @@ void CallHost::SetEntry() {
     KeepPosition(table, position);
 }
 
-// Table, which records, the records, position, mark, update.
+// Table, which records, the records, position, eud, update.
 void CallHost::AddEntry() {
     const Table table = ChooseTable();
     const std::size_t records = input_.Below(3);
@@ -144,13 +144,13 @@ void CallHost::AddEntry() {
     if (records == 1) ui.type = 31;  // another type would need the value record
     std::uint64_t position = ChoosePosition(table);
     const std::uint64_t before = position;
-    const auto mark = static_cast<std::int32_t>(input_.Below(3));
+    const auto eud = static_cast<std::int32_t>(input_.Below(3));
     const auto update = static_cast<std::int32_t>(input_.Below(3));
     const std::size_t count = table.element == nullptr ? 0 : table.element->children.Size();
     const WideView name = records == 1 ? ViewOf(ui.name) : ViewOf(value.name);
     const bool isThere = table.element != nullptr && ScanForEntry(*table.element, name) != nullptr;
     const bool isAdded = xmlTableEntryAdd(table.handle, &position, records == 1 ? nullptr : &value,
-                                          records == 2 ? nullptr : &ui, mark, update);
+                                          records == 2 ? nullptr : &ui, eud, update);
     Check(position == before, "Add leaves the position");
     if (table.handle == nullptr) return Check(!isAdded, "null has no entries");
     const std::size_t more = isAdded && !(update == 1 && isThere) ? 1 : 0;

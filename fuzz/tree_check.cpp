@@ -42,7 +42,7 @@ void CheckPlace(const XmlNode& parent, const XmlNode& child) {
     }
 }
 
-bool HasMarkedSection(const model::Node& root) {
+bool HasSectionWithEud(const model::Node& root) {
     return std::any_of(root.children.begin(), root.children.end(), [](const model::NodePtr& section) {
         return model::FindAttribute(*section, "eud") != nullptr;
     });
@@ -175,12 +175,11 @@ unsigned WhyNotUnchanged(const model::Node& node, bool wide) {
 void CheckRoundTrip(moxSettings* profile, const ScratchFile& file, bool wide) {
     const model::NodePtr before = CopyTree(*profile->document.root);
     const model::NodePtr root = model::FindRoot(*before);
-    model::StripMarks(*root);
-    const bool marksAreLeft = HasMarkedSection(*root);
+    model::StripEud(*root);
+    const bool eudIsLeft = HasSectionWithEud(*root);
     Check(xmlProfileSave(profile, file.Name(), 0, 0, wide ? 1 : 0) == 1, "the profile is saved");
     const std::string first = file.Read();
-    Check(model::IsSame(*CopyTree(*profile->document.root), *before),
-          "a save takes out the marks and nothing else");
+    Check(model::IsSame(*CopyTree(*profile->document.root), *before), "a save removes eud and nothing else");
     Check(first == FileOf(*before, wide), "a save writes the tree");
 
     const model::NodePtr expected = ParseFile(first, wide);
@@ -195,9 +194,9 @@ void CheckRoundTrip(moxSettings* profile, const ScratchFile& file, bool wide) {
     xmlProfileDispose(&again);
 
     const std::string second = file.Read();
-    model::StripMarks(*expectedRoot);
+    model::StripEud(*expectedRoot);
     Check(second == FileOf(*expected, wide), "the second save writes the tree");
-    if (!marksAreLeft) CheckSecondFile(first, second, reasons);
+    if (!eudIsLeft) CheckSecondFile(first, second, reasons);
 }
 
 void CheckRoundTrip(void* table, const ScratchFile& file) {

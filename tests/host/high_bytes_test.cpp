@@ -112,7 +112,7 @@ TEST(ZeroUnit, EndsAWideFile) {
 }
 
 TEST(ZeroUnit, IsNotSeenInZeroBytesOfTwoUnits) {
-    // 41 00 00 41: four bytes of two units, the two zeros of which belong together only by chance.
+    // 41 00 00 41: four bytes of two units, whose two zeros are no unit of their own.
     const WideText value = {0x0041, 0x4100, 0x0100, 0x0001, 0xFF00, 0x00FF};
     const WideText document = Ascii(kRootStart) + Ascii("<Table name=\"S\">") + Ascii(kEntryStart) + value +
                               Ascii(kEntryEnd) + Ascii("</Table>") + Ascii(kRootEnd);

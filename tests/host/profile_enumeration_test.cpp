@@ -83,7 +83,7 @@ TEST(EnumProfileSections, GivesElementsOfAnyNameButNoComments) {
     EXPECT_EQ(xmlGetProfileSection(profile, ""_w, nullptr), nullptr);
 }
 
-// What an enumeration of the one section "abcdef" leaves in a buffer of nine 'x' when it is told this length.
+// What an enumeration of the one section "abcdef" leaves in a buffer of nine 'x' when this length is given.
 std::array<wchar16, 9> NameBuffer(std::uint32_t length) {
     const Profile profile = LoadSections("<Table name=\"abcdef\"/>");
     std::array<wchar16, 9> name{};
@@ -143,7 +143,7 @@ TEST(EnumProfileSections, SeesSectionsAddedOnTheWay) {
     EXPECT_EQ(xmlEnumProfileSections(profile, &position, nullptr, 0, nullptr), nullptr);
 }
 
-TEST(EnumProfileSections, GoesOnBehindItsSectionWhenAnEarlierOneIsDeleted) {
+TEST(EnumProfileSections, GoesOnAfterItsSectionWhenAnEarlierOneIsDeleted) {
     const Profile profile = LoadSections("<Table name=\"A\"/><Table name=\"B\"/><Table name=\"C\"/>");
     std::uintptr_t position = 0;
     EXPECT_TRUE(Section(xmlEnumProfileSections(profile, &position, nullptr, 0, nullptr)));

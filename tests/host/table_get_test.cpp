@@ -225,7 +225,7 @@ TYPED_TEST(TableGet, LongNameIsCutTo259Units) {
     EXPECT_EQ(value.name[259], 0);
 }
 
-TYPED_TEST(TableGet, NothingOfAnOlderNameStaysBehindTheName) {
+TYPED_TEST(TableGet, NothingOfAnOlderNameStaysAfterTheName) {
     const TypeParam table("<Var name=\"abc\" type=\"long\"/>");
     TableEntryValueInfoStruct value;
     TableEntryUInfoStruct ui;

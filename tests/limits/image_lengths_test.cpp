@@ -58,7 +58,7 @@ TEST(MemoryImage, EndsAtAZeroAtEachPlace) {
     ExpectLoads(kDeclared, kDeclaredLoads, zero);
 }
 
-TEST(MemoryImage, IsNotReadBehindTheFirstZero) {
+TEST(MemoryImage, IsNotReadPastTheFirstZero) {
     ExpectLoads(kText, kLoads, [](const std::string& text, std::size_t end) {
         return text.substr(0, end).append(1, '\0').append("\xFF<<&").append(3, '\0');
     });

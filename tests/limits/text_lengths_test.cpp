@@ -25,7 +25,7 @@ host::WideText CutAndFilled(host::WideText text, std::size_t length) {
     return text;
 }
 
-// The units that the first step of an enumeration leaves in a buffer, of which it is told `length`.
+// The units that the first step of an enumeration leaves in a buffer, whose length is given as `length`.
 host::WideText EnumeratedName(const host::WideText& section, std::uint32_t length) {
     const host::Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
     host::Section(xmlWriteProfileSection(profile, section.c_str(), 0, 0, 0, nullptr));
@@ -33,7 +33,7 @@ host::WideText EnumeratedName(const host::WideText& section, std::uint32_t lengt
     std::uintptr_t position = 0;
     EXPECT_TRUE(host::Section(xmlEnumProfileSections(profile, &position, buffer.data(), length, nullptr)));
     EXPECT_FALSE(host::Section(xmlEnumProfileSections(profile, &position, nullptr, 0, nullptr)));
-    EXPECT_EQ(buffer.substr(length), host::WideText(2, kUntouched)) << "written behind the buffer";
+    EXPECT_EQ(buffer.substr(length), host::WideText(2, kUntouched)) << "written past the end of the buffer";
     buffer.resize(length);
     return buffer;
 }
@@ -62,7 +62,7 @@ TEST(SectionNameBuffer, CutsANameThatIsOneUnitTooLong) {
     }
 }
 
-TEST(SectionNameBuffer, IsFilledBehindANameThatIsOneUnitShorter) {
+TEST(SectionNameBuffer, IsFilledAfterANameThatIsOneUnitShorter) {
     for (const std::uint32_t length : {3U, 259U, 260U, 261U}) {
         const host::WideText name = NameOf(length - 2);
         EXPECT_EQ(EnumeratedName(name, length), name + host::WideText(2, 0)) << length;
@@ -113,7 +113,7 @@ Reading ReadInto(const host::WideText& text, std::uint32_t length, const wchar16
     EXPECT_EQ(xmlWriteProfileString(profile, "S"_w, "k"_w, text.c_str()), 1U);
     Reading reading{host::WideText(length + 2, kUntouched)};
     reading.result = xmlGetProfileString(profile, "S"_w, "k"_w, reading.buffer.data(), length, defaultText);
-    EXPECT_EQ(reading.buffer.substr(length), host::WideText(2, kUntouched)) << "written behind the buffer";
+    EXPECT_EQ(reading.buffer.substr(length), host::WideText(2, kUntouched)) << "written past the end of the buffer";
     reading.buffer.resize(length);
     return reading;
 }
@@ -144,7 +144,7 @@ TEST(Destination, OfOneMoreTakesTheWholeText) {
     }
 }
 
-TEST(Destination, IsFilledBehindAShorterText) {
+TEST(Destination, IsFilledAfterAShorterText) {
     const Reading reading = ReadInto("abc"_w, 6, "a longer default"_w);
     EXPECT_EQ(reading.buffer, (host::WideText{'a', 'b', 'c', 0, 0, 0}));
     EXPECT_EQ(reading.result, 3U);
@@ -154,7 +154,7 @@ TEST(Destination, IsFilledBehindAShorterText) {
 Reading ReadDefault(const host::WideText& text, std::uint32_t length) {
     Reading reading{host::WideText(length + 2, kUntouched)};
     reading.result = xmlGetProfileString(nullptr, "S"_w, "k"_w, reading.buffer.data(), length, text.c_str());
-    EXPECT_EQ(reading.buffer.substr(length), host::WideText(2, kUntouched)) << "written behind the buffer";
+    EXPECT_EQ(reading.buffer.substr(length), host::WideText(2, kUntouched)) << "written past the end of the buffer";
     reading.buffer.resize(length);
     return reading;
 }

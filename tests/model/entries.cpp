@@ -253,11 +253,11 @@ bool AddEntry(Node& table, const Node* before, const NewEntry& added) {
     }
     WriteEntry(*entry, added.value, added.ui, true);
     if (added.movedText) WriteMovedText(*entry, *added.movedText, true);
-    if (added.mark) Mark(table, *entry);
+    if (added.eud) SetEud(table, *entry);
     return true;
 }
 
-void Mark(Node& table, Node& entry) {
+void SetEud(Node& table, Node& entry) {
     if (FindAttribute(table, "eud") == nullptr) SetAttribute(table, "eud", Wide("true"));
     SetAttribute(entry, "eud", Wide("true"));
 }

@@ -52,15 +52,15 @@ struct NewEntry {
     Text name{};  // for an update
     const EntryValue* value = nullptr;
     const EntryUi* ui = nullptr;
-    bool mark = false;
+    bool eud = false;
     bool update = false;
     std::optional<Text> movedText{};  // to the presentation data
 };
 
 // Before that child, or at the end when it is null. False when it is not a child of the table.
 bool AddEntry(Node& table, const Node* before, const NewEntry& added);
-// "eud" on an entry, and on its table when it has none.
-void Mark(Node& table, Node& entry);
+// Sets "eud" on the entry, and on the table when it has none.
+void SetEud(Node& table, Node& entry);
 // Whether any went.
 bool RemoveEntries(Node& table, const Text& name, std::int32_t occurrence, bool all);
 

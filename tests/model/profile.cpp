@@ -24,7 +24,7 @@ NodePtr OpenRoot(Node& document) {
     return root;
 }
 
-void StripMarks(Node& root) {
+void StripEud(Node& root) {
     for (const NodePtr& section : root.children) {
         if (section->kind != Kind::Element) continue;
         if (HasAttribute(*section, "eud", "true")) {
@@ -48,8 +48,8 @@ NodePtr Profile::Section(const Text& name) const {
 }
 
 NodePtr Profile::WriteSection(const Text& name, bool editable, std::uint32_t firstId, std::uint16_t type,
-                              bool& marked) {
-    marked = false;
+                              bool& hasEud) {
+    hasEud = false;
     NodePtr section = Section(name);
     if (section != nullptr) {
         const bool wasEditable = HasAttribute(*section, "editable", "true");
@@ -57,7 +57,7 @@ NodePtr Profile::WriteSection(const Text& name, bool editable, std::uint32_t fir
         SetAttribute(*section, "editable", Wide(wasEditable ? "true" : "false"));
         SetAttribute(*section, "first_id", UnsignedText(firstId));
         SetAttribute(*section, "type", HexText(type));
-        marked = HasAttribute(*section, "eud", "true");
+        hasEud = HasAttribute(*section, "eud", "true");
         return section;
     }
     section = NewElement("Table");
@@ -87,8 +87,8 @@ std::optional<Text> Profile::Read(const Text& section, const Text& key) const {
 
 bool Profile::Write(const Text& section, const Text& key, const Text& value) {
     NodePtr table = Section(section);
-    bool marked = false;
-    if (table == nullptr) table = WriteSection(section, false, 0, 0, marked);
+    bool hasEud = false;
+    if (table == nullptr) table = WriteSection(section, false, 0, 0, hasEud);
     EntryValue record;
     record.name = key;
     record.value = value;
@@ -114,11 +114,11 @@ Text Profile::Export(std::uint32_t mode) const {
     Profile target;
     for (const NodePtr& section : root_->children) {
         if (section->kind != Kind::Element) continue;
-        bool marked = false;
+        bool hasEud = false;
         const NodePtr copy = target.WriteSection(
             AttributeOf(*section, "name"), HasAttribute(*section, "editable", "true"),
             static_cast<std::uint32_t>(ReadSigned(AttributeOf(*section, "first_id"))),
-            static_cast<std::uint16_t>(ReadUnsigned(AttributeOf(*section, "type"), 16)), marked);
+            static_cast<std::uint16_t>(ReadUnsigned(AttributeOf(*section, "type"), 16)), hasEud);
         for (NodePtr entry = NextElement(*section, nullptr); entry != nullptr;
              entry = NextElement(*section, entry.get())) {
             EntryValue value;
@@ -128,7 +128,7 @@ Text Profile::Export(std::uint32_t mode) const {
             AddEntry(*copy, nullptr, {{}, mode == 2 ? &value : nullptr, mode == 1 ? &ui : nullptr});
         }
     }
-    target.StripMarks();
+    target.StripEud();
     return target.DocumentText();
 }
 

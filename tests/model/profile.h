@@ -14,9 +14,9 @@ namespace model {
 NodePtr FindRoot(const Node& document);
 // The same, but a new one at the end of the document where there is none: what opening a profile does to a document.
 NodePtr OpenRoot(Node& document);
-// Takes the marks "eud" away that a save in mode 0 does: the first of each section and, where that was "true", the first
-// of each entry of the section.
-void StripMarks(Node& root);
+// Removes what a save in mode 0 does: the first "eud" of each section and, where that is "true", the first "eud" of each
+// of its entries.
+void StripEud(Node& root);
 
 class Profile {
   public:
@@ -28,9 +28,9 @@ class Profile {
     const Node& Root() const { return *root_; }
     // The section of that name, or null.
     NodePtr Section(const Text& name) const;
-    // Makes the section or gives it a new first id and type; whether it carries the mark.
+    // Makes the section or gives it a new first id and type; `hasEud` says whether its "eud" is "true".
     NodePtr WriteSection(const Text& name, bool editable, std::uint32_t firstId, std::uint16_t type,
-                         bool& marked);
+                         bool& hasEud);
     bool DeleteSection(const Text& name);
 
     // The value text of a key; none when it cannot be read.
@@ -38,7 +38,7 @@ class Profile {
     bool Write(const Text& section, const Text& key, const Text& value);
     bool DeleteKey(const Text& section, const Text& key);
 
-    void StripMarks() { model::StripMarks(*root_); }
+    void StripEud() { model::StripEud(*root_); }
     // The text of the document, or of its export in that mode.
     Text DocumentText() const;
     Text Export(std::uint32_t mode) const;

@@ -32,11 +32,11 @@ TEST(ModelProfile, NewOneHasADeclarationAndARoot) {
 
 TEST(ModelProfile, SectionsAreMadeOrGetNewNumbers) {
     Profile profile = Load("<Other name=\"S\"/><Table name=\"S\" editable=\"true\" eud=\"true\"/>");
-    bool marked = false;
-    profile.WriteSection(Wide("S"), false, 0, 0x1F, marked);
-    EXPECT_TRUE(marked);
-    profile.WriteSection(Wide("T"), true, 7, 0, marked);
-    EXPECT_FALSE(marked);
+    bool hasEud = false;
+    profile.WriteSection(Wide("S"), false, 0, 0x1F, hasEud);
+    EXPECT_TRUE(hasEud);
+    profile.WriteSection(Wide("T"), true, 7, 0, hasEud);
+    EXPECT_FALSE(hasEud);
     EXPECT_EQ(DumpChildren(profile.Root()),
               "Other{name='S'} Table{name='S' editable='true' eud='true' first_id='0' type='001F'} "
               "Table{name='T' first_id='7' editable='true'}");
@@ -71,10 +71,10 @@ TEST(ModelProfile, KeysAreWrittenAndDeleted) {
               "Table{name='S'} Table{name='T'}(Var{name='b' type='string' array=''}(Value'2'))");
 }
 
-TEST(ModelProfile, SaveStripsMarksOfSectionsAndOfTheEntriesOfMarkedOnes) {
+TEST(ModelProfile, SaveRemovesTheEudOfSectionsAndThatOfEntriesWhereItIsTrue) {
     Profile profile = Load(
         "<Table eud=\"true\" eud=\"x\"><Var eud=\"1\"/></Table><Table eud=\"no\"><Var eud=\"1\"/></Table>");
-    profile.StripMarks();
+    profile.StripEud();
     EXPECT_EQ(DumpChildren(profile.Root()), "Table{eud='x'}(Var) Table(Var{eud='1'})");
 }
 

@@ -126,7 +126,7 @@ bool Get(const Node& table, Place& place, PlainValue* value, PlainUi* ui) {
     return ui == nullptr || FillUi(entryValue, entryUi, *ui);
 }
 
-bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, bool mark) {
+bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, bool eud) {
     const NodePtr entry = EntryAt(table, place, KeyOf(value, ui));
     const Places places = PlacesOf(entry);
     if (ui != nullptr && !IsOwner(ui->owner)) ui->owner = 0;
@@ -149,16 +149,15 @@ bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, 
     if (!force && HasAttribute(*entry, "eud", "true")) return true;
     WriteEntry(*entry, writesValue ? &newValue : nullptr, writesUi ? &newUi : nullptr, false);
     if (movedText) WriteMovedText(*entry, *movedText, false);
-    if (mark) {
-        Mark(table, *entry);
+    if (eud) {
+        SetEud(table, *entry);
     } else if (place.byName) {
         RemoveAttribute(*entry, "eud");
     }
     return true;
 }
 
-bool Add(Node& table, const Place& place, const PlainValue* value, const PlainUi* ui, bool mark,
-         bool update) {
+bool Add(Node& table, const Place& place, const PlainValue* value, const PlainUi* ui, bool eud, bool update) {
     if (ui != nullptr && ui->control == 0xFFFF) ui = nullptr;
     const Places first = PlacesOf(NextElement(table, nullptr));
     NewEntry added{KeyOf(value, ui)};
@@ -174,7 +173,7 @@ bool Add(Node& table, const Place& place, const PlainValue* value, const PlainUi
         newUi.value = newValue.value;
         added.ui = &newUi;
     }
-    added.mark = mark;
+    added.eud = eud;
     added.update = update;
     if (place.byName && (!update || FindEntry(table, added.name) == nullptr)) return false;
     return AddEntry(table, place.after.get(), added);

@@ -38,9 +38,9 @@ struct Place {
 
 // Each record may be null, not both. A place that is no name moves onto the element that was tried.
 bool Get(const Node& table, Place& place, PlainValue* value, PlainUi* ui);
-bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, bool mark);
+bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, bool eud);
 // Here `after` is the entry before which a new one goes.
-bool Add(Node& table, const Place& place, const PlainValue* value, const PlainUi* ui, bool mark, bool update);
+bool Add(Node& table, const Place& place, const PlainValue* value, const PlainUi* ui, bool eud, bool update);
 void RemoveVars(Node& table);
 
 // Whether 16-bit text has an 8-bit form: every surrogate has its partner.

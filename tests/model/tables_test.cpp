@@ -111,7 +111,7 @@ TEST(ModelTableSet, BothRecords) {
     EXPECT_EQ(AfterSet(kNone, &value, &ui), "UI{control='num'}(Comment'c' Value{loc=''}'2')");
 }
 
-TEST(ModelTableSet, MarkProtectsUnlessForced) {
+TEST(ModelTableSet, EudProtectsUnlessForced) {
     const NodePtr table = First("<T><Var name=\"a\" type=\"long\" eud=\"true\"><Value>1</Value></Var></T>");
     PlainValue value = Value("a", 3, "2");
     value.mask = 2;

@@ -135,7 +135,7 @@ TEST(ConvertString, EveryCharacterReturnsUnchanged) {
     EXPECT_EQ(count, 1112064U);
 }
 
-// How many sequences of the given length are accepted as one character: any first two bytes, and behind them
+// How many sequences of the given length are accepted as one character: any first two bytes, and after them
 // the bytes at both sides of either bound of following bytes, of which two are good.
 std::uint32_t CountSingleCharacters(std::size_t length) {
     constexpr std::array<unsigned char, 4> kBounds = {0x7F, 0x80, 0xBF, 0xC0};

@@ -1,5 +1,4 @@
-// Documents by chance: whole ones, and ones with something wrong. The same seed gives the same documents
-// everywhere.
+// Random documents: valid ones, and ones with something wrong. The same seed gives the same documents everywhere.
 #ifndef MOX_XMLAPI_TESTS_UNIT_RANDOM_DOCUMENTS_H
 #define MOX_XMLAPI_TESTS_UNIT_RANDOM_DOCUMENTS_H
 
@@ -178,7 +177,7 @@ class RandomDocuments {
         return static_cast<wchar16>(random_.Pick(kUnits));
     }
 
-    // One small accident.
+    // One small change.
     void Mutate(WideString& text) {
         const std::size_t at = random_.Below(text.size() + 1);
         const std::size_t count =

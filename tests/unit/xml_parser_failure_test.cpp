@@ -1,4 +1,4 @@
-// Where a parse ends and what the grammar wanted there.
+// Where a parse fails, and what the grammar expects there.
 #include <gtest/gtest.h>
 #include <string_view>
 
@@ -28,11 +28,11 @@ ParseFailure FailureOf(std::string_view text) {
 }
 
 void ExpectFailures(std::initializer_list<Case> cases) {
-    for (const Case& wanted : cases) {
-        const ParseFailure failure = FailureOf(wanted.text);
-        EXPECT_EQ(failure.wanted, wanted.wanted) << wanted.text;
-        EXPECT_EQ(failure.offset, wanted.offset) << wanted.text;
-        EXPECT_EQ(failure.inside, wanted.inside) << wanted.text;
+    for (const Case& expected : cases) {
+        const ParseFailure failure = FailureOf(expected.text);
+        EXPECT_EQ(failure.wanted, expected.wanted) << expected.text;
+        EXPECT_EQ(failure.offset, expected.offset) << expected.text;
+        EXPECT_EQ(failure.inside, expected.inside) << expected.text;
     }
 }
 

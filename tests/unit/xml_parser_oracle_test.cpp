@@ -33,7 +33,7 @@ bool Agree(const WideString& text) {
     return Parsed(WideView(text)) == OracleParsed(text);
 }
 
-// The shortest text, by leaving parts out, on which both still differ.
+// The shortest text on which both still differ, by leaving parts out.
 WideString Shortened(WideString text) {
     for (std::size_t part = text.size(); part > 0; part /= 2) {
         for (std::size_t at = 0; at < text.size();) {
@@ -68,7 +68,7 @@ TEST(XmlParserOracle, AgreesOverRandomDocuments) {
         else
             ++(outcome == "failed" ? failed : parsed);
     }
-    // The documents are worth the name only when none of the three outcomes is rare.
+    // The random documents are good ones only if none of the three outcomes is rare.
     EXPECT_GT(parsed, 4000);
     EXPECT_GT(failed, 4000);
     EXPECT_GT(partly, 1000);

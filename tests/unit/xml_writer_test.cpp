@@ -142,7 +142,7 @@ TEST(XmlWriteDocument, EmptyDocumentGivesNoText) {
     EXPECT_EQ(Written(document.root), "");
 }
 
-TEST(XmlWriteDocument, SubtreeHasNoLineFeedBehindIt) {
+TEST(XmlWriteDocument, SubtreeHasNoLineFeedAfterIt) {
     XmlDocument document;
     const XmlNode* e = Build(document, document.root, Element("e", {}, "", {Element("c")}));
     EXPECT_EQ(Written(e), "<e>\\n\\t<c/>\\n</e>");

@@ -76,7 +76,7 @@ std::string Records::Actual() const {
     return (hasValue ? "\n      value " + Show(realValue) : "") + (hasUi ? "\n      ui " + Show(realUi) : "");
 }
 
-std::string Said(const Text& text) {
+std::string Quote(const Text& text) {
     return "'" + Printable(text) + "'";
 }
 

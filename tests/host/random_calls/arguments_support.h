@@ -1,4 +1,4 @@
-// What calls are made of: arguments from numbers, entry records on both sides, and how they are told.
+// What calls are made of: arguments from numbers, entry records on both sides, and how they are logged.
 #ifndef MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_ARGUMENTS_SUPPORT_H
 #define MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_ARGUMENTS_SUPPORT_H
 
@@ -74,10 +74,10 @@ struct Records {
 };
 
 // A text in quotes.
-std::string Said(const Text& text);
+std::string Quote(const Text& text);
 
 template <class... Parts>
-std::string Say(const Parts&... parts) {
+std::string Concat(const Parts&... parts) {
     std::ostringstream out;
     (out << ... << parts);
     return out.str();

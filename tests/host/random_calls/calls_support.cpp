@@ -154,7 +154,7 @@ std::string SettingsText(unsigned root, const std::vector<unsigned>& parts) {
         case 1:
             return "<Settings xsi:noNamespaceSchemaLocation=\"other\">" + inside +
                    "</Settings>\n<!-- end -->";
-        case 2:  // without its mark: it is not the root
+        case 2:  // without a schema location: it is not the root
             return text + "<Settings>" + inside + "</Settings>";
         case 3:
             return text + "<Settings/>\n" + std::string(kRootStart) + inside + std::string(kRootEnd) + "\n" +

@@ -6,19 +6,19 @@ void Runner::SaveProfile(Arguments arguments) {
     const std::uint32_t mode = arguments.Below(4);
     const std::int32_t wide = arguments.Pick(kFlags);
     const std::uint32_t refuse = arguments.Pick(std::array<std::uint32_t, 5>{0, 0, 2, 0, 1});
-    Tell(Say("xmlProfileSave mode ", mode, " refuse ", refuse, " wide ", wide));
+    Log(Concat("xmlProfileSave mode ", mode, " refuse ", refuse, " wide ", wide));
     const ScratchFile file;
     const std::uint32_t result = xmlProfileSave(profile_, file.Name(), mode, refuse, wide);
-    if (mode == 0) model_->StripMarks();
+    if (mode == 0) model_->StripEud();
     const Text text = mode == 0 ? model_->DocumentText() : model_->Export(mode);
     const std::string bytes = wide == 1 ? model::WideBytes(text) : model::NarrowBytes(text);
-    Compare(Say(result, "\n", FileBytes(file)),
-            Say(refuse == 1 ? 0 : 1, "\n", refuse == 1 ? "no file" : bytes));
+    Compare(Concat(result, "\n", FileBytes(file)),
+            Concat(refuse == 1 ? 0 : 1, "\n", refuse == 1 ? "no file" : bytes));
 }
 
 void Runner::ReloadProfile(Arguments arguments) {
     const bool wide = arguments.Flag();
-    Tell(Say("save and load the profile, ", wide ? "wide" : "narrow"));
+    Log(Concat("save and load the profile, ", wide ? "wide" : "narrow"));
     for (unsigned number = 1; number < slots_.size(); ++number) {
         xmlTableDispose(&slots_[number].handle);
         slots_[number] = Slot();
@@ -27,7 +27,7 @@ void Runner::ReloadProfile(Arguments arguments) {
     xmlProfileSave(profile_, file.Name(), 0, 0, wide ? 1 : 0);
     xmlProfileDispose(&profile_);
     profile_ = xmlProfileNew(file.Name(), nullptr, 0, wide ? 1 : 0);
-    model_->StripMarks();
+    model_->StripEud();
     const Text text = model_->DocumentText();
     const NodePtr document = model::Parse(wide ? model::FromWideBytes(model::WideBytes(text))
                                                : model::FromNarrowBytes(model::NarrowBytes(text)));
@@ -48,8 +48,8 @@ void Runner::NewTable(Arguments arguments) {
     const std::int32_t editable = arguments.Pick(kFlags);
     const std::uint32_t firstId = arguments.Pick(kNumbers);
     const std::uint16_t type = arguments.Pick(kTypes);
-    Tell(Say("table = xmlTableNew ", nameNumber == 0 ? "null" : Said(name), " editable ", editable,
-             " first id ", firstId, " type ", type, " document ", newDocument));
+    Log(Concat("table = xmlTableNew ", nameNumber == 0 ? "null" : Quote(name), " editable ", editable,
+               " first id ", firstId, " type ", type, " document ", newDocument));
     Slot& slot = slots_[kOwnTable];
     xmlTableDispose(&slot.handle);
     slot = Slot();
@@ -67,7 +67,7 @@ void Runner::ReloadTable(Arguments arguments) {
     const unsigned nameNumber = arguments.Below(4);
     const Text name = std::array<Text, 4>{""_w, "S"_w, "T"_w, ""_w}[nameNumber];
     const std::int32_t size = arguments.Pick(std::array<std::int32_t, 4>{-1, 2147483647, 0, 40});
-    Tell(Say("load the table from memory, name ", nameNumber == 0 ? "null" : Said(name), " size ", size));
+    Log(Concat("load the table from memory, name ", nameNumber == 0 ? "null" : Quote(name), " size ", size));
     Text text = Written(*tableDocument_);
     if (size > 0) text = text.substr(0, static_cast<std::size_t>(size));
     LoadTableDocument(text, size, nameNumber == 0 ? nullptr : &name);
@@ -78,14 +78,14 @@ void Runner::SaveTable(Arguments arguments) {
     const Slot& slot = PickSlot(arguments, slotName);
     const std::int32_t reserved = arguments.Pick(std::array<std::int32_t, 5>{0, 0, 0, 0, 1});
     const std::int32_t refuse = arguments.Pick(kFlags);
-    Tell(Say("xmlTableSave ", slotName, " reserved ", reserved, " refuse ", refuse));
+    Log(Concat("xmlTableSave ", slotName, " reserved ", reserved, " refuse ", refuse));
     const ScratchFile file;
     const bool saved = xmlTableSave(slot.handle, file.Name(), reserved, refuse);
     const bool writes = reserved == 0 && refuse != 1;
     const bool isOwn = &slot == &slots_[kOwnTable];
     const Text text = Written(isOwn ? *tableDocument_ : *slot.table.lock());
-    Compare(Say(saved, "\n", FileBytes(file)),
-            Say(writes, "\n", writes ? model::WideBytes(text) : "no file"));
+    Compare(Concat(saved, "\n", FileBytes(file)),
+            Concat(writes, "\n", writes ? model::WideBytes(text) : "no file"));
 }
 
 }  // namespace host::random_calls

@@ -16,19 +16,19 @@ void Runner::Get(Arguments arguments) {
     const unsigned how = arguments.Below(4);  // 0 and 1: by position, 2: all bits set, 3: null
     Records records(arguments);
     if (how >= 2 && !records.hasValue) records.hasValue = arguments.Flag();
-    Tell(Say("xmlTableEntryGet ", slotName,
-             how < 2    ? " by position"
-             : how == 2 ? " all bits set"
-                        : " null",
-             records.Expected()));
+    Log(Concat("xmlTableEntryGet ", slotName,
+               how < 2    ? " by position"
+               : how == 2 ? " all bits set"
+                          : " null",
+               records.Expected()));
     model::Place place{how >= 2, slot.after.lock()};
     std::uint64_t position = how == 2 ? kByName : slot.position;
     const std::uint64_t before = position;
     const bool result =
         xmlTableEntryGet(slot.handle, how == 3 ? nullptr : &position, records.RealValue(), records.RealUi());
     const bool expected = model::Get(*slot.table.lock(), place, records.Value(), records.Ui());
-    Compare(Say(result, Moved(position != before), records.Actual()),
-            Say(expected, Moved(place.after != slot.after.lock()), records.Expected()));
+    Compare(Concat(result, Moved(position != before), records.Actual()),
+            Concat(expected, Moved(place.after != slot.after.lock()), records.Expected()));
     if (how >= 2) return;
     slot.position = position;
     slot.after = place.after;
@@ -38,10 +38,10 @@ void Runner::Exists(Arguments arguments) {
     std::string slotName;
     const Slot& slot = PickSlot(arguments, slotName);
     const Text& name = arguments.Pick(kNames);
-    Tell(Say("xmlTableEntryIsExist ", slotName, " ", Said(name)));
+    Log(Concat("xmlTableEntryIsExist ", slotName, " ", Quote(name)));
     const TableEntryBaseInfoStruct record = NameRecord(name.c_str());
-    Compare(Say(xmlTableEntryIsExist(slot.handle, &record)),
-            Say(FindEntry(*slot.table.lock(), name) != nullptr));
+    Compare(Concat(xmlTableEntryIsExist(slot.handle, &record)),
+            Concat(FindEntry(*slot.table.lock(), name) != nullptr));
 }
 
 void Runner::Set(Arguments arguments) {
@@ -49,18 +49,18 @@ void Runner::Set(Arguments arguments) {
     Slot& slot = PickSlot(arguments, slotName);
     const bool byPosition = arguments.Flag();
     const std::int32_t force = arguments.Pick(kFlags);
-    const std::int32_t mark = arguments.Pick(kFlags);
+    const std::int32_t eud = arguments.Pick(kFlags);
     Records records(arguments);
-    Tell(Say("xmlTableEntrySet ", slotName, byPosition ? " by position" : " by name", " force ", force,
-             " mark ", mark, records.Expected()));
+    Log(Concat("xmlTableEntrySet ", slotName, byPosition ? " by position" : " by name", " force ", force,
+               " eud ", eud, records.Expected()));
     model::Place place{!byPosition, slot.after.lock()};
     std::uint64_t position = slot.position;
     const bool result = xmlTableEntrySet(slot.handle, byPosition ? &position : nullptr, records.RealValue(),
-                                         records.RealUi(), force, mark);
+                                         records.RealUi(), force, eud);
     const bool expected =
-        model::Set(*slot.table.lock(), place, records.Value(), records.Ui(), force == 1, mark == 1);
-    Compare(Say(result, Moved(position != slot.position), records.Actual()),
-            Say(expected, Moved(place.after != slot.after.lock()), records.Expected()));
+        model::Set(*slot.table.lock(), place, records.Value(), records.Ui(), force == 1, eud == 1);
+    Compare(Concat(result, Moved(position != slot.position), records.Actual()),
+            Concat(expected, Moved(place.after != slot.after.lock()), records.Expected()));
     slot.position = position;
     slot.after = place.after;
 }
@@ -72,30 +72,30 @@ void Runner::Add(Arguments arguments) {
     const unsigned how = arguments.Below(5);
     Slot& other = slots_[arguments.Below(4)];
     other.ForgetLostPosition();
-    const std::int32_t mark = arguments.Pick(kFlags);
+    const std::int32_t eud = arguments.Pick(kFlags);
     const std::int32_t update = arguments.Pick(kFlags);
     Records records(arguments);
     // A presentation record alone brings its own text only when it is wide.
     if (!records.hasValue && records.plainUi.control != 0xFFFF) records.plainUi.type = 31;
     records.Make();
-    Tell(Say("xmlTableEntryAdd ", slotName,
-             how == 0   ? " null"
-             : how == 1 ? " 0"
-             : how == 2 ? " at the position"
-             : how == 3 ? " all bits set"
-                        : " at a position of another handle",
-             " mark ", mark, " update ", update, records.Expected()));
+    Log(Concat("xmlTableEntryAdd ", slotName,
+               how == 0   ? " null"
+               : how == 1 ? " 0"
+               : how == 2 ? " at the position"
+               : how == 3 ? " all bits set"
+                          : " at a position of another handle",
+               " eud ", eud, " update ", update, records.Expected()));
     const Slot& from = how == 2 ? slot : other;
     const bool isAt = how == 2 || how == 4;
     const model::Place place{how == 3, isAt ? from.after.lock() : nullptr};
     const std::uint64_t before = how == 3 ? kByName : isAt ? from.position : 0;
     std::uint64_t position = before;
     const bool result = xmlTableEntryAdd(slot.handle, how == 0 ? nullptr : &position, records.RealValue(),
-                                         records.RealUi(), mark, update);
+                                         records.RealUi(), eud, update);
     const bool expected =
-        model::Add(*slot.table.lock(), place, records.Value(), records.Ui(), mark == 1, update == 1);
-    Compare(Say(result, Moved(position != before), records.Actual()),
-            Say(expected, Moved(false), records.Expected()));
+        model::Add(*slot.table.lock(), place, records.Value(), records.Ui(), eud == 1, update == 1);
+    Compare(Concat(result, Moved(position != before), records.Actual()),
+            Concat(expected, Moved(false), records.Expected()));
 }
 
 void Runner::Remove(Arguments arguments) {
@@ -104,24 +104,24 @@ void Runner::Remove(Arguments arguments) {
     const Text& name = arguments.Pick(kNames);
     const std::int32_t occurrence = arguments.Pick(kOccurrences);
     const std::int32_t all = arguments.Pick(kFlags);
-    Tell(Say("xmlTableRemoveEntry ", slotName, " ", Said(name), " occurrence ", occurrence, " all ", all));
+    Log(Concat("xmlTableRemoveEntry ", slotName, " ", Quote(name), " occurrence ", occurrence, " all ", all));
     const TableEntryBaseInfoStruct record = NameRecord(name.c_str());
     const bool expected = RemoveEntries(*slot.table.lock(), name, occurrence, all != 0);
-    Compare(Say(xmlTableRemoveEntry(slot.handle, &record, occurrence, all)), Say(expected));
+    Compare(Concat(xmlTableRemoveEntry(slot.handle, &record, occurrence, all)), Concat(expected));
 }
 
 void Runner::RemoveAll(Arguments arguments) {
     std::string slotName;
     const Slot& slot = PickSlot(arguments, slotName);
-    Tell(Say("xmlTableRemoveEntries ", slotName));
+    Log(Concat("xmlTableRemoveEntries ", slotName));
     RemoveVars(*slot.table.lock());
-    Compare(Say(xmlTableRemoveEntries(slot.handle)), Say(true));
+    Compare(Concat(xmlTableRemoveEntries(slot.handle)), Concat(true));
 }
 
 void Runner::RestartPosition(Arguments arguments) {
     std::string slotName;
     Slot& slot = PickSlot(arguments, slotName);
-    Tell(Say("position of ", slotName, " = 0"));
+    Log(Concat("position of ", slotName, " = 0"));
     slot.position = 0;
     slot.after.reset();
 }

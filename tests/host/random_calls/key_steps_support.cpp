@@ -15,10 +15,10 @@ Text Copied(const Text& text, std::size_t length) {
 void Runner::GetInt(Arguments arguments) {
     const Text& section = arguments.Pick(kSections);
     const Text& key = arguments.Pick(kKeys);
-    Tell(Say("xmlGetProfileInt ", Said(section), " ", Said(key)));
+    Log(Concat("xmlGetProfileInt ", Quote(section), " ", Quote(key)));
     const std::optional<Text> value = model_->Read(section, key);
     const std::int32_t expected = value && !value->empty() ? model::ReadSigned(*value) : -99;
-    Compare(Say(xmlGetProfileInt(profile_, section.c_str(), key.c_str(), -99)), Say(expected));
+    Compare(Concat(xmlGetProfileInt(profile_, section.c_str(), key.c_str(), -99)), Concat(expected));
 }
 
 void Runner::GetString(Arguments arguments) {
@@ -28,8 +28,8 @@ void Runner::GetString(Arguments arguments) {
     const unsigned defaultNumber = arguments.Below(3);
     const Text defaultText = defaultNumber == 1 ? "d"_w : "default"_w;
     const wchar16* given = defaultNumber == 0 ? nullptr : defaultText.c_str();
-    Tell(Say("xmlGetProfileString ", Said(section), " ", Said(key), " length ", length, " default ",
-             given == nullptr ? "null" : Said(defaultText)));
+    Log(Concat("xmlGetProfileString ", Quote(section), " ", Quote(key), " length ", length, " default ",
+               given == nullptr ? "null" : Quote(defaultText)));
 
     // Length 0 stands for no destination.
     Text buffer(300, 'x');
@@ -48,29 +48,31 @@ void Runner::GetString(Arguments arguments) {
     if (value && value->empty()) expectedResult = 0;
     if (value && !value->empty() && length != 0) copy(*value);
     if (value && !value->empty() && length == 0) expectedResult = value->size();
-    Compare(Say(result, " ", Said(buffer)), Say(expectedResult, " ", Said(expected)));
+    Compare(Concat(result, " ", Quote(buffer)), Concat(expectedResult, " ", Quote(expected)));
 }
 
 void Runner::GetData(Arguments arguments) {
     const Text& section = arguments.Pick(kSections);
     const Text& key = arguments.Pick(kKeys);
     const unsigned size = arguments.Pick(std::array<unsigned, 4>{100, 0, 1, 2});
-    Tell(Say("xmlGetProfileData ", Said(section), " ", Said(key), " size ", size));
+    Log(Concat("xmlGetProfileData ", Quote(section), " ", Quote(key), " size ", size));
     std::string bytes(101, 'x');
     const std::uint32_t result =
         xmlGetProfileData(profile_, section.c_str(), key.c_str(), bytes.data(), size);
     const std::optional<Text> value = model_->Read(section, key);
     const std::string expected = value && model::HasNarrowForm(*value) ? model::BytesOf(*value, size) : "";
-    Compare(Say(result, bytes), Say(expected.size(), expected, std::string(101 - expected.size(), 'x')));
+    Compare(Concat(result, bytes),
+            Concat(expected.size(), expected, std::string(101 - expected.size(), 'x')));
 }
 
 void Runner::WriteInt(Arguments arguments) {
     const Text& section = arguments.Pick(kSections);
     const Text& key = arguments.Pick(kKeys);
     const auto number = static_cast<std::int32_t>(arguments.Pick(kNumbers));
-    Tell(Say("xmlWriteProfileInt ", Said(section), " ", Said(key), " ", number));
+    Log(Concat("xmlWriteProfileInt ", Quote(section), " ", Quote(key), " ", number));
     const bool written = model_->Write(section, key, model::SignedText(static_cast<std::uint32_t>(number)));
-    Compare(Say(xmlWriteProfileInt(profile_, section.c_str(), key.c_str(), number)), Say(written ? 1 : 0));
+    Compare(Concat(xmlWriteProfileInt(profile_, section.c_str(), key.c_str(), number)),
+            Concat(written ? 1 : 0));
 }
 
 void Runner::WriteString(Arguments arguments) {
@@ -78,45 +80,45 @@ void Runner::WriteString(Arguments arguments) {
     const Text& key = arguments.Pick(kKeys);
     const unsigned number = arguments.Below(kTexts.size() + 1);
     const Text& text = number < kTexts.size() ? kTexts[number] : kUnpaired;
-    Tell(Say("xmlWriteProfileString ", Said(section), " ", Said(key), " ", Said(text)));
+    Log(Concat("xmlWriteProfileString ", Quote(section), " ", Quote(key), " ", Quote(text)));
     const bool written = model_->Write(section, key, text);
-    Compare(Say(xmlWriteProfileString(profile_, section.c_str(), key.c_str(), text.c_str())),
-            Say(written ? 1 : 0));
+    Compare(Concat(xmlWriteProfileString(profile_, section.c_str(), key.c_str(), text.c_str())),
+            Concat(written ? 1 : 0));
 }
 
 void Runner::WriteData(Arguments arguments) {
     const Text& section = arguments.Pick(kSections);
     const Text& key = arguments.Pick(kKeys);
     const unsigned size = arguments.Below(4);
-    Tell(Say("xmlWriteProfileData ", Said(section), " ", Said(key), " size ", size));
+    Log(Concat("xmlWriteProfileData ", Quote(section), " ", Quote(key), " size ", size));
     const bool written = model_->Write(section, key, Wide(std::string_view("01ABFF").substr(0, 2 * size)));
     const std::uint32_t result =
         xmlWriteProfileData(profile_, section.c_str(), key.c_str(), "\x01\xAB\xFF", size);
-    Compare(Say(result), Say(written ? 1 : 0));
+    Compare(Concat(result), Concat(written ? 1 : 0));
 }
 
 void Runner::DeleteKey(Arguments arguments) {
     const Text& section = arguments.Pick(kSections);
     const Text& key = arguments.Pick(kKeys);
     const bool asData = arguments.Flag();
-    Tell(Say("xmlWriteProfile", asData ? "Data " : "String ", Said(section), " ", Said(key), " null"));
+    Log(Concat("xmlWriteProfile", asData ? "Data " : "String ", Quote(section), " ", Quote(key), " null"));
     const bool removed = model_->DeleteKey(section, key);
     const std::uint32_t result = asData
                                      ? xmlWriteProfileData(profile_, section.c_str(), key.c_str(), nullptr, 3)
                                      : xmlWriteProfileString(profile_, section.c_str(), key.c_str(), nullptr);
-    Compare(Say(result), Say(removed ? 1 : 0));
+    Compare(Concat(result), Concat(removed ? 1 : 0));
 }
 
 void Runner::DeleteSection(Arguments arguments) {
     const Text& section = arguments.Pick(kSections);
     const unsigned function = arguments.Below(3);
-    Tell(Say("xmlWriteProfile", std::array{"Int ", "String ", "Data "}[function], Said(section), " null"));
+    Log(Concat("xmlWriteProfile", std::array{"Int ", "String ", "Data "}[function], Quote(section), " null"));
     const bool removed = model_->DeleteSection(section);
     const std::uint32_t result = function == 0 ? xmlWriteProfileInt(profile_, section.c_str(), nullptr, 1)
                                  : function == 1
                                      ? xmlWriteProfileString(profile_, section.c_str(), nullptr, "v"_w)
                                      : xmlWriteProfileData(profile_, section.c_str(), nullptr, "v", 1);
-    Compare(Say(result), Say(removed ? 1 : 0));
+    Compare(Concat(result), Concat(removed ? 1 : 0));
     DropLostSections();
 }
 

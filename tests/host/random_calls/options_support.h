@@ -1,4 +1,4 @@
-// What the random tests are told on the command line of the test program.
+// The options of the random tests on the command line of the test program.
 #ifndef MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_OPTIONS_SUPPORT_H
 #define MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_OPTIONS_SUPPORT_H
 

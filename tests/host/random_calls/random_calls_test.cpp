@@ -29,7 +29,7 @@ TEST(RandomCalls, LibraryAndModelAgree) {
         const random_calls::Outcome outcome = random_calls::Run(sequence);
         calls += static_cast<std::uint64_t>(outcome.calls);
         ASSERT_TRUE(outcome.agreed) << "seed " << seed << "\n"
-                                    << random_calls::Run(random_calls::Shortest(sequence, Fails)).story;
+                                    << random_calls::Run(random_calls::Shortest(sequence, Fails)).log;
     }
     // A run that does nothing would agree as well.
     EXPECT_GE(calls, 10 * options.count);
@@ -38,10 +38,10 @@ TEST(RandomCalls, LibraryAndModelAgree) {
 }
 
 TEST(RandomCalls, SameSeedGivesTheSameSequence) {
-    EXPECT_EQ(random_calls::Run(random_calls::RandomSequence(7)).story,
-              random_calls::Run(random_calls::RandomSequence(7)).story);
-    EXPECT_NE(random_calls::Run(random_calls::RandomSequence(7)).story,
-              random_calls::Run(random_calls::RandomSequence(8)).story);
+    EXPECT_EQ(random_calls::Run(random_calls::RandomSequence(7)).log,
+              random_calls::Run(random_calls::RandomSequence(7)).log);
+    EXPECT_NE(random_calls::Run(random_calls::RandomSequence(7)).log,
+              random_calls::Run(random_calls::RandomSequence(8)).log);
 }
 
 TEST(RandomCalls, FailingSequenceIsShortenedToWhatMatters) {

@@ -13,9 +13,9 @@ void Try(Runner& runner, const Step& step) {
     try {
         step();
     } catch (const std::exception& error) {
-        runner.Compare(Say("threw ", error.what()), "no exception");
+        runner.Compare(Concat("threw ", error.what()), "no exception");
     } catch (const std::int32_t code) {
-        runner.Compare(Say("threw ", code), "no exception");
+        runner.Compare(Concat("threw ", code), "no exception");
     }
 }
 

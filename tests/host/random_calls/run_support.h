@@ -1,4 +1,4 @@
-// Runs a sequence of calls over the library and over the model, and says where they part.
+// Runs a sequence of calls over the library and over the model, and says where they differ.
 #ifndef MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_RUN_SUPPORT_H
 #define MOX_XMLAPI_TESTS_HOST_RANDOM_CALLS_RUN_SUPPORT_H
 
@@ -12,7 +12,7 @@ namespace host::random_calls {
 // Everything that a sequence does: the documents, then one line per call, and, when it comes to that, what
 // the library answered and what was expected.
 struct Outcome {
-    std::string story{};
+    std::string log{};
     bool agreed = true;
     // How many calls had something to work on.
     int calls = 0;

@@ -22,21 +22,21 @@ std::string FileBytes(const ScratchFile& file) {
     return file.Exists() ? file.Bytes() : "no file";
 }
 
-void Runner::Tell(const std::string& line) {
+void Runner::Log(const std::string& line) {
     ++outcome_.calls;
-    outcome_.story += "  " + line + "\n";
+    outcome_.log += "  " + line + "\n";
 }
 
 void Runner::Compare(const std::string& actual, const std::string& expected) {
     if (actual == expected || !outcome_.agreed) return;
     outcome_.agreed = false;
-    outcome_.story += "    gave     " + ShownBytes(actual) + "\n    expected " + ShownBytes(expected) + "\n";
+    outcome_.log += "    actual   " + ShownBytes(actual) + "\n    expected " + ShownBytes(expected) + "\n";
 }
 
 void Runner::Begin(const Sequence& sequence) {
     const std::string settings = SettingsText(sequence.root, sequence.settings);
     const std::string table = TableText(sequence.table);
-    outcome_.story = "settings\n" + ShownBytes(settings) + "\ntable\n" + ShownBytes(table) + "\ncalls\n";
+    outcome_.log = "settings\n" + ShownBytes(settings) + "\ntable\n" + ShownBytes(table) + "\ncalls\n";
 
     profile_ = xmlProfileNew(nullptr, settings.data(), static_cast<std::int32_t>(settings.size()), 0);
     const NodePtr document = model::Parse(model::FromNarrowBytes(settings));
@@ -51,8 +51,8 @@ void Runner::LoadTableDocument(const Text& text, std::int32_t size, const Text* 
     Slot& slot = slots_[kOwnTable];
     xmlTableDispose(&slot.handle);
     slot = Slot();
-    const wchar16* wanted = name == nullptr ? nullptr : name->c_str();
-    slot.handle = xmlTableNew(nullptr, bytes.data(), size, wanted, 1, 1, 1, 1);
+    const wchar16* asked = name == nullptr ? nullptr : name->c_str();
+    slot.handle = xmlTableNew(nullptr, bytes.data(), size, asked, 1, 1, 1, 1);
     const Text read = model::FromNarrowBytes(bytes);
     tableDocument_ = size == 0 ? nullptr : model::Parse(read);
     if (size == 0) {

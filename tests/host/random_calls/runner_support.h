@@ -53,7 +53,7 @@ class Runner {
     static constexpr unsigned kOwnTable = 0;
 
     void Begin(const Sequence& sequence);
-    void Tell(const std::string& line);
+    void Log(const std::string& line);
 
     // The slot of a table function: an open section, or the table.
     Slot& PickSlot(Arguments& arguments, std::string& name);

@@ -15,12 +15,12 @@ void Runner::OpenSection(Arguments arguments) {
     std::string slotName;
     Slot& slot = SectionSlot(slots_, arguments, slotName);
     const Text& name = arguments.Pick(kSections);
-    Tell(Say(slotName, " = xmlGetProfileSection ", Said(name)));
+    Log(Concat(slotName, " = xmlGetProfileSection ", Quote(name)));
     std::uint32_t editable = 7;
     void* handle = xmlGetProfileSection(profile_, name.c_str(), &editable);
     const NodePtr table = model_->Section(name);
-    Compare(Say("editable ", editable),
-            Say("editable ", table == nullptr || HasAttribute(*table, "editable", "true") ? 1 : 0));
+    Compare(Concat("editable ", editable),
+            Concat("editable ", table == nullptr || HasAttribute(*table, "editable", "true") ? 1 : 0));
     Fill(slot, handle, table);
 }
 
@@ -29,7 +29,7 @@ void Runner::EnumSections(Arguments arguments) {
     Slot& slot = SectionSlot(slots_, arguments, slotName);
     const unsigned kept = arguments.Below(3);
     const unsigned length = arguments.Pick(std::array<unsigned, 4>{300, 1, 2, 8});
-    Tell(Say(slotName, " = number ", kept, " of xmlEnumProfileSections, names of ", length));
+    Log(Concat(slotName, " = number ", kept, " of xmlEnumProfileSections, names of ", length));
     std::uintptr_t position = 0;
     NodePtr current;
     NodePtr keptTable;
@@ -46,9 +46,9 @@ void Runner::EnumSections(Arguments arguments) {
         } else {
             expected[0] = 0;
         }
-        Compare(Say(handle != nullptr, " ", Said(name), " ", editable),
-                Say(current != nullptr, " ", Said(expected), " ",
-                    current == nullptr || HasAttribute(*current, "editable", "true") ? 1 : 0));
+        Compare(Concat(handle != nullptr, " ", Quote(name), " ", editable),
+                Concat(current != nullptr, " ", Quote(expected), " ",
+                       current == nullptr || HasAttribute(*current, "editable", "true") ? 1 : 0));
         if (number == kept && handle != nullptr) {
             keptHandle = handle;
             keptTable = current;
@@ -57,7 +57,7 @@ void Runner::EnumSections(Arguments arguments) {
         }
         if (current == nullptr) break;
     }
-    Compare(Say("position ", position), "position 0");
+    Compare(Concat("position ", position), "position 0");
     Fill(slot, keptHandle, keptTable);
 }
 
@@ -68,14 +68,14 @@ void Runner::WriteSection(Arguments arguments) {
     const std::uint32_t editable = arguments.Pick(std::array<std::uint32_t, 3>{0, 1, 5});
     const std::uint32_t firstId = arguments.Pick(kNumbers);
     const std::uint32_t type = arguments.Pick(std::array<std::uint32_t, 4>{0, 10, 0x1FFFF, 0xABCD});
-    Tell(Say(slotName, " = xmlWriteProfileSection ", Said(name), " editable ", editable, " first id ",
-             firstId, " type ", type));
+    Log(Concat(slotName, " = xmlWriteProfileSection ", Quote(name), " editable ", editable, " first id ",
+               firstId, " type ", type));
     std::uint32_t eud = 7;
     void* handle = xmlWriteProfileSection(profile_, name.c_str(), editable, firstId, type, &eud);
-    bool marked = false;
+    bool hasEud = false;
     const NodePtr table =
-        model_->WriteSection(name, editable != 0, firstId, static_cast<std::uint16_t>(type & 0xFFFF), marked);
-    Compare(Say("eud ", eud), Say("eud ", marked ? 1 : 0));
+        model_->WriteSection(name, editable != 0, firstId, static_cast<std::uint16_t>(type & 0xFFFF), hasEud);
+    Compare(Concat("eud ", eud), Concat("eud ", hasEud ? 1 : 0));
     Fill(slot, handle, table);
 }
 
@@ -83,7 +83,7 @@ void Runner::CloseSection(Arguments arguments) {
     std::string slotName;
     Slot& slot = SectionSlot(slots_, arguments, slotName);
     if (slot.handle == nullptr) return;
-    Tell(Say("xmlTableDispose ", slotName));
+    Log(Concat("xmlTableDispose ", slotName));
     xmlTableDispose(&slot.handle);
     Compare(slot.handle == nullptr ? "null" : "not null", "null");
     slot = Slot();
