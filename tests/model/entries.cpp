@@ -142,8 +142,8 @@ void WriteUi(Node& element, const EntryUi& ui, bool onlySet) {
     const NodePtr comment = FindElement(element, "Comment");
     if (comment == nullptr) {
         if (ui.comment.empty()) return;
-        const std::size_t place = IndexOf(element, FindElement(element, "Value").get());
-        element.children.insert(element.children.begin() + static_cast<std::ptrdiff_t>(place),
+        const std::size_t index = IndexOf(element, FindElement(element, "Value").get());
+        element.children.insert(element.children.begin() + static_cast<std::ptrdiff_t>(index),
                                 NewElement("Comment", ui.comment));
         return;
     }
@@ -246,10 +246,10 @@ NodePtr FindEntry(const Node& table, const Text& name) {
 bool AddEntry(Node& table, const Node* before, const NewEntry& added) {
     NodePtr entry = added.update ? FindEntry(table, added.name) : nullptr;
     if (entry == nullptr) {
-        const std::size_t place = IndexOf(table, before);
-        if (before != nullptr && place == table.children.size()) return false;
+        const std::size_t index = IndexOf(table, before);
+        if (before != nullptr && index == table.children.size()) return false;
         entry = NewElement("Var");
-        table.children.insert(table.children.begin() + static_cast<std::ptrdiff_t>(place), entry);
+        table.children.insert(table.children.begin() + static_cast<std::ptrdiff_t>(index), entry);
     }
     WriteEntry(*entry, added.value, added.ui, true);
     if (added.movedText) WriteMovedText(*entry, *added.movedText, true);

@@ -70,9 +70,9 @@ NodePtr Profile::WriteSection(const Text& name, bool editable, std::uint32_t fir
 }
 
 bool Profile::DeleteSection(const Text& name) {
-    const std::size_t place = IndexOf(*root_, Section(name).get());
-    if (place == root_->children.size()) return false;
-    root_->children.erase(root_->children.begin() + static_cast<std::ptrdiff_t>(place));
+    const std::size_t index = IndexOf(*root_, Section(name).get());
+    if (index == root_->children.size()) return false;
+    root_->children.erase(root_->children.begin() + static_cast<std::ptrdiff_t>(index));
     return true;
 }
 

@@ -43,12 +43,13 @@ bool FillUi(const EntryValue& entry, const EntryUi& entryUi, PlainUi& record) {
     return Store(entryUi.value, record);
 }
 
-struct Places {
+// Which values an entry has. One that cannot be read counts as one without.
+struct Values {
     bool own = false;
     bool ui = false;
 };
 
-Places PlacesOf(const NodePtr& entry) {
+Values ValuesOf(const NodePtr& entry) {
     EntryValue value;
     EntryUi ui;
     if (entry == nullptr || !ReadEntry(*entry, value, ui)) return {};
@@ -80,8 +81,8 @@ Text KeyOf(const PlainValue* value, const PlainUi* ui) {
     return value != nullptr ? value->name : ui != nullptr ? ui->name : Text();
 }
 
-NodePtr EntryAt(const Node& table, const Place& place, const Text& key) {
-    return place.byName ? FindEntry(table, key) : NextElement(table, place.after.get());
+NodePtr EntryAt(const Node& table, const Position& position, const Text& key) {
+    return position.byName ? FindEntry(table, key) : NextElement(table, position.entry.get());
 }
 
 }  // namespace
@@ -107,10 +108,10 @@ NodePtr OpenTable(Node& document, const Text& name) {
     return table;
 }
 
-bool Get(const Node& table, Place& place, PlainValue* value, PlainUi* ui) {
+bool Get(const Node& table, Position& position, PlainValue* value, PlainUi* ui) {
     EntryValue entryValue;
     EntryUi entryUi;
-    if (value != nullptr && place.byName) {
+    if (value != nullptr && position.byName) {
         entryValue.id = value->id;
         entryValue.name = value->name;
     } else if (value != nullptr) {
@@ -118,24 +119,29 @@ bool Get(const Node& table, Place& place, PlainValue* value, PlainUi* ui) {
     }
     if (ui != nullptr) *ui = PlainUi();
 
-    const NodePtr entry = EntryAt(table, place, entryValue.name);
+    const NodePtr entry = EntryAt(table, position, entryValue.name);
     if (entry == nullptr) return false;
-    if (!place.byName) place.after = entry;
+    if (!position.byName) position.entry = entry;
     if (!ReadEntry(*entry, entryValue, entryUi)) return false;
     if (value != nullptr && !FillValue(entryValue, entryUi, ui == nullptr, *value)) return false;
     return ui == nullptr || FillUi(entryValue, entryUi, *ui);
 }
 
-bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, bool eud) {
-    const NodePtr entry = EntryAt(table, place, KeyOf(value, ui));
-    const Places places = PlacesOf(entry);
+bool Set(Node& table, Position& position, PlainValue* value, PlainUi* ui, bool force, bool eud) {
     if (ui != nullptr && !IsOwner(ui->owner)) ui->owner = 0;
+    const NodePtr entry = EntryAt(table, position, KeyOf(value, ui));
+    if (entry == nullptr) return false;
+    if (!position.byName) position.entry = entry;
+    if (!force && HasAttribute(*entry, "eud", "true")) return true;
 
+    // Each record is written where the entry has such a value. Where neither is, the value record is written all the
+    // same, and its value is moved to the presentation data.
+    const Values values = ValuesOf(entry);
     EntryValue newValue = value != nullptr ? FromHost(*value) : EntryValue();
     EntryUi newUi = ui != nullptr ? FromHost(*ui) : EntryUi();
     if (ui != nullptr) newUi.value = ui->value.value_or(Text());
-    bool writesValue = value != nullptr && places.own;
-    bool writesUi = ui != nullptr && places.ui;
+    bool writesValue = value != nullptr && values.own;
+    bool writesUi = ui != nullptr && values.ui;
     std::optional<Text> movedText;
     if (!writesValue && !writesUi && value != nullptr) {
         movedText = value->value;
@@ -143,40 +149,42 @@ bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, 
         writesValue = true;
         writesUi = true;
     }
-
-    if (entry == nullptr) return false;
-    if (!place.byName) place.after = entry;
-    if (!force && HasAttribute(*entry, "eud", "true")) return true;
     WriteEntry(*entry, writesValue ? &newValue : nullptr, writesUi ? &newUi : nullptr, false);
     if (movedText) WriteMovedText(*entry, *movedText, false);
+
     if (eud) {
         SetEud(table, *entry);
-    } else if (place.byName) {
+    } else if (position.byName) {
         RemoveAttribute(*entry, "eud");
     }
     return true;
 }
 
-bool Add(Node& table, const Place& place, const PlainValue* value, const PlainUi* ui, bool eud, bool update) {
+bool Add(Node& table, const Position& position, const PlainValue* value, const PlainUi* ui, bool eud,
+         bool update) {
     if (ui != nullptr && ui->control == 0xFFFF) ui = nullptr;
-    const Places first = PlacesOf(NextElement(table, nullptr));
     NewEntry added{KeyOf(value, ui)};
+    added.eud = eud;
+    added.update = update;
     EntryValue newValue = value != nullptr ? FromHost(*value) : EntryValue();
+    if (value != nullptr) added.value = &newValue;
+
+    // The value of the presentation data comes from the value record, unless their record holds wide text.
     EntryUi newUi = ui != nullptr ? FromHost(*ui) : EntryUi();
     if (ui != nullptr && ui->type == kWideText) newUi.value = ui->value.value_or(Text());
     if (ui != nullptr && ui->type != kWideText && value != nullptr)
         newUi.value = value->value.value_or(Text());
-    if (value != nullptr) added.value = &newValue;
     if (ui != nullptr) added.ui = &newUi;
+
+    // The first entry shows where this table keeps its values.
+    const Values first = ValuesOf(NextElement(table, nullptr));
     if (value != nullptr && ui == nullptr && !first.own && first.ui) {
         added.movedText = value->value;
         newUi.value = newValue.value;
         added.ui = &newUi;
     }
-    added.eud = eud;
-    added.update = update;
-    if (place.byName && (!update || FindEntry(table, added.name) == nullptr)) return false;
-    return AddEntry(table, place.after.get(), added);
+    if (position.byName && (!update || FindEntry(table, added.name) == nullptr)) return false;
+    return AddEntry(table, position.entry.get(), added);
 }
 
 void RemoveVars(Node& table) {

@@ -30,17 +30,19 @@ struct PlainUi : PlainValue {
     std::optional<Text> userName{};
 };
 
-// How an entry is looked for: by name, or as the one after `after`, which is null before the first.
-struct Place {
+// By name, or an entry of the table, null for the one before the first.
+struct Position {
     bool byName = true;
-    NodePtr after{};
+    NodePtr entry{};
 };
 
-// Each record may be null, not both. A place that is no name moves onto the element that was tried.
-bool Get(const Node& table, Place& place, PlainValue* value, PlainUi* ui);
-bool Set(Node& table, Place& place, PlainValue* value, PlainUi* ui, bool force, bool eud);
-// Here `after` is the entry before which a new one goes.
-bool Add(Node& table, const Place& place, const PlainValue* value, const PlainUi* ui, bool eud, bool update);
+// Get and Set work on the entry of the name or on the one after the position, which then moves onto it. Add inserts
+// before the entry of the position, at the end without one. Each record may be null, not both.
+bool Get(const Node& table, Position& position, PlainValue* value, PlainUi* ui);
+bool Set(Node& table, Position& position, PlainValue* value, PlainUi* ui, bool force, bool eud);
+bool Add(Node& table, const Position& position, const PlainValue* value, const PlainUi* ui, bool eud,
+         bool update);
+// Removes the elements called "Var".
 void RemoveVars(Node& table);
 
 // Whether 16-bit text has an 8-bit form: every surrogate has its partner.

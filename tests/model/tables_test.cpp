@@ -48,35 +48,35 @@ constexpr std::string_view kTable =
 
 TEST(ModelTableGet, ByPositionGoesFromElementToElement) {
     const NodePtr table = First(kTable);
-    Place place{false};
+    Position position{false};
     PlainValue value = Value("old", 8, "old");
-    EXPECT_TRUE(Get(*table, place, &value, nullptr));
+    EXPECT_TRUE(Get(*table, position, &value, nullptr));
     EXPECT_EQ(Show(value), "a #1 type 3 '1'");
     PlainUi ui;
-    EXPECT_TRUE(Get(*table, place, &value, &ui));
+    EXPECT_TRUE(Get(*table, position, &value, &ui));
     EXPECT_EQ(Show(value), "b #0 type 8 ''");
     EXPECT_EQ(Show(ui), "b #0 type 8 'u' control 1 comment 'c' user 'n'");
-    EXPECT_EQ(place.after, table->children[2]);
-    EXPECT_FALSE(Get(*table, place, &value, nullptr));
-    EXPECT_EQ(place.after, table->children[2]);
+    EXPECT_EQ(position.entry, table->children[2]);
+    EXPECT_FALSE(Get(*table, position, &value, nullptr));
+    EXPECT_EQ(position.entry, table->children[2]);
 }
 
 TEST(ModelTableGet, ByNameWithTheValueRecordAloneFallsBackToTheUiValue) {
-    Place place;
+    Position position;
     PlainValue value = Value("b", 0, nullptr);
     value.id = 77;
-    EXPECT_TRUE(Get(*First(kTable), place, &value, nullptr));
+    EXPECT_TRUE(Get(*First(kTable), position, &value, nullptr));
     EXPECT_EQ(Show(value), "b #77 type 8 'u'");
     value = Value("x", 3, "old");
-    EXPECT_FALSE(Get(*First(kTable), place, &value, nullptr));
+    EXPECT_FALSE(Get(*First(kTable), position, &value, nullptr));
     EXPECT_EQ(Show(value), "x #0 type 3 'old'");
 }
 
 // The entry "a" with these children after a Set by name with these records.
 std::string AfterSet(std::string_view children, PlainValue* value, PlainUi* ui) {
     const NodePtr table = First("<T><Var name=\"a\" type=\"long\">" + std::string(children) + "</Var></T>");
-    Place place;
-    EXPECT_TRUE(Set(*table, place, value, ui, false, false));
+    Position position;
+    EXPECT_TRUE(Set(*table, position, value, ui, false, false));
     return DumpChildren(*table->children[0]);
 }
 
@@ -115,21 +115,21 @@ TEST(ModelTableSet, EudProtectsUnlessForced) {
     const NodePtr table = First("<T><Var name=\"a\" type=\"long\" eud=\"true\"><Value>1</Value></Var></T>");
     PlainValue value = Value("a", 3, "2");
     value.mask = 2;
-    Place byName;
+    Position byName;
     EXPECT_TRUE(Set(*table, byName, &value, nullptr, false, true));
     EXPECT_EQ(Dump(*table), "T(Var{name='a' type='long' eud='true'}(Value'1'))");
     EXPECT_TRUE(Set(*table, byName, &value, nullptr, true, false));
     EXPECT_EQ(Dump(*table), "T(Var{name='a' type='long'}(Value{loc=''}'2'))");
-    Place byPosition{false};
+    Position byPosition{false};
     EXPECT_TRUE(Set(*table, byPosition, &value, nullptr, false, true));
     EXPECT_EQ(Dump(*table), "T{eud='true'}(Var{name='a' type='long' eud='true'}(Value{loc=''}'2'))");
-    EXPECT_EQ(byPosition.after, table->children[0]);
+    EXPECT_EQ(byPosition.entry, table->children[0]);
 }
 
 // The table with these entries after an Add of these records at its end.
 std::string AfterAdd(std::string_view entries, const PlainValue* value, const PlainUi* ui, bool update) {
     const NodePtr table = First("<T>" + std::string(entries) + "</T>");
-    EXPECT_TRUE(Add(*table, Place{false}, value, ui, false, update));
+    EXPECT_TRUE(Add(*table, Position{false}, value, ui, false, update));
     return DumpChildren(*table);
 }
 
@@ -155,17 +155,18 @@ TEST(ModelTableAdd, UpdateGivesAUiWithCommentTheValueOfOneRecord) {
 
 TEST(ModelTableAdd, FirstEntryWithAUiValueAloneIsFollowed) {
     const PlainValue value = Value("b", 3, "2");
-    EXPECT_EQ(AfterAdd("<Var type=\"long\"><UI><Value>1</Value></UI></Var>", &value, nullptr, false),
-              "Var{type='long'}(UI(Value'1')) Var{name='b' type='long' array=''}(UI{control='text'}(Value'2'))");
+    EXPECT_EQ(
+        AfterAdd("<Var type=\"long\"><UI><Value>1</Value></UI></Var>", &value, nullptr, false),
+        "Var{type='long'}(UI(Value'1')) Var{name='b' type='long' array=''}(UI{control='text'}(Value'2'))");
 }
 
 TEST(ModelTableAdd, ByNameItUpdatesAndInsertsNothing) {
     const NodePtr table = First("<T><Var name=\"a\"/></T>");
     PlainValue value = Value("a", 3, "1");
-    EXPECT_FALSE(Add(*table, Place{true}, &value, nullptr, false, false));
-    EXPECT_TRUE(Add(*table, Place{true}, &value, nullptr, false, true));
+    EXPECT_FALSE(Add(*table, Position{true}, &value, nullptr, false, false));
+    EXPECT_TRUE(Add(*table, Position{true}, &value, nullptr, false, true));
     value.name = Wide("b");
-    EXPECT_FALSE(Add(*table, Place{true}, &value, nullptr, false, true));
+    EXPECT_FALSE(Add(*table, Position{true}, &value, nullptr, false, true));
     EXPECT_EQ(DumpChildren(*table), "Var{name='a' type='long' array=''}(Value'1')");
 }
 
@@ -173,8 +174,8 @@ TEST(ModelTableAdd, PositionInsertsBeforeItsEntry) {
     const NodePtr table = First("<T><Var name=\"a\"/><Var name=\"b\"/></T>");
     PlainValue value = Value("n", 3, "1");
     value.mask = 1;
-    EXPECT_TRUE(Add(*table, Place{false, table->children[1]}, &value, nullptr, false, false));
-    EXPECT_FALSE(Add(*table, Place{false, NewElement("Var")}, &value, nullptr, false, false));
+    EXPECT_TRUE(Add(*table, Position{false, table->children[1]}, &value, nullptr, false, false));
+    EXPECT_FALSE(Add(*table, Position{false, NewElement("Var")}, &value, nullptr, false, false));
     EXPECT_EQ(DumpChildren(*table), "Var{name='a'} Var{name='n'} Var{name='b'}");
 }
 

@@ -21,17 +21,17 @@ void Runner::Get(Arguments arguments) {
                : how == 2 ? " all bits set"
                           : " null",
                records.Expected()));
-    model::Place place{how >= 2, slot.after.lock()};
+    model::Position modelPosition{how >= 2, slot.entry.lock()};
     std::uint64_t position = how == 2 ? kByName : slot.position;
     const std::uint64_t before = position;
     const bool result =
         xmlTableEntryGet(slot.handle, how == 3 ? nullptr : &position, records.RealValue(), records.RealUi());
-    const bool expected = model::Get(*slot.table.lock(), place, records.Value(), records.Ui());
+    const bool expected = model::Get(*slot.table.lock(), modelPosition, records.Value(), records.Ui());
     Compare(Concat(result, Moved(position != before), records.Actual()),
-            Concat(expected, Moved(place.after != slot.after.lock()), records.Expected()));
+            Concat(expected, Moved(modelPosition.entry != slot.entry.lock()), records.Expected()));
     if (how >= 2) return;
     slot.position = position;
-    slot.after = place.after;
+    slot.entry = modelPosition.entry;
 }
 
 void Runner::Exists(Arguments arguments) {
@@ -53,16 +53,16 @@ void Runner::Set(Arguments arguments) {
     Records records(arguments);
     Log(Concat("xmlTableEntrySet ", slotName, byPosition ? " by position" : " by name", " force ", force,
                " eud ", eud, records.Expected()));
-    model::Place place{!byPosition, slot.after.lock()};
+    model::Position modelPosition{!byPosition, slot.entry.lock()};
     std::uint64_t position = slot.position;
     const bool result = xmlTableEntrySet(slot.handle, byPosition ? &position : nullptr, records.RealValue(),
                                          records.RealUi(), force, eud);
     const bool expected =
-        model::Set(*slot.table.lock(), place, records.Value(), records.Ui(), force == 1, eud == 1);
+        model::Set(*slot.table.lock(), modelPosition, records.Value(), records.Ui(), force == 1, eud == 1);
     Compare(Concat(result, Moved(position != slot.position), records.Actual()),
-            Concat(expected, Moved(place.after != slot.after.lock()), records.Expected()));
+            Concat(expected, Moved(modelPosition.entry != slot.entry.lock()), records.Expected()));
     slot.position = position;
-    slot.after = place.after;
+    slot.entry = modelPosition.entry;
 }
 
 void Runner::Add(Arguments arguments) {
@@ -87,13 +87,13 @@ void Runner::Add(Arguments arguments) {
                " eud ", eud, " update ", update, records.Expected()));
     const Slot& from = how == 2 ? slot : other;
     const bool isAt = how == 2 || how == 4;
-    const model::Place place{how == 3, isAt ? from.after.lock() : nullptr};
+    const model::Position modelPosition{how == 3, isAt ? from.entry.lock() : nullptr};
     const std::uint64_t before = how == 3 ? kByName : isAt ? from.position : 0;
     std::uint64_t position = before;
     const bool result = xmlTableEntryAdd(slot.handle, how == 0 ? nullptr : &position, records.RealValue(),
                                          records.RealUi(), eud, update);
     const bool expected =
-        model::Add(*slot.table.lock(), place, records.Value(), records.Ui(), eud == 1, update == 1);
+        model::Add(*slot.table.lock(), modelPosition, records.Value(), records.Ui(), eud == 1, update == 1);
     Compare(Concat(result, Moved(position != before), records.Actual()),
             Concat(expected, Moved(false), records.Expected()));
 }
@@ -123,7 +123,7 @@ void Runner::RestartPosition(Arguments arguments) {
     Slot& slot = PickSlot(arguments, slotName);
     Log(Concat("position of ", slotName, " = 0"));
     slot.position = 0;
-    slot.after.reset();
+    slot.entry.reset();
 }
 
 }  // namespace host::random_calls

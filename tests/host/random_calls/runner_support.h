@@ -23,12 +23,12 @@ struct Slot {
     void* handle = nullptr;
     std::weak_ptr<Node> table{};
     std::uint64_t position = 0;
-    std::weak_ptr<Node> after{};
+    std::weak_ptr<Node> entry{};
 
     // Before the first entry, also when the entry is gone.
     void ForgetLostPosition() {
-        if (position != 0 && after.expired()) position = 0;
-        if (position == 0) after.reset();
+        if (position != 0 && entry.expired()) position = 0;
+        if (position == 0) entry.reset();
     }
 };
 
