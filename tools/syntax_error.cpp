@@ -133,52 +133,53 @@ std::string ExpectedQuote(const FailureContext& context) {
     return context.Unit() == '\'' ? quote + " (single quotes are not supported)" : quote;
 }
 
-std::string Expected(const FailureContext& context, ParseWant want) {
-    switch (want) {
-        case ParseWant::TopLevelNode:
+std::string Expected(const FailureContext& context, ParseExpectation expected) {
+    switch (expected) {
+        case ParseExpectation::TopLevelNode:
             return ExpectedAtTopLevel(context);
-        case ParseWant::DeclarationFirst:
+        case ParseExpectation::DeclarationFirst:
             return kElementOrComment;
-        case ParseWant::DeclarationName:
+        case ParseExpectation::DeclarationName:
             return context.IsXmlAtOffset() ? R"(white space after "<?xml")" : R"("xml" after "<?")";
-        case ParseWant::DeclarationVersion:
+        case ParseExpectation::DeclarationVersion:
             return R"(an attribute "version" in the XML declaration)";
-        case ParseWant::DeclarationEnd:
+        case ParseExpectation::DeclarationEnd:
             return R"(an attribute or "?>")" + NameHint(context.Unit());
-        case ParseWant::CommentStart:
+        case ParseExpectation::CommentStart:
             return R"("<!--" (DOCTYPE and CDATA are not supported))";
-        case ParseWant::CommentEnd:
+        case ParseExpectation::CommentEnd:
             return ExpectedEndOfComment(context);
-        case ParseWant::ElementName:
+        case ParseExpectation::ElementName:
             return ExpectedElementName(context);
-        case ParseWant::AttributeEquals:
+        case ParseExpectation::AttributeEquals:
             return R"("=" after )" + Quoted(context.Name()) + NameHint(context.Unit());
-        case ParseWant::AttributeQuote:
+        case ParseExpectation::AttributeQuote:
             return ExpectedQuote(context);
-        case ParseWant::AttributeEnd:
+        case ParseExpectation::AttributeEnd:
             return ExpectedEndOfValue(context);
-        case ParseWant::TagEnd:
+        case ParseExpectation::TagEnd:
             return R"(an attribute, ">" or "/>" in the tag of )" + Quoted(context.Name()) +
                    NameHint(context.Unit());
-        case ParseWant::EmptyTagEnd:
+        case ParseExpectation::EmptyTagEnd:
             return R"(">" after "/")";
-        case ParseWant::Content:
+        case ParseExpectation::Content:
             return context.Unit() == '&' ? kReferences : ExpectedEndTag(context);
-        case ParseWant::EndTag:
+        case ParseExpectation::EndTag:
             return ExpectedEndTag(context);
     }
     return "something else";
 }
 
 // The offset to report. It differs from that at which the parser stopped where the error begins earlier, or later.
-std::size_t ReportedOffset(const FailureContext& context, ParseWant want) {
+std::size_t ReportedOffset(const FailureContext& context, ParseExpectation expected) {
     const std::size_t offset = context.Offset();
-    if (want == ParseWant::CommentStart) return offset - 2;
-    if (want == ParseWant::DeclarationFirst) return offset - 2;
-    if (want == ParseWant::DeclarationName && context.IsXmlAtOffset()) return offset + 3;
+    if (expected == ParseExpectation::CommentStart) return offset - 2;
+    if (expected == ParseExpectation::DeclarationFirst) return offset - 2;
+    if (expected == ParseExpectation::DeclarationName && context.IsXmlAtOffset()) return offset + 3;
     // The "<" of "<?", or of an end tag without an element.
-    if (want == ParseWant::ElementName && (context.Unit() == '/' || context.Unit() == '?')) return offset - 1;
-    if (want == ParseWant::EndTag && IsNameCharacter(context.Unit())) {
+    if (expected == ParseExpectation::ElementName && (context.Unit() == '/' || context.Unit() == '?'))
+        return offset - 1;
+    if (expected == ParseExpectation::EndTag && IsNameCharacter(context.Unit())) {
         // The "</" of an end tag with another name; the parser may have accepted the start of that name.
         return context.UnitAt(offset - 1) == '/' ? offset - 2 : offset - context.NameLength() - 2;
     }
@@ -189,11 +190,11 @@ std::size_t ReportedOffset(const FailureContext& context, ParseWant want) {
 
 SyntaxError DescribeSyntaxError(const SourceFile& file) {
     const FailureContext context(file);
-    const ParseWant want = file.Failure().wanted;
-    std::size_t offset = ReportedOffset(context, want);
-    std::string expected = Expected(context, want);
+    const ParseExpectation expectation = file.Failure().expected;
+    std::size_t offset = ReportedOffset(context, expectation);
+    std::string expected = Expected(context, expectation);
     // The parser skips one unit after a top-level node. If that unit was the "<" of the next node, report that.
-    if (want == ParseWant::TopLevelNode && offset > 0 && context.UnitAt(offset - 1) == '<') {
+    if (expectation == ParseExpectation::TopLevelNode && offset > 0 && context.UnitAt(offset - 1) == '<') {
         --offset;
         expected = "a line break before the next top-level element or comment";
     }

@@ -59,20 +59,20 @@ bool SetValueField(EntryValueRecord& record, WideView attribute, WideView text, 
 
 bool GetValueField(const EntryValueRecord& record, WideView attribute, FieldText& text, WideView& qualifier) {
     if (SameText(attribute, names::kName)) {
-        text.Refer(record.name);
+        text.SetView(record.name);
     } else if (SameText(attribute, names::kValue)) {
-        text.Refer(record.Value);
+        text.SetView(record.Value);
     } else if (SameText(attribute, names::kId)) {
         text.Format("%d"_w,
                     record.id);  // an id past the signed range is written negative and read back the same
     } else if (SameText(attribute, names::kType)) {
         WideView typeName;
         if (!ValueTypeToName(record.type, typeName, qualifier)) return false;
-        text.Refer(typeName);
+        text.SetView(typeName);
     } else if (SameText(attribute, names::kLoc)) {
-        text.Refer(FlagText(record.loc));
+        text.SetView(FlagText(record.loc));
     } else if (SameText(attribute, names::kLocval)) {
-        text.Refer(FlagText(record.locval));
+        text.SetView(FlagText(record.locval));
     } else {
         return false;
     }
@@ -102,19 +102,19 @@ bool SetUiField(EntryUiRecord& record, WideView attribute, WideView text) noexce
 
 bool GetUiField(const EntryUiRecord& record, WideView attribute, FieldText& text) {
     if (auto field = UiTextField(attribute); field != nullptr) {
-        text.Refer(record.*field);
+        text.SetView(record.*field);
     } else if (SameText(attribute, names::kControl)) {
-        text.Refer(ControlKindToName(record.control));
+        text.SetView(ControlKindToName(record.control));
     } else if (SameText(attribute, names::kProvIndex)) {
         text.Format("%u"_w, record.prov_index);
     } else if (SameText(attribute, names::kProvOwner)) {
-        text.Refer(OwnerToName(record.prov_owner));
+        text.SetView(OwnerToName(record.prov_owner));
     } else if (SameText(attribute, names::kFlags)) {
         text.Format("%04X"_w, record.flags);
     } else if (SameText(attribute, names::kAccess)) {
-        text.Refer(AccessToName(record.access));
+        text.SetView(AccessToName(record.access));
     } else if (SameText(attribute, names::kLoc)) {
-        text.Refer(FlagText(record.loc));
+        text.SetView(FlagText(record.loc));
     } else {
         return false;
     }

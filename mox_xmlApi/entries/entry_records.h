@@ -60,7 +60,7 @@ class FieldText {
     FieldText& operator=(const FieldText&) = delete;
 
     WideView View() const noexcept { return text_; }
-    void Refer(WideView text) noexcept { text_ = text; }
+    void SetView(WideView text) noexcept { text_ = text; }
     // `format` is one of "%d", "%u" and "%04X", terminated by a zero as literals are. May throw what pdSwprintf throws.
     void Format(WideView format, std::uint32_t number);
 

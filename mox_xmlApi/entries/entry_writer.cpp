@@ -6,14 +6,14 @@ namespace mox {
 namespace {
 
 void WriteFlag(XmlDocument& document, XmlNode& node, WideView name, bool flag) {
-    document.WriteAttribute(node, name, flag ? names::kTrue : WideView());
+    document.SetAttribute(node, name, flag ? names::kTrue : WideView());
 }
 
 void WriteField(XmlDocument& document, XmlNode& entry, const EntryValueRecord& value, WideView name) {
     FieldText text;
     WideView qualifier;
     GetValueField(value, name, text, qualifier);
-    document.WriteAttribute(entry, name, text.View());
+    document.SetAttribute(entry, name, text.View());
 }
 
 // Both attributes are always there: a scalar has an empty "array", an unknown code an empty "type".
@@ -21,8 +21,8 @@ void WriteType(XmlDocument& document, XmlNode& entry, const EntryValueRecord& va
     FieldText type;
     WideView qualifier;
     GetValueField(value, names::kType, type, qualifier);
-    document.WriteAttribute(entry, names::kType, type.View());
-    document.WriteAttribute(entry, names::kArray, qualifier);
+    document.SetAttribute(entry, names::kType, type.View());
+    document.SetAttribute(entry, names::kArray, qualifier);
 }
 
 bool IsSelected(const EntryValueRecord& value, std::uint16_t bit) noexcept {
@@ -42,7 +42,7 @@ void WriteAttributesOf(XmlDocument& document, XmlNode& entry, const EntryValueRe
 void WriteValueChild(XmlDocument& document, XmlNode& parent, WideView text, bool loc, bool onlySet) {
     XmlNode* child = XmlDocument::FindChildElement(&parent, names::kValue);
     if (child != nullptr) {
-        document.WriteText(*child, text);
+        document.SetText(*child, text);
     } else {
         child = &document.AppendElement(parent, names::kValue, text);
     }
@@ -55,7 +55,7 @@ void WriteOptional(XmlDocument& document, XmlNode& uiElement, const EntryUiRecor
     if (isSet) {
         FieldText text;
         GetUiField(ui, name, text);
-        document.WriteAttribute(uiElement, name, text.View());
+        document.SetAttribute(uiElement, name, text.View());
     } else if (!onlySet) {
         document.RemoveAttribute(&uiElement, name);
     }
@@ -64,7 +64,7 @@ void WriteOptional(XmlDocument& document, XmlNode& uiElement, const EntryUiRecor
 void WriteUiAttributes(XmlDocument& document, XmlNode& uiElement, const EntryUiRecord& ui, bool onlySet) {
     FieldText control;
     GetUiField(ui, names::kControl, control);
-    document.WriteAttribute(uiElement, names::kControl, control.View());
+    document.SetAttribute(uiElement, names::kControl, control.View());
     WriteOptional(document, uiElement, ui, names::kProvIndex, ui.prov_index != 0, onlySet);
     WriteOptional(document, uiElement, ui, names::kProvOwner, ui.prov_owner != 0, onlySet);
     WriteOptional(document, uiElement, ui, names::kName, !ui.name.empty(), onlySet);
@@ -89,7 +89,7 @@ bool KeepCommentAndWriteValue(XmlDocument& document, XmlNode& uiElement, const E
 
 // A comment in both: its text is replaced, and all other children stay, XML comments and the value among them.
 bool ReplaceCommentAndEnd(XmlDocument& document, XmlNode& comment, const EntryUiRecord& ui) {
-    document.WriteText(comment, ui.Comment);
+    document.SetText(comment, ui.Comment);
     return false;  // by contract; WriteEntry takes it for done
 }
 

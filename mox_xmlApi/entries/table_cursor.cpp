@@ -9,17 +9,17 @@ namespace {
 
 void WriteHeader(XmlDocument& document, XmlNode& table, const TableHeader& header, bool withSchema) {
     FieldText number;
-    if (withSchema) document.WriteAttribute(table, names::kSchemaLocation, names::kTableSchema);
-    document.WriteAttribute(table, names::kName, header.name);
+    if (withSchema) document.SetAttribute(table, names::kSchemaLocation, names::kTableSchema);
+    document.SetAttribute(table, names::kName, header.name);
     if (header.first_id != 0) {
         number.Format("%u"_w, header.first_id);
-        document.WriteAttribute(table, names::kFirstId, number.View());
+        document.SetAttribute(table, names::kFirstId, number.View());
     }
     if (header.type != 0) {
         number.Format("%04X"_w, header.type);
-        document.WriteAttribute(table, names::kType, number.View());
+        document.SetAttribute(table, names::kType, number.View());
     }
-    if (header.editable) document.WriteAttribute(table, names::kEditable, names::kTrue);
+    if (header.editable) document.SetAttribute(table, names::kEditable, names::kTrue);
 }
 
 }  // namespace

@@ -24,9 +24,9 @@ bool HasEud(const XmlNode* entry) noexcept {
 
 void SetEud(const TableCursor& cursor, XmlNode* entry) {
     if (XmlDocument::FindAttribute(cursor.table, names::kEud) == nullptr) {
-        cursor.document->WriteAttribute(*cursor.table, names::kEud, names::kTrue);
+        cursor.document->SetAttribute(*cursor.table, names::kEud, names::kTrue);
     }
-    cursor.document->WriteAttribute(*entry, names::kEud, names::kTrue);
+    cursor.document->SetAttribute(*entry, names::kEud, names::kTrue);
 }
 
 bool RemoveEntry(const TableCursor& cursor, WideView name, std::int64_t occurrence, bool removeAll) noexcept {

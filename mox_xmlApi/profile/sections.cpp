@@ -15,14 +15,14 @@ void WriteNumber(XmlDocument& document, XmlNode& section, WideView name, WideVie
                  std::uint32_t number) {
     FieldText text;
     text.Format(format, number);
-    document.WriteAttribute(section, name, text.View());
+    document.SetAttribute(section, name, text.View());
 }
 
 void UpdateSection(moxSettings& settings, XmlNode& section, const TableHeader& header) {
     if (!SectionCursor(settings, &section).IsReady()) throw kSectionUpdateFailed;
     XmlDocument& document = settings.document;
-    document.WriteAttribute(section, names::kName, header.name);
-    document.WriteAttribute(section, names::kEditable, IsEditable(section) ? names::kTrue : names::kFalse);
+    document.SetAttribute(section, names::kName, header.name);
+    document.SetAttribute(section, names::kEditable, IsEditable(section) ? names::kTrue : names::kFalse);
     WriteNumber(document, section, names::kFirstId, "%u"_w, header.first_id);
     WriteNumber(document, section, names::kType, "%04X"_w, header.type);
 }

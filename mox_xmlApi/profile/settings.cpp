@@ -36,13 +36,14 @@ bool moxSettings::LocateRoot() {
     if (hasRoot || !isLoaded) return false;
     XmlNode* settings = nullptr;
     while (XmlDocument::NextSettingsElement(document.root, settings) != nullptr) {
-        if (!HasSchemaLocation(*settings)) continue;  // without its mark it is not ours, and is kept as it is
+        if (!HasSchemaLocation(*settings))
+            continue;  // without a schema location it is not the root, and it is kept as it is
         root = settings;
         hasRoot = true;
         return true;
     }
     XmlNode& made = document.AppendElement(*document.root, names::kSettings);
-    document.WriteAttribute(made, names::kSchemaLocation, names::kSettingsSchema);
+    document.SetAttribute(made, names::kSchemaLocation, names::kSettingsSchema);
     root = &made;
     hasRoot = true;
     return true;

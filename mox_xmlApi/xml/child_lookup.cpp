@@ -22,13 +22,13 @@ bool IsNamed(const XmlNode& child, WideView name) noexcept {
 }
 
 XmlNode* Scan(XmlNode& parent, NamedChildren which, WideView name) noexcept {
-    std::size_t lookedAt = 0;
+    std::size_t examined = 0;
     XmlNode* child = parent.children.First();
     for (; child != nullptr; child = child->next) {
-        ++lookedAt;
+        ++examined;
         if (IsNamed(*child, name) && IsMeant(*child, which)) break;
     }
-    ChildLookup::ChargeScan(parent, lookedAt);
+    ChildLookup::ChargeScan(parent, examined);
     return child;
 }
 
@@ -49,8 +49,8 @@ const NameIndex* ChildLookup::IndexOf(XmlPool& pool, XmlNode& parent, NamedChild
     return NameIndex::Make(pool, parent, which);
 }
 
-void ChildLookup::ChargeScan(XmlNode& parent, std::size_t lookedAt) noexcept {
-    parent.scanCost = std::min(parent.scanCost + lookedAt, kLargestCost) & kLargestCost;
+void ChildLookup::ChargeScan(XmlNode& parent, std::size_t examined) noexcept {
+    parent.scanCost = std::min(parent.scanCost + examined, kLargestCost) & kLargestCost;
 }
 
 void ChildLookup::Entered(XmlPool& pool, XmlNode& child) noexcept {

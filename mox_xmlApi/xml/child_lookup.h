@@ -1,9 +1,8 @@
 // Finding a child by its name, and the decision when a parent gets an index of the names of its children.
 //
 // Most lists are short, or are asked a few times and never again: they are scanned. Each scan is charged to the parent.
-// When the scans have looked at the children often enough that making an index would have cost less, one is made, and
-// what remains constant from then on is the time of a look-up. So a look-up never costs more than a constant factor of
-// what the better of both ways would have cost.
+// When the scans of a parent have cost as much as making an index, one is made, and look-ups take constant time from then
+// on. So all look-ups together never cost more than a constant factor of the better of both ways.
 //
 // The index follows what is done to the children. What it cannot follow makes it invalid, and the scans after that pay
 // for another one; so does a lack of memory, which never fails a call. Children and their names change through
@@ -29,10 +28,10 @@ class ChildLookup {
         return isUsable ? index->First(name) : FindWithoutIndex(pool, parent, which, name);
     }
 
-    // The index of `parent`, made now when scans have paid for it; null when the children are to be scanned. Whoever
-    // scans them says afterwards how many it has looked at.
+    // The index of `parent`, made now when scans have paid for it; null if the children are to be scanned. The
+    // caller reports to ChargeScan how many it has examined.
     static const NameIndex* IndexOf(XmlPool& pool, XmlNode& parent, NamedChildren which) noexcept;
-    static void ChargeScan(XmlNode& parent, std::size_t lookedAt) noexcept;
+    static void ChargeScan(XmlNode& parent, std::size_t examined) noexcept;
 
     // Notices. After a child has come or got its name, and before it goes or loses its name.
     static void Entered(XmlPool& pool, XmlNode& child) noexcept;

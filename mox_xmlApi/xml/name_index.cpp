@@ -17,8 +17,8 @@ std::uintptr_t MarkupBefore(WideView name) noexcept {
 }  // namespace
 
 std::size_t NameIndex::SizeFor(std::size_t names) noexcept {
-    constexpr std::size_t kLeast = 16;
-    return std::bit_ceil(names * 2 + kLeast);
+    constexpr std::size_t kMinSize = 16;
+    return std::bit_ceil(names * 2 + kMinSize);
 }
 
 NameIndex::Slot* NameIndex::AllocateSlots(XmlPool& pool, std::size_t size) noexcept {
@@ -60,7 +60,7 @@ const XmlAttribute* NameIndex::CoveredName(const XmlNode& child) const noexcept 
     return IsMeant(child, which_) ? NameAttribute(child) : nullptr;
 }
 
-// Gives the slots the room that one more name needs. The children are not looked at: no two slots have one name.
+// Makes room for one more name. The children are not examined: no two slots have the same name.
 bool NameIndex::Reserve(XmlPool& pool) noexcept {
     if (used_ + used_ / 2 < size_) return true;
     const std::size_t size = SizeFor(used_);
@@ -121,7 +121,7 @@ void NameIndex::Remove(const XmlNode& child) noexcept {
     slot->hasDuplicate = hasDuplicate ? 1 : 0;
 }
 
-// Slots behind the free place move up, so that no search ends there before it should.
+// Slots after the free one move up, so that no search ends there too early.
 void NameIndex::Erase(Slot* slot) noexcept {
     const std::size_t mask = size_ - 1;
     auto hole = static_cast<std::size_t>(slot - slots_);

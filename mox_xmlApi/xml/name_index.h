@@ -4,8 +4,8 @@
 //   slots:  hash of the name -> the first child of that name, and whether it has others
 //   links:  for each child whose name occurs more than once, the next of that name
 //
-// It answers as a scan of all children would, as long as it is told of each child that comes, goes, or is named anew.
-// The key of the hash is random: names of one hash cannot be prepared. The memory is the pool's. Nothing throws.
+// It answers as a scan of all children would, as long as it is notified of each child that is added, removed or renamed.
+// The key of the hash is random, so that names with equal hashes cannot be prepared. The memory is the pool's. Nothing throws.
 #ifndef MOX_XMLAPI_XML_NAME_INDEX_H
 #define MOX_XMLAPI_XML_NAME_INDEX_H
 
@@ -23,7 +23,7 @@
 
 namespace mox {
 
-// Which children are meant.
+// The children that an index covers, or a look-up considers.
 enum class NamedChildren : std::uint8_t {
     All,     // of any kind
     Tables,  // elements called "Table" alone
@@ -69,7 +69,7 @@ class NameIndex : public ChildListAttachment {
         XmlNode* child = nullptr;
         std::uint32_t hash : 31 = 0;
         std::uint32_t hasDuplicate : 1 = 0;
-        std::int32_t textLine = 0;  // how many cache lines the child's text lies behind origin_
+        std::int32_t textLine = 0;  // distance of the child's text from origin_, in cache lines
     };
     enum class Order : std::uint8_t { First, Last, Unknown };
 
@@ -121,11 +121,11 @@ inline XmlNode* NameIndex::First(WideView name) const noexcept {
     return Find(HashOf(name), name, nullptr)->child;
 }
 
-// Has the child and the text that it was loaded from fetched side by side. In a large document neither is in a cache,
-// and where the text lies would show only when the child is there.
+// Prefetches the child and the text that it was loaded from together. In a large document neither is in a cache, and the
+// address of the text is known only once the child is.
 inline void NameIndex::Prefetch(const Slot& slot) const noexcept {
     constexpr int kTextLines = 3;
-    constexpr int kNodeLines = 5;  // attributes and the node of the value mostly lie behind it
+    constexpr int kNodeLines = 5;  // usually followed by its attributes and the node of its value
     PrefetchMemory(origin_ + static_cast<std::uintptr_t>(std::int64_t{slot.textLine} * kCacheLine),
                    kTextLines);
     PrefetchMemory(reinterpret_cast<std::uintptr_t>(slot.child), kNodeLines);

@@ -26,9 +26,9 @@ XmlNode* SameNameLinks::After(const XmlNode& child) const noexcept {
 }
 
 bool SameNameLinks::Reserve(XmlPool& pool) noexcept {
-    constexpr std::size_t kLeast = 16;
+    constexpr std::size_t kMinSize = 16;
     if ((used_ + 2) * 3 / 2 <= size_) return true;
-    const std::size_t size = size_ == 0 ? kLeast : size_ * 2;
+    const std::size_t size = size_ == 0 ? kMinSize : size_ * 2;
     auto* links = static_cast<Link*>(pool.TryAllocate(size * sizeof(Link)));
     if (links == nullptr) return false;
     std::uninitialized_fill_n(links, size, Link());
@@ -81,7 +81,7 @@ XmlNode* SameNameLinks::Remove(XmlNode& first, const XmlNode& child, bool& isCha
     return newFirst;
 }
 
-// Links behind the free place move up, so that no search ends there before it should.
+// Links after the free one move up, so that no search ends there too early.
 void SameNameLinks::Erase(const XmlNode& child) noexcept {
     const std::size_t mask = size_ - 1;
     std::size_t hole = Find(&child);

@@ -36,7 +36,7 @@ class XmlArray {
     void Reserve(XmlPool& pool, std::size_t more) {
         if (more <= capacity_ - size_) return;
         if (more > kLargestSize - size_) throw std::length_error("vector<T> too long");
-        Move(pool, std::max({size_ + more, std::size_t{size_} + size_ / 2, kLeastCapacity}));
+        Move(pool, std::max({size_ + more, std::size_t{size_} + size_ / 2, kMinCapacity}));
     }
 
     // Takes a block of the pool that was asked for `count` items and holds them as the whole array, which must be
@@ -63,7 +63,7 @@ class XmlArray {
     }
 
   private:
-    static constexpr std::size_t kLeastCapacity = 4;  // of what grows: where one came others will
+    static constexpr std::size_t kMinCapacity = 4;  // of an array that grows
     static constexpr std::size_t kLargestSize = std::numeric_limits<std::uint32_t>::max() / 2;
 
     static std::uint32_t CapacityOf(std::size_t bytes) noexcept {

@@ -188,8 +188,8 @@ bool XmlDocument::AddDeclaration() {
     XmlNode* declaration =
         InsertChild(root, names::kXml, std::nullopt, nullptr, XmlNodeKind::ProcessingInstruction);
     if (declaration == nullptr) return false;
-    WriteAttribute(*declaration, names::kVersion, names::kVersionText);
-    WriteAttribute(*declaration, names::kEncoding, names::kEncodingText);
+    SetAttribute(*declaration, names::kVersion, names::kVersionText);
+    SetAttribute(*declaration, names::kEncoding, names::kEncodingText);
     return true;
 }
 
@@ -234,11 +234,11 @@ std::size_t XmlDocument::RemoveMatches(XmlNode* parent, const ContentMatch& matc
     }
     std::uint64_t earlier = 0;
     std::size_t removed = 0;
-    std::size_t lookedAt = 0;
+    std::size_t examined = 0;
     XmlNode* child = index != nullptr ? index->First(matches.value) : parent->children.First();
     while (child != nullptr && removed < most) {
         XmlNode* const next = index != nullptr ? index->After(*child) : child->next;
-        ++lookedAt;
+        ++examined;
         const bool isMatch = index != nullptr ? IsElement(*child) : matches(*child);
         if (isMatch && earlier++ >= first) {
             RemoveChild(child);
@@ -246,7 +246,7 @@ std::size_t XmlDocument::RemoveMatches(XmlNode* parent, const ContentMatch& matc
         }
         child = next;
     }
-    if (index == nullptr && matches.IsByNameAlone()) ChildLookup::ChargeScan(*parent, lookedAt);
+    if (index == nullptr && matches.IsByNameAlone()) ChildLookup::ChargeScan(*parent, examined);
     return removed;
 }
 
@@ -302,35 +302,16 @@ bool XmlDocument::ReplaceAttribute(XmlNode& node, WideView name, WideView value)
     return true;
 }
 
-// Takes `name` over, also when it throws.
-void XmlDocument::AppendAttribute(XmlNode& node, XmlText name, WideView value) {
-    XmlAttribute attribute{name, XmlText()};
-    try {
-        node.attributes.Reserve(*pool_, 1);
-        attribute.value.Assign(*pool_, value);
-    } catch (...) {
-        ReleaseAttribute(attribute, *pool_);
-        throw;
-    }
+void XmlDocument::AppendAttribute(XmlNode& node, WideView name, WideView value) {
+    XmlAttribute attribute{XmlText::Slice(name), XmlText()};
+    node.attributes.Reserve(*pool_, 1);
+    attribute.value.Assign(*pool_, value);
     node.attributes.Append(attribute);
-    if (SameText(name.View(), names::kName)) ChildLookup::Entered(*pool_, node);
+    if (SameText(name, names::kName)) ChildLookup::Entered(*pool_, node);
 }
 
-void XmlDocument::WriteAttribute(XmlNode& node, WideView name, WideView value) {
-    if (!ReplaceAttribute(node, name, value)) AppendAttribute(node, XmlText::Slice(name), value);
-}
-
-bool XmlDocument::SetAttribute(XmlNode* node, WideView name, std::optional<WideView> value) {
-    if (node == nullptr) return false;
-    const WideView text = value.value_or(WideView());
-    if (!ReplaceAttribute(*node, name, text)) AppendAttribute(*node, XmlText::Copy(*pool_, name), text);
-    return true;
-}
-
-bool XmlDocument::SetText(XmlNode* element, WideView text) {
-    if (element == nullptr || !IsElement(*element)) return false;
-    WriteText(*element, text);
-    return true;
+void XmlDocument::SetAttribute(XmlNode& node, WideView name, WideView value) {
+    if (!ReplaceAttribute(node, name, value)) AppendAttribute(node, name, value);
 }
 
 XmlNode* XmlDocument::NextChildElement(const XmlNode* parent, XmlNode*& cursor) noexcept {

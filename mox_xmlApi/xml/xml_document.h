@@ -96,15 +96,11 @@ class XmlDocument {
     // Views the value of that attribute. False and `out` untouched when there is none. The view lasts until
     // the value changes.
     static bool GetAttribute(const XmlNode* node, WideView name, WideView& out) noexcept;
-    // Replaces the value of the first attribute called `name`, or appends a new one. The declaration takes
-    // attributes too. The tree keeps `name` itself, which lives as long as it, as literals do.
-    void WriteAttribute(XmlNode& node, WideView name, WideView value);
-    // The same with a copy of `name`; no value means empty. False only for null.
-    bool SetAttribute(XmlNode* node, WideView name, std::optional<WideView> value);
+    // Replaces the value of the first attribute called `name`, or appends a new attribute. The declaration takes
+    // attributes too. The tree keeps `name` itself, which must live as long as the tree, as literals do.
+    void SetAttribute(XmlNode& node, WideView name, WideView value);
     // Replaces the character data of an element.
-    void WriteText(XmlNode& element, WideView text) { element.value.Assign(*pool_, text); }
-    // The same. False for null and other kinds.
-    bool SetText(XmlNode* element, WideView text);
+    void SetText(XmlNode& element, WideView text) { element.value.Assign(*pool_, text); }
 
     // ---- Look-ups --------------------------------------------------------------------------------------------
 
@@ -160,7 +156,7 @@ class XmlDocument {
     bool CanLoad() const noexcept { return writable && !loaded; }
     XmlNode* NewDocumentNode();
     bool ReplaceAttribute(XmlNode& node, WideView name, WideView value);
-    void AppendAttribute(XmlNode& node, XmlText name, WideView value);
+    void AppendAttribute(XmlNode& node, WideView name, WideView value);
     void FreeNode(XmlNode* node) noexcept;
 
     XmlPool* pool_;

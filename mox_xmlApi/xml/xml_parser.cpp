@@ -57,7 +57,7 @@ class Parser {
         for (;;) {
             SkipSpace();
             if (AtEnd()) return true;
-            if (*next_ != '<') return Fail(ParseWant::TopLevelNode, next_, nullptr);
+            if (*next_ != '<') return Fail(ParseExpectation::TopLevelNode, next_, nullptr);
             ++next_;
             if (!ParseTopLevelNode()) return false;
             if (!AtEnd()) ++next_;
@@ -69,21 +69,21 @@ class Parser {
     static_assert(std::has_single_bit(kFewAttributes), "room for more is made at powers of two");
 
     // Always false. `inside` is null at the top level.
-    bool Fail(ParseWant wanted, const wchar16* at, const wchar16* inside) const noexcept {
+    bool Fail(ParseExpectation expected, const wchar16* at, const wchar16* inside) const noexcept {
         if (failure_ == nullptr) return false;
-        failure_->wanted = wanted;
+        failure_->expected = expected;
         failure_->offset = static_cast<std::size_t>(at - begin_);
         failure_->inside =
             inside == nullptr ? ParseFailure::kNowhere : static_cast<std::size_t>(inside - begin_);
         return false;
     }
 
-    bool FailInElement(ParseWant wanted, const wchar16* at) noexcept {
-        return Fail(wanted, at, open_ == nullptr ? nullptr : open_->name.View().data());
+    bool FailInElement(ParseExpectation expected, const wchar16* at) noexcept {
+        return Fail(expected, at, open_ == nullptr ? nullptr : open_->name.View().data());
     }
 
-    bool FailInTag(ParseWant wanted, const wchar16* at) const noexcept {
-        return Fail(wanted, at, unfinished_->name.View().data());
+    bool FailInTag(ParseExpectation expected, const wchar16* at) const noexcept {
+        return Fail(expected, at, unfinished_->name.View().data());
     }
 
     bool AtEnd() const noexcept { return next_ == end_; }
@@ -149,11 +149,11 @@ class Parser {
 
     bool ParseDeclaration() {
         if (parent_->kind != XmlNodeKind::Document || !parent_->children.IsEmpty()) {
-            return Fail(ParseWant::DeclarationFirst, next_, nullptr);
+            return Fail(ParseExpectation::DeclarationFirst, next_, nullptr);
         }
         const WideView name = ParseName();
         if (name != names::kXml || !IsSpace(*next_)) {
-            return Fail(ParseWant::DeclarationName, name.data(), nullptr);
+            return Fail(ParseExpectation::DeclarationName, name.data(), nullptr);
         }
         StartNode(XmlNodeKind::ProcessingInstruction, name);
         if (!ParseAttributes()) return false;
@@ -161,20 +161,20 @@ class Parser {
         const bool hasVersion = std::any_of(
             attributes.begin(), attributes.end(),
             [](const XmlAttribute& attribute) { return attribute.name.View() == names::kVersion; });
-        if (!hasVersion) return FailInTag(ParseWant::DeclarationVersion, next_);
-        if (!Accept('?') || !Accept('>')) return FailInTag(ParseWant::DeclarationEnd, next_);
+        if (!hasVersion) return FailInTag(ParseExpectation::DeclarationVersion, next_);
+        if (!Accept('?') || !Accept('>')) return FailInTag(ParseExpectation::DeclarationEnd, next_);
         FinishNode();
         return true;
     }
 
     // `dashes` counts as the format wants it: two in a row must be followed by ">".
     bool ParseComment() {
-        if (!Accept("--"_w)) return FailInElement(ParseWant::CommentStart, next_);
+        if (!Accept("--"_w)) return FailInElement(ParseExpectation::CommentStart, next_);
         const wchar16* begin = next_;
         for (int dashes = 0;; ++next_) {
-            if (*next_ == 0 && AtEnd()) return Fail(ParseWant::CommentEnd, next_, begin);
+            if (*next_ == 0 && AtEnd()) return Fail(ParseExpectation::CommentEnd, next_, begin);
             if (*next_ == '>' || dashes == 2) {
-                if (*next_ != '>' || dashes != 2) return Fail(ParseWant::CommentEnd, next_, begin);
+                if (*next_ != '>' || dashes != 2) return Fail(ParseExpectation::CommentEnd, next_, begin);
                 break;
             }
             dashes = *next_ == '-' ? dashes + 1 : std::max(dashes - 1, 0);
@@ -189,37 +189,37 @@ class Parser {
 
     bool ParseStartTag() {
         const WideView name = ParseName();
-        if (name.empty()) return FailInElement(ParseWant::ElementName, next_);
+        if (name.empty()) return FailInElement(ParseExpectation::ElementName, next_);
         StartNode(XmlNodeKind::Element, name);
         if (*next_ != '>' && !ParseAttributes()) return false;
         if (Accept('/')) {
-            if (!Accept('>')) return FailInTag(ParseWant::EmptyTagEnd, next_);
+            if (!Accept('>')) return FailInTag(ParseExpectation::EmptyTagEnd, next_);
             FinishNode();
             return true;
         }
-        if (!Accept('>')) return FailInTag(ParseWant::TagEnd, next_);
+        if (!Accept('>')) return FailInTag(ParseExpectation::TagEnd, next_);
         open_ = unfinished_;
         SkipSpace();
         return true;
     }
 
-    // Leaves the space behind the last attribute skipped. Attributes are written where they will stay, as long as
+    // Skips the space after the last attribute as well. Attributes are written where they will stay, as long as
     // they are few.
     bool ParseAttributes() {
         auto* const few = static_cast<XmlAttribute*>(pool_.OpenRoom());
         std::size_t count = 0;
         wchar16* name = EndOfSpace(next_);
         for (wchar16* nameEnd = EndOfName(name); nameEnd != name; nameEnd = EndOfName(name)) {
-            wchar16* mark = nameEnd + 1;
-            if (*nameEnd != '=' || *mark != '"') {
-                mark = EndOfSpace(nameEnd);
-                if (*mark != '=') return Fail(ParseWant::AttributeEquals, mark, name);
-                mark = EndOfSpace(mark + 1);
-                if (*mark != '"') return Fail(ParseWant::AttributeQuote, mark, name);
+            wchar16* next = nameEnd + 1;
+            if (*nameEnd != '=' || *next != '"') {
+                next = EndOfSpace(nameEnd);
+                if (*next != '=') return Fail(ParseExpectation::AttributeEquals, next, name);
+                next = EndOfSpace(next + 1);
+                if (*next != '"') return Fail(ParseExpectation::AttributeQuote, next, name);
             }
-            next_ = mark + 1;
+            next_ = next + 1;
             const WideView value = ParseText('"');
-            if (*next_ != '"') return Fail(ParseWant::AttributeEnd, next_, mark + 1);
+            if (*next_ != '"') return Fail(ParseExpectation::AttributeEnd, next_, next + 1);
             const XmlAttribute attribute{XmlText::Slice(Between(name, nameEnd)), XmlText::Slice(value)};
             if (count < kFewAttributes) {
                 few[count] = attribute;
@@ -248,11 +248,11 @@ class Parser {
         PrefetchAhead(attributes.end());
     }
 
-    // One run of text of the innermost open element, and the markup behind it.
+    // One run of text of the innermost open element, and the markup after it.
     bool ParseContent() {
         if (*next_ != '<') {
             const WideView text = ParseText('<');
-            if (*next_ != '<') return FailInElement(ParseWant::Content, next_);
+            if (*next_ != '<') return FailInElement(ParseExpectation::Content, next_);
             AddText(text);
         }
         ++next_;
@@ -263,7 +263,7 @@ class Parser {
 
     bool ParseEndTag() {
         if (!Accept(open_->name.View()) || !Accept('>')) {
-            return FailInElement(ParseWant::EndTag, next_);
+            return FailInElement(ParseExpectation::EndTag, next_);
         }
         unfinished_ = std::exchange(open_, open_->parent);
         FinishNode();
@@ -275,7 +275,7 @@ class Parser {
     WideView ParseText(wchar16 stop) noexcept {
         wchar16* begin = next_;
         next_ = FindAnyOf(begin, stop, '<', '&');
-        if (*next_ == stop) return Between(begin, next_);  // as most often
+        if (*next_ == stop) return Between(begin, next_);  // the common case
         next_ = EndOfPlain(next_, stop);
         return Between(begin, *next_ == '&' ? DecodeRest(next_, stop) : next_);
     }
@@ -322,7 +322,7 @@ class Parser {
         unfinished_->name = XmlText::Slice(name);
     }
 
-    // Goes on behind a node that was just read.
+    // Goes on after a node that was just read.
     void FinishNode() {
         if (open_ != nullptr) return SkipSpace();
         document_.AppendNode(parent_, top_);

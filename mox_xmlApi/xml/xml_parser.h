@@ -9,30 +9,30 @@
 
 namespace mox {
 
-// What the grammar wanted where a parse ended; the names are those of the rules in xml_parser.cpp.
-enum class ParseWant : std::uint8_t {
+// What the grammar expected where a parse stopped; the names are those of the rules in xml_parser.cpp.
+enum class ParseExpectation : std::uint8_t {
     TopLevelNode,        // "<", or the end of the document
     DeclarationFirst,    // no declaration but as the first node of the document
-    DeclarationName,     // "xml" and a space behind "<?"
+    DeclarationName,     // "xml" and a space after "<?"
     DeclarationVersion,  // a version among the attributes of the declaration
     DeclarationEnd,      // "?>"
-    CommentStart,        // "--" behind "<!"
+    CommentStart,        // "--" after "<!"
     CommentEnd,          // "-->", and before it neither ">" nor "--"
-    ElementName,         // a name behind "<"
-    AttributeEquals,     // "=" behind the name of an attribute
+    ElementName,         // a name after "<"
+    AttributeEquals,     // "=" after the name of an attribute
     AttributeQuote,      // a double quote before the value of an attribute
-    AttributeEnd,        // a double quote behind it, and before it no "<" and no "&" of its own
+    AttributeEnd,        // a double quote after it, and before it no "<" and no "&" of its own
     TagEnd,              // another attribute, ">" or "/>"
-    EmptyTagEnd,         // ">" behind "/"
+    EmptyTagEnd,         // ">" after "/"
     Content,             // the element's end tag, and before it no "&" of its own
     EndTag,              // the name of the element that is open, and ">"
 };
 
-// Where and why a parse ended. Offsets count units from the beginning of the text.
+// Where and why a parse stopped. Offsets count units from the beginning of the text.
 struct ParseFailure {
     static constexpr std::size_t kNowhere = ~std::size_t{0};
 
-    ParseWant wanted = ParseWant::TopLevelNode;
+    ParseExpectation expected = ParseExpectation::TopLevelNode;
     std::size_t offset = 0;
     // The first unit of the name, the comment's text or the attribute's value in which the parse was; kNowhere at
     // the top level.

@@ -43,7 +43,7 @@ class ChildLookupTest : public testing::Test {
   protected:
     XmlNode* Add(WideView name, const XmlNode* before = nullptr, WideView element = "Var"_w) {
         XmlNode* child = document_.InsertChild(parent_, element, std::nullopt, before);
-        document_.SetAttribute(child, "name"_w, name);
+        document_.SetAttribute(*child, "name"_w, name);
         return child;
     }
 
@@ -134,7 +134,7 @@ TEST_F(ChildLookupTest, FindsWhatWasAppendedSince) {
     Warm();
     XmlNode* added = document_.InsertChild(parent_, "Var"_w, std::nullopt, nullptr);
     EXPECT_EQ(Find("new"_w), nullptr);
-    document_.SetAttribute(added, "name"_w, "new"_w);
+    document_.SetAttribute(*added, "name"_w, "new"_w);
     EXPECT_EQ(Find("new"_w), added);
     EXPECT_NE(Index(), nullptr);
 }
@@ -155,7 +155,7 @@ TEST_F(ChildLookupTest, FindsWhatWasMovedInWithItsName) {
     Warm();
     XmlDocument scratch(document_.Pool());
     XmlNode* made = scratch.InsertChild(scratch.root, "Var"_w, std::nullopt, nullptr);
-    scratch.SetAttribute(made, "name"_w, "moved"_w);
+    scratch.SetAttribute(*made, "name"_w, "moved"_w);
     EXPECT_TRUE(document_.AppendNode(parent_, scratch.DetachLastChild(scratch.root)));
     EXPECT_EQ(Find("moved"_w), made);
     EXPECT_EQ(document_.DetachLastChild(parent_), made);
@@ -188,12 +188,12 @@ TEST_F(ChildLookupTest, FollowsARename) {
     AddMany(100);
     Warm();
     const NameIndex* index = Index();
-    document_.SetAttribute(parent_->children.At(5), "name"_w, "renamed"_w);
+    document_.SetAttribute(*parent_->children.At(5), "name"_w, "renamed"_w);
     EXPECT_EQ(Find(Name(5)), nullptr);
     EXPECT_EQ(Find("renamed"_w), parent_->children.At(5));
     document_.RemoveAttribute(parent_->children.At(6), "name"_w);
     EXPECT_EQ(Find(Name(6)), nullptr);
-    document_.SetAttribute(parent_->children.At(6), "name"_w, Name(6));
+    document_.SetAttribute(*parent_->children.At(6), "name"_w, Name(6));
     EXPECT_EQ(Find(Name(6)), parent_->children.At(6));
     EXPECT_EQ(Index(), index);
 }
@@ -218,7 +218,7 @@ TEST_F(ChildLookupTest, RenameLeavesTheIndexesOfOtherParentsAlone) {
     parent_ = document_.InsertChild(document_.root, "Table"_w, std::nullopt, nullptr);
     AddMany(100);
     Warm();
-    document_.SetAttribute(parent_->children.At(20), "name"_w, Name(21));
+    document_.SetAttribute(*parent_->children.At(20), "name"_w, Name(21));
     EXPECT_EQ(first->children.Attached(), index);
     EXPECT_EQ(ChildLookup::Find(document_.Pool(), *first, NamedChildren::All, Name(20)),
               first->children.At(20));
@@ -308,7 +308,7 @@ TEST_F(ChildLookupTest, ChildOfUnknownOrderMakesTheIndexInvalidAndIsFoundAsAScan
     EXPECT_EQ(Find(Name(80)), middle);
     Warm();
     EXPECT_TRUE(LeadsToAll(Name(80)));
-    document_.SetAttribute(parent_->children.At(5), "name"_w, Name(80));
+    document_.SetAttribute(*parent_->children.At(5), "name"_w, Name(80));
     EXPECT_EQ(Find(Name(80)), parent_->children.At(5));
 }
 
@@ -372,7 +372,7 @@ void Change(std::mt19937& random, XmlDocument& document, XmlNode* parent) {
             break;
         case 4:
             if (any != nullptr)
-                document.SetAttribute(any, "name"_w, Name(below(below(20) == 0 ? 60 : 100000)));
+                document.SetAttribute(*any, "name"_w, Name(below(below(20) == 0 ? 60 : 100000)));
             break;
         case 5:
             if (any != nullptr) document.RemoveAttribute(any, "name"_w);
@@ -380,12 +380,12 @@ void Change(std::mt19937& random, XmlDocument& document, XmlNode* parent) {
         case 6:
             if (any != nullptr) {
                 XmlNode* child = document.InsertChild(parent, element(), std::nullopt, any);
-                document.SetAttribute(child, "name"_w, Name(below(below(20) == 0 ? 60 : 100000)));
+                document.SetAttribute(*child, "name"_w, Name(below(below(20) == 0 ? 60 : 100000)));
             }
             break;
         case 7: {
             XmlNode* child = document.InsertChild(parent, element(), std::nullopt, parent->children.First());
-            document.SetAttribute(child, "name"_w, Name(below(60)));
+            document.SetAttribute(*child, "name"_w, Name(below(60)));
             break;
         }
         case 8:
@@ -394,7 +394,7 @@ void Change(std::mt19937& random, XmlDocument& document, XmlNode* parent) {
             break;
         default:
             XmlNode* child = document.InsertChild(parent, element(), std::nullopt, nullptr);
-            if (below(8) != 0) document.SetAttribute(child, "name"_w, Name(below(below(2) == 0 ? 60 : 600)));
+            if (below(8) != 0) document.SetAttribute(*child, "name"_w, Name(below(below(2) == 0 ? 60 : 600)));
             break;
     }
 }

@@ -23,14 +23,14 @@ std::string SetUi(WideView field, WideView text) {
 // The text of one field and, after a slash, the qualifier; "refused" in front when the result was false.
 std::string GetValue(const EntryValueRecord& record, WideView field) {
     FieldText text;
-    text.Refer("old"_w);
+    text.SetView("old"_w);
     WideView qualifier = "old"_w;
     const bool accepted = GetValueField(record, field, text, qualifier);
     return (accepted ? "" : "refused ") + Shown(text.View()) + "/" + Shown(qualifier);
 }
 std::string GetUi(const EntryUiRecord& record, WideView field) {
     FieldText text;
-    text.Refer("old"_w);
+    text.SetView("old"_w);
     const bool accepted = GetUiField(record, field, text);
     return (accepted ? "" : "refused ") + Shown(text.View());
 }

@@ -181,21 +181,21 @@ TEST_F(XmlLookups, FindChildByNameAttributeLeavesTheResultAloneWhenThereIsNone) 
 TEST_F(XmlLookups, FindChildByNameAttributeFindsAChildThatWasRenamedOrAddedSince) {
     XmlNode* e = Parent({});
     for (int i = 0; i < 100; ++i)
-        document_.SetAttribute(document_.InsertChild(e, "Var"_w, std::nullopt, nullptr), "name"_w,
+        document_.SetAttribute(*document_.InsertChild(e, "Var"_w, std::nullopt, nullptr), "name"_w,
                                Wide(test::Join({"key", std::to_string(i)})));
     XmlNode* found = nullptr;
     for (int i = 0; i < 20; ++i)
         ASSERT_TRUE(document_.FindChildByNameAttribute(e, "key70"_w, found));
-    document_.SetAttribute(e->children.At(70), "name"_w, "renamed"_w);
+    document_.SetAttribute(*e->children.At(70), "name"_w, "renamed"_w);
     EXPECT_FALSE(document_.FindChildByNameAttribute(e, "key70"_w, found));
     EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
     EXPECT_EQ(found, e->children.At(70));
-    document_.SetAttribute(e->children.At(3), "name"_w, "renamed"_w);
+    document_.SetAttribute(*e->children.At(3), "name"_w, "renamed"_w);
     EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
     EXPECT_EQ(found, e->children.At(3));
     XmlNode* first = document_.InsertChild(e, "Var"_w, std::nullopt, e->children.At(0));
     EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
-    document_.SetAttribute(first, "name"_w, "renamed"_w);
+    document_.SetAttribute(*first, "name"_w, "renamed"_w);
     EXPECT_TRUE(document_.FindChildByNameAttribute(e, "renamed"_w, found));
     EXPECT_EQ(found, first);
     document_.RemoveAttribute(first, "name"_w);

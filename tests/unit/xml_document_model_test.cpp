@@ -36,7 +36,8 @@ bool IsSame(const XmlNode& node, const model::Node& plain) {
     const XmlNode* previous = node.children.Last();
     auto expected = plain.children.begin();
     for (const XmlNode* child : node.children) {
-        if (child->parent != &node || child->previous != previous || !IsSame(*child, **expected++)) return false;
+        if (child->parent != &node || child->previous != previous || !IsSame(*child, **expected++))
+            return false;
         previous = child;
     }
     return previous == node.children.Last();
@@ -242,10 +243,10 @@ class Editor {
     bool SetAttribute(const Place& place) {
         log_ = "SetAttribute";
         const WideString name = Key();
-        std::optional<WideString> value;
-        if (!random_.OneIn(8)) value = Value();
-        model::SetAttribute(*place.plain, WideView(name), value.value_or(WideString()));
-        return document_.SetAttribute(place.node, name, View(value));
+        const WideString value = random_.OneIn(8) ? WideString() : Value();
+        model::SetAttribute(*place.plain, WideView(name), value);
+        document_.SetAttribute(*place.node, XmlText::Copy(document_.Pool(), name).View(), value);
+        return true;
     }
 
     bool RemoveAttribute(const Place& place) {
@@ -258,9 +259,10 @@ class Editor {
     bool SetText(const Place& place) {
         log_ = "SetText";
         const WideString text = Value();
-        const bool allowed = place.plain->kind == model::Kind::Element;
-        if (allowed) place.plain->value = text;
-        return document_.SetText(place.node, text) == allowed;
+        if (place.plain->kind != model::Kind::Element) return true;
+        place.plain->value = text;
+        document_.SetText(*place.node, text);
+        return true;
     }
 
     bool MoveLastChild(const Place& from) {

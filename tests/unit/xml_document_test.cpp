@@ -102,7 +102,7 @@ TEST(XmlDocumentHolder, EndOfABorrowerLeavesTheTreeAsItIs) {
     XmlNode* element = Build(owner, owner.root, Element("e", {{"k", "v"}}, "text", {Element("c")}));
     {
         XmlDocument borrower(owner.Pool(), element);
-        borrower.SetAttribute(element, "k"_w, "changed through the borrower"_w);
+        borrower.SetAttribute(*element, "k"_w, "changed through the borrower"_w);
         Insert(borrower, element, "added"_w);
     }
     EXPECT_EQ(Dump(element), "e{k='changed through the borrower'}'text'(c added)");

@@ -37,7 +37,7 @@ TEST_F(XmlSave, NarrowFilesOfEveryLengthAreWhole) {
     std::string text;
     for (std::size_t length = 1; length < 150; ++length) {
         text += static_cast<char>('A' + length % 26);
-        document_.SetText(e, Wide(text));
+        document_.SetText(*e, Wide(text));
         ASSERT_EQ(SavedBytes(false), test::Join({"<a>", text, "</a>\n", std::string(1, '\0')}));
     }
 }

@@ -116,7 +116,7 @@ TEST(XmlWriteNode, ValueAndChildrenOfADeclarationOrCommentAreNotWritten) {
     Build(document, declaration, Element("lost"));
     XmlNode* comment = Build(document, document.root, Comment("c"));
     Build(document, comment, Element("lost"));
-    document.SetAttribute(comment, "k"_w, "lost"_w);
+    document.SetAttribute(*comment, "k"_w, "lost"_w);
     EXPECT_EQ(Written(document.root), "<?xml version=\"1.0\"?>\\n<!--c-->\\n");
 }
 
@@ -165,8 +165,8 @@ TEST(XmlWriteDocument, AppendsToWhatIsThere) {
 std::string NarrowBytes(std::u16string_view text) {
     XmlDocument document;
     XmlNode* a = Build(document, document.root, Element("a"));
-    document.SetText(a, Wide(text));
-    document.SetAttribute(a, "k"_w, Wide(text));
+    document.SetText(*a, Wide(text));
+    document.SetAttribute(*a, "k"_w, Wide(text));
     NarrowXmlOutput out;
     WriteDocument(*a, out);
     return out.Text();
