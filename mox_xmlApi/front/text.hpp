@@ -9,11 +9,13 @@
 #ifndef MOX_XMLAPI_FRONT_TEXT_HPP
 #define MOX_XMLAPI_FRONT_TEXT_HPP
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "mox_xmlApi/platform/wchar16.h"
 
@@ -32,48 +34,84 @@ inline bool IsTrail(char32_t unit) noexcept {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-inline void PutUtf8(std::string& out, char32_t character) {
-    const auto put = [&out](char32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
-    if (character < 0x80) return put(character);
+inline void AppendUtf8(std::string& out, char32_t character) {
+    const auto append = [&out](char32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
+    if (character < 0x80) return append(character);
     if (character < 0x800) {
-        put(0xC0 | (character >> 6));
+        append(0xC0 | (character >> 6));
     } else if (character < 0x10000) {
-        put(0xE0 | (character >> 12));
-        put(0x80 | ((character >> 6) & 0x3F));
+        append(0xE0 | (character >> 12));
+        append(0x80 | ((character >> 6) & 0x3F));
     } else {
-        put(0xF0 | (character >> 18));
-        put(0x80 | ((character >> 12) & 0x3F));
-        put(0x80 | ((character >> 6) & 0x3F));
+        append(0xF0 | (character >> 18));
+        append(0x80 | ((character >> 12) & 0x3F));
+        append(0x80 | ((character >> 6) & 0x3F));
     }
-    put(0x80 | (character & 0x3F));
+    append(0x80 | (character & 0x3F));
 }
 
-// Works on any type of 16-bit unit.
+// Copies the ASCII characters that `bytes` begins with, up to the first zero, to `units`, which has room for bytes.size()
+// units. Returns how many there are. Most texts are ASCII, so four characters are copied at a time (little-endian).
+template <class Unit>
+std::size_t WidenAscii(std::string_view bytes, Unit* units) noexcept {
+    std::size_t at = 0;
+    for (; bytes.size() - at >= 4; at += 4) {
+        std::uint32_t four = 0;
+        std::memcpy(&four, bytes.data() + at, sizeof four);
+        if (((four | (four - 0x01010101U)) & 0x80808080U) != 0) break;  // not ASCII, or zero
+        std::uint64_t wide = four;
+        wide = (wide | wide << 16) & 0x0000FFFF0000FFFFU;
+        wide = (wide | wide << 8) & 0x00FF00FF00FF00FFU;
+        std::memcpy(units + at, &wide, sizeof wide);
+    }
+    for (; at < bytes.size() && static_cast<signed char>(bytes[at]) > 0; ++at)
+        units[at] = static_cast<Unit>(bytes[at]);
+    return at;
+}
+
+// The reverse: copies the ASCII characters that `units` begins with to `bytes`, which has room for units.size() bytes.
+template <class Unit>
+std::size_t NarrowAscii(std::basic_string_view<Unit> units, char* bytes) noexcept {
+    std::size_t at = 0;
+    for (; units.size() - at >= 4; at += 4) {
+        std::uint64_t four = 0;
+        std::memcpy(&four, units.data() + at, sizeof four);
+        if ((four & 0xFF80FF80FF80FF80U) != 0) break;
+        four = (four | four >> 8) & 0x0000FFFF0000FFFFU;
+        const auto narrow = static_cast<std::uint32_t>(four | four >> 16);
+        std::memcpy(bytes + at, &narrow, sizeof narrow);
+    }
+    for (; at < units.size() && (static_cast<char32_t>(units[at]) & 0xFFFF) < 0x80; ++at)
+        bytes[at] = static_cast<char>(units[at]);
+    return at;
+}
+
+// The UTF-8 form of a text of any type of 16-bit unit.
 template <class Unit>
 std::string Utf8Of(std::basic_string_view<Unit> text) {
-    std::string result;
-    result.reserve(text.size());
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        char32_t character = static_cast<char32_t>(text[at]) & 0xFFFF;
-        if (IsLead(character) && at + 1 < text.size() &&
-            IsTrail(static_cast<char32_t>(text[at + 1]) & 0xFFFF)) {
-            const char32_t trail = static_cast<char32_t>(text[++at]) & 0xFFFF;
-            character = 0x10000 + ((character - 0xD800) << 10) + (trail - 0xDC00);
-        }
-        PutUtf8(result, character);
+    static_assert(sizeof(Unit) == 2, "a 16-bit unit");
+    const auto unit = [&text](std::size_t at) { return static_cast<char32_t>(text[at]) & 0xFFFF; };
+    std::string result(text.size(), '\0');
+    std::size_t at = NarrowAscii(text, result.data());
+    result.resize(at);
+    for (; at < text.size(); ++at) {
+        char32_t character = unit(at);
+        if (IsLead(character) && at + 1 < text.size() && IsTrail(unit(at + 1)))
+            character = 0x10000 + ((character - 0xD800) << 10) + (unit(++at) - 0xDC00);
+        AppendUtf8(result, character);
     }
     return result;
 }
 
-// Takes the character, or the lone surrogate, at the start of the bytes away from them. Returns false when there is
-// none.
-inline bool TakeUtf8(std::string_view& bytes, char32_t& character) noexcept {
+// Decodes the character, or the lone surrogate, that the non-empty `bytes` begin with, and removes it from them.
+// Returns false if they do not begin with one; `bytes` and `character` are then unspecified.
+inline bool DecodeUtf8(std::string_view& bytes, char32_t& character) noexcept {
     const auto byte = [&bytes](std::size_t at) {
         return static_cast<char32_t>(static_cast<unsigned char>(bytes[at]));
     };
     const char32_t first = byte(0);
     std::size_t length = 1;
-    char32_t smallest = 0;  // what a shorter form could have said is not taken
+    char32_t smallest = 0;  // smaller characters have a shorter form
     if (first < 0x80) {
         character = first;
     } else if (first >= 0xC0 && first <= 0xDF) {
@@ -94,19 +132,32 @@ inline bool TakeUtf8(std::string_view& bytes, char32_t& character) noexcept {
     return character >= smallest && character <= 0x10FFFF;
 }
 
+// Writes the 16-bit form of UTF-8 bytes to `units`, which has room for utf8.size() units: no form is longer. Returns
+// its length; nothing if there is no such form.
 template <class Unit>
-std::optional<std::basic_string<Unit>> UnitsOf(std::string_view utf8) {
-    std::basic_string<Unit> result;
-    result.reserve(utf8.size());
+std::optional<std::size_t> ConvertUtf8(std::string_view utf8, Unit* units) noexcept {
+    static_assert(sizeof(Unit) == 2, "a 16-bit unit");
+    std::size_t length = WidenAscii(utf8, units);
+    utf8.remove_prefix(length);
     while (!utf8.empty()) {
         char32_t character = 0;
-        if (!TakeUtf8(utf8, character)) return std::nullopt;
+        if (!DecodeUtf8(utf8, character)) return std::nullopt;
         if (character >= 0x10000) {
-            result += static_cast<Unit>(0xD800 + ((character - 0x10000) >> 10));
+            units[length++] = static_cast<Unit>(0xD800 + ((character - 0x10000) >> 10));
             character = 0xDC00 + ((character - 0x10000) & 0x3FF);
         }
-        result += static_cast<Unit>(character);
+        units[length++] = static_cast<Unit>(character);
     }
+    return length;
+}
+
+// The 16-bit form of UTF-8 bytes; nothing if there is none.
+template <class Unit>
+std::optional<std::basic_string<Unit>> UnitsOf(std::string_view utf8) {
+    std::basic_string<Unit> result(utf8.size(), Unit{0});
+    const std::optional<std::size_t> length = ConvertUtf8(utf8, result.data());
+    if (!length.has_value()) return std::nullopt;
+    result.resize(*length);
     return result;
 }
 
@@ -132,30 +183,40 @@ inline std::optional<std::u16string> toUtf16(std::string_view utf8) {
     return front::UnitsOf<char16_t>(utf8);
 }
 
-// An argument of the front: made by itself from UTF-8 (std::string, std::string_view, "...") and from UTF-16
-// (std::u16string, std::u16string_view, u"..."; on Windows std::wstring, std::wstring_view and L"...", too). It keeps a
-// copy.
+// An argument of the front. It converts implicitly from UTF-8 (std::string, std::string_view, "...") and UTF-16
+// (std::u16string, std::u16string_view, u"..."; on Windows also std::wstring, std::wstring_view and L"..."). It holds a
+// copy of the text; a short one needs no allocated memory.
 //
-// A text that the exports cannot be told is invalid: bytes that have no 16-bit form, a text with a zero unit in it, a
-// null pointer. Every function fails that is given one, and does nothing.
+// A text that cannot be passed to the exports is invalid: bytes without a 16-bit form, a text that contains a zero unit,
+// a null pointer. A function that is given an invalid text fails and does nothing.
 class Text {
   public:
-    // NOLINTBEGIN(google-explicit-constructor): texts become arguments by themselves
-    Text(std::string_view utf8) : Text(front::UnitsOf<wchar16>(utf8)) {}
-    Text(std::u16string_view text) : Text(std::optional(front::Units(text.begin(), text.end()))) {}
+    // NOLINTBEGIN(google-explicit-constructor): arguments are to convert implicitly
+    Text(std::string_view utf8) { AssignUtf8(utf8); }
+    Text(std::u16string_view text) { AssignUnits(text); }
     Text(const std::string& utf8) : Text(std::string_view(utf8)) {}
     Text(const std::u16string& text) : Text(std::u16string_view(text)) {}
-    Text(const char* utf8) : Text(OfPointer<std::string_view>(utf8)) {}
-    Text(const char16_t* text) : Text(OfPointer<std::u16string_view>(text)) {}
+    Text(const char* utf8) {
+        if (utf8 != nullptr) AssignUtf8(utf8);
+    }
+    Text(const char16_t* text) {
+        if (text != nullptr) AssignUnits(std::u16string_view(text));
+    }
 #if defined(__cpp_char8_t)
-    Text(const char8_t* utf8) : Text(OfPointer<std::u8string_view>(utf8)) {}
     Text(std::basic_string_view<char8_t> utf8) : Text(std::string(utf8.begin(), utf8.end())) {}
     Text(const std::basic_string<char8_t>& utf8) : Text(std::basic_string_view<char8_t>(utf8)) {}
+    Text(const char8_t* utf8) {
+        if (utf8 != nullptr) AssignUtf8(std::string(utf8, utf8 + std::char_traits<char8_t>::length(utf8)));
+    }
 #endif
 #if defined(_WIN32)
-    Text(std::wstring_view text) : Text(std::optional(front::Units(text))) {}
+    Text(std::wstring_view text) {
+        AssignUnits(text);
+    }
     Text(const std::wstring& text) : Text(std::wstring_view(text)) {}
-    Text(const wchar_t* text) : Text(OfPointer<std::wstring_view>(text)) {}
+    Text(const wchar_t* text) {
+        if (text != nullptr) AssignUnits(std::wstring_view(text));
+    }
 #endif
 
     // NOLINTEND(google-explicit-constructor)
@@ -164,29 +225,59 @@ class Text {
         return isValid_;
     }
 
-    // The text for the exports, zero-terminated; empty when invalid. It lives as long as this object.
+    // The text for the exports, zero-terminated; empty if invalid. The pointer and the view are valid as long as this
+    // object exists and is not assigned to.
     const wchar16* c_str() const noexcept {
-        return units_.c_str();
+        return units().data();
     }
     front::UnitsView units() const noexcept {
-        return units_;
+        return long_.empty() ? front::UnitsView(short_, shortLength_) : front::UnitsView(long_);
     }
 
   private:
-    explicit Text(std::optional<front::Units> units)
-        : units_(std::move(units).value_or(front::Units())),
-          isValid_(units.has_value() && units_.find(wchar16{0}) == front::Units::npos) {
-        if (!isValid_) units_.clear();
+    static constexpr std::size_t kShortSize = 64;
+
+    // Returns room for a text of `length` units.
+    wchar16* Reserve(std::size_t length) {
+        if (length < kShortSize) return short_;
+        long_.resize(length);
+        return long_.data();
     }
 
-    template <class View>
-    static Text OfPointer(typename View::const_pointer text) {
-        if (text == nullptr) return Text(std::optional<front::Units>());
-        return Text(View(text));
+    // Ends the text after the first `length` of the units that were reserved.
+    void Commit(std::size_t length) {
+        if (long_.empty()) {
+            shortLength_ = length;
+        } else {
+            long_.resize(length);
+        }
+        isValid_ = true;
     }
 
-    front::Units units_;
-    bool isValid_;
+    void AssignUtf8(std::string_view utf8) {
+        wchar16* const units = Reserve(utf8.size());
+        if (front::WidenAscii(utf8, units) == utf8.size()) {
+            Commit(utf8.size());
+        } else if (const auto length = front::ConvertUtf8(utf8, units);
+                   length.has_value() && utf8.find('\0') == std::string_view::npos) {
+            Commit(*length);
+        } else {
+            long_.clear();
+            short_[0] = 0;
+        }
+    }
+
+    template <class Unit>
+    void AssignUnits(std::basic_string_view<Unit> text) {
+        if (text.find(Unit{0}) != std::basic_string_view<Unit>::npos) return;
+        std::copy(text.begin(), text.end(), Reserve(text.size()));
+        Commit(text.size());
+    }
+
+    wchar16 short_[kShortSize] = {};  // holds a text that leaves room for a zero unit,
+    std::size_t shortLength_ = 0;
+    front::Units long_;  // which holds every other one, and is empty otherwise
+    bool isValid_ = false;
 };
 
 }  // namespace mox

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 
 #include "tests/host/host_support.h"
 
@@ -94,6 +95,50 @@ TEST(FrontTexts, ACopyOutlivesItsSource) {
     const Text text(source);
     source.assign(100, 'x');
     EXPECT_EQ(mox::toUtf8(std::u16string(text.units().begin(), text.units().end())), "gone");
+}
+
+// A short text lies in the object itself, a longer one elsewhere.
+TEST(FrontTexts, ArgumentsOfEveryLengthAreCopiedMovedAndAssigned) {
+    for (const std::size_t length : {0U, 1U, 62U, 63U, 64U, 65U, 1000U}) {
+        std::u16string expected(length, u'\u00FC');
+        if (length != 0) expected.back() = u'z';
+        const auto isExpected = [&expected](const Text& text) {
+            return text.isValid() && std::u16string(text.units().begin(), text.units().end()) == expected &&
+                   text.c_str() == text.units().data() && text.c_str()[expected.size()] == 0;
+        };
+        Text text(expected);
+        EXPECT_TRUE(isExpected(text)) << length;
+        EXPECT_TRUE(isExpected(Text(mox::toUtf8(expected)))) << length;
+        const Text copy = text;
+        EXPECT_TRUE(isExpected(copy)) << length;
+        Text other("other");
+        Text longer(std::string(200, 'o'));
+        other = copy;
+        longer = copy;
+        EXPECT_TRUE(isExpected(other)) << length;
+        EXPECT_TRUE(isExpected(longer)) << length;
+        const Text moved = std::move(text);
+        EXPECT_TRUE(isExpected(moved)) << length;
+        EXPECT_TRUE(isExpected(copy)) << length;
+    }
+}
+
+// Here 120 bytes are 40 units.
+TEST(FrontTexts, AnArgumentMayHaveFewerUnitsThanBytes) {
+    std::string utf8;
+    for (int i = 0; i < 40; ++i)
+        utf8 += "\xE4\xB8\xAD";
+    EXPECT_EQ(Text(utf8).units(), host::WideText(40, wchar16{0x4E2D}));
+    EXPECT_EQ(Text(utf8).c_str()[40], wchar16{0});
+}
+
+TEST(FrontTexts, LongArgumentsThatAreInvalidAreEmpty) {
+    for (const std::string& bytes : {std::string(63, 'x') + '\xFF', std::string(100, 'x') + '\xFF',
+                                     std::string(63, 'x') + '\0', std::string(100, 'x') + '\0'}) {
+        EXPECT_FALSE(Text(bytes).isValid());
+        EXPECT_TRUE(Text(bytes).units().empty());
+        EXPECT_EQ(*Text(bytes).c_str(), wchar16{0});
+    }
 }
 
 }  // namespace
