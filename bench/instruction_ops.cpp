@@ -10,6 +10,7 @@
 
 #include "bench/contestant.h"
 #include "bench/document_files.h"
+#include "mox_xmlApi/mox_xmlApi.hpp"
 
 namespace bench {
 namespace {
@@ -75,6 +76,26 @@ void CountReads(const DocumentShape& shape) {
     Check(sum == expected, "read other numbers");
 }
 
+// The same reads through the classes of the C++ front, with UTF-8 texts.
+void CountFrontReads(const DocumentShape& shape) {
+    const DocumentFiles files(shape, {false, false});
+    const auto profile = mox::Profile::parse(files.Xml());
+    Check(profile.has_value(), "the document does not parse");
+    const std::vector<Query> queries = SampleQueries(shape, 500);
+    const auto read = [&] {
+        Sum sum = 0;
+        for (const Query& query : queries)
+            sum += SumOf(std::string_view(*profile->getString(query.section, query.key)));
+        return sum;
+    };
+    for (int pass = 0; pass < 10; ++pass)
+        Check(read() == ExpectedOf(queries), "read other values");
+    Sum sum = 0;
+    CountInstructions("get string through the C++ front " + ShapeName(shape), queries.size(),
+                      [&] { sum = read(); });
+    Check(sum == ExpectedOf(queries), "read other values");
+}
+
 void CountChanges() {
     const DocumentShape shape{1, 2000};
     const DocumentFiles files(shape, {false, false});
@@ -118,6 +139,7 @@ void CountAll() {
     CountReads({4, 5});
     CountReads({50, 40});
     CountReads({1, 10000});
+    CountFrontReads({50, 40});
     CountChanges();
     CountFirstLookUp({5, 20});
     CountFirstLookUp({500, 20});

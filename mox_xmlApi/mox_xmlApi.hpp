@@ -154,18 +154,24 @@ class Profile {
     // there are none. Nothing when there is no such key or its value is empty.
     std::optional<std::int32_t> getInt(const Text& section, const Text& key) const {
         if (!IsKey(section, key)) return std::nullopt;
-        const std::int32_t value = xmlGetProfileInt(handle(), section.c_str(), key.c_str(), 0);
-        if (value != 0) return value;
-        const std::int32_t other = xmlGetProfileInt(handle(), section.c_str(), key.c_str(), 1);
-        return other == 0 ? std::optional(value) : std::nullopt;
+        // Only for a value that is the default itself does a second default have to tell the two apart.
+        constexpr std::int32_t kRareNumber = -2147480809;
+        const std::int32_t value = xmlGetProfileInt(handle(), section.c_str(), key.c_str(), kRareNumber);
+        if (value != kRareNumber) return value;
+        const bool isDefault = xmlGetProfileInt(handle(), section.c_str(), key.c_str(), 0) == 0;
+        return isDefault ? std::nullopt : std::optional(value);
     }
 
     // The bytes that the value gives in pairs of hexadecimal digits, up to the first pair that is none. Nothing when
     // there is no such key.
     std::optional<std::vector<std::uint8_t>> getData(const Text& section, const Text& key) const {
-        if (!contains(section, key)) return std::nullopt;
+        if (!IsKey(section, key)) return std::nullopt;
+        std::uint8_t buffer[kReadSize];
+        const std::uint32_t size =
+            xmlGetProfileData(handle(), section.c_str(), key.c_str(), buffer, kReadSize);
+        if (size == 0 && !contains(section, key)) return std::nullopt;
+        if (size < kReadSize) return std::vector<std::uint8_t>(buffer, buffer + size);
         std::vector<std::uint8_t> bytes(Length(section, key) / 2);
-        if (bytes.empty()) return bytes;
         bytes.resize(xmlGetProfileData(handle(), section.c_str(), key.c_str(), bytes.data(),
                                        static_cast<std::uint32_t>(bytes.size())));
         return bytes;
@@ -173,12 +179,8 @@ class Profile {
 
     // Whether there is such a key.
     bool contains(const Text& section, const Text& key) const {
-        if (!IsKey(section, key)) return false;
-        // With nothing to read the default is copied and counted, and for an empty value it is not counted.
-        constexpr wchar16 kDefault[] = {'?', 0};
-        wchar16 copy[2] = {};
-        return Length(section, key) != 0 ||
-               xmlGetProfileString(handle(), section.c_str(), key.c_str(), copy, 2, kDefault) == 0;
+        wchar16 start[2];
+        return ReadStart(section, key, start).has_value();
     }
 
     // ---- writing keys. A missing section is made, a missing key added to its end with the type "string"; of an
@@ -269,6 +271,9 @@ class Profile {
     }
 
   private:
+    // Values that are shorter than this, in units or bytes, are read with one look-up.
+    static constexpr std::uint32_t kReadSize = 256;
+
     static void Dispose(moxSettings* handle) { xmlProfileDispose(&handle); }
 
     Profile(moxSettings* handle, Form form) : handle_(handle, Dispose), form_(form) {}
@@ -286,14 +291,33 @@ class Profile {
         return xmlGetProfileString(handle(), section.c_str(), key.c_str(), nullptr, 0, nullptr);
     }
 
+    // Reads the start of a value, as much as fits into the buffer with a zero unit after it. Returns the length of what
+    // was read, which is 0 for an empty value; nothing if there is no such key.
+    template <std::uint32_t Size>
+    std::optional<std::uint32_t> ReadStart(const Text& section, const Text& key,
+                                           wchar16 (&buffer)[Size]) const {
+        static_assert(Size >= 2, "room for a unit and the zero unit");
+        if (!IsKey(section, key)) return std::nullopt;
+        const std::uint32_t length =
+            xmlGetProfileString(handle(), section.c_str(), key.c_str(), buffer, Size, nullptr);
+        if (length != 0) return length;
+        // The value is empty or missing. Of a missing one the export returns the length of the default.
+        constexpr wchar16 kDefault[] = {'?', 0};
+        const bool isMissing =
+            xmlGetProfileString(handle(), section.c_str(), key.c_str(), buffer, Size, kDefault) != 0;
+        return isMissing ? std::nullopt : std::optional(length);
+    }
+
     template <class String>
     std::optional<String> Read(const Text& section, const Text& key) const {
-        if (!contains(section, key)) return std::nullopt;
-        const std::uint32_t length = Length(section, key);
-        front::Units text(std::size_t{length} + 1, wchar16{0});
-        if (length == (std::numeric_limits<std::uint32_t>::max)()) return std::nullopt;
-        xmlGetProfileString(handle(), section.c_str(), key.c_str(), text.data(), length + 1, nullptr);
-        text.resize(length);
+        wchar16 start[kReadSize];
+        const std::optional<std::uint32_t> length = ReadStart(section, key, start);
+        if (!length.has_value()) return std::nullopt;
+        if (*length + 1 < kReadSize) return front::StringOf<String>(front::UnitsView(start, *length));
+        const std::uint32_t wholeLength = Length(section, key);  // less than 2^31, as of every text
+        front::Units text(std::size_t{wholeLength} + 1, wchar16{0});
+        xmlGetProfileString(handle(), section.c_str(), key.c_str(), text.data(), wholeLength + 1, nullptr);
+        text.resize(wholeLength);
         return front::StringOf<String>(text);
     }
 

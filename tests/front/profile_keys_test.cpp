@@ -67,13 +67,6 @@ TEST(FrontKeys, AbsentIsNotEmpty) {
     }
 }
 
-// The text that the look-up of absent keys uses is a value like any other.
-TEST(FrontKeys, AQuestionMarkIsAValue) {
-    Profile profile;
-    ASSERT_TRUE(profile.setString("S", "K", "?"));
-    EXPECT_EQ(profile.getString("S", "K"), "?");
-}
-
 TEST(FrontKeys, EmptyValuesComeFromThePresentationData) {
     const Profile profile = ProfileWith(
         "<Var name=\"K\" type=\"string\"><Value/><UI control=\"text\"><Value>7</Value></UI></Var>"
@@ -193,6 +186,77 @@ TEST(FrontKeys, AnEmptyProfileFindsAndWritesNothing) {
     EXPECT_FALSE(profile.save(folder.Of("x.xml").u16string()));
     EXPECT_FALSE(profile.saveReplacing(folder.Of("x.xml").u16string()));
     EXPECT_TRUE(folder.Names().empty());
+}
+
+// A missing key is recognised by a default text, which is a value like any other.
+TEST(FrontKeys, NoTextStandsForAMissingKey) {
+    Profile profile;
+    for (const std::u16string& value :
+         {std::u16string(u"?"), std::u16string(u"??"), std::u16string{0xFFFF}, std::u16string{0xFFFF, 0xFFFF},
+          std::u16string{0xFFFF, 'x'}, std::u16string(255, 0xFFFF)}) {
+        ASSERT_TRUE(profile.setString("S", "K", value));
+        EXPECT_EQ(profile.getString16("S", "K"), value) << value.size();
+        EXPECT_EQ(profile.getString("S", "K"), mox::toUtf8(value)) << value.size();
+        EXPECT_EQ(profile.getInt("S", "K"), 0) << value.size();
+        EXPECT_EQ(profile.getData("S", "K"), std::vector<std::uint8_t>()) << value.size();
+        EXPECT_TRUE(profile.contains("S", "K")) << value.size();
+    }
+    EXPECT_FALSE(profile.contains("S", "L"));
+}
+
+TEST(FrontKeys, ValuesAroundTheSizeOfTheBufferAreReadWhole) {
+    Profile profile;
+    for (const std::size_t length : {1U, 2U, 253U, 254U, 255U, 256U, 257U, 512U}) {
+        std::u16string text(length, u'\u4E2D');
+        text.front() = u'a';
+        text.back() = u'z';
+        ASSERT_TRUE(profile.setString("S", "K", text));
+        EXPECT_EQ(profile.getString16("S", "K"), text) << length;
+        EXPECT_EQ(profile.getString("S", "K"), mox::toUtf8(text)) << length;
+    }
+}
+
+TEST(FrontKeys, ASurrogatePairAtTheEndOfTheBufferComesBack) {
+    Profile profile;
+    for (std::size_t before = 252; before <= 256; ++before) {
+        const std::u16string text = std::u16string(before, u'x') + u"\U0001F600";
+        ASSERT_TRUE(profile.setString("S", "K", text));
+        EXPECT_EQ(profile.getString16("S", "K"), text) << before;
+        EXPECT_EQ(profile.getString("S", "K"), std::string(before, 'x') + "\xF0\x9F\x98\x80") << before;
+    }
+}
+
+TEST(FrontKeys, BytesAroundTheSizeOfTheBufferAreReadWhole) {
+    Profile profile;
+    for (const std::size_t size : {1U, 127U, 128U, 254U, 255U, 256U, 257U, 100000U}) {
+        std::vector<std::uint8_t> bytes(size, 0xA5);
+        bytes.back() = 0x5A;
+        ASSERT_TRUE(profile.setData("S", "K", bytes));
+        EXPECT_EQ(profile.getData("S", "K"), bytes) << size;
+        ASSERT_TRUE(profile.setString("S", "K", *profile.getString("S", "K") + "-00"));
+        EXPECT_EQ(profile.getData("S", "K"), bytes) << size << " and digits that end before the value does";
+    }
+}
+
+TEST(FrontKeys, AValueThatGivesNoBytesIsAKeyNevertheless) {
+    Profile profile;
+    const std::vector<std::uint8_t> none;
+    for (const std::u16string& value : {std::u16string(u"x"), std::u16string(u"1"), std::u16string(u"0G"),
+                                        std::u16string{'0', '1', 0xD800}}) {
+        ASSERT_TRUE(profile.setString("S", "K", value));
+        EXPECT_EQ(profile.getData("S", "K"), none) << mox::toUtf8(value);
+    }
+}
+
+// The number by which a missing key is recognised is a value like any other.
+TEST(FrontKeys, TheNumberThatStandsForNoneIsAValue) {
+    Profile profile;
+    for (const std::int32_t number : {-2147480809, -2147480810, -2147480808}) {
+        ASSERT_TRUE(profile.setInt("S", "K", number));
+        EXPECT_EQ(profile.getInt("S", "K"), number);
+    }
+    ASSERT_TRUE(profile.setString("S", "K", ""));
+    EXPECT_EQ(profile.getInt("S", "K"), std::nullopt);
 }
 
 }  // namespace
