@@ -1,4 +1,4 @@
-// The entries of the C++ front as plain values, and their way into the records of mox_dbtInfo and back.
+// Entries as plain values, and their conversion to the records of mox_dbtInfo and back.
 // Part of mox_xmlApi.hpp; valid in C++17 and later.
 #ifndef MOX_XMLAPI_FRONT_ENTRY_HPP
 #define MOX_XMLAPI_FRONT_ENTRY_HPP
@@ -33,7 +33,7 @@ enum class ValueType : std::uint16_t {
 // How many of that type a value holds.
 enum class Shape : std::uint16_t { Single = 0, Vector = 0x1000, Array = 0x2000 };
 
-// The control by which a value is shown and edited. None is written as Text.
+// The control that shows a value and edits it. None is written as Text.
 enum class Control : std::uint16_t {
     None = 0,
     Number = 1,
@@ -52,11 +52,11 @@ enum class Control : std::uint16_t {
     PropertyArray = 20
 };
 
-// Whose provider it is.
+// The owner of an entry's provider.
 enum class Owner : std::uint8_t { None = 0, App = 1, Dwg = 2, Erg = 4 };
 
-// How an entry is presented. `value` is a value that the presentation data have of their own, rarely used; it is
-// nothing when a record cannot hold it (see BasicEntry), and as an argument when it is to stay as it is.
+// The presentation data of an entry: what an editor needs to display it. They rarely have a `value` of their own. When
+// read, it is nullopt if a record cannot hold it (see BasicEntry); as an argument, nullopt leaves it as it is.
 template <class String>
 struct BasicPresentation {
     Control control = Control::None;
@@ -67,17 +67,17 @@ struct BasicPresentation {
     std::optional<String> value{};
 };
 
-// One entry of a table, or one key of a section. It is the host's: changing it changes no document.
+// One entry of a table, or one key of a section. It is a copy: changing it does not change the document.
 //
-//   name   at most 259 units, since more do not fit a record: a longer name is given cut, and not taken as an argument.
-//          An entry that has none is given with an empty one.
-//   value  the entry's own value, empty when it has none. Nothing when a record cannot hold it: that is, when it has a
-//          surrogate without its partner and another type than UcString (Profile::getString reads such a value in a
-//          section). As an argument nothing means: no value is written. In a table whose first entry has a value in its
-//          presentation data and none of its own, the value of an entry that has none of its own is written to its
-//          presentation data; effectiveValue() of what is read then gives it.
+//   name   At most 259 units, which is what a record holds. A longer name is cut when read, and refused as an argument.
+//          Empty if the entry has none.
+//   value  The entry's own value, empty if it has none. When read, it is nullopt if a record cannot hold it: the value
+//          contains an unpaired surrogate and the type is not UcString. (Profile::getString reads such a value of a
+//          section.) As an argument, nullopt writes no value. In a table whose first entry has a value in its
+//          presentation data and none of its own, the value of an entry without one of its own is written to its
+//          presentation data; effectiveValue() of the entry that is read returns it.
 //   id     0 means none.
-//   ui     nothing when the entry has no presentation data, or such that say nothing.
+//   ui     nullopt if the entry has no presentation data, or if all their fields are empty.
 template <class String>
 struct BasicEntry {
     String name{};
@@ -87,7 +87,8 @@ struct BasicEntry {
     std::uint32_t id = 0;
     std::optional<BasicPresentation<String>> ui{};
 
-    // What a read of the key gives: the own value or, when that is empty, the one of the presentation data.
+    // The value that Profile::getString returns for the key: the entry's own or, if that is empty, the one of the
+    // presentation data. Empty if a record cannot hold it.
     String effectiveValue() const {
         if (!value.has_value() || !value->empty() || !ui.has_value()) return value.value_or(String());
         return ui->value.value_or(String());
@@ -117,14 +118,15 @@ inline UnitsView ViewOf(const wchar16* text) noexcept {
     return text == nullptr ? UnitsView() : UnitsView(text);
 }
 
-inline UnitsView NameIn(const TableEntryBaseInfoStruct& record) noexcept {
+inline UnitsView NameOf(const TableEntryBaseInfoStruct& record) noexcept {
     const wchar16* const end = std::find(std::begin(record.name), std::end(record.name), wchar16{0});
     return {record.name, static_cast<std::size_t>(end - record.name)};
 }
 
-// The value in the form that the library gives for the type; nothing when the record has none.
+// The value of a record, which is 16-bit text for the type UcString and 8-bit text for any other; nullopt if none was
+// set.
 template <class String>
-std::optional<String> ValueIn(const TableEntryValueInfoStruct& record, std::uint16_t type) {
+std::optional<String> ValueOf(const TableEntryValueInfoStruct& record, std::uint16_t type) {
     if (type == kWideType) {
         if (record.GetVal_w() == nullptr) return std::nullopt;
         return StringOf<String>(record.GetVal_w());
@@ -138,7 +140,7 @@ std::optional<String> ValueIn(const TableEntryValueInfoStruct& record, std::uint
 }
 
 template <class String>
-std::optional<BasicPresentation<String>> PresentationIn(const TableEntryUInfoStruct& record) {
+std::optional<BasicPresentation<String>> PresentationOf(const TableEntryUInfoStruct& record) {
     BasicPresentation<String> ui;
     const std::uint16_t control = record.control;
     ui.control = control == kNoControl ? Control::None : static_cast<Control>(control);
@@ -146,34 +148,34 @@ std::optional<BasicPresentation<String>> PresentationIn(const TableEntryUInfoStr
     ui.providerOwner = static_cast<Owner>(record.prov_owner);
     ui.shownName = StringOf<String>(ViewOf(record.GetUserName_w()));
     ui.comment = StringOf<String>(ViewOf(record.GetComment_w()));
-    ui.value = ValueIn<String>(record, record.type);
-    const bool saysSomething = ui.control != Control::None || ui.providerIndex != 0 ||
-                               ui.providerOwner != Owner::None || !ui.shownName.empty() ||
-                               !ui.comment.empty() || !ui.value.has_value() || !ui.value->empty();
-    return saysSomething ? std::optional(ui) : std::nullopt;
+    ui.value = ValueOf<String>(record, record.type);
+    const bool hasContent = ui.control != Control::None || ui.providerIndex != 0 ||
+                            ui.providerOwner != Owner::None || !ui.shownName.empty() || !ui.comment.empty() ||
+                            !ui.value.has_value() || !ui.value->empty();
+    return hasContent ? std::optional(ui) : std::nullopt;
 }
 
-// ---- to records; each returns false for what a record cannot hold
+// ---- to records. Each function returns false for what a record cannot hold; the record is then unspecified.
 
-inline bool PutName(UnitsView name, TableEntryBaseInfoStruct& record) noexcept {
+inline bool SetRecordName(UnitsView name, TableEntryBaseInfoStruct& record) noexcept {
     if (name.size() >= std::size(record.name)) return false;
     const auto end = std::copy(name.begin(), name.end(), std::begin(record.name));
     std::fill(end, std::end(record.name), wchar16{0});
     return true;
 }
 
-inline bool PutValue(const Text& value, std::uint16_t type, TableEntryValueInfoStruct& record) {
+inline bool SetRecordValue(const Text& value, std::uint16_t type, TableEntryValueInfoStruct& record) {
     if (!value.isValid()) return false;
     if (type == kWideType) return record.SetVal_w(value.c_str());
     return record.SetVal(Utf8Of(value.units()).c_str());
 }
 
-// Whether an entry of this name can be looked for: an empty name would find another entry.
-inline bool PutKey(const Text& name, TableEntryBaseInfoStruct& record) noexcept {
-    return name.isValid() && !name.units().empty() && PutName(name.units(), record);
+// Sets the name to look up. An empty one is refused: it would find the first entry that has a name.
+inline bool SetLookUpName(const Text& name, TableEntryBaseInfoStruct& record) noexcept {
+    return name.isValid() && !name.units().empty() && SetRecordName(name.units(), record);
 }
 
-// Whether files have a name for the type. An entry with another one could not be read again.
+// Whether the type and shape have a name in files. An entry with another type could not be read again.
 inline bool IsKnownType(ValueType type, Shape shape) noexcept {
     switch (type) {
         case ValueType::Short:
@@ -192,7 +194,7 @@ inline bool IsKnownType(ValueType type, Shape shape) noexcept {
 }
 
 template <class String>
-bool PutEntry(const BasicEntry<String>& entry, TableEntryValueInfoStruct& record) {
+bool FillValueRecord(const BasicEntry<String>& entry, TableEntryValueInfoStruct& record) {
     if (!IsKnownType(entry.type, entry.shape)) return false;
     record.type = static_cast<std::uint16_t>(static_cast<std::uint16_t>(entry.type) |
                                              static_cast<std::uint16_t>(entry.shape));
@@ -201,14 +203,14 @@ bool PutEntry(const BasicEntry<String>& entry, TableEntryValueInfoStruct& record
     if (entry.id != 0) mask |= kMaskId;
     if (entry.value.has_value()) mask |= kMaskValue;
     record.writeMask = static_cast<std::uint16_t>(mask);
-    if (!PutKey(entry.name, record)) return false;
+    if (!SetLookUpName(entry.name, record)) return false;
     if (!entry.value.has_value()) return true;
-    return PutValue(*entry.value, record.type, record);
+    return SetRecordValue(*entry.value, record.type, record);
 }
 
-// Everything but the value, which takes a write of its own.
+// Sets every field but the value, which WritePresentation sets.
 template <class String>
-bool PutPresentation(const BasicPresentation<String>& ui, TableEntryUInfoStruct& record) {
+bool FillUiRecord(const BasicPresentation<String>& ui, TableEntryUInfoStruct& record) {
     const Text comment(ui.comment);
     const Text shownName(ui.shownName);
     record.control = static_cast<std::uint16_t>(ui.control);

@@ -17,28 +17,28 @@
 namespace mox {
 namespace front {
 
-// A handle of the table functions with all that it needs to live; released with its last copy.
+// A handle for the table functions. It keeps what it depends on alive, and is released with its last copy.
 using TableHandle = std::shared_ptr<void>;
 
-// What a step of an enumeration found: the end, an element without a known type, or an entry.
+// The result of a step of an enumeration: the end, an element without a known type, or an entry.
 enum class Step { End, Unreadable, Entry };
 
 template <class String>
 void FillEntry(UnitsView name, const TableEntryValueInfoStruct& value, const TableEntryUInfoStruct& ui,
                BasicEntry<String>& entry) {
     entry.name = StringOf<String>(name);
-    entry.value = ValueIn<String>(value, value.type);
+    entry.value = ValueOf<String>(value, value.type);
     entry.id = value.id;
     const int code = value.type;
     entry.type = static_cast<ValueType>(code & ~kShapeBits);
     entry.shape = static_cast<Shape>(code & kShapeBits);
-    entry.ui = PresentationIn<String>(ui);
+    entry.ui = PresentationOf<String>(ui);
 }
 
-// Reads the entry after the position, 0 for the first one, and moves the position there.
+// Reads the entry after the position, 0 for the first one, and moves the position to it.
 //
-// The export fails for an entry whose value has no 8-bit form, too, and fills the records up to there: the type says
-// that there is an entry, and the presentation record alone gives what the value record then lacks.
+// The export also fails for an entry whose value has no 8-bit form. It has filled part of the records then: a type
+// shows that there is an entry, and a second read with the presentation record alone supplies the rest.
 template <class String>
 Step ReadNext(void* handle, std::uint64_t& position, BasicEntry<String>& entry) {
     TableEntryValueInfoStruct value;
@@ -48,23 +48,23 @@ Step ReadNext(void* handle, std::uint64_t& position, BasicEntry<String>& entry) 
     if (!isRead && position == before) return Step::End;
     if (!isRead && value.type == 0) return Step::Unreadable;
     if (!isRead && ui.type == 0) xmlTableEntryGet(handle, &before, nullptr, &ui);
-    FillEntry(NameIn(ui), value, ui, entry);
+    FillEntry(NameOf(ui), value, ui, entry);
     return Step::Entry;
 }
 
-// Reads the first entry of a name. Returns false when there is none that can be read.
+// Reads the first entry of that name. Returns false if there is none, or it has no known type.
 template <class String>
 bool ReadByName(void* handle, const Text& name, BasicEntry<String>& entry) {
     TableEntryValueInfoStruct value;
     TableEntryUInfoStruct ui;
-    if (!PutKey(name, value)) return false;
+    if (!SetLookUpName(name, value)) return false;
     const bool isRead = xmlTableEntryGet(handle, nullptr, &value, &ui);
     if (!isRead && value.type == 0) return false;
     if (isRead || ui.type != 0) {
         FillEntry(name.units(), value, ui, entry);
         return true;
     }
-    // A value without an 8-bit form: its presentation data are given to an enumeration only.
+    // The value has no 8-bit form. Only an enumeration can read the presentation data of such an entry.
     std::uint64_t position = 0;
     for (Step step = Step::Unreadable; step != Step::End; step = ReadNext(handle, position, entry)) {
         if (step != Step::Entry) continue;
@@ -75,9 +75,9 @@ bool ReadByName(void* handle, const Text& name, BasicEntry<String>& entry) {
 
 }  // namespace front
 
-// Walks through the entries of a table; made by begin() of a range. It reads one entry at each step, and reads nothing
-// ahead. It may be copied and dropped at any time, and keeps its table alive. The entry on which it stands must not be
-// removed before the next step.
+// An iterator over the entries of a table, from BasicEntryRange::begin. Each step reads one entry, none is read ahead.
+// It can be copied and destroyed at any time, and keeps its table alive. Its current entry must not be removed before
+// the next step.
 template <class String>
 class BasicEntryIterator {
   public:
@@ -106,7 +106,7 @@ class BasicEntryIterator {
         return old;
     }
 
-    // Position variable for the table functions of mox_xmlApi.h, referring to this entry; 0 at the end.
+    // A position variable for the table functions of mox_xmlApi.h that refers to the current entry; 0 at the end.
     std::uint64_t position() const noexcept { return position_; }
 
     friend bool operator==(const BasicEntryIterator& a, const BasicEntryIterator& b) noexcept {
@@ -122,8 +122,8 @@ class BasicEntryIterator {
     BasicEntry<String> entry_;
 };
 
-// The entries of a table in document order. Elements that cannot be read as entries, because they lack a known type,
-// are passed over. It keeps its table alive, a temporary one as well.
+// The entries of a table in document order. Elements without a known type cannot be read as entries and are skipped. A
+// range keeps its table alive, also a temporary one.
 template <class String>
 class BasicEntryRange {
   public:

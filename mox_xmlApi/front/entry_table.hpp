@@ -1,4 +1,4 @@
-// What tables and sections have in common in the C++ front: their entries.
+// EntryTable, the base class of Table and Section in the C++ front.
 // Part of mox_xmlApi.hpp; valid in C++17 and later.
 #ifndef MOX_XMLAPI_FRONT_ENTRY_TABLE_HPP
 #define MOX_XMLAPI_FRONT_ENTRY_TABLE_HPP
@@ -17,9 +17,9 @@
 
 namespace mox {
 
-// The entries of a Table or a Section. An entry is known by its name alone; of several with one name the first is
-// meant. No function takes an empty name, but for remove and removeAll. Where an entry is wanted, an element without a
-// known type counts as none.
+// The entries of a Table or a Section. An entry is identified by its name alone; if several have the same name, the
+// first is used. Only remove and removeAll accept an empty name. An element without a known type cannot be read as an
+// entry.
 class EntryTable {
   public:
     using Entries = BasicEntryRange<std::string>;
@@ -28,34 +28,34 @@ class EntryTable {
     EntryTable(const EntryTable&) = delete;
     EntryTable& operator=(const EntryTable&) = delete;
 
-    // False for an object that was moved from. All its functions fail, or find nothing.
+    // False if the object was moved from. All its functions then fail, or find nothing.
     explicit operator bool() const noexcept { return handle_ != nullptr; }
 
-    // For calls of the exports themselves. It stays this object's, and must not be disposed.
+    // The handle, for calling the exports directly. This object keeps it: it must not be disposed.
     void* handle() const noexcept { return handle_.get(); }
 
     // ---- reading
 
-    // for (const mox::Entry& entry : table.entries()). The loop may be left at any time. Entries may be added and
-    // changed in it, but not removed: take list() for that.
+    // The entries in document order, read one by one: for (const mox::Entry& entry : table.entries()). The loop can be
+    // left at any time. It may add and change entries, but not remove them; use list() for that.
     Entries entries() const { return Entries(handle_); }
     Entries16 entries16() const { return Entries16(handle_); }
 
-    // The entries as values of their own.
+    // The entries in document order, all read at once.
     std::vector<Entry> list() const { return ListOf<std::string>(); }
     std::vector<Entry16> list16() const { return ListOf<std::u16string>(); }
 
-    // The entry of that name; nothing when there is none.
+    // The entry of that name; nullopt if there is none, or it has no known type.
     std::optional<Entry> find(const Text& name) const { return Find<std::string>(name); }
     std::optional<Entry16> find16(const Text& name) const { return Find<std::u16string>(name); }
 
-    // Whether there is an element of that name, readable or not.
+    // Whether there is an element of that name, with a known type or not.
     bool contains(const Text& name) const {
         TableEntryBaseInfoStruct key;
-        return front::PutKey(name, key) && xmlTableEntryIsExist(handle(), &key);
+        return front::SetLookUpName(name, key) && xmlTableEntryIsExist(handle(), &key);
     }
 
-    // How many elements there are that entries() passes over.
+    // The number of elements that entries() skips because they have no known type.
     std::size_t countUnreadable() const {
         std::size_t count = 0;
         std::uint64_t position = 0;
@@ -70,44 +70,47 @@ class EntryTable {
     // ---- writing
     // NOLINTBEGIN(readability-make-member-function-const): they change the document
 
-    // Adds an entry after the last one, or before the first one named `next`, which is looked for from the start.
+    // Adds an entry after the last one, or before the first one named `next`, which takes a scan from the start.
     //
-    // Returns false, with nothing added, when the name is taken already, when there is no `next`, and for what cannot
-    // be stored: a name of more than 259 units, a type that is none, a value that is not well-formed, and a value of
-    // the presentation data without a comment. Where `value` goes to the presentation data (see BasicEntry), theirs
-    // needs no comment, but cannot be another one.
-    bool add(const Entry& entry, Mark mark = Mark::No) { return front::AddEntry(handle(), 0, entry, mark); }
-    bool add(const Entry16& entry, Mark mark = Mark::No) { return front::AddEntry(handle(), 0, entry, mark); }
-    bool addBefore(const Text& next, const Entry& entry, Mark mark = Mark::No) {
-        return AddBefore(next, entry, mark);
+    // Returns false, with nothing added, if the name exists already, if there is no `next`, or if the entry cannot be
+    // stored: its name is empty or has more than 259 units, its type is unknown, a value contains an unpaired surrogate
+    // and the type is not UcString, a text is invalid (see Text), or the presentation data have a value but no comment.
+    // If `value` is written to the presentation data (see BasicEntry), their own value needs no comment, but has to be
+    // the same.
+    bool add(const Entry& entry, Eud eud = Eud::DoNotSet) { return front::AddEntry(handle(), 0, entry, eud); }
+    bool add(const Entry16& entry, Eud eud = Eud::DoNotSet) {
+        return front::AddEntry(handle(), 0, entry, eud);
     }
-    bool addBefore(const Text& next, const Entry16& entry, Mark mark = Mark::No) {
-        return AddBefore(next, entry, mark);
+    bool addBefore(const Text& next, const Entry& entry, Eud eud = Eud::DoNotSet) {
+        return AddBefore(next, entry, eud);
+    }
+    bool addBefore(const Text& next, const Entry16& entry, Eud eud = Eud::DoNotSet) {
+        return AddBefore(next, entry, eud);
     }
 
-    // Changes the entry of that name, marked or not, or adds it when there is none. What is missing, zero or empty in
-    // `entry` stays as it is in the table, but for the control of `ui`, for type, shape and an empty value.
+    // Changes the entry of that name, whatever its "eud", or adds it if there is none. Fields of `entry` that are
+    // nullopt, zero or empty leave the entry as it is; but type, shape, an empty `value` and the control of `ui` are
+    // always written. An "eud" that the entry has stays.
     //
-    // Returns false for what cannot be stored, as add does; an entry that existed may then have been changed in part.
-    bool put(const Entry& entry, Mark mark = Mark::No) { return front::PutEntryInto(handle(), entry, mark); }
-    bool put(const Entry16& entry, Mark mark = Mark::No) {
-        return front::PutEntryInto(handle(), entry, mark);
+    // Returns false for what cannot be stored, see add; an existing entry may then have been changed in part.
+    bool put(const Entry& entry, Eud eud = Eud::DoNotSet) { return front::PutEntry(handle(), entry, eud); }
+    bool put(const Entry16& entry, Eud eud = Eud::DoNotSet) { return front::PutEntry(handle(), entry, eud); }
+
+    // Changes the value of an entry, whatever its "eud", and nothing else. With Eud::DoNotSet, "eud" is removed; it may
+    // stay if the value was empty and is empty again. Returns false if there is no such entry, or if the value cannot
+    // be stored, see add; the entry is then unchanged.
+    bool setValue(const Text& name, const Text& value, Eud eud = Eud::DoNotSet) {
+        return front::SetEntryValue(handle(), name, value, true, eud);
     }
 
-    // Changes the value of an entry and nothing else, marked or not. Unless `mark` says Set, a mark is taken away.
-    // Returns false when there is no such entry, or its value cannot be stored, as in add; it then stays as it was.
-    bool setValue(const Text& name, const Text& value, Mark mark = Mark::No) {
-        return front::SetEntryValue(handle(), name, value, true, mark);
+    // The same, but an entry with eud="true" is left alone, and so is one without a value of its own, of which the
+    // exports do not tell whether it has "eud". Returns whether the entry has the value now.
+    bool setValueUnlessEud(const Text& name, const Text& value, Eud eud = Eud::DoNotSet) {
+        return front::SetEntryValue(handle(), name, value, false, eud);
     }
 
-    // The same, but a marked entry is left alone. Returns whether the entry has that value now. An entry without a
-    // value of its own cannot be told to be marked or not; it is left alone, too.
-    bool setValueUnlessMarked(const Text& name, const Text& value, Mark mark = Mark::No) {
-        return front::SetEntryValue(handle(), name, value, false, mark);
-    }
-
-    // Removes one of the entries of that name, the first, second and so on, or all of them, marked or not. An empty
-    // name means those whose name is empty. Returns whether something was removed.
+    // Removes one of the entries of that name (`occurrence` 0 is the first), or all of them, whatever their "eud". An
+    // empty name means the entries whose name is empty. Returns whether an entry was removed.
     bool remove(const Text& name, std::int32_t occurrence = 0) { return Remove(name, occurrence, 0); }
     bool removeAll(const Text& name) { return Remove(name, -1, 1); }
 
@@ -118,11 +121,11 @@ class EntryTable {
 
     // ---- saving
 
-    // Writes the table's document, or a section's element alone, to a wide file, which is created or overwritten. A
-    // failure may leave it incomplete.
+    // Writes the document of a table, or only the element of a section, to a wide file, which is created or overwritten
+    // in place. Returns false on failure, which may leave the file incomplete.
     bool save(const Text& path) const { return path.isValid() && xmlTableSave(handle(), path.c_str(), 0, 0); }
 
-    // The same, but at any time the file is the old or the new one, whole. See front/replace_file.hpp.
+    // The same, but replaces the file atomically: a failure leaves the old file. See front/replace_file.hpp.
     bool saveReplacing(const Text& path) const {
         const auto write = [this](const wchar16* temporary) {
             return xmlTableSave(handle(), temporary, 0, 0);
@@ -152,18 +155,18 @@ class EntryTable {
     }
 
     template <class String>
-    bool AddBefore(const Text& next, const BasicEntry<String>& entry, Mark mark) {
+    bool AddBefore(const Text& next, const BasicEntry<String>& entry, Eud eud) {
         if (!next.isValid() || next.units().empty()) return false;
         for (auto at = entries16().begin(); at != Entries16::iterator(); ++at) {
             if (Text(at->name).units() == next.units())
-                return front::AddEntry(handle(), at.position(), entry, mark);
+                return front::AddEntry(handle(), at.position(), entry, eud);
         }
         return false;
     }
 
     bool Remove(const Text& name, std::int32_t occurrence, std::int32_t removeAll) const {
         TableEntryBaseInfoStruct key;
-        return name.isValid() && front::PutName(name.units(), key) &&
+        return name.isValid() && front::SetRecordName(name.units(), key) &&
                xmlTableRemoveEntry(handle(), &key, occurrence, removeAll);
     }
 

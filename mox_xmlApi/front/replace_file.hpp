@@ -1,20 +1,20 @@
-// Replaces a file so that at any time it is the old one or the new one, whole: a crash, a full disk or a process that
-// is killed leaves no half of a file.
+// Replaces a file atomically: after a crash, a full disk or the end of the process, it is the whole old file or the
+// whole new one.
 // Part of mox_xmlApi.hpp; valid in C++17 and later.
 //
-// The new file is written under a name of its own in the same folder, flushed to the disk, and renamed over the old
-// one. So the folder must be writable, and there must be room for both. In detail:
+// The new content is written to a temporary file in the same folder, which is flushed to the disk and renamed to the
+// name of the old file. So the folder must be writable, and the disk must have room for both. In detail:
 //
-// - Links: the file that a symbolic link leads to is replaced, and the link stays. Other hard links to the old file
-//   keep the old content.
-// - Rights: an existing file keeps its mode bits and, as far as the process may say so, its owner and group; on Windows
-//   its attributes, while access rights are those that the folder gives to a new file. A new file gets what every new
-//   file gets.
-// - A file that the process may not write, or that is no regular file, is not replaced.
-// - After a failure the old file is as it was, and the temporary file is gone. Only a process that dies leaves it
-//   behind: ".mox-<number>-<number>.tmp" in the folder of the file.
-// - After the renaming the folder is flushed, too, where the system can do that. A failure of that is no failure: the
-//   new file is in place.
+// - A symbolic link stays, and the file that it refers to is replaced. Other hard links to the old file keep the old
+//   content.
+// - An existing file keeps its mode bits and, as far as the process is permitted to set them, its owner and group. On
+//   Windows it keeps its attributes, but gets the access rights that the folder gives to a new file. A new file gets
+//   the defaults of the system.
+// - A file that the process may not write, or that is not a regular file, is not replaced.
+// - After a failure the old file is unchanged and the temporary file is removed. Only if the process ends in the middle
+//   does it stay: ".mox-<number>-<number>.tmp" in the folder of the file.
+// - On POSIX systems the folder is flushed after the renaming. An error of that is ignored, because the new file is in
+//   place.
 #ifndef MOX_XMLAPI_FRONT_REPLACE_FILE_HPP
 #define MOX_XMLAPI_FRONT_REPLACE_FILE_HPP
 
@@ -31,8 +31,8 @@
 
 namespace mox::front {
 
-// A file name that no other thread of this process, and most likely no other process, uses. Who makes the file must
-// still see that it is new.
+// Returns a file name that no other thread of this process uses, and most likely no other process. The caller still has
+// to check that the file is new.
 inline std::string TemporaryName() {
     static std::atomic<std::uint32_t> number{0};
     std::string name(".mox-");
@@ -40,7 +40,7 @@ inline std::string TemporaryName() {
     return name;
 }
 
-// Gives a temporary file up again unless it took its place.
+// Removes a temporary file at the end of the scope, unless it has replaced its target.
 class TemporaryFileGuard {
   public:
     explicit TemporaryFileGuard(TemporaryFile& file) noexcept : file_(file) {}
@@ -52,22 +52,22 @@ class TemporaryFileGuard {
     TemporaryFile& file_;
 };
 
-// Replaces the file at `path`, or makes it. `write(temporary)` has to write the new content to the file of that name,
-// which exists and is empty, and to return whether it could. Returns whether the new file is in place. What `write`
-// throws passes through, and is a failure.
+// Replaces the file at `path`, or creates it. `write(temporary)` has to write the new content to the file of that name,
+// which exists and is empty, and to return whether that succeeded. Returns whether the new file is in place. What
+// `write` throws passes through, and the old file is unchanged.
 template <class Write>
 bool ReplaceWholeFile(const Text& path, Write write) {
     if (!path.isValid() || path.units().empty()) return false;
-    constexpr int kMostTries = 1000;  // each name that is taken already costs one
+    constexpr int kMaxTries = 1000;  // each name that exists already costs one
     TemporaryFile file;
     const TemporaryFileGuard guard(file);
-    if (!file.Find(path.units())) return false;
+    if (!file.SetTarget(path.units())) return false;
     int tries = 0;
     while (!file.Create(TemporaryName())) {
-        if (!file.IsNameTaken() || ++tries == kMostTries) return false;
+        if (!file.IsNameTaken() || ++tries == kMaxTries) return false;
     }
     const Text temporary(file.Path());
-    return temporary.isValid() && write(temporary.c_str()) && file.TakePlace();
+    return temporary.isValid() && write(temporary.c_str()) && file.ReplaceTarget();
 }
 
 }  // namespace mox::front

@@ -1,4 +1,4 @@
-// The system's part of front/replace_file.hpp, for POSIX systems. Valid in C++17 and later.
+// The part of front/replace_file.hpp for POSIX systems. Valid in C++17 and later.
 #ifndef MOX_XMLAPI_FRONT_REPLACE_FILE_POSIX_HPP
 #define MOX_XMLAPI_FRONT_REPLACE_FILE_POSIX_HPP
 
@@ -20,7 +20,7 @@ inline std::uint64_t ProcessNumber() {
     return static_cast<std::uint64_t>(getpid());
 }
 
-// A file beside the one that it is to replace.
+// A new file in the folder of the file that it is to replace, the target.
 class TemporaryFile {
   public:
     TemporaryFile() = default;
@@ -28,8 +28,8 @@ class TemporaryFile {
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() { CloseFile(); }
 
-    // Finds the file to replace, through links. Returns false when it may not be replaced.
-    bool Find(UnitsView path) {
+    // Sets the file to replace, following links. Returns false if it cannot be replaced.
+    bool SetTarget(UnitsView path) {
         target_ = Utf8Of(path);
         if (!FollowLinks()) return false;
         isReplacing_ = stat(target_.c_str(), &old_) == 0;
@@ -37,15 +37,15 @@ class TemporaryFile {
         return S_ISREG(old_.st_mode) && faccessat(AT_FDCWD, target_.c_str(), W_OK, AT_EACCESS) == 0;
     }
 
-    // Makes the file in the folder of the other; until it takes its place, nobody else may read what was in a file
-    // with fewer rights.
+    // Creates the file. While it has to replace an existing one, whose mode may be stricter, only the owner can read
+    // it. Returns false on failure; IsNameTaken tells whether the name exists already.
     bool Create(const std::string& name) {
         constexpr mode_t kOwnerOnly = 0600;
-        constexpr mode_t kAsUsual = 0666;  // less what the process masks out
+        constexpr mode_t kDefaultMode = 0666;  // less the umask of the process
         path_ = Folder().append(name);
         do {
             file_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                         isReplacing_ ? kOwnerOnly : kAsUsual);
+                         isReplacing_ ? kOwnerOnly : kDefaultMode);
         } while (file_ < 0 && errno == EINTR);
         if (file_ < 0) {
             isNameTaken_ = errno == EEXIST;
@@ -57,9 +57,9 @@ class TemporaryFile {
     bool IsNameTaken() const noexcept { return isNameTaken_; }
     const std::string& Path() const noexcept { return path_; }
 
-    // Flushes the file and puts it in the place of the other.
-    bool TakePlace() {
-        if (isReplacing_ && !TakeRights()) return false;
+    // Flushes the file and renames it to the target. Returns false on failure; the target is then unchanged.
+    bool ReplaceTarget() {
+        if (isReplacing_ && !CopyOwnerAndMode()) return false;
         if (fsync(file_) != 0 || !CloseFile()) return false;
         if (std::rename(path_.c_str(), target_.c_str()) != 0) return false;
         path_.clear();
@@ -67,20 +67,20 @@ class TemporaryFile {
         return true;
     }
 
-    // Removes the file unless it took its place.
+    // Removes the file unless it has replaced the target.
     void Discard() noexcept {
         if (!path_.empty()) unlink(path_.c_str());
         path_.clear();
     }
 
   private:
-    // The folder of the file to replace, with its slash; empty for the current one.
+    // The folder of the target, with a slash at its end; empty for the current one.
     std::string Folder() const { return target_.substr(0, target_.rfind('/') + 1); }
 
-    // Links are followed by hand, so that one that leads to no file yet is kept, too.
+    // Follows links step by step, because one to a file that does not exist yet has to stay, too.
     bool FollowLinks() {
-        constexpr int kMostLinks = 40;
-        for (int links = 0; links < kMostLinks; ++links) {
+        constexpr int kMaxLinks = 40;
+        for (int links = 0; links < kMaxLinks; ++links) {
             struct stat status;
             if (lstat(target_.c_str(), &status) != 0) return errno == ENOENT;
             if (!S_ISLNK(status.st_mode)) return true;
@@ -94,9 +94,9 @@ class TemporaryFile {
         return false;
     }
 
-    // Changing the owner may take mode bits away, so these come after it. Only the superuser may give a file away; the
-    // group is left to be the process's when it may not be kept.
-    bool TakeRights() const {
+    // The mode is set last, because changing the owner may clear mode bits. Only the superuser can change the owner; if
+    // the group cannot be set either, it stays the group of the process.
+    bool CopyOwnerAndMode() const {
         struct stat now;
         if (fstat(file_, &now) != 0) return false;
         if ((now.st_uid != old_.st_uid || now.st_gid != old_.st_gid) &&

@@ -1,7 +1,7 @@
-// The system's part of front/replace_file.hpp, for Windows. Valid in C++17 and later.
+// The part of front/replace_file.hpp for Windows. Valid in C++17 and later.
 //
-// <windows.h> would bring its macros into every program that includes the front, so the few functions that are needed
-// are declared here, just as it declares them: a program may include it as well, before or after.
+// <windows.h> would define its macros in every program that includes the front. The few functions that are needed are
+// declared here instead, in the same way, so that a program can still include that header before or after.
 #ifndef MOX_XMLAPI_FRONT_REPLACE_FILE_WINDOWS_HPP
 #define MOX_XMLAPI_FRONT_REPLACE_FILE_WINDOWS_HPP
 
@@ -38,7 +38,7 @@ inline constexpr unsigned long kGenericWrite = 0x40000000;
 inline constexpr unsigned long kShareAll = 7;
 inline constexpr unsigned long kCreateNew = 1;
 inline constexpr unsigned long kOpenExisting = 3;
-inline constexpr unsigned long kBackupSemantics = 0x02000000;  // opens folders, too
+inline constexpr unsigned long kBackupSemantics = 0x02000000;  // allows opening a folder
 inline constexpr unsigned long kReadOnly = 0x01;
 inline constexpr unsigned long kDirectory = 0x10;
 inline constexpr unsigned long kNormal = 0x80;
@@ -75,15 +75,15 @@ inline std::uint64_t ProcessNumber() {
     return win::GetCurrentProcessId();
 }
 
-// A file beside the one that it is to replace.
+// A new file in the folder of the file that it is to replace, the target.
 class TemporaryFile {
   public:
     TemporaryFile() = default;
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    // Finds the file to replace, through links. Returns false when it may not be replaced.
-    bool Find(UnitsView path) {
+    // Sets the file to replace, following links. Returns false if it cannot be replaced.
+    bool SetTarget(UnitsView path) {
         target_.assign(path.begin(), path.end());
         attributes_ = win::GetFileAttributesW(target_.c_str());
         if (attributes_ == win::kNoAttributes) return win::GetLastError() == win::kErrorFileNotFound;
@@ -91,7 +91,7 @@ class TemporaryFile {
         return attributes_ != win::kNoAttributes && (attributes_ & (win::kDirectory | win::kReadOnly)) == 0;
     }
 
-    // Makes the file in the folder of the other.
+    // Creates the file. Returns false on failure; IsNameTaken tells whether the name exists already.
     bool Create(const std::string& name) {
         path_ = target_.substr(0, target_.find_last_of(L"/\\:") + 1);
         path_.append(name.begin(), name.end());
@@ -106,18 +106,19 @@ class TemporaryFile {
     bool IsNameTaken() const noexcept { return isNameTaken_; }
     const std::wstring& Path() const noexcept { return path_; }
 
-    // Flushes the file and puts it in the place of the other, in one step: ReplaceFileW would keep access rights, too,
-    // but it moves the old file away first, and what ends in between leaves no file of that name.
-    bool TakePlace() {
+    // Flushes the file and renames it to the target, in one step. Returns false on failure; the target is then
+    // unchanged. ReplaceFileW would keep access rights, too, but it moves the old file away first: a process that ends
+    // in between would leave no file of that name.
+    bool ReplaceTarget() {
         if (!Flush()) return false;
-        if (attributes_ != win::kNoAttributes && !TakeAttributes()) return false;
+        if (attributes_ != win::kNoAttributes && !CopyAttributes()) return false;
         if (win::MoveFileExW(path_.c_str(), target_.c_str(), win::kReplaceExisting | win::kWriteThrough) == 0)
             return false;
         path_.clear();
         return true;
     }
 
-    // Removes the file unless it took its place.
+    // Removes the file unless it has replaced the target.
     void Discard() noexcept {
         if (!path_.empty()) win::DeleteFileW(path_.c_str());
         path_.clear();
@@ -137,7 +138,7 @@ class TemporaryFile {
         return true;
     }
 
-    bool TakeAttributes() const {
+    bool CopyAttributes() const {
         const unsigned long attributes = attributes_ & win::kSettable;
         return win::SetFileAttributesW(path_.c_str(), attributes == 0 ? win::kNormal : attributes) != 0;
     }

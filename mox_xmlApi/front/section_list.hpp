@@ -23,7 +23,7 @@ struct FoundSection {
     bool isEditable = false;
 };
 
-// Releases a section handle, and after it the profile that it belongs to.
+// Releases a section handle, and the profile it belongs to after it.
 class SectionDisposer {
   public:
     explicit SectionDisposer(ProfileHandle profile) : profile_(std::move(profile)) {}
@@ -33,13 +33,14 @@ class SectionDisposer {
     ProfileHandle profile_;
 };
 
-inline FoundSection OwnSection(const ProfileHandle& profile, void* handle) {
+// Takes ownership of a section handle.
+inline FoundSection AdoptSection(const ProfileHandle& profile, void* handle) {
     FoundSection section;
     section.handle = TableHandle(handle, SectionDisposer(profile));
     return section;
 }
 
-// An enumeration of sections that is always brought to its end, since its position owns memory until then.
+// An enumeration of sections. Its destructor steps to the end, because the position owns memory until then.
 class SectionEnumeration {
   public:
     explicit SectionEnumeration(moxSettings* profile) noexcept : profile_(profile) {}
@@ -52,12 +53,12 @@ class SectionEnumeration {
                 xmlTableDispose(&handle);
             }
         } catch (...) {
-            // A step needs memory. Where there is none, leaking a little is what is left to do.
+            // A step needs memory. If there is none, the memory of the position leaks.
             position_ = 0;
         }
     }
 
-    // The next section's handle, which is then the caller's; null at the end.
+    // Returns the next section's handle, which the caller owns; null at the end.
     void* Next(wchar16* name, std::uint32_t size, std::uint32_t* editable) {
         return xmlEnumProfileSections(profile_, &position_, name, size, editable);
     }
@@ -67,43 +68,42 @@ class SectionEnumeration {
     std::uintptr_t position_ = 0;
 };
 
-// Reads the names of those sections whose names fill a buffer of `size` units and may be longer, into one that is four
-// times as large. A step cannot be taken twice, so each size takes an enumeration of its own. Returns whether one still
-// fills it.
+// Reads again, into a buffer of 4 * `size` units, the names that filled one of `size` units and may have been cut. A
+// step cannot be repeated, so each size takes a whole enumeration. Returns whether a name fills the new buffer, too.
 inline bool ReadLongNames(moxSettings* profile, std::vector<FoundSection>& sections, std::uint32_t size) {
     SectionEnumeration enumeration(profile);
     Units buffer(std::size_t{size} * 4, wchar16{0});
     bool isCut = false;
     for (FoundSection& section : sections) {
-        const bool isLong = section.name.size() + 1 == size;
-        void* handle = enumeration.Next(isLong ? buffer.data() : nullptr, size * 4, nullptr);
+        const bool mayBeCut = section.name.size() + 1 == size;
+        void* handle = enumeration.Next(mayBeCut ? buffer.data() : nullptr, size * 4, nullptr);
         xmlTableDispose(&handle);
-        if (!isLong) continue;
+        if (!mayBeCut) continue;
         section.name = ViewOf(buffer.data());
         isCut = isCut || section.name.size() + 1 == buffer.size();
     }
     return isCut;
 }
 
-// Every section with its whole name.
+// Returns every section with its whole name.
 inline std::vector<FoundSection> FindSections(const ProfileHandle& profile) {
-    constexpr std::uint32_t kUsualSize = 128;
-    constexpr std::uint32_t kLargestSize = std::uint32_t{1} << 29;
+    constexpr std::uint32_t kFirstSize = 128;
+    constexpr std::uint32_t kMaxSize = std::uint32_t{1} << 29;
     std::vector<FoundSection> sections;
     bool isCut = false;
     {
         SectionEnumeration enumeration(profile.get());
-        Units buffer(kUsualSize, wchar16{0});
+        Units buffer(kFirstSize, wchar16{0});
         std::uint32_t editable = 0;
-        while (void* const handle = enumeration.Next(buffer.data(), kUsualSize, &editable)) {
-            FoundSection section = OwnSection(profile, handle);
+        while (void* const handle = enumeration.Next(buffer.data(), kFirstSize, &editable)) {
+            FoundSection section = AdoptSection(profile, handle);
             section.name = ViewOf(buffer.data());
             section.isEditable = editable != 0;
             isCut = isCut || section.name.size() + 1 == buffer.size();
             sections.push_back(std::move(section));
         }
     }
-    for (std::uint32_t size = kUsualSize; isCut && size <= kLargestSize; size *= 4)
+    for (std::uint32_t size = kFirstSize; isCut && size <= kMaxSize; size *= 4)
         isCut = ReadLongNames(profile.get(), sections, size);
     return sections;
 }

@@ -1,11 +1,11 @@
-// Texts of the C++ front: 16-bit texts for the exports, made from UTF-8 or UTF-16 and given back as either.
+// Texts of the C++ front: conversion of UTF-8 and UTF-16 to the 16-bit texts of the exports, and back.
 // Part of mox_xmlApi.hpp; valid in C++17 and later.
 //
-// The library keeps rows of 16-bit units and never checks them, so a surrogate may stand without its partner. In
-// UTF-8 such a unit is given, and taken, as the three bytes that the UTF-8 pattern makes of its number (ED A0 80 to
-// ED BF BF). Thus every 16-bit text has a UTF-8 form, and comes back from it unit by unit. Two such forms that make a
-// pair are taken as the pair. Other bytes that are not UTF-8 (a stray or missing following byte, a longer form than
-// needed, numbers above 10FFFF) have no 16-bit form.
+// The library stores 16-bit units and never checks them, so a surrogate may be unpaired. Here its UTF-8 form is the
+// three bytes that the UTF-8 pattern gives for its number (ED A0 80 to ED BF BF). Every 16-bit text thus has a UTF-8
+// form, and converting that back gives the same units. Two such forms in a row that make a surrogate pair are read as
+// the pair. Other bytes that are not UTF-8 (a stray or missing continuation byte, an overlong form, a number above
+// 10FFFF) have no 16-bit form.
 #ifndef MOX_XMLAPI_FRONT_TEXT_HPP
 #define MOX_XMLAPI_FRONT_TEXT_HPP
 
@@ -22,15 +22,15 @@
 namespace mox {
 namespace front {
 
-// Text as the exports have it.
+// Text of the exports.
 using Units = std::basic_string<wchar16>;
 using UnitsView = std::basic_string_view<wchar16>;
 
-inline bool IsLead(char32_t unit) noexcept {
+inline bool IsLeadSurrogate(char32_t unit) noexcept {
     return unit >= 0xD800 && unit <= 0xDBFF;
 }
 
-inline bool IsTrail(char32_t unit) noexcept {
+inline bool IsTrailSurrogate(char32_t unit) noexcept {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
@@ -50,8 +50,9 @@ inline void AppendUtf8(std::string& out, char32_t character) {
     append(0x80 | (character & 0x3F));
 }
 
-// Copies the ASCII characters that `bytes` begins with, up to the first zero, to `units`, which has room for bytes.size()
-// units. Returns how many there are. Most texts are ASCII, so four characters are copied at a time (little-endian).
+// Copies the ASCII characters that `bytes` begins with, up to the first zero, to `units`, which has room for
+// bytes.size() units. Returns how many there are. Most texts are ASCII, so four characters are copied at a time
+// (little-endian).
 template <class Unit>
 std::size_t WidenAscii(std::string_view bytes, Unit* units) noexcept {
     std::size_t at = 0;
@@ -96,14 +97,14 @@ std::string Utf8Of(std::basic_string_view<Unit> text) {
     result.resize(at);
     for (; at < text.size(); ++at) {
         char32_t character = unit(at);
-        if (IsLead(character) && at + 1 < text.size() && IsTrail(unit(at + 1)))
+        if (IsLeadSurrogate(character) && at + 1 < text.size() && IsTrailSurrogate(unit(at + 1)))
             character = 0x10000 + ((character - 0xD800) << 10) + (unit(++at) - 0xDC00);
         AppendUtf8(result, character);
     }
     return result;
 }
 
-// Decodes the character, or the lone surrogate, that the non-empty `bytes` begin with, and removes it from them.
+// Decodes the character, or the unpaired surrogate, that the non-empty `bytes` begin with, and removes it from them.
 // Returns false if they do not begin with one; `bytes` and `character` are then unspecified.
 inline bool DecodeUtf8(std::string_view& bytes, char32_t& character) noexcept {
     const auto byte = [&bytes](std::size_t at) {
@@ -133,7 +134,7 @@ inline bool DecodeUtf8(std::string_view& bytes, char32_t& character) noexcept {
 }
 
 // Writes the 16-bit form of UTF-8 bytes to `units`, which has room for utf8.size() units: no form is longer. Returns
-// its length; nothing if there is no such form.
+// its length; nullopt if there is no such form.
 template <class Unit>
 std::optional<std::size_t> ConvertUtf8(std::string_view utf8, Unit* units) noexcept {
     static_assert(sizeof(Unit) == 2, "a 16-bit unit");
@@ -151,7 +152,7 @@ std::optional<std::size_t> ConvertUtf8(std::string_view utf8, Unit* units) noexc
     return length;
 }
 
-// The 16-bit form of UTF-8 bytes; nothing if there is none.
+// The 16-bit form of UTF-8 bytes; nullopt if there is none.
 template <class Unit>
 std::optional<std::basic_string<Unit>> UnitsOf(std::string_view utf8) {
     std::basic_string<Unit> result(utf8.size(), Unit{0});
@@ -161,7 +162,7 @@ std::optional<std::basic_string<Unit>> UnitsOf(std::string_view utf8) {
     return result;
 }
 
-// A 16-bit text in the string type that the caller asks for: std::string (UTF-8) or std::u16string.
+// A 16-bit text as std::string (UTF-8) or std::u16string.
 template <class String>
 String StringOf(UnitsView text) {
     if constexpr (sizeof(typename String::value_type) == 1) {
@@ -173,12 +174,12 @@ String StringOf(UnitsView text) {
 
 }  // namespace front
 
-// The UTF-8 form of a 16-bit text. There always is one, see the top of this file.
+// Returns the UTF-8 form of a 16-bit text. Every text has one, see the top of this file.
 inline std::string toUtf8(std::u16string_view text) {
     return front::Utf8Of(text);
 }
 
-// The 16-bit form of UTF-8 bytes; nothing when they have none, see the top of this file.
+// Returns the 16-bit form of UTF-8 bytes; nullopt if they have none, see the top of this file.
 inline std::optional<std::u16string> toUtf16(std::string_view utf8) {
     return front::UnitsOf<char16_t>(utf8);
 }
@@ -187,8 +188,8 @@ inline std::optional<std::u16string> toUtf16(std::string_view utf8) {
 // (std::u16string, std::u16string_view, u"..."; on Windows also std::wstring, std::wstring_view and L"..."). It holds a
 // copy of the text; a short one needs no allocated memory.
 //
-// A text that cannot be passed to the exports is invalid: bytes without a 16-bit form, a text that contains a zero unit,
-// a null pointer. A function that is given an invalid text fails and does nothing.
+// A text that cannot be passed to the exports is invalid: bytes without a 16-bit form, a text that contains a zero
+// unit, a null pointer. A function that is given an invalid text fails and does nothing.
 class Text {
   public:
     // NOLINTBEGIN(google-explicit-constructor): arguments are to convert implicitly

@@ -1,4 +1,4 @@
-// A program beside that of the tests, in a process of its own that can be killed.
+// A program in a process of its own, which a test can kill.
 #ifndef MOX_XMLAPI_TESTS_FRONT_CHILD_PROGRAM_SUPPORT_H
 #define MOX_XMLAPI_TESTS_FRONT_CHILD_PROGRAM_SUPPORT_H
 
@@ -9,10 +9,10 @@
 
 namespace front_tests {
 
-// Killed at the end of its scope, if not before.
+// Kills the process at the end of its scope.
 class ChildProgram {
   public:
-    // Starts the program of that name from the folder of the tests' own program.
+    // Starts the program of that name from the folder of the test program.
     ChildProgram(const std::string& name, const std::vector<std::filesystem::path>& arguments);
     ~ChildProgram() { Kill(); }
     ChildProgram(const ChildProgram&) = delete;
@@ -20,7 +20,7 @@ class ChildProgram {
 
     bool IsStarted() const { return process_ != 0; }
 
-    // Ends it at once, as no program can prevent, and waits until it is gone. Returns whether it was running until
+    // Kills the process, which it cannot prevent, and waits until it has ended. Returns whether it was running until
     // then.
     bool Kill();
 

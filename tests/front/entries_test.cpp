@@ -68,7 +68,7 @@ TEST(FrontEntries, EveryFieldIsRead) {
     ExpectFull(*profile.findSection("S")->find("Drill"));
 }
 
-TEST(FrontEntries, WhatIsMissingIsEmpty) {
+TEST(FrontEntries, MissingFieldsAreEmpty) {
     const Table table = TableWith("<Var name=\"A\" type=\"ucstring\"/><Var type=\"byte\" array=\"array\"/>");
     const std::vector<Entry> entries = table.list();
     ASSERT_EQ(entries.size(), 2U);
@@ -81,7 +81,7 @@ TEST(FrontEntries, WhatIsMissingIsEmpty) {
     EXPECT_EQ(entries[1].shape, Shape::Array);
 }
 
-TEST(FrontEntries, AnyPresentationFieldAloneCounts) {
+TEST(FrontEntries, AnyPresentationFieldAunpairedCounts) {
     for (const char* ui :
          {"<UI control=\"rgb\"/>", "<UI prov_index=\"1\"/>", "<UI prov_owner=\"erg\"/>", "<UI name=\"n\"/>",
           "<UI><Comment>c</Comment></UI>", "<UI><Value>v</Value></UI>"}) {
@@ -105,7 +105,7 @@ TEST(FrontEntries, TheEffectiveValueFallsBackToThePresentationData) {
     EXPECT_EQ(table.find16("C")->effectiveValue(), u"");
 }
 
-TEST(FrontEntries, ALoopPassesOverWhatIsNoEntry) {
+TEST(FrontEntries, ALoopSkipsElementsThatAreNotEntries) {
     const Table table = TableWith(
         "<Var name=\"X\"/><Var name=\"A\" type=\"long\"/><!--c--><Var name=\"Y\" type=\"what\"/>"
         "<Var name=\"Z\"/><Other name=\"B\" type=\"long\"/><Var name=\"W\"/>");
@@ -131,7 +131,7 @@ TEST(FrontEntries, AnEmptyOrImpossibleNameFindsNothing) {
     }
 }
 
-TEST(FrontEntries, ALoopMayBeLeftAndIteratorsCopied) {
+TEST(FrontEntries, ALoopCanBeLeftAndIteratorsCopied) {
     const Table table = TableWith(
         "<Var name=\"A\" type=\"long\"/><Var name=\"B\" type=\"long\"/><Var name=\"C\" type=\"long\"/>");
     for (const Entry16& entry : table.entries16()) {
@@ -175,7 +175,7 @@ TEST(FrontEntries, ALoopMayAddAndChange) {
     EXPECT_EQ(names, "ABC");
 }
 
-TEST(FrontEntries, TextsBeyondAsciiComeInBothEncodings) {
+TEST(FrontEntries, TextsBeyondAsciiAreReadInBothEncodings) {
     const Table table = WideTableWith(
         u"<Var name=\"\u00FC\" type=\"string\"><Value>\u4E2D</Value><UI name=\"\u00E4\"><Comment>\U0001F600"
         u"</Comment><Value>\u03B1</Value></UI></Var>"
@@ -194,32 +194,34 @@ TEST(FrontEntries, TextsBeyondAsciiComeInBothEncodings) {
     EXPECT_EQ(table.find16("w")->value, u"\u4E2D");
 }
 
-// Names, shown names, comments and 16-bit values travel as they are; other values need an 8-bit form.
-TEST(FrontEntries, ValuesThatARecordCannotHoldAreNothing) {
-    const std::u16string lone{0xD800};
+// Names, shown names, comments and 16-bit values are read unit by unit; other values need an 8-bit form.
+TEST(FrontEntries, ValuesThatARecordCannotHoldAreNullopt) {
+    const std::u16string unpaired{0xD800};
     struct Case {
         const char16_t* type;
         std::optional<std::u16string> held;
     };
-    for (const auto& [type, held] : {Case{u"string", std::nullopt}, Case{u"ucstring", lone}}) {
+    for (const auto& [type, held] : {Case{u"string", std::nullopt}, Case{u"ucstring", unpaired}}) {
         std::u16string text =
-            u"<Var name=\"0\" type=\"long\"/><Var name=\"" + lone + u"\" id=\"5\" type=\"" + type;
-        text += u"\"><Value>" + lone + u"</Value><UI control=\"num\" name=\"" + lone + u"\"><Comment>" + lone;
+            u"<Var name=\"0\" type=\"long\"/><Var name=\"" + unpaired + u"\" id=\"5\" type=\"" + type;
+        text += u"\"><Value>" + unpaired + u"</Value><UI control=\"num\" name=\"" + unpaired +
+                u"\"><Comment>" + unpaired;
         text += u"</Comment><Value>ok</Value></UI></Var><Var name=\"B\" type=\"" + std::u16string(type);
-        text += u"\"><Value>ok</Value><UI control=\"num\"><Value>" + lone + u"</Value></UI></Var>";
-        text += u"<Var name=\"C\" type=\"" + std::u16string(type) + u"\"><Value>" + lone + u"</Value></Var>";
+        text += u"\"><Value>ok</Value><UI control=\"num\"><Value>" + unpaired + u"</Value></UI></Var>";
+        text +=
+            u"<Var name=\"C\" type=\"" + std::u16string(type) + u"\"><Value>" + unpaired + u"</Value></Var>";
         const Table table = WideTableWith(text);
 
         const std::vector<Entry16> list = table.list16();
         ASSERT_EQ(list.size(), 4U);
-        for (const Entry16& entry : {list[1], *table.find16(lone)}) {
-            EXPECT_EQ(entry.name, lone);
+        for (const Entry16& entry : {list[1], *table.find16(unpaired)}) {
+            EXPECT_EQ(entry.name, unpaired);
             EXPECT_EQ(entry.value, held);
             EXPECT_EQ(entry.id, 5U);
             ASSERT_TRUE(entry.ui.has_value());
             EXPECT_EQ(entry.ui->control, Control::Number);
-            EXPECT_EQ(entry.ui->shownName, lone);
-            EXPECT_EQ(entry.ui->comment, lone);
+            EXPECT_EQ(entry.ui->shownName, unpaired);
+            EXPECT_EQ(entry.ui->comment, unpaired);
             EXPECT_EQ(entry.ui->value, u"ok");
             EXPECT_EQ(entry.effectiveValue(), held.value_or(u""));
         }
@@ -238,7 +240,7 @@ TEST(FrontEntries, ValuesThatARecordCannotHoldAreNothing) {
     }
 }
 
-TEST(FrontEntries, APresentationValueThatARecordCannotHoldCountsAlone) {
+TEST(FrontEntries, APresentationValueThatARecordCannotHoldMakesPresentationData) {
     const Table table = WideTableWith(u"<Var name=\"A\" type=\"string\"><Value>ok</Value><UI><Value>" +
                                       std::u16string{0xD800} + u"</Value></UI></Var>");
     const Entry entry = *table.find("A");
@@ -249,9 +251,9 @@ TEST(FrontEntries, APresentationValueThatARecordCannotHoldCountsAlone) {
 
 TEST(FrontEntries, ARecordWhoseTextWasNeverSetHasNoValue) {
     const TableEntryValueInfoStruct record;
-    EXPECT_EQ(mox::front::ValueIn<std::string>(record, mox::front::kWideType), std::nullopt);
-    EXPECT_EQ(mox::front::ValueIn<std::u16string>(record, mox::front::kWideType), std::nullopt);
-    EXPECT_EQ(mox::front::ValueIn<std::string>(record, 3), std::nullopt);
+    EXPECT_EQ(mox::front::ValueOf<std::string>(record, mox::front::kWideType), std::nullopt);
+    EXPECT_EQ(mox::front::ValueOf<std::u16string>(record, mox::front::kWideType), std::nullopt);
+    EXPECT_EQ(mox::front::ValueOf<std::string>(record, 3), std::nullopt);
 }
 
 TEST(FrontEntries, LongNamesAreCutAndLongTextsAreNot) {

@@ -1,4 +1,4 @@
-// Changing values and marks, and removing entries.
+// Changing values and "eud", and removing entries.
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
@@ -14,13 +14,13 @@ using front_tests::TableFile;
 using front_tests::TableWith;
 using mox::Control;
 using mox::Entry;
-using mox::Mark;
+using mox::Eud;
 using mox::Shape;
 using mox::Table;
 using mox::ValueType;
 
-const std::string kMarked = "<Var name=\"A\" type=\"long\" eud=\"true\"><Value>1</Value></Var>";
-const std::u16string kLone{0xD800};
+const std::string kWithEud = "<Var name=\"A\" type=\"long\" eud=\"true\"><Value>1</Value></Var>";
+const std::u16string kUnpaired{0xD800};
 
 TEST(FrontEntryChanges, SetValueChangesTheValueAlone) {
     Table table = TableWith("");
@@ -38,15 +38,15 @@ TEST(FrontEntryChanges, SetValueChangesTheValueAlone) {
     EXPECT_TRUE(table.setValue("A", "3"));
     read = *table.find("A");
     EXPECT_EQ(read.value, "3");
-    EXPECT_EQ(read.ui->shownName, "shown") << "the way over an empty value costs nothing";
+    EXPECT_EQ(read.ui->shownName, "shown") << "an empty value in between loses nothing";
     EXPECT_FALSE(table.setValue("B", "1"));
     EXPECT_FALSE(table.setValue("", "1"));
     EXPECT_FALSE(table.setValue("A", "\xFF"));
-    EXPECT_FALSE(table.setValue("A", kLone));
+    EXPECT_FALSE(table.setValue("A", kUnpaired));
     EXPECT_EQ(table.find("A")->value, "3");
 }
 
-TEST(FrontEntryChanges, SetValueGivesAnEntryAValueOfItsOwn) {
+TEST(FrontEntryChanges, SetValueGivesAnEntryItsOwnValue) {
     Table table = TableWith(
         "<Var name=\"0\" type=\"long\"><Value>1</Value></Var>"
         "<Var name=\"A\" type=\"long\"><UI control=\"num\" name=\"n\"><Value>1</Value></UI></Var>");
@@ -56,52 +56,52 @@ TEST(FrontEntryChanges, SetValueGivesAnEntryAValueOfItsOwn) {
     EXPECT_EQ(table.find("A")->ui->control, Control::Number);
 }
 
-TEST(FrontEntryChanges, SetValueReplacesOneThatARecordCannotHold) {
+TEST(FrontEntryChanges, SetValueReplacesAValueThatARecordCannotHold) {
     mox::Profile profile;
-    ASSERT_TRUE(profile.setString("S", "K", kLone));
+    ASSERT_TRUE(profile.setString("S", "K", kUnpaired));
     auto section = profile.findSection("S");
     ASSERT_EQ(section->find("K")->value, std::nullopt);
     EXPECT_TRUE(section->setValue("K", "1"));
     EXPECT_EQ(profile.getString("S", "K"), "1");
 }
 
-TEST(FrontEntryChanges, MarksAreSetKeptAndTakenAway) {
-    const std::string unmarked =
+TEST(FrontEntryChanges, EudIsSetKeptAndRemoved) {
+    const std::string withoutEud =
         TableFile({"\t<Var name=\"A\" type=\"long\" array=\"\">", "\t\t<Value>1</Value>", "\t</Var>"});
     Table table = TableWith("");
     ASSERT_TRUE(table.add({"A", "1", ValueType::Long}));
-    EXPECT_EQ(SavedBytes(table), unmarked);
-    Table marked = TableWith("");
-    ASSERT_TRUE(marked.add({"A", "1", ValueType::Long}, Mark::Set));
-    const std::string withMarks = TableFile(
+    EXPECT_EQ(SavedBytes(table), withoutEud);
+    Table other = TableWith("");
+    ASSERT_TRUE(other.add({"A", "1", ValueType::Long}, Eud::Set));
+    const std::string withEud = TableFile(
         {"\t<Var name=\"A\" type=\"long\" array=\"\" eud=\"true\">", "\t\t<Value>1</Value>", "\t</Var>"},
         "<Table name=\"T\" eud=\"true\">");
-    EXPECT_EQ(SavedBytes(marked), withMarks);
-    ASSERT_TRUE(table.put({"A", "1", ValueType::Long}, Mark::Set));
-    EXPECT_EQ(SavedBytes(table), withMarks);
+    EXPECT_EQ(SavedBytes(other), withEud);
+    ASSERT_TRUE(table.put({"A", "1", ValueType::Long}, Eud::Set));
+    EXPECT_EQ(SavedBytes(table), withEud);
     ASSERT_TRUE(table.put({"A", "2", ValueType::Long}));
     ASSERT_TRUE(table.put({"A", "1", ValueType::Long}));
-    EXPECT_EQ(SavedBytes(table), withMarks);
-    EXPECT_FALSE(table.setValueUnlessMarked("A", "2"));
-    EXPECT_TRUE(table.setValueUnlessMarked("A", "1")) << "that is its value";
-    EXPECT_EQ(SavedBytes(table), withMarks);
+    EXPECT_EQ(SavedBytes(table), withEud);
+    EXPECT_FALSE(table.setValueUnlessEud("A", "2"));
+    EXPECT_TRUE(table.setValueUnlessEud("A", "1")) << "that is its value";
+    EXPECT_EQ(SavedBytes(table), withEud);
     EXPECT_TRUE(table.setValue("A", "2"));
-    EXPECT_TRUE(table.setValueUnlessMarked("A", "3"));
-    EXPECT_TRUE(table.setValueUnlessMarked("A", "4", Mark::Set));
-    EXPECT_FALSE(table.setValueUnlessMarked("A", "5"));
+    EXPECT_TRUE(table.setValueUnlessEud("A", "3"));
+    EXPECT_TRUE(table.setValueUnlessEud("A", "4", Eud::Set));
+    EXPECT_FALSE(table.setValueUnlessEud("A", "5"));
     EXPECT_EQ(table.find("A")->value, "4");
-    EXPECT_TRUE(table.setValue("A", "6", Mark::Set));
-    EXPECT_FALSE(table.setValueUnlessMarked("A", "7"));
+    EXPECT_TRUE(table.setValue("A", "6", Eud::Set));
+    EXPECT_FALSE(table.setValueUnlessEud("A", "7"));
 }
 
-TEST(FrontEntryChanges, AnEntryWithoutAValueCannotBeToldToBeMarked) {
+TEST(FrontEntryChanges, SetValueUnlessEudLeavesAnEntryWithoutAValue) {
     Table table = TableWith("<Var name=\"A\" type=\"long\"/>");
     const std::string before = SavedBytes(table);
-    EXPECT_FALSE(table.setValueUnlessMarked("A", "1"));
+    EXPECT_FALSE(table.setValueUnlessEud("A", "1"));
     EXPECT_EQ(SavedBytes(table), before);
 }
 
-TEST(FrontEntryChanges, RemovalsTakeOneOfANameOrAll) {
+TEST(FrontEntryChanges, RemoveRemovesOneEntryOfANameAndRemoveAllEvery) {
     Table table = TableWith(
         "<Var name=\"A\" type=\"long\" id=\"1\"/><Var name=\"B\" type=\"long\"/><Var name=\"A\" "
         "type=\"long\" id=\"2\"/>"
@@ -124,9 +124,9 @@ TEST(FrontEntryChanges, RemovalsTakeOneOfANameOrAll) {
 }
 
 TEST(FrontEntryChanges, ASectionIsATable) {
-    mox::Profile profile = ProfileWith(kMarked);
+    mox::Profile profile = ProfileWith(kWithEud);
     auto section = profile.findSection("S");
-    EXPECT_FALSE(section->setValueUnlessMarked("A", "2"));
+    EXPECT_FALSE(section->setValueUnlessEud("A", "2"));
     EXPECT_TRUE(section->setValue("A", "2"));
     EXPECT_TRUE(section->add({"B", "3", ValueType::String, Shape::Single, 0, FullUi()}));
     EXPECT_EQ(profile.getInt("S", "A"), 2);

@@ -1,4 +1,4 @@
-// Adding and putting entries: a call that succeeds has stored what it was given.
+// add and put: a call that succeeds has stored what it was given.
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
@@ -25,7 +25,7 @@ const std::string kNoType = "<Var name=\"A\"><Value>1</Value></Var>";
 const std::string kValuesInUi =
     "<Var name=\"A\" type=\"long\"><UI control=\"num\"><Value>1</Value></UI></Var>"
     "<Var name=\"B\" type=\"long\"><Value>2</Value></Var>";
-const std::u16string kLone{0xD800};
+const std::u16string kUnpaired{0xD800};
 
 std::string NamesOf(const mox::EntryTable& table) {
     std::string names;
@@ -49,10 +49,10 @@ TEST(FrontEntryWrites, AddStoresTextsOfBothEncodings) {
         Table table = TableWith("");
         mox::Presentation16 ui;
         ui.control = Control::Text;
-        ui.shownName = u"\u00E4" + kLone;
-        ui.comment = u"\U0001F600" + kLone;
+        ui.shownName = u"\u00E4" + kUnpaired;
+        ui.comment = u"\U0001F600" + kUnpaired;
         ui.value = u"\u03B1";
-        const Entry16 entry{u"\u00FC" + kLone, u"\u4E2D\U0001F600", type, Shape::Single, 0, ui};
+        const Entry16 entry{u"\u00FC" + kUnpaired, u"\u4E2D\U0001F600", type, Shape::Single, 0, ui};
         ASSERT_TRUE(table.add(entry));
         const Entry16 read = table.list16().at(0);
         EXPECT_EQ(read.name, entry.name);
@@ -67,7 +67,7 @@ TEST(FrontEntryWrites, AddStoresTextsOfBothEncodings) {
     }
 }
 
-TEST(FrontEntryWrites, AddGoesToTheEndOrBeforeAnother) {
+TEST(FrontEntryWrites, AddAppendsAndAddBeforeInserts) {
     Table table = TableWith("");
     EXPECT_TRUE(table.add({"A", "1"}));
     EXPECT_TRUE(table.add({u"B", u"1"}));
@@ -82,7 +82,7 @@ TEST(FrontEntryWrites, AddGoesToTheEndOrBeforeAnother) {
     EXPECT_EQ(table.find("C")->ui->value, "ui value");
 }
 
-TEST(FrontEntryWrites, AddTakesNoValueToo) {
+TEST(FrontEntryWrites, AddAcceptsAnEntryWithoutAValue) {
     Table table = TableWith("");
     EXPECT_TRUE(table.add({"A"}));
     Presentation ui;
@@ -96,14 +96,14 @@ TEST(FrontEntryWrites, AddTakesNoValueToo) {
 TEST(FrontEntryWrites, AddRefusesWhatCannotBeStoredAndAddsNothing) {
     Table table = TableWith("<Var name=\"A\" type=\"long\"><Value>1</Value></Var>");
     const std::string before = SavedBytes(table);
-    EXPECT_FALSE(table.add({"A", "2"})) << "taken";
+    EXPECT_FALSE(table.add({"A", "2"})) << "exists already";
     EXPECT_FALSE(table.add({"", "2"}));
     EXPECT_FALSE(table.add({std::string(260, 'n'), "2"}));
     EXPECT_FALSE(table.add({"B\xFF", "2"}));
     EXPECT_FALSE(table.add({"B", "\xFF"}));
     EXPECT_FALSE(table.add({"B", std::string("a\0b", 3)}));
-    EXPECT_FALSE(table.add({u"B", kLone}));
-    EXPECT_FALSE(table.add({"B", "1", static_cast<ValueType>(99)})) << "no type, so it could not be read";
+    EXPECT_FALSE(table.add({u"B", kUnpaired}));
+    EXPECT_FALSE(table.add({"B", "1", static_cast<ValueType>(99)})) << "an unknown type could not be read";
     Presentation ui = FullUi();
     ui.comment = "\xFF";
     EXPECT_FALSE(table.add({"B", "1", ValueType::Long, Shape::Single, 0, ui}));
@@ -122,12 +122,12 @@ TEST(FrontEntryWrites, AddRefusesWhatCannotBeStoredAndAddsNothing) {
     EXPECT_FALSE(table.add({"B", "1", ValueType::Long, Shape::Single, 0, ui}));
     EXPECT_EQ(SavedBytes(table), before);
     EXPECT_TRUE(table.add({std::string(259, 'n'), "2"}));
-    EXPECT_TRUE(table.add({u"B", kLone, ValueType::UcString}));
-    EXPECT_EQ(table.find16("B")->value, kLone);
+    EXPECT_TRUE(table.add({u"B", kUnpaired, ValueType::UcString}));
+    EXPECT_EQ(table.find16("B")->value, kUnpaired);
 }
 
-// There every entry without a value of its own gets it in its presentation data.
-TEST(FrontEntryWrites, ATableWhoseFirstValueIsInThePresentationDataTakesOthers) {
+// In such a table the value of an entry without one of its own is stored in its presentation data.
+TEST(FrontEntryWrites, ATableWhoseFirstValueIsInThePresentationDataStoresValuesThere) {
     Table table = TableWith(kValuesInUi + "<Var name=\"_\" type=\"long\"/>");
     EXPECT_TRUE(table.add({"C", "3", ValueType::Long}));
     EXPECT_TRUE(table.put({"B", "4", ValueType::Double}));
@@ -145,7 +145,7 @@ TEST(FrontEntryWrites, ATableWhoseFirstValueIsInThePresentationDataTakesOthers) 
     EXPECT_EQ(NamesOf(table), "AB_C");
 }
 
-TEST(FrontEntryWrites, AnEntryWithoutAValueGoesBeforeOneWithPresentationData) {
+TEST(FrontEntryWrites, AnEntryWithoutAValueIsAddedBeforeOneWithPresentationData) {
     Table table = TableWith(kValuesInUi);
     EXPECT_TRUE(table.addBefore("A", {"D"}));
     EXPECT_EQ(NamesOf(table), "DAB");
@@ -168,7 +168,7 @@ TEST(FrontEntryWrites, PutAddsOrChanges) {
     EXPECT_EQ(NamesOf(table), "AB");
 }
 
-TEST(FrontEntryWrites, PutLeavesWhatIsEmptyAsItIs) {
+TEST(FrontEntryWrites, PutKeepsFieldsThatAreEmptyInTheRequest) {
     for (const ValueType type : {ValueType::Long, ValueType::UcString}) {
         Table table = TableWith("");
         ASSERT_TRUE(table.add({"A", "1", type, Shape::Single, 5, FullUi()}));

@@ -24,7 +24,7 @@ const std::string kSmall =
                  "\t\t<Var name=\"K\" type=\"string\" array=\"\">", "\t\t\t<Value>1</Value>", "\t\t</Var>",
                  "\t</Table>", host::kRootEnd});
 
-TEST(FrontFiles, ASaveWritesTheFormThatIsAskedFor) {
+TEST(FrontFiles, ASaveWritesTheRequestedForm) {
     const ScratchFolder folder;
     const std::u16string path = folder.Of("s.xml").u16string();
     const Profile profile = Small();
@@ -39,7 +39,7 @@ TEST(FrontFiles, ASaveWritesTheFormThatIsAskedFor) {
     EXPECT_EQ(folder.Names(), std::vector<std::string>{"s.xml"});
 }
 
-TEST(FrontFiles, ASaveToAPathThatIsNoTextWritesNothing) {
+TEST(FrontFiles, ASaveToAnInvalidPathWritesNothing) {
     EXPECT_FALSE(Small().save("a\xFF"));
     EXPECT_FALSE(Table::create("T").save("a\xFF"));
     EXPECT_FALSE(std::filesystem::exists("a"));
@@ -52,7 +52,7 @@ TEST(FrontFiles, ANewProfileIsWideAndAParsedOneNarrow) {
     EXPECT_EQ(front_tests::SavedBytes(*Profile::parse(kSmall)), host::NarrowFile(kSmall));
 }
 
-TEST(FrontFiles, TheFormIsFoundOutAndKept) {
+TEST(FrontFiles, TheFormIsDetectedAndKept) {
     const ScratchFolder folder;
     for (const Form form : {Form::Narrow, Form::Wide}) {
         const std::u16string path = folder.Of("s.xml").u16string();
@@ -67,7 +67,7 @@ TEST(FrontFiles, TheFormIsFoundOutAndKept) {
     }
 }
 
-TEST(FrontFiles, WhiteSpaceInFrontDoesNotHideTheForm) {
+TEST(FrontFiles, TheFormIsDetectedAfterLeadingWhiteSpace) {
     const ScratchFolder folder;
     for (const std::string& text : {host::NarrowFile("\n <a/>"), host::WideFile("\n <a/>")}) {
         host::WriteBytes(folder.Of("s.xml"), text);
@@ -77,7 +77,7 @@ TEST(FrontFiles, WhiteSpaceInFrontDoesNotHideTheForm) {
     }
 }
 
-TEST(FrontFiles, AGivenFormIsNotFoundOut) {
+TEST(FrontFiles, AGivenFormIsNotDetected) {
     const ScratchFolder folder;
     const std::u16string path = folder.Of("s.xml").u16string();
     ASSERT_TRUE(Small().save(path, Form::Narrow));
@@ -88,7 +88,7 @@ TEST(FrontFiles, AGivenFormIsNotFoundOut) {
     EXPECT_TRUE(Profile::open(path, Form::Wide).has_value());
 }
 
-TEST(FrontFiles, WhatCannotBeOpenedIsNothing) {
+TEST(FrontFiles, OpeningFailsForMissingAndBrokenFiles) {
     const ScratchFolder folder;
     host::WriteBytes(folder.Of("bad.xml"), "<a");
     const char* const null = nullptr;
@@ -118,7 +118,7 @@ TEST(FrontFiles, ATextNeedsNoZeroAfterItsEnd) {
     EXPECT_EQ(Profile::parse(std::string_view(text).substr(0, kSmall.size()))->getInt("S", "K"), 1);
 }
 
-TEST(FrontFiles, TextBeyondAsciiSurvivesAWideFileWithAStrangeName) {
+TEST(FrontFiles, TextBeyondAsciiIsKeptInAWideFileWithANonAsciiName) {
     const ScratchFolder folder;
     const std::string name =
         "Gr\xC3\xB6\xC3\x9F"
@@ -172,11 +172,11 @@ TEST(FrontFiles, ATableIsCreatedSavedAndOpened) {
     EXPECT_FALSE(Table::parse("<Table/>", "a\xFF").has_value());
 }
 
-TEST(FrontFiles, AMovedTableTakesItsDocumentAlong) {
+TEST(FrontFiles, AMovedTableKeepsItsDocument) {
     Table first = Table::create("T");
     ASSERT_TRUE(first.add({"K", "1"}));
     Table second = std::move(first);
-    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): what it is then is the matter here
+    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): its state after the move is tested
     EXPECT_FALSE(first.add({"L", "1"}));
     EXPECT_FALSE(first.save(host::ScratchFile().Path().u16string()));
     EXPECT_TRUE(first.list().empty());

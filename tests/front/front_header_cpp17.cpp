@@ -1,9 +1,9 @@
-// The C++ front in C++17, with nothing included before it. What it needs of <windows.h> it declares itself, in a way
-// that agrees with that header.
+// The C++ front in C++17, with nothing included before it. It declares the functions of Windows that it needs, in
+// agreement with <windows.h>.
 #include "mox_xmlApi/mox_xmlApi.hpp"
 
 #if defined(min) || defined(max) || defined(CreateFile) || defined(_WINDOWS_)
-#error "the front must not bring the macros of <windows.h>"
+#error "the front must not define the macros of <windows.h>"
 #endif
 #if defined(_WIN32)
 #include <windows.h>

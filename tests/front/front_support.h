@@ -1,5 +1,4 @@
-// What the tests of the C++ front share beside what host tests have: paths as the front takes them, and folders that
-// hold nothing else.
+// Support for the tests of the C++ front, in addition to that for the host tests.
 #ifndef MOX_XMLAPI_TESTS_FRONT_FRONT_SUPPORT_H
 #define MOX_XMLAPI_TESTS_FRONT_FRONT_SUPPORT_H
 
@@ -31,7 +30,7 @@ class ScratchFolder {
 
     std::filesystem::path Of(const char* name) const { return path_ / name; }
 
-    // The names of what is in it, sorted.
+    // The names of the files and folders in it, sorted.
     std::vector<std::string> Names() const {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(path_))
@@ -49,7 +48,7 @@ class ScratchFolder {
     std::filesystem::path path_;
 };
 
-// A profile over a settings document whose one section is named "S" and has these elements in it.
+// A settings document with the section "S", which contains these elements.
 inline mox::Profile ProfileWith(std::string_view entries) {
     std::string text(host::kDeclaration);
     text.append("\n").append(host::kRootStart).append("<Table name=\"S\">");
@@ -59,14 +58,14 @@ inline mox::Profile ProfileWith(std::string_view entries) {
     return profile.has_value() ? std::move(*profile) : mox::Profile();
 }
 
-// A table over a document whose table is named "T" and has these elements in it.
+// A table document with the table "T", which contains these elements.
 inline mox::Table TableWith(std::string_view entries) {
     auto table = mox::Table::parse(std::string("<Table name=\"T\">").append(entries).append("</Table>\n"));
     EXPECT_TRUE(table.has_value());
     return table.has_value() ? std::move(*table) : mox::Table::create("T");
 }
 
-// The bytes of the file that a save makes.
+// The bytes of the file that a save writes.
 template <class Document>
 std::string SavedBytes(const Document& document) {
     const host::ScratchFile file;
@@ -74,13 +73,13 @@ std::string SavedBytes(const Document& document) {
     return file.Bytes();
 }
 
-// The bytes of a wide file that has these lines in its table.
+// The bytes of a wide file with these lines in its table.
 inline std::string TableFile(std::initializer_list<std::string_view> lines,
                              std::string_view tag = "<Table name=\"T\">") {
     return host::WideFile(host::Lines({tag}) + host::Lines(lines) + host::Lines({"</Table>"}));
 }
 
-// Presentation data with something in every field.
+// Presentation data in which no field is empty.
 inline mox::Presentation FullUi() {
     mox::Presentation ui;
     ui.control = mox::Control::Number;

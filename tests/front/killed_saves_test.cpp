@@ -1,4 +1,4 @@
-// A process is killed while it saves, many times: the file must be whole each time.
+// A process is killed many times while it saves: the file must be complete each time.
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
@@ -65,10 +65,11 @@ TEST(FrontKilledSaves, AKilledProcessLeavesTheOldOrTheNewFileWhole) {
 
         const std::string bytes = host::ReadBytes(file);
         const int which = bytes == first ? 0 : bytes == second ? 1 : bytes == third ? 2 : -1;
-        ASSERT_NE(which, -1) << "round " << round << ": " << bytes.size() << " bytes of no document";
+        ASSERT_NE(which, -1) << "round " << round << ": " << bytes.size()
+                             << " bytes that are none of the documents";
         ++found[which];
         fs::remove(ready);
-        // What a killed process cannot remove is one file, and it shows that the kill came in the middle of a save.
+        // A killed process leaves at most its temporary file, which shows that it was killed in the middle of a save.
         std::size_t left = 0;
         for (const std::string& name : folder.Names()) {
             if (name == "settings.xml") continue;
@@ -79,7 +80,7 @@ TEST(FrontKilledSaves, AKilledProcessLeavesTheOldOrTheNewFileWhole) {
         ASSERT_LE(left, 1U);
         if (left != 0) ++interrupted;
     }
-    // Kills that came before the first save, or between two, would show nothing.
+    // Kills before the first save, or between two, would prove nothing.
     EXPECT_GT(interrupted, kKills / 10);
     EXPECT_GT(found[0] + found[1], 0);
     RecordProperty("interrupted", interrupted);

@@ -1,4 +1,4 @@
-// Writing entries where presentation data decide on what a write does.
+// Writing entries where what is stored depends on presentation data.
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
@@ -8,6 +8,7 @@
 namespace {
 
 using front_tests::SavedBytes;
+using front_tests::TableFile;
 using front_tests::TableWith;
 using mox::Control;
 using mox::Presentation;
@@ -23,14 +24,14 @@ Presentation WithValue(const std::string& value, const std::string& comment) {
     return ui;
 }
 
-TEST(FrontPresentationWrites, AnEmptyFirstEntryKeepsNoValueFromOthers) {
+TEST(FrontPresentationWrites, AFirstEntryWithoutAnyValueMovesNoValues) {
     Table table = TableWith("<Var name=\"A\" type=\"long\"><UI control=\"num\"/></Var>");
     EXPECT_TRUE(table.add({"B", "1", ValueType::Long}));
     EXPECT_EQ(table.find("B")->value, "1");
     EXPECT_EQ(table.list().size(), 2U);
 }
 
-TEST(FrontPresentationWrites, ATableWhoseFirstValueIsInThePresentationDataTakesEveryName) {
+TEST(FrontPresentationWrites, ATableWhoseFirstValueIsInThePresentationDataAcceptsEveryName) {
     std::string entries =
         "<Var name=\"A\" type=\"long\"><UI control=\"num\"><Value>1</Value></UI></Var>"
         "<Var name=\"C\" type=\"long\"/>";
@@ -49,7 +50,7 @@ TEST(FrontPresentationWrites, ATableWhoseFirstValueIsInThePresentationDataTakesE
     EXPECT_EQ(table.list().size(), count + 1);
 }
 
-TEST(FrontPresentationWrites, ThoseWithoutAControlGetOne) {
+TEST(FrontPresentationWrites, PresentationDataWithoutAControlGetOne) {
     Table table = TableWith("");
     Presentation ui = WithValue("", "");
     ui.control = Control::None;
@@ -69,10 +70,10 @@ TEST(FrontPresentationWrites, AValueWithoutACommentIsRefused) {
 
 TEST(FrontPresentationWrites, AValueThatARecordCannotHoldCannotBeKept) {
     Table table = TableWith("");
-    mox::Presentation16 lone;
-    lone.comment = u"c";
-    lone.value = std::u16string{0xD800};
-    ASSERT_TRUE(table.add({u"A", u"1", ValueType::UcString, Shape::Single, 0, lone}));
+    mox::Presentation16 unpaired;
+    unpaired.comment = u"c";
+    unpaired.value = std::u16string{0xD800};
+    ASSERT_TRUE(table.add({u"A", u"1", ValueType::UcString, Shape::Single, 0, unpaired}));
     ASSERT_TRUE(table.put({"A", "1", ValueType::String}));
     ASSERT_EQ(table.find("A")->ui->value, std::nullopt);
     Presentation ui;
@@ -81,6 +82,35 @@ TEST(FrontPresentationWrites, AValueThatARecordCannotHoldCannotBeKept) {
     ui.value = "new";
     EXPECT_TRUE(table.put({"A", std::nullopt, ValueType::String, Shape::Single, 0, ui}));
     EXPECT_EQ(table.find("A")->ui->value, "new");
+}
+
+// The two documents in the comment of mox::front::WriteEntry.
+TEST(FrontPresentationWrites, PutWritesTheValueAndThenThePresentationData) {
+    Table table = TableWith("<Var name=\"A\" type=\"long\"><Value>1</Value></Var>");
+    EXPECT_TRUE(table.put({"A", "2", ValueType::Long, Shape::Single, 0, WithValue("9", "mm")}));
+    EXPECT_EQ(SavedBytes(table),
+              TableFile({"\t<Var name=\"A\" type=\"long\" array=\"\">", "\t\t<Value>2</Value>",
+                         "\t\t<UI control=\"num\">", "\t\t\t<Comment>mm</Comment>", "\t\t\t<Value>9</Value>",
+                         "\t\t</UI>", "\t</Var>"}));
+}
+
+TEST(FrontPresentationWrites, PutRestoresTheControlWhereTheValueIsInThePresentationData) {
+    Table table = TableWith("<Var name=\"A\" type=\"long\"><UI control=\"num\"><Value>1</Value></UI></Var>");
+    TableEntryValueInfoStruct record;
+    ASSERT_TRUE(mox::front::SetRecordName(mox::Text("A").units(), record));
+    ASSERT_TRUE(record.SetVal("2"));
+    record.type = 3;
+    const auto withControl = [](const std::string& control) {
+        return TableFile({"\t<Var name=\"A\" type=\"long\" array=\"\">",
+                          "\t\t<UI control=\"" + control + "\">", "\t\t\t<Value>2</Value>", "\t\t</UI>",
+                          "\t</Var>"});
+    };
+    ASSERT_TRUE(xmlTableEntryAdd(table.handle(), nullptr, &record, nullptr, 0, 1));
+    EXPECT_EQ(SavedBytes(table), withControl("text")) << "after step 3";
+
+    Table other = TableWith("<Var name=\"A\" type=\"long\"><UI control=\"num\"><Value>1</Value></UI></Var>");
+    EXPECT_TRUE(other.put({"A", "2", ValueType::Long}));
+    EXPECT_EQ(SavedBytes(other), withControl("num"));
 }
 
 }  // namespace

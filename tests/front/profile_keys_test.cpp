@@ -16,7 +16,7 @@ using mox::Profile;
 constexpr const char* kBadUtf8 = "a\xFFz";
 const std::string kZeroInside("a\0b", 3);
 
-TEST(FrontKeys, TextsComeBackInBothEncodings) {
+TEST(FrontKeys, TextsAreReadInBothEncodings) {
     Profile profile;
     EXPECT_TRUE(
         profile.setString("Gr\xC3\xB6\xC3\x9F"
@@ -29,7 +29,7 @@ TEST(FrontKeys, TextsComeBackInBothEncodings) {
     EXPECT_EQ(profile.getString16("S", "K"), u"\U0001F600");
 }
 
-TEST(FrontKeys, LoneSurrogatesComeBack) {
+TEST(FrontKeys, UnpairedSurrogatesAreReadBack) {
     Profile profile;
     const std::u16string text{'a', 0xDC00, 0xD800};
     ASSERT_TRUE(profile.setString("S", "K", text));
@@ -50,7 +50,7 @@ TEST(FrontKeys, LongTextsAreReadWhole) {
     }
 }
 
-TEST(FrontKeys, AbsentIsNotEmpty) {
+TEST(FrontKeys, AMissingKeyIsNotAnEmptyValue) {
     Profile profile;
     ASSERT_TRUE(profile.setString("S", "Empty", ""));
     EXPECT_TRUE(profile.contains("S", "Empty"));
@@ -76,7 +76,7 @@ TEST(FrontKeys, EmptyValuesComeFromThePresentationData) {
     EXPECT_EQ(profile.getString("S", "NoType"), std::nullopt);
 }
 
-TEST(FrontKeys, NumbersComeBack) {
+TEST(FrontKeys, NumbersAreReadBack) {
     Profile profile;
     for (const std::int32_t number :
          {0, 1, -1, 42, std::numeric_limits<std::int32_t>::max(), std::numeric_limits<std::int32_t>::min()}) {
@@ -88,7 +88,7 @@ TEST(FrontKeys, NumbersComeBack) {
     EXPECT_EQ(profile.getInt("S", "K"), 0);
 }
 
-TEST(FrontKeys, BytesComeBack) {
+TEST(FrontKeys, BytesAreReadBack) {
     Profile profile;
     const std::vector<std::uint8_t> bytes{0, 1, 0x7F, 0x80, 0xFF, 0xAB};
     ASSERT_TRUE(profile.setData("S", "K", bytes));
@@ -109,7 +109,7 @@ TEST(FrontKeys, NoBytesWriteAnEmptyValue) {
     EXPECT_EQ(profile.getString("S", "L"), "");
 }
 
-TEST(FrontKeys, WhatCannotBeToldIsRefusedAndChangesNothing) {
+TEST(FrontKeys, InvalidArgumentsAreRefusedAndChangeNothing) {
     Profile profile;
     ASSERT_TRUE(profile.setString("S", "K", "1"));
     const std::string before = SavedBytes(profile);
@@ -124,7 +124,7 @@ TEST(FrontKeys, WhatCannotBeToldIsRefusedAndChangesNothing) {
     EXPECT_FALSE(profile.setInt("S", "", 1));
     EXPECT_FALSE(profile.setInt("S", null, 1));
     EXPECT_FALSE(profile.setData("S", "", "x", 1));
-    EXPECT_FALSE(profile.setData("S", "K", "x", std::size_t{1} << 32)) << "more than a call takes";
+    EXPECT_FALSE(profile.setData("S", "K", "x", std::size_t{1} << 32)) << "more than the export can take";
     EXPECT_FALSE(profile.remove(kBadUtf8, "K"));
     EXPECT_FALSE(profile.remove("S", null));
     EXPECT_FALSE(profile.remove("S", kBadUtf8));
@@ -151,7 +151,7 @@ TEST(FrontKeys, RemovedKeysAndSectionsAreGone) {
     EXPECT_FALSE(profile.contains("S", "L"));
 }
 
-TEST(FrontKeys, AMovedProfileTakesItsDocumentAlong) {
+TEST(FrontKeys, AMovedProfileKeepsItsDocument) {
     Profile first;
     ASSERT_TRUE(first.setInt("S", "K", 1));
     moxSettings* const handle = first.handle();
@@ -168,7 +168,7 @@ TEST(FrontKeys, AMovedProfileTakesItsDocumentAlong) {
 TEST(FrontKeys, AnEmptyProfileFindsAndWritesNothing) {
     Profile profile;
     const Profile other = std::move(profile);
-    EXPECT_FALSE(profile);  // NOLINT(bugprone-use-after-move): what it is then is the matter here
+    EXPECT_FALSE(profile);  // NOLINT(bugprone-use-after-move): its state after the move is tested
     EXPECT_EQ(profile.handle(), nullptr);
     EXPECT_FALSE(profile.contains("S", "K"));
     EXPECT_EQ(profile.getString("S", "K"), std::nullopt);
@@ -216,7 +216,7 @@ TEST(FrontKeys, ValuesAroundTheSizeOfTheBufferAreReadWhole) {
     }
 }
 
-TEST(FrontKeys, ASurrogatePairAtTheEndOfTheBufferComesBack) {
+TEST(FrontKeys, ASurrogatePairAtTheEndOfTheBufferIsReadBack) {
     Profile profile;
     for (std::size_t before = 252; before <= 256; ++before) {
         const std::u16string text = std::u16string(before, u'x') + u"\U0001F600";
@@ -238,7 +238,7 @@ TEST(FrontKeys, BytesAroundTheSizeOfTheBufferAreReadWhole) {
     }
 }
 
-TEST(FrontKeys, AValueThatGivesNoBytesIsAKeyNevertheless) {
+TEST(FrontKeys, AValueWithoutHexadecimalDigitsGivesNoBytes) {
     Profile profile;
     const std::vector<std::uint8_t> none;
     for (const std::u16string& value : {std::u16string(u"x"), std::u16string(u"1"), std::u16string(u"0G"),
@@ -248,8 +248,8 @@ TEST(FrontKeys, AValueThatGivesNoBytesIsAKeyNevertheless) {
     }
 }
 
-// The number by which a missing key is recognised is a value like any other.
-TEST(FrontKeys, TheNumberThatStandsForNoneIsAValue) {
+// A missing key is recognised by a default number, which is a value like any other.
+TEST(FrontKeys, NoNumberStandsForAMissingKey) {
     Profile profile;
     for (const std::int32_t number : {-2147480809, -2147480810, -2147480808}) {
         ASSERT_TRUE(profile.setInt("S", "K", number));

@@ -1,4 +1,4 @@
-// Saves that replace a file: what stays when they fail, and what is kept when they do not.
+// Saves that replace a file: the old file stays if they fail, its properties are kept if they succeed.
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <new>
@@ -64,7 +64,7 @@ TEST_F(FrontReplacing, WritesBesideTheFileAndRenames) {
     EXPECT_EQ(folder.Names(), Names{"s.xml"});
 }
 
-TEST_F(FrontReplacing, MakesAFileThatIsMissing) {
+TEST_F(FrontReplacing, CreatesAMissingFile) {
     fs::remove(file);
     EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
     EXPECT_EQ(Profile::open(file.u16string())->getString("S", "K"), "xxxxx");
@@ -87,8 +87,8 @@ TEST_F(FrontReplacing, AnExceptionLeavesTheOldFile) {
     ExpectTheOldFileAlone();
 }
 
-TEST_F(FrontReplacing, TakesAnotherNameWhenItsNameIsTaken) {
-    // The names are numbered: the next ones are taken here.
+TEST_F(FrontReplacing, UsesAnotherNameIfTheNameExists) {
+    // The names are numbered: the next ones are used up here.
     std::string next;
     ASSERT_TRUE(mox::front::ReplaceWholeFile(file.u16string(), [&](const wchar16* temporary) {
         const std::basic_string<wchar16> units(temporary);
@@ -132,7 +132,7 @@ TEST_F(FrontReplacing, RefusesPathsThatCannotBeFiles) {
     EXPECT_EQ(folder.Names(), (Names{"folder", "s.xml"}));
 }
 
-TEST_F(FrontReplacing, TakesANameWithoutAFolder) {
+TEST_F(FrontReplacing, AcceptsANameWithoutAFolder) {
     const fs::path before = fs::current_path();
     fs::current_path(folder.Of(""));
     const bool isSaved = WithText(5).saveReplacing("s.xml") && WithText(6).saveReplacing("t.xml");
@@ -143,7 +143,7 @@ TEST_F(FrontReplacing, TakesANameWithoutAFolder) {
 
 #if defined(_WIN32)
 
-TEST_F(FrontReplacing, AFileInUseStaysAsItIs) {
+TEST_F(FrontReplacing, AFileInUseIsNotReplaced) {
     const HANDLE handle =
         CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(handle, INVALID_HANDLE_VALUE);
@@ -159,7 +159,7 @@ TEST_F(FrontReplacing, KeepsAttributes) {
     EXPECT_EQ(GetFileAttributesW(file.c_str()), attributes);
 }
 
-TEST_F(FrontReplacing, AReadOnlyFileStaysAsItIs) {
+TEST_F(FrontReplacing, AReadOnlyFileIsNotReplaced) {
     ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY));
     EXPECT_FALSE(WithText(5).saveReplacing(file.u16string()));
     EXPECT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL));
@@ -174,7 +174,7 @@ mode_t ModeOf(const fs::path& path) {
     return status.st_mode & 07777;
 }
 
-// No file may grow beyond the size while this lives: writing fails as on a full disk.
+// While this exists, no file can grow beyond the size: writing fails as on a full disk.
 class SmallDisk {
   public:
     explicit SmallDisk(rlim_t size) {
@@ -225,7 +225,7 @@ TEST_F(FrontReplacing, GivesANewFileTheUsualModeBits) {
     EXPECT_EQ(ModeOf(folder.Of("new.xml")), mode_t{0640});
 }
 
-TEST_F(FrontReplacing, KeepsOwnerAndGroupWhenItMay) {
+TEST_F(FrontReplacing, KeepsOwnerAndGroupIfPermitted) {
     if (geteuid() != 0) GTEST_SKIP() << "only the superuser may";
     ASSERT_EQ(chown(file.c_str(), 1234, 2345), 0);
     EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
@@ -235,7 +235,7 @@ TEST_F(FrontReplacing, KeepsOwnerAndGroupWhenItMay) {
     EXPECT_EQ(status.st_gid, 2345U);
 }
 
-TEST_F(FrontReplacing, AFileThatMayNotBeWrittenStaysAsItIs) {
+TEST_F(FrontReplacing, AReadOnlyFileIsNotReplaced) {
     ASSERT_EQ(chmod(file.c_str(), 0444), 0);
     const bool mayWrite = access(file.c_str(), W_OK) == 0;  // the superuser may
     EXPECT_EQ(WithText(5).saveReplacing(file.u16string()), mayWrite);
@@ -259,7 +259,7 @@ TEST_F(FrontReplacing, FollowsLinksAndKeepsThem) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Of("far")), fs::directory_iterator()), 2);
 }
 
-TEST_F(FrontReplacing, ALinkToNothingLeadsToANewFile) {
+TEST_F(FrontReplacing, ALinkToAMissingFileCreatesIt) {
     fs::remove(file);
     fs::create_symlink("new.xml", file);
     EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
@@ -276,7 +276,7 @@ TEST_F(FrontReplacing, ALinkToItselfIsRefused) {
     EXPECT_EQ(folder.Names(), Names{"s.xml"});
 }
 
-TEST_F(FrontReplacing, WhatIsNoRegularFileIsRefused) {
+TEST_F(FrontReplacing, AFileThatIsNotRegularIsRefused) {
     const fs::path pipe = folder.Of("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_FALSE(WithText(5).saveReplacing(pipe.u16string()));

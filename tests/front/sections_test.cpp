@@ -25,12 +25,12 @@ Profile FiveSections() {
     return profile;
 }
 
-TEST(FrontSections, ALoopGivesThemInOrder) {
+TEST(FrontSections, ALoopVisitsTheSectionsInOrder) {
     EXPECT_EQ(NamesOf(FiveSections()), (std::vector<std::string>{"A", "B", "C", "D", "E"}));
     EXPECT_TRUE(NamesOf(Profile()).empty());
 }
 
-TEST(FrontSections, ALoopMayBeLeft) {
+TEST(FrontSections, ALoopCanBeLeft) {
     const Profile profile = FiveSections();
     std::string seen;
     for (const Section& section : profile.sections()) {
@@ -46,8 +46,8 @@ TEST(FrontSections, ALoopMayBeLeft) {
         std::uint32_t);
 }
 
-// Its position owns memory: the leak check of the sanitizers sees it.
-TEST(FrontSections, AnEnumerationThatIsDroppedIsBroughtToItsEnd) {
+// The position owns memory, so the leak check of the sanitizers would report it.
+TEST(FrontSections, AnAbandonedEnumerationIsEnded) {
     const Profile profile = FiveSections();
     mox::front::SectionEnumeration enumeration(profile.handle());
     void* handle = enumeration.Next(nullptr, 0, nullptr);
@@ -79,7 +79,7 @@ TEST(FrontSections, NamesOfAnyLengthAreReadWhole) {
     EXPECT_EQ(NamesOf(profile), expected);
 }
 
-TEST(FrontSections, NamesComeInBothEncodings) {
+TEST(FrontSections, NamesAreReadInBothEncodings) {
     Profile profile;
     const std::u16string name{0xFC, 0xD800, 0xD83D, 0xDE00};
     ASSERT_TRUE(profile.makeSection(name).has_value());
@@ -104,7 +104,7 @@ TEST(FrontSections, EveryElementUnderTheRootCounts) {
     EXPECT_EQ(sections[2].name16(), u"");
 }
 
-TEST(FrontSections, OneIsFoundByItsName) {
+TEST(FrontSections, ASectionIsFoundByItsName) {
     const Profile profile = FiveSections();
     const auto section = profile.findSection("C");
     ASSERT_TRUE(section.has_value());
@@ -116,7 +116,7 @@ TEST(FrontSections, OneIsFoundByItsName) {
     EXPECT_FALSE(profile.findSection("X").has_value());
 }
 
-TEST(FrontSections, ANewOneCarriesItsOptions) {
+TEST(FrontSections, ANewSectionHasItsOptions) {
     Profile profile;
     mox::TableOptions options;
     options.editable = true;
@@ -137,7 +137,7 @@ TEST(FrontSections, ANewOneCarriesItsOptions) {
                                   "\t\t</Var>", "\t</Table>"}));
 }
 
-TEST(FrontSections, AnExistingOneStaysEditableAsItWas) {
+TEST(FrontSections, AnExistingSectionStaysEditableOrNot) {
     Profile profile;
     ASSERT_TRUE(profile.makeSection("S").has_value());
     mox::TableOptions options;
@@ -148,7 +148,7 @@ TEST(FrontSections, AnExistingOneStaysEditableAsItWas) {
     EXPECT_EQ(profile.sections().size(), 1U);
 }
 
-TEST(FrontSections, OneKeepsItsDocumentAlive) {
+TEST(FrontSections, ASectionKeepsItsDocumentAlive) {
     std::optional<Section> section;
     std::vector<Section> all;
     {
@@ -165,7 +165,7 @@ TEST(FrontSections, OneKeepsItsDocumentAlive) {
     EXPECT_EQ(seen, "KE");
 }
 
-TEST(FrontSections, AMovedOneLeavesAnEmptyOne) {
+TEST(FrontSections, AMovedSectionLeavesAnEmptyOne) {
     const Profile profile = FiveSections();
     auto first = profile.findSection("A");
     Section second = std::move(*first);
@@ -177,7 +177,7 @@ TEST(FrontSections, AMovedOneLeavesAnEmptyOne) {
     EXPECT_EQ(second.find("K")->value, "B");
 }
 
-TEST(FrontSections, ASaveWritesItsElementAlone) {
+TEST(FrontSections, ASaveWritesOnlyTheElementOfTheSection) {
     const Profile profile = FiveSections();
     const std::string expected = host::WideFile(
         "<Table name=\"B\">\n\t<Var name=\"K\" type=\"string\" array=\"\">\n\t\t<Value>B</Value>\n"

@@ -10,7 +10,7 @@ namespace {
 
 using mox::Text;
 
-// Every length of form, at its borders.
+// The first and last character of each length.
 TEST(FrontTexts, CharactersHaveTheirUtf8Form) {
     EXPECT_EQ(mox::toUtf8(u"\x01\x7F"), "\x01\x7F");
     EXPECT_EQ(mox::toUtf8(u"\u0080\u07FF"), "\xC2\x80\xDF\xBF");
@@ -27,7 +27,7 @@ TEST(FrontTexts, Utf8FormsGiveTheirCharacters) {
     EXPECT_EQ(mox::toUtf16(""), u"");
 }
 
-TEST(FrontTexts, LoneSurrogatesHaveAThreeByteForm) {
+TEST(FrontTexts, UnpairedSurrogatesHaveAThreeByteForm) {
     EXPECT_EQ(mox::toUtf8(std::u16string{0xD800}), "\xED\xA0\x80");
     EXPECT_EQ(mox::toUtf8(std::u16string{0xDFFF, 0xD800}), "\xED\xBF\xBF\xED\xA0\x80");
     EXPECT_EQ(mox::toUtf8(std::u16string{0xDBFF, 'x', 0xDC00}), "\xED\xAF\xBFx\xED\xB0\x80");
@@ -39,7 +39,7 @@ TEST(FrontTexts, TwoThreeByteFormsThatMakeAPairAreThePair) {
     EXPECT_EQ(mox::toUtf16("\xED\xA0\x80\xED\xB0\x80"), u"\U00010000");
 }
 
-TEST(FrontTexts, EveryUnitSurvivesTheWayThroughUtf8) {
+TEST(FrontTexts, EveryUnitIsTheSameAfterConversionToUtf8AndBack) {
     for (unsigned first = 1; first <= 0xFFFF; ++first) {
         for (const char16_t second : {u'x', char16_t{0xD800}, char16_t{0xDC00}}) {
             const std::u16string text{static_cast<char16_t>(first), second};
@@ -49,19 +49,18 @@ TEST(FrontTexts, EveryUnitSurvivesTheWayThroughUtf8) {
 }
 
 TEST(FrontTexts, OtherBytesHaveNo16BitForm) {
-    for (const char* bytes :
-         {"\x80", "\xBF", "a\xFFz", "\xFE", "\xF8\x88\x80\x80\x80",    // no first byte
-          "\xC3", "\xE2\x82", "\xF0\x9F\x98",                          // cut off
-          "\xC3(", "\xE2\x82(", "\xE2(\xAC", "\xF0\x9F(\x80",          // not followed
-          "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF",  // longer than needed
-          "\xF4\x90\x80\x80", "\xF7\xBF\xBF\xBF"}) {                   // too large
+    for (const char* bytes : {"\x80", "\xBF", "a\xFFz", "\xFE", "\xF8\x88\x80\x80\x80",  // not a first byte
+                              "\xC3", "\xE2\x82", "\xF0\x9F\x98",                        // cut off
+                              "\xC3(", "\xE2\x82(", "\xE2(\xAC", "\xF0\x9F(\x80",  // no continuation byte
+                              "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF",  // overlong
+                              "\xF4\x90\x80\x80", "\xF7\xBF\xBF\xBF"}) {                   // too large
         EXPECT_FALSE(mox::toUtf16(bytes).has_value()) << testing::PrintToString(bytes);
         EXPECT_FALSE(Text(bytes).isValid()) << testing::PrintToString(bytes);
         EXPECT_EQ(*Text(bytes).c_str(), wchar16{0});
     }
 }
 
-TEST(FrontTexts, ArgumentsComeFromAnyKindOfString) {
+TEST(FrontTexts, ArgumentsConvertFromAnyKindOfString) {
     const host::WideText expected{'J', 0xFC, 'n', 'g'};
     EXPECT_EQ(Text("J\xC3\xBCng").units(), expected);
     EXPECT_EQ(Text(std::string("J\xC3\xBCng")).units(), expected);
@@ -97,7 +96,7 @@ TEST(FrontTexts, ACopyOutlivesItsSource) {
     EXPECT_EQ(mox::toUtf8(std::u16string(text.units().begin(), text.units().end())), "gone");
 }
 
-// A short text lies in the object itself, a longer one elsewhere.
+// A short text is stored in the object itself, a longer one in allocated memory.
 TEST(FrontTexts, ArgumentsOfEveryLengthAreCopiedMovedAndAssigned) {
     for (const std::size_t length : {0U, 1U, 62U, 63U, 64U, 65U, 1000U}) {
         std::u16string expected(length, u'\u00FC');

@@ -1,5 +1,5 @@
-// Where the front stores values, for every combination of what the table, the entry and the call have: a call that
-// succeeds has stored what it was given and left the rest, and one that cannot do so fails.
+// Where the front stores values, for every combination of table, entry and request: a call that succeeds has stored
+// what it was given and kept the rest, and a call that cannot do so fails.
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <optional>
@@ -107,7 +107,7 @@ std::string Shown(const std::optional<Entry>& entry) {
     return text + " comment '" + ui.comment + "' value " + Shown(ui.value);
 }
 
-// The value is written to the presentation data when the first entry has its own there and this one has none.
+// The value is written to the presentation data if the first entry has its value there and this entry has none.
 bool GoesToUi(First first, bool hasOwnValue) {
     return first == First::UiValue && !hasOwnValue;
 }
@@ -116,7 +116,7 @@ bool GoesToUi(First first, bool hasOwnValue) {
 bool CanBeStored(First first, const Before* before, const Request& request) {
     const bool toUi = GoesToUi(first, before != nullptr && before->hasOwnValue);
     if (!request.uiValue.has_value()) return true;
-    // One place cannot take two values.
+    // The same element cannot hold two values.
     if (toUi) return request.value.value_or("").empty() || request.value == request.uiValue;
     const bool hasComment = !request.comment.empty() || (before != nullptr && before->hasComment);
     const bool hasUiValue = before != nullptr && before->hasUiValue;
@@ -147,18 +147,18 @@ Entry Expected(First first, const Before* before, const Request& request) {
     return entry;
 }
 
-std::string Told(First first, const std::string& entry, const Request& request) {
+std::string Description(First first, const std::string& entry, const Request& request) {
     return FirstEntry(first) + entry + " value " + Shown(request.value) +
            (request.hasUi ? " ui value " + Shown(request.uiValue) + " comment '" + request.comment + "'"
                           : "");
 }
 
-TEST(FrontValuePlaces, AddStoresWhatItIsGivenOrAddsNothing) {
+TEST(FrontValuePlaces, AddStoresTheRequestOrAddsNothing) {
     std::size_t stored = 0;
     std::size_t refused = 0;
     for (const First first : kFirsts) {
         for (const Request& request : AllRequests()) {
-            SCOPED_TRACE(Told(first, "", request));
+            SCOPED_TRACE(Description(first, "", request));
             Table table = TableWith(FirstEntry(first));
             const std::string before = SavedBytes(table);
             const std::string firstBefore = Shown(table.find("F"));
@@ -178,8 +178,8 @@ TEST(FrontValuePlaces, AddStoresWhatItIsGivenOrAddsNothing) {
     EXPECT_EQ(refused, 16U);
 }
 
-// Whether A, the one entry that had a mark, still has it.
-bool IsMarked(const Table& table) {
+// Whether A, the only entry that had "eud", still has it.
+bool HasEud(const Table& table) {
     std::string text = SavedBytes(table);
     text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());
     return text.find("eud=\"true\"") != std::string::npos;
@@ -191,13 +191,13 @@ First RuleFor(First first, const Before& before) {
     return !before.hasOwnValue && before.hasUiValue ? First::UiValue : First::OwnValue;
 }
 
-TEST(FrontValuePlaces, PutStoresWhatItIsGivenOrFails) {
+TEST(FrontValuePlaces, PutStoresTheRequestOrFails) {
     std::size_t stored = 0;
     std::size_t refused = 0;
     for (const First first : kFirsts) {
         for (const Before& before : AllBefore()) {
             for (const Request& request : AllRequests()) {
-                SCOPED_TRACE(Told(first, before.Element(), request));
+                SCOPED_TRACE(Description(first, before.Element(), request));
                 const First rule = RuleFor(first, before);
                 Table table = TableWith(FirstEntry(first) + before.Element());
                 const std::string unchanged = SavedBytes(table);
@@ -206,7 +206,7 @@ TEST(FrontValuePlaces, PutStoresWhatItIsGivenOrFails) {
                 EXPECT_EQ(isStored, CanBeStored(rule, &before, request));
                 EXPECT_EQ(table.list().size(), first == First::None ? 1U : 2U);
                 EXPECT_EQ(Shown(table.find("F")), firstBefore);
-                EXPECT_TRUE(IsMarked(table));
+                EXPECT_TRUE(HasEud(table));
                 if (isStored) {
                     ++stored;
                     EXPECT_EQ(Shown(table.find("A")), Shown(Expected(rule, &before, request)));
@@ -223,38 +223,38 @@ TEST(FrontValuePlaces, PutStoresWhatItIsGivenOrFails) {
     EXPECT_EQ(refused, 124U);
 }
 
-TEST(FrontValuePlaces, SetValueStoresTheValueAndLeavesTheRest) {
+TEST(FrontValuePlaces, SetValueStoresTheValueAndKeepsTheRest) {
     for (const First first : kFirsts) {
         for (const Before& before : AllBefore()) {
             for (const char* value : {"", "new"}) {
                 const Request request{value, false, std::nullopt, ""};
-                SCOPED_TRACE(Told(first, before.Element(), request));
+                SCOPED_TRACE(Description(first, before.Element(), request));
                 Table table = TableWith(FirstEntry(first) + before.Element());
                 const std::string firstBefore = Shown(table.find("F"));
                 EXPECT_TRUE(table.setValue("A", value));
                 EXPECT_EQ(Shown(table.find("A")), Shown(Expected(RuleFor(first, before), &before, request)));
                 EXPECT_EQ(Shown(table.find("F")), firstBefore);
                 if (!request.value->empty()) {
-                    EXPECT_FALSE(IsMarked(table));
+                    EXPECT_FALSE(HasEud(table));
                 }
             }
         }
     }
 }
 
-TEST(FrontValuePlaces, SetValueUnlessMarkedLeavesAMarkedEntry) {
+TEST(FrontValuePlaces, SetValueUnlessEudLeavesAnEntryWithEud) {
     for (const First first : kFirsts) {
         for (const Before& before : AllBefore()) {
             SCOPED_TRACE(FirstEntry(first) + before.Element());
             Table table = TableWith(FirstEntry(first) + before.Element());
             const std::string unchanged = SavedBytes(table);
-            EXPECT_FALSE(table.setValueUnlessMarked("A", "new"));
+            EXPECT_FALSE(table.setValueUnlessEud("A", "new"));
             EXPECT_EQ(SavedBytes(table), unchanged);
         }
     }
 }
 
-// An entry with a longer name is read with that name as well, so that the position of neither is known.
+// An entry with a longer name is read with that name as well, so the two cannot be told apart by name.
 TEST(FrontValuePlaces, PutRefusesANameOf259UnitsWhereItNeedsThePosition) {
     const std::string name(259, 'n');
     Table table = TableWith(FirstEntry(First::UiValue) + "<Var name=\"" + name +

@@ -1,4 +1,4 @@
-// What the program that is killed saves, and what the tests expect to find.
+// The documents that the killed program saves, and that the test expects to find.
 #ifndef MOX_XMLAPI_TESTS_FRONT_SAVER_DOCUMENTS_H
 #define MOX_XMLAPI_TESTS_FRONT_SAVER_DOCUMENTS_H
 
@@ -9,7 +9,7 @@
 
 namespace saver {
 
-// A document full of the letter; each letter gives another length.
+// A document whose value repeats the letter. Each letter gives another length.
 inline mox::Profile Document(char letter) {
     const std::size_t length = 20000 + 1000 * static_cast<std::size_t>(letter - 'a');
     mox::Profile profile;

@@ -1,7 +1,7 @@
-// saver <file> <ready file>: saves two documents in turn to the file, safely, until it is killed. Makes the ready file
-// before the first save.
+// saver <file> <ready file>: replaces the file by two documents in turn until it is killed. Creates the ready file before
+// the first save.
 //
-// Ends by itself when a save fails, or after a minute, so that a test that lost it leaves nothing running.
+// Ends when a save fails, or after a minute, so that no process stays if the test itself ends early.
 #include <chrono>
 #include <filesystem>
 #include <fstream>
