@@ -238,7 +238,7 @@ class Text {
   private:
     static constexpr std::size_t kShortSize = 64;
 
-    // Returns room for a text of `length` units.
+    // Returns room for `length` units and a zero unit, which is set. Called once, by a constructor.
     wchar16* Reserve(std::size_t length) {
         if (length < kShortSize) return short_;
         long_.resize(length);
@@ -275,9 +275,10 @@ class Text {
         Commit(text.size());
     }
 
-    wchar16 short_[kShortSize] = {};  // holds a text that leaves room for a zero unit,
+    // The text is in long_ unless that is empty; otherwise it is in short_, followed by a zero unit.
+    wchar16 short_[kShortSize] = {};
     std::size_t shortLength_ = 0;
-    front::Units long_;  // which holds every other one, and is empty otherwise
+    front::Units long_;
     bool isValid_ = false;
 };
 
