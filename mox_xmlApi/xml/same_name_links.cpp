@@ -22,7 +22,7 @@ std::size_t SameNameLinks::Find(const XmlNode* child) const noexcept {
 }
 
 XmlNode* SameNameLinks::After(const XmlNode& child) const noexcept {
-    return used_ == 0 ? nullptr : LinkOf(child).next;
+    return used_ == 0 ? nullptr : LinkOf(&child).next;
 }
 
 bool SameNameLinks::Reserve(XmlPool& pool) noexcept {
@@ -50,41 +50,41 @@ void SameNameLinks::Put(const Link& link) noexcept {
 
 // Lets a child that was the only one of its name head a chain.
 void SameNameLinks::Begin(XmlNode& first) noexcept {
-    if (LinkOf(first).child == nullptr) Put({&first, &first, nullptr});
+    if (LinkOf(&first).child == nullptr) Put({&first, &first, nullptr});
 }
 
 void SameNameLinks::AddLast(XmlNode& first, XmlNode& child) noexcept {
     Begin(first);
-    Link& link = LinkOf(first);
+    Link& link = LinkOf(&first);
     XmlNode* const last = link.previous;
     link.previous = &child;
-    LinkOf(*last).next = &child;
+    LinkOf(last).next = &child;
     Put({&child, last, nullptr});
 }
 
 void SameNameLinks::AddFirst(XmlNode& first, XmlNode& child) noexcept {
     Begin(first);
-    Link& link = LinkOf(first);
+    Link& link = LinkOf(&first);
     XmlNode* const last = link.previous;
     link.previous = &child;
     Put({&child, last, &first});
 }
 
 XmlNode* SameNameLinks::Remove(XmlNode& first, const XmlNode& child, bool& isChain) noexcept {
-    const Link removed = LinkOf(child);
+    const Link removed = LinkOf(&child);
     XmlNode* const newFirst = &child == &first ? removed.next : &first;
-    if (&child != &first) LinkOf(*removed.previous).next = removed.next;
-    LinkOf(removed.next != nullptr ? *removed.next : *newFirst).previous = removed.previous;
-    Erase(child);
-    isChain = LinkOf(*newFirst).next != nullptr;
-    if (!isChain) Erase(*newFirst);
+    if (&child != &first) LinkOf(removed.previous).next = removed.next;
+    LinkOf(removed.next != nullptr ? removed.next : newFirst).previous = removed.previous;
+    Erase(&child);
+    isChain = LinkOf(newFirst).next != nullptr;
+    if (!isChain) Erase(newFirst);
     return newFirst;
 }
 
 // Links after the free one move up, so that no search ends there too early.
-void SameNameLinks::Erase(const XmlNode& child) noexcept {
+void SameNameLinks::Erase(const XmlNode* child) noexcept {
     const std::size_t mask = size_ - 1;
-    std::size_t hole = Find(&child);
+    std::size_t hole = Find(child);
     for (std::size_t place = (hole + 1) & mask; links_[place].child != nullptr; place = (place + 1) & mask) {
         const std::size_t distance = (place - PlaceOf(links_[place].child)) & mask;
         if (distance < ((place - hole) & mask)) continue;

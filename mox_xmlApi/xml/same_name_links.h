@@ -43,10 +43,10 @@ class SameNameLinks {
 
     std::size_t PlaceOf(const XmlNode* child) const noexcept;
     std::size_t Find(const XmlNode* child) const noexcept;
-    Link& LinkOf(const XmlNode& child) const noexcept { return links_[Find(&child)]; }
+    Link& LinkOf(const XmlNode* child) const noexcept { return links_[Find(child)]; }
     void Put(const Link& link) noexcept;
     void Begin(XmlNode& first) noexcept;
-    void Erase(const XmlNode& child) noexcept;
+    void Erase(const XmlNode* child) noexcept;
 
     Link* links_ = nullptr;
     std::size_t size_ = 0;  // a power of two, or 0
