@@ -33,6 +33,9 @@ void Contestant::Empty(const Query&) {
 Sum Contestant::Enumerate(const Query&) {
     NotOffered(*this, "enumerate");
 }
+Sum Contestant::EnumerateSections() {
+    NotOffered(*this, "enumerate sections");
+}
 std::size_t Contestant::Count(const Query&) {
     NotOffered(*this, "count");
 }

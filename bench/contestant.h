@@ -72,6 +72,9 @@ class Contestant {
     // Reads of each entry of a section: name, id, type, value, control, provider, shown name, comment and the
     // value in the presentation data; the sum over all of them.
     virtual Sum Enumerate(const Query& section);
+    // The names of all sections, as a host gets them: each section opened, its name read, and closed again. The sum
+    // over the names.
+    virtual Sum EnumerateSections();
     // How many keys the section has.
     virtual std::size_t Count(const Query& section);
 };

@@ -28,10 +28,35 @@ Participant Enumerates(std::shared_ptr<Contestant> contestant, const DocumentSha
     return {contestant->Name(), batch, static_cast<double>(shape.keys)};
 }
 
+Participant EnumeratesSections(std::shared_ptr<Contestant> contestant, const DocumentShape& shape) {
+    Sum expected = 0;
+    for (std::size_t section = 0; section < shape.sections; ++section)
+        expected += SumOf(std::string_view(SectionName(shape, section)));
+    const auto batch = [contestant, expected] {
+        Stopwatch watch;
+        watch.Start();
+        const Sum sum = contestant->EnumerateSections();
+        watch.Stop();
+        Check(sum == expected, contestant->Name() + " enumerated other sections");
+        return watch.Seconds();
+    };
+    return {contestant->Name(), batch, static_cast<double>(shape.sections)};
+}
+
+void RunEnumerateSections(Suite& suite) {
+    const DocumentShape shape{suite.Quick() ? 50U : 500U, 20};
+    const DocumentFiles files(shape, {false, false});
+    Row row{"enumerate sections", std::to_string(shape.sections) + " sections", {}, {{"pugixml", 0.6, 1.0}}};
+    for (auto& contestant : Loaded({MakeOurs, MakePugixml}, files.Files()))
+        row.participants.push_back(EnumeratesSections(std::move(contestant), shape));
+    suite.Add(row);
+}
+
 }  // namespace
 
 void RunEnumerate(Suite& suite) {
-    if (!suite.Wants("enumerate")) return;
+    if (suite.Wants("enumerate sections")) RunEnumerateSections(suite);
+    if (!suite.Wants("enumerate with both records")) return;
     const DocumentShape shape{1, suite.Quick() ? 1000U : 100000U};
     const DocumentFiles files(shape, {false, false});
     Row row{

@@ -101,6 +101,17 @@ class Ours final : public Contestant {
         return sum;
     }
 
+    Sum EnumerateSections() override {
+        std::array<char16_t, kBuffer> name;
+        Sum sum = 0;
+        std::uintptr_t position = 0;
+        while (void* section = xmlEnumProfileSections(handle_, &position, name.data(), kBuffer, nullptr)) {
+            sum += SumOf(std::u16string_view(name.data()));
+            xmlTableDispose(&section);
+        }
+        return sum;
+    }
+
     std::size_t Count(const Query& section) override {
         const Section table(handle_, section);
         TableEntryValueInfoStruct value;

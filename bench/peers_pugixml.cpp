@@ -76,6 +76,13 @@ class Pugixml final : public Contestant {
         return sum;
     }
 
+    Sum EnumerateSections() override {
+        Sum sum = 0;
+        for (const pugi::xml_node& section : document_->child("Settings").children("Table"))
+            sum += SumOf(section.attribute("name").value());
+        return sum;
+    }
+
     std::size_t Count(const Query& section) override {
         const auto entries = FindSection(section).children("Var");
         return static_cast<std::size_t>(std::distance(entries.begin(), entries.end()));
