@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""Turns the JSON of mox_bench into the tables of docs/benchmarks.md and a plot beside it.
+"""Turns the JSON of mox_bench into the tables of docs/benchmarks.md and a plot.
 
     report.py <results.json> <benchmarks.md>
 
-Replaces what stands between the lines "<!-- measured: begin -->" and "<!-- measured: end -->" and leaves the rest of
-the page alone. The plot gets the page's name with .svg for .md.
+Replaces the lines between "<!-- summary: begin -->" and "<!-- summary: end -->", and those between
+"<!-- measured: begin -->" and "<!-- measured: end -->"; the rest of the page stays. The plot is written to the page's
+path with .svg instead of .md.
 """
 import html
 import json
@@ -14,8 +15,22 @@ import platform
 import subprocess
 import sys
 
-BEGIN = "<!-- measured: begin -->"
-END = "<!-- measured: end -->"
+# What most users want to know: the operation in their words, and the row that measures it.
+SUMMARY = [
+    ("load a small narrow file (4 sections with 5 keys)", "load, narrow", "4 x 5"),
+    ("load a narrow file of 50 sections with 40 keys", "load, narrow", "50 x 40"),
+    ("load the same as a wide file", "load, wide", "50 x 40"),
+    ("save it, narrow", "save, narrow", "50 x 40"),
+    ("load a narrow file of 500 sections with 200 keys", "load, narrow", "500 x 200"),
+    ("read a key as text, 50 sections with 40 keys", "get string", "50 x 40"),
+    ("read a key as text, one section with 100,000 keys", "get string", "1 x 100000"),
+    ("write an existing key", "write existing key", "1 x 100000"),
+    ("append a key", "append to a new section", "100000 keys"),
+    ("delete a key", "delete by name, mixed order", "10000 keys"),
+    ("read an entry with its presentation data", "enumerate with both records", "100000 entries"),
+    ("release a document of 500 sections with 200 keys", "release", "500 x 200"),
+]
+SUMMARY_PEERS = 3  # of each row, the fastest ones
 PACKAGES = {
     "pugixml": "libpugixml-dev",
     "RapidXML": "librapidxml-dev",
@@ -43,7 +58,7 @@ def ratio_text(ratio):
 
 
 def spread_text(timing):
-    """How far the middle half of the repetitions lies apart, in per cent of the median."""
+    """Half the range of the middle half of the repetitions, in per cent of the median."""
     values = sorted(timing["repetitions"])
     if len(values) < 4:
         return ""
@@ -101,6 +116,19 @@ def row_line(row):
             f"| {targets_text(row)} | {reached_text(row)} |")
 
 
+def summary_line(words, row):
+    ours, *peers = row["timings"]
+    fastest = sorted(peers, key=lambda peer: peer["median"])[:SUMMARY_PEERS]
+    ratios = ", ".join(f"{p['name']} {ratio_text(p['median'] / ours['median'])}" for p in fastest)
+    return f"| {words} | {time_text(ours['median'])} | {ratios} |"
+
+
+def summary(results):
+    rows = {(row["operation"], row["size"]): row for row in results["rows"]}
+    return ["| Operation | Time | Fastest peers, their time over ours |", "|---|---|---|",
+            *[summary_line(words, rows[operation, size]) for words, operation, size in SUMMARY]]
+
+
 def figure_line(figure):
     limit = figure["limit"]
     reached = "" if limit is None else "yes" if figure["value"] <= limit else "**no**"
@@ -151,8 +179,8 @@ class Plot:
         self.text(self.left - 8, y + 14, bar["label"], "end")
         self.parts.append(f'<rect x="{begin:.1f}" y="{y + 4}" width="{max(end - begin, 1):.1f}" height="13" '
                           f'fill="{color}"/>')
-        for target, mark in (("least", "#111111"), ("aim", "#e0a000")):
-            self.line(self.x(bar[target]), y + 1, y + 20, mark, 2)
+        for target, line_color in (("least", "#111111"), ("aim", "#e0a000")):
+            self.line(self.x(bar[target]), y + 1, y + 20, line_color, 2)
         beside = max(self.x(v) for v in (bar["ratio"], bar["least"], bar["aim"], 1))
         self.text(beside + 6, y + 14, ratio_text(bar["ratio"]))
 
@@ -165,7 +193,7 @@ class Plot:
             self.text(x, self.top - 8, f"{10.0 ** power:,g}", "middle")
         for index, bar in enumerate(self.bars):
             self.bar(index, bar)
-        legend = "Marks: black the least, yellow the aim. Bars: green reaches the aim, blue the least, red neither."
+        legend = "Lines: black is the least, yellow the aim. Bars: green reaches the aim, blue the least, red neither."
         self.text(12, bottom + 24, legend)
         size = (self.left + self.width + 80, bottom + 38)
         return "\n".join([f'<svg xmlns="http://www.w3.org/2000/svg" width="{size[0]}" height="{size[1]}" '
@@ -178,12 +206,14 @@ def judged_bars(results):
             for row in results["rows"] for target in row["targets"]]
 
 
-def replaced(page, lines):
-    head, begin, rest = page.partition(BEGIN)
-    _, end, tail = rest.partition(END)
+def replaced(page, part, lines):
+    """The page with the lines between the two comments that enclose the part."""
+    first, last = f"<!-- {part}: begin -->", f"<!-- {part}: end -->"
+    head, begin, rest = page.partition(first)
+    _, end, tail = rest.partition(last)
     if not begin or not end:
-        raise SystemExit(f"report.py: the page has no lines {BEGIN} and {END}")
-    return head + BEGIN + "\n" + "\n".join(lines) + "\n" + END + tail
+        raise SystemExit(f"report.py: the page has no lines {first} and {last}")
+    return head + first + "\n" + "\n".join(lines) + "\n" + last + tail
 
 
 def main():
@@ -192,7 +222,8 @@ def main():
     results = json.loads(pathlib.Path(sys.argv[1]).read_text(encoding="utf-8"))
     page = pathlib.Path(sys.argv[2])
     plot = page.with_suffix(".svg")
-    page.write_text(replaced(page.read_text(encoding="utf-8"), tables(results, plot.name)), encoding="utf-8")
+    text = replaced(page.read_text(encoding="utf-8"), "summary", summary(results))
+    page.write_text(replaced(text, "measured", tables(results, plot.name)), encoding="utf-8")
     plot.write_text(Plot(judged_bars(results)).svg(), encoding="utf-8")
 
 
