@@ -1,4 +1,4 @@
-// One library under measurement, ours or a peer, behind the operations that are compared.
+// The operations that are compared, for one library: ours or a peer.
 #ifndef BENCH_CONTESTANT_H
 #define BENCH_CONTESTANT_H
 
@@ -19,8 +19,8 @@ struct CheckFailed : std::runtime_error {
 };
 
 // `what` and `which` are put together when it failed: a measured loop does not pay for messages.
-inline void Check(bool good, std::string_view what, std::string_view which = {}) {
-    if (!good) throw CheckFailed(std::string(what) + std::string(which));
+inline void Check(bool isTrue, std::string_view what, std::string_view which = {}) {
+    if (!isTrue) throw CheckFailed(std::string(what) + std::string(which));
 }
 
 // What a loop of reads adds up of the values it saw: it costs next to nothing and no wrong value slips

@@ -23,7 +23,7 @@ class MemoryFolder {
     std::filesystem::path path_;
 };
 
-// One document in the forms that are wanted, narrow XML always. The files go with the object.
+// One document in the requested forms, and always as narrow XML. The files are deleted with the object.
 class DocumentFiles {
   public:
     struct Forms {

@@ -80,7 +80,7 @@ void RunCalls(Suite& suite) {
         sizes.small;  // as many different keys in both, so that they fit the caches alike
     suite.AddGrowth(subject, "get, 1,000 different keys, mixed order",
                     {Gets(inSmall, small, same, true), Gets(inLarge, large, same, true)}, 3);
-    // More keys than the caches hold, one behind the other and all over the document. Both show the
+    // More keys than the caches hold, one after the other and all over the document. Both show the
     // machine's memory, whatever the library does.
     const std::size_t many = std::min<std::size_t>(sizes.large, 65536);
     suite.AddGrowth(subject, "get, 65,536 different keys of the large one, document order",

@@ -150,21 +150,21 @@ Participant InsertsBeforeFirst(std::size_t count) {
 }  // namespace
 
 void RunHostile(Suite& suite) {
-    constexpr double kMostGrowth = 4;
+    constexpr double kMaxGrowth = 4;
     const std::string subject = "per call, large : small";
     if (!suite.Wants(subject)) return;
     const std::size_t small = suite.Quick() ? 200 : 1000;
     const auto large = [&](std::size_t count) { return suite.Quick() ? 1000 : count; };
     suite.AddGrowth(subject, "delete keys that occur twice",
-                    {DeletesTwice(small), DeletesTwice(large(20000))}, kMostGrowth);
+                    {DeletesTwice(small), DeletesTwice(large(20000))}, kMaxGrowth);
     suite.AddGrowth(subject, "write and read keys of one hash",
-                    {WritesAndReads(small, false), WritesAndReads(large(100000), false)}, kMostGrowth);
+                    {WritesAndReads(small, false), WritesAndReads(large(100000), false)}, kMaxGrowth);
     suite.AddGrowth(subject, "write and read sections of one hash",
-                    {WritesAndReads(small, true), WritesAndReads(large(100000), true)}, kMostGrowth);
+                    {WritesAndReads(small, true), WritesAndReads(large(100000), true)}, kMaxGrowth);
     suite.AddGrowth(subject, "export sections without a name", {Exports(small), Exports(large(50000))},
-                    kMostGrowth);
+                    kMaxGrowth);
     suite.AddGrowth(subject, "insert before the first entry",
-                    {InsertsBeforeFirst(small), InsertsBeforeFirst(large(100000))}, kMostGrowth);
+                    {InsertsBeforeFirst(small), InsertsBeforeFirst(large(100000))}, kMaxGrowth);
 }
 
 }  // namespace bench

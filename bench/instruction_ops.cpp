@@ -120,7 +120,7 @@ void CountChanges() {
     Check(ours->Count(added.front()) == 0, "a table is not empty");
 }
 
-// The first look-up after loading must not cost more when there are more sections behind.
+// The first look-up after loading must not cost more when more sections follow.
 void CountFirstLookUp(const DocumentShape& shape) {
     const DocumentFiles files(shape, {false, false});
     const std::vector<Query> first = {SampleQueries(shape, shape.sections * shape.keys, false).front()};

@@ -69,9 +69,9 @@ Plan RunFirst(const Participant& participant, const Settings& settings) {
     const double begin = ThreadSeconds();
     const double measured = RunBatches(participant, 1, false);
     const double whole = ThreadSeconds() - begin;
-    const double wanted = std::min(settings.secondsPerRepetition / std::max(measured, 1e-9),
-                                   3 * settings.secondsPerRepetition / std::max(whole, 1e-9));
-    plan.iterations = static_cast<benchmark::IterationCount>(std::clamp(wanted, 1.0, 100000.0));
+    const double iterations = std::min(settings.secondsPerRepetition / std::max(measured, 1e-9),
+                                       3 * settings.secondsPerRepetition / std::max(whole, 1e-9));
+    plan.iterations = static_cast<benchmark::IterationCount>(std::clamp(iterations, 1.0, 100000.0));
     plan.warm = whole < kShortBatch;
     return plan;
 }

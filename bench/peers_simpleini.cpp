@@ -1,4 +1,4 @@
-// Files and texts are of one form, so that its conversions are not wanted.
+// Files and texts have the same form, so its conversions are not needed.
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
 

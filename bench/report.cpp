@@ -78,13 +78,13 @@ void PrintRow(const RowResult& row, std::ostream& out) {
         out << (i == 1 ? "" : ", ") << row.timings[i].name << ' '
             << RatioText(row.Ratio(row.timings[i].name));
     out << " | ";
-    bool good = true;
+    bool isReached = true;
     for (const Target& target : row.targets) {
         out << (&target == row.targets.data() ? "" : ", ") << target.peer << ' ' << Text("%g", target.least)
             << " / " << Text("%g", target.aim);
-        good = good && row.Ratio(target.peer) >= target.least;
+        isReached = isReached && row.Ratio(target.peer) >= target.least;
     }
-    out << " | " << (row.targets.empty() ? "" : good ? "yes" : "NO") << " |\n" << std::flush;
+    out << " | " << (row.targets.empty() ? "" : isReached ? "yes" : "NO") << " |\n" << std::flush;
 }
 
 void PrintFigures(const std::vector<Figure>& figures, std::ostream& out) {

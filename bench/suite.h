@@ -18,14 +18,15 @@ struct Figure {
     std::string subject;
     std::string size;
     double value = 0;
-    std::optional<double> limit = {};  // good when at most this; without one it is there to look at
-    bool isCount = false;              // the same in every run, and so part of the results
+    std::optional<double> limit =
+        {};                // the largest value allowed; without a limit the figure is for information
+    bool isCount = false;  // the same in every run, and so part of the results
     std::string detail = {};
 };
 
 class Suite {
   public:
-    // Measures operations whose names contain `filter`, and tells `progress` of each row once it is there.
+    // Measures operations whose names contain `filter`, and passes each row to `progress` when it is measured.
     Suite(const Settings& settings, std::string filter, std::function<void(const RowResult&)> progress)
         : settings_(settings), filter_(std::move(filter)), progress_(std::move(progress)) {}
 

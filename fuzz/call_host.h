@@ -35,7 +35,7 @@ class CallHost {
         std::uintptr_t enumeration = 0;
         const XmlNode* enumerated = nullptr;  // the section that it returned last
     };
-    // A handle over a section. Once its element is gone, it is only good for being released.
+    // A handle over a section. Once its element was removed, it can only be released.
     struct Section {
         void* handle;
         const Profile* profile;

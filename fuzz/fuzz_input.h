@@ -18,9 +18,9 @@
 
 namespace mox::fuzz {
 
-// Ends the process as a finding unless `good`. `what` says what was expected.
-inline void Check(bool good, const char* what) {
-    if (good) return;
+// Ends the process as a finding unless `isTrue`. `what` says what was expected.
+inline void Check(bool isTrue, const char* what) {
+    if (isTrue) return;
     std::fprintf(stderr, "expected: %s\n", what);
     std::fflush(stderr);
     std::abort();

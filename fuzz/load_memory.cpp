@@ -11,7 +11,7 @@
 namespace mox::fuzz {
 namespace {
 
-// The image in a block of just its size, and the size that the export is told: the number of bytes, or a
+// The image in a block of just its size, and the size that is passed to the export: the number of bytes, or a
 // negative one with a zero after the image.
 struct Image {
     Image(std::string_view bytes, bool limited)

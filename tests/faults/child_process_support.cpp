@@ -10,7 +10,7 @@
 namespace faults {
 namespace {
 
-// Writes the text for the parent and ends the child at once: the tests' own clean-up is the parent's.
+// Writes the text for the parent and ends the child immediately: cleaning up after the tests is up to the parent.
 [[noreturn]] void Report(int file, const std::string& text) {
     const bool isWritten = write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
     _exit(isWritten ? 0 : 1);

@@ -1,4 +1,4 @@
-// Work in a process of its own, where it can give up privileges or set limits for good. Linux only.
+// Work in a process of its own, where it can give up privileges or set limits permanently. Linux only.
 #ifndef MOX_XMLAPI_TESTS_FAULTS_CHILD_PROCESS_SUPPORT_H
 #define MOX_XMLAPI_TESTS_FAULTS_CHILD_PROCESS_SUPPORT_H
 

@@ -73,8 +73,7 @@ TEST(FailingDisk, LongestNameOfTheSystemIsAFile) {
 TEST(FailingDisk, PathThatIsTooLongForTheSystemIsNoFile) {
     const OpenDocuments documents(3);
 #if defined(_WIN32)
-    const host::WideText step =
-        "/n"_w;  // steps that lead nowhere are taken out before the length is looked at
+    const host::WideText step = "/n"_w;  // components without effect are removed before the length is checked
 #else
     const host::WideText step = "/."_w;
 #endif

@@ -13,7 +13,7 @@ namespace {
 
 using host::operator""_w;
 
-// A document that asks for everything: deeper, longer and with more attributes than fits beside it at once.
+// A document that uses every kind of storage: deeper, longer and with more attributes than the inline buffers hold.
 std::string LargeDocument() {
     std::string text(kDocument);
     text.append("<a");

@@ -12,7 +12,7 @@
 
 namespace faults {
 
-// A pipe that holds a text, at most 64 KiB of it, and has no writer any more. Its path is good for one load.
+// A pipe that contains a text of at most 64 KiB and whose writer has closed it. Its path can be loaded once.
 class FilledPipe {
   public:
     FilledPipe() = default;

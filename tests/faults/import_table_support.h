@@ -12,7 +12,7 @@ enum class Modules { Program, All };
 
 // The function that this program imports under a name; null if it imports none.
 void* FindImport(const char* name);
-// Puts `replacement` in the place of `original`, for good.
+// Replaces `original` by `replacement` permanently.
 void StoreImports(Modules modules, const char* name, void* original, void* replacement);
 
 // Has the modules call `replacement` in the place of the function of that name. `original` becomes the

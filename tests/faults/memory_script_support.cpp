@@ -168,7 +168,7 @@ std::uint64_t FailEachAllocation(const Call& call, const Room& room, Failing how
     return failures;
 }
 
-// The first time that something is done may leave memory behind for the next ones.
+// The first run of an operation may allocate memory that later runs use again.
 void RunOnce(const Call& call) {
     World world;
     call.prepare(world);

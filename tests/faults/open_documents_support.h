@@ -28,7 +28,7 @@ class OpenDocuments {
 
     // Whether every kind of save to the path fails and changes nothing in memory.
     testing::AssertionResult CannotBeSavedTo(const wchar16* path) const;
-    // Whether every kind of save to a good path gives what it gave when the documents were made, and their trees are sound.
+    // Whether every kind of save to a writable path writes what it wrote when the documents were made, and their trees are sound.
     testing::AssertionResult AreUntouched() const;
 
     moxSettings* profile = nullptr;

@@ -1,4 +1,4 @@
-// What holds for every tree at any time, looked at behind the handles.
+// Checks what must hold for every tree at any time, on the trees inside the handles.
 #ifndef MOX_XMLAPI_TESTS_FAULTS_TREE_CHECK_SUPPORT_H
 #define MOX_XMLAPI_TESTS_FAULTS_TREE_CHECK_SUPPORT_H
 

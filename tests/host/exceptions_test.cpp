@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-// Asks for more hexadecimal digits than the limit has room for; the bytes themselves are never looked at.
+// Asks for more hexadecimal digits than the limit has room for; the bytes themselves are never read.
 void WriteTooManyBytes(moxSettings* profile) {
     const unsigned char byte = 0;
     const MemoryLimit limit;

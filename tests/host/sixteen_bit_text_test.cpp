@@ -141,7 +141,7 @@ TEST_P(UnitForms, AreCutByANarrowFile) {
     }
 }
 
-// ---- All units at once
+// ---- All units in one text
 
 TEST(AllUnits, ComeBackAsAValueFromAWideFile) {
     // White space at the beginning and line feeds anywhere are what the format does not keep.

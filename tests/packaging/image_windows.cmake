@@ -8,7 +8,7 @@ set(allowed
   libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll
   # the companions
   mox_dbtInfo.dll mox_porting.dll)
-set(wanted HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT)
+set(required HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT)
 
 # The version in the file's fixed version record: a signature, the record's own version 1.0, then the file's four numbers
 # and the product's, each pair of 16-bit numbers with its second one first.
@@ -56,7 +56,7 @@ foreach(library IN LISTS libraries)
     message(FATAL_ERROR "${library}: no characteristics found")
   endif()
   set(characteristics "${CMAKE_MATCH_1}")
-  foreach(flag IN LISTS wanted)
+  foreach(flag IN LISTS required)
     if(NOT characteristics MATCHES "[\t ]${flag}[\r\n]")
       message(FATAL_ERROR "${library}: ${flag} is not set, only\n${characteristics}")
     endif()

@@ -63,14 +63,14 @@ const Tokens kInDeclaration = {" version=\"1.0\"",
                                "\n",
                                "?"};
 
-// Every row of at most `most` tokens between `before` and `behind`.
-void ForEachRow(const Tokens& tokens, int most, std::string_view before, std::string_view behind,
+// Every row of at most `most` tokens between `before` and `after`.
+void ForEachRow(const Tokens& tokens, int most, std::string_view before, std::string_view after,
                 const Use& use) {
     std::vector<std::string> rows = {""};
     for (int length = 0; length <= most; ++length) {
         std::vector<std::string> longer;
         for (const std::string& row : rows) {
-            use(std::string(before).append(row).append(behind));
+            use(std::string(before).append(row).append(after));
             if (length == most) continue;
             for (const std::string_view token : tokens)
                 longer.push_back(row + std::string(token));

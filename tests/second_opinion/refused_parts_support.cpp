@@ -17,16 +17,16 @@ class Walk {
             kinds_.insert("byte-order-mark");
             position_ = 3;
         }
-        bool behindNode = false;
+        bool isAfterNode = false;
         while (position_ < xml_.size()) {
             if (xml_[position_] == '<') {
-                if (behindNode) kinds_.insert("nothing-between-nodes");
+                if (isAfterNode) kinds_.insert("nothing-between-nodes");
                 Markup();
-                behindNode = depth_ == 0;
+                isAfterNode = depth_ == 0;
             } else {
                 if (At("&#")) kinds_.insert("character-reference");
                 position_ += 1;
-                behindNode = false;
+                isAfterNode = false;
             }
         }
         return kinds_;
@@ -35,7 +35,7 @@ class Walk {
   private:
     bool At(std::string_view text) const { return xml_.substr(position_, text.size()) == text; }
 
-    // The text up to `end`, behind which the walk goes on.
+    // The text up to `end`; the walk goes on after it.
     std::string_view UpTo(std::string_view end) {
         const std::size_t found = xml_.find(end, position_);
         const std::string_view passed = xml_.substr(position_, found - position_);

@@ -1,4 +1,4 @@
-// The fast copy against its plain twin.
+// The fast copy compared with the one that copies single units.
 #include "mox_xmlApi/platform/copy_units.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ class CopyUnitsTest : public testing::Test {};
 using OutputUnits = testing::Types<wchar16, char>;
 TYPED_TEST_SUITE(CopyUnitsTest, OutputUnits);
 
-// The text of the units and, behind it, what must stay.
+// The copied units and, after them, the units that must not change.
 template <class Unit, class Copy>
 std::vector<Unit> Copied(Copy copy, WideView text, std::size_t& count) {
     std::vector<Unit> to(text.size() + 1, Unit{'#'});
@@ -28,7 +28,7 @@ std::vector<Unit> Copied(Copy copy, WideView text, std::size_t& count) {
     return to;
 }
 
-TYPED_TEST(CopyUnitsTest, CopiesAllAsItsPlainTwinAtEveryLengthAndAlignment) {
+TYPED_TEST(CopyUnitsTest, CopiesAllUnitsAtEveryLengthAndAlignment) {
     const auto fast = [](TypeParam* to, WideView text) { return mox::CopyUnits(to, text) - to; };
     const auto plain = [](TypeParam* to, WideView text) { return mox::CopyUnitsPlain(to, text) - to; };
     for (std::size_t alignment = 0; alignment < 9; ++alignment) {
@@ -48,7 +48,7 @@ TYPED_TEST(CopyUnitsTest, CopiesAllAsItsPlainTwinAtEveryLengthAndAlignment) {
     }
 }
 
-TYPED_TEST(CopyUnitsTest, GivesWhatItsPlainTwinGivesAtEveryLengthPlaceAndAlignment) {
+TYPED_TEST(CopyUnitsTest, StopsAtTheSameUnitAsThePlainCopyAtEveryLengthPositionAndAlignment) {
     constexpr std::size_t kMost = 36;
     const auto fast = [](TypeParam* to, WideView text) { return CopyUntil<kMarkup>(to, text); };
     const auto plain = [](TypeParam* to, WideView text) { return CopyUntilPlain<kMarkup>(to, text); };

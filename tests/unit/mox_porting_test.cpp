@@ -136,7 +136,7 @@ TEST(ConvertString, EveryCharacterReturnsUnchanged) {
 }
 
 // How many sequences of the given length are accepted as one character: any first two bytes, and after them
-// the bytes at both sides of either bound of following bytes, of which two are good.
+// the bytes at both sides of either bound of following bytes, of which two are valid.
 std::uint32_t CountSingleCharacters(std::size_t length) {
     constexpr std::array<unsigned char, 4> kBounds = {0x7F, 0x80, 0xBF, 0xC0};
     const unsigned rests = length == 4 ? 16 : length == 3 ? 4 : 1;

@@ -157,7 +157,7 @@ TEST(Numbers, TextNeedNotBeTerminated) {
     EXPECT_EQ(ReadDecimal(digits.substr(0, 2)), 12);
     EXPECT_EQ(ReadUnsignedDecimal(digits.substr(0, 3)), 123U);
     EXPECT_EQ(ReadUnsignedHex(digits.substr(1, 2)), 0x23U);
-    // Nothing after the end is looked at: each text fills its own memory.
+    // Nothing after the end is read: each text fills its own block of memory.
     for (const WideView text : {" "_w, "-"_w, "0"_w, "0x"_w, "-0x"_w}) {
         const std::vector<wchar16> exact(text.begin(), text.end());
         EXPECT_EQ(ReadUnsignedHex(WideView(exact.data(), exact.size())), 0U);

@@ -1,4 +1,4 @@
-// The fast search against its plain twin.
+// The fast search compared with the one that examines single units.
 #include "mox_xmlApi/platform/scan.h"
 
 #include <gtest/gtest.h>
@@ -26,19 +26,19 @@ TEST(Scan, FindsWhatItsPlainTwinFindsAtEveryPlaceAndAlignment) {
 
 TEST(Scan, CountsUpToAUnitAsItsPlainTwinAtEveryPlaceAndAlignment) {
     constexpr std::size_t kMost = 40;
-    for (const wchar16 wanted : {wchar16{0}, wchar16{'\n'}}) {
-        // Either byte of a unit may be that of the wanted one: that is not the wanted one.
-        const auto lowByte = static_cast<wchar16>(0x0100 | wanted);
-        const auto highByte = static_cast<wchar16>(wanted << 8 | 0xFF);
+    for (const wchar16 searched : {wchar16{0}, wchar16{'\n'}}) {
+        // Either byte of a unit may be that of the searched unit without the units being equal.
+        const auto lowByte = static_cast<wchar16>(0x0100 | searched);
+        const auto highByte = static_cast<wchar16>(searched << 8 | 0xFF);
         for (std::size_t alignment = 0; alignment < 9; ++alignment) {
             for (std::size_t count = 0; count < kMost; ++count) {
                 for (std::size_t place = 0; place <= count; ++place) {
                     std::vector<wchar16> units(alignment + count, lowByte);
                     for (std::size_t i = alignment; i < units.size(); i += 2)
                         units[i] = highByte;
-                    if (place < count) units[alignment + place] = wanted;
-                    ASSERT_EQ(mox::CountBefore(wanted, units.data() + alignment, count), place);
-                    ASSERT_EQ(mox::CountBeforePlain(wanted, units.data() + alignment, count), place);
+                    if (place < count) units[alignment + place] = searched;
+                    ASSERT_EQ(mox::CountBefore(searched, units.data() + alignment, count), place);
+                    ASSERT_EQ(mox::CountBeforePlain(searched, units.data() + alignment, count), place);
                 }
             }
         }

@@ -51,7 +51,7 @@ class Editor {
         model_.kind = model::Kind::Document;
     }
 
-    // One change. False when its result differs from the model's, or the trees do; Log tells what was done.
+    // One change. False when its result differs from the model's, or the trees do; Log says what was done.
     bool Step() {
         const Place place = AnyPlace();
         bool agreed = false;

@@ -50,7 +50,7 @@ TEST(XmlLoadBuffer, NoBytesAreAnEmptyDocument) {
     EXPECT_EQ(LoadedBuffer(" \n"), "");
     EXPECT_EQ(LoadedBuffer(std::string_view("\0<a", 3)), "");
     XmlDocument document;
-    EXPECT_TRUE(document.LoadBuffer("not looked at", 0));
+    EXPECT_TRUE(document.LoadBuffer("not read", 0));
 }
 
 TEST(XmlLoadBuffer, HugeSizeReadsUpToTheZero) {

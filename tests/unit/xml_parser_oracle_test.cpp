@@ -68,7 +68,7 @@ TEST(XmlParserOracle, AgreesOverRandomDocuments) {
         else
             ++(outcome == "failed" ? failed : parsed);
     }
-    // The random documents are good ones only if none of the three outcomes is rare.
+    // Random documents test enough only if none of the three outcomes is rare.
     EXPECT_GT(parsed, 4000);
     EXPECT_GT(failed, 4000);
     EXPECT_GT(partly, 1000);
@@ -99,7 +99,7 @@ TEST(XmlParserOracle, AgreesOverEveryTextOfAFewUnits) {
     }
 }
 
-// Something special at every place of a run of every length: a parser may look at several units at once.
+// Something special at every place of a run of every length: a parser may examine several units together.
 TEST(XmlParserOracle, AgreesWhereverARunIsInterrupted) {
     const WideString specials[] = {
         Wide("&lt;"),          Wide("&amp;&gt;"), Wide("<b/>"), Wide("\""),      WideString(1, wchar16{0}),

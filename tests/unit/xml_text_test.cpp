@@ -185,7 +185,7 @@ TEST_F(XmlTextTest, ReassigningForeverDoesNotGrowThePool) {
     EXPECT_LT(pool_.BytesHeld(), 200000U);
 }
 
-// No unit of these texts is ever looked at: they are too long for any document.
+// No unit of these texts is ever read: they are too long for any document.
 TEST_F(XmlTextTest, TextLongerThan31BitsCanSayIsTooLong) {
     const wchar16 unit{'x'};
     const WideView tooLong(&unit, std::size_t{1} << 31);

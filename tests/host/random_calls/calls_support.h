@@ -67,7 +67,7 @@ std::string TableText(const std::vector<unsigned>& parts);
 // than 0 can be taken without it becoming false.
 Sequence Shortest(Sequence sequence, const std::function<bool(const Sequence&)>& fails);
 
-// Takes items out as long as `fails` stays true, many at once first.
+// Removes items as long as `fails` stays true, large groups first.
 template <class Item>
 bool Shorten(std::vector<Item>& items, const std::function<bool()>& fails) {
     bool shortened = false;
