@@ -7,8 +7,8 @@ namespace {
 
 // Lists shorter than this are always scanned.
 constexpr std::size_t kFewChildren = 16;
-// Making an index of some children takes about as long as scanning them so often: 4 to 6 times, measured.
-constexpr std::size_t kScansPerIndex = 6;
+// Making an index of some children takes about as long as scanning them so often.
+constexpr std::size_t kScansPerIndex = 4;
 constexpr std::size_t kLargestCost = (1U << 24) - 1;  // that fits into XmlNode
 
 bool HavePaidForIndex(const XmlNode& parent) noexcept {

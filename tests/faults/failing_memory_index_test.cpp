@@ -24,7 +24,7 @@ std::string Keys(int from, int count) {
 // Look-ups that an index would have made unnecessary, until one is due.
 template <class LookUp>
 void WearOut(LookUp lookUp) {
-    for (int i = 0; i < 6; ++i)
+    for (int i = 0; i < 4; ++i)
         EXPECT_FALSE(lookUp());
 }
 
