@@ -65,7 +65,7 @@ class Parser {
     }
 
   private:
-    static constexpr std::size_t kFewAttributes = XmlPool::kRoom / sizeof(XmlAttribute);
+    static constexpr std::size_t kFewAttributes = XmlPool::kScratchSize / sizeof(XmlAttribute);
     static_assert(std::has_single_bit(kFewAttributes), "room for more is made at powers of two");
 
     // Always false. `inside` is null at the top level.
@@ -206,7 +206,7 @@ class Parser {
     // Skips the space after the last attribute as well. Attributes are written where they will stay, as long as
     // they are few.
     bool ParseAttributes() {
-        auto* const few = static_cast<XmlAttribute*>(pool_.OpenRoom());
+        auto* const few = static_cast<XmlAttribute*>(pool_.ReserveScratch());
         std::size_t count = 0;
         wchar16* name = EndOfSpace(next_);
         for (wchar16* nameEnd = EndOfName(name); nameEnd != name; nameEnd = EndOfName(name)) {
@@ -236,7 +236,7 @@ class Parser {
     }
 
     void KeepFew(XmlAttribute* few, std::size_t count) noexcept {
-        void* kept = pool_.KeepRoom(count * sizeof *few);
+        void* kept = pool_.CommitScratch(count * sizeof *few);
         unfinished_->attributes.Adopt(static_cast<XmlAttribute*>(kept), count);
     }
 

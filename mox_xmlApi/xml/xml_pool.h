@@ -56,25 +56,27 @@ class XmlPool {
         KeepForReuse(block, ClassOf(bytes));
     }
 
-    // For a block whose size shows only while it is filled: OpenRoom gives kRoom bytes that are free, and KeepRoom
-    // gives a block as Allocate does that holds the first `used` of them, most often in place. Nothing else may be
-    // asked of the pool in between. OpenRoom throws std::bad_alloc and changes nothing then.
-    void* OpenRoom() {
-        if (static_cast<std::size_t>(end_ - next_) < kRoom) AddSlab(kRoom);
-        UnpoisonMemory(next_, kRoom);
+    // For an object whose size is known only once it has been written. ReserveScratch returns kScratchSize bytes to
+    // write it to, which stay free. CommitScratch turns the first `used` of them, at most kScratchSize, into a block as
+    // Allocate returns it, and returns that block: usually it lies where it was written, else it is a copy. No other
+    // function of the pool may be called between the two; a scratch that is never committed needs no clean-up.
+    // ReserveScratch throws std::bad_alloc and changes nothing then.
+    void* ReserveScratch() {
+        if (static_cast<std::size_t>(end_ - next_) < kScratchSize) AddSlab(kScratchSize);
+        UnpoisonMemory(next_, kScratchSize);
         return next_;
     }
-    void* KeepRoom(std::size_t used) noexcept {
+    void* CommitScratch(std::size_t used) noexcept {
         const std::size_t sizeClass = ClassOf(used);
         void* block = TakeReturned(sizeClass);
         if (block != nullptr) {
             std::memcpy(block, next_, used);
-            PoisonMemory(next_, kRoom);
+            PoisonMemory(next_, kScratchSize);
             return block;
         }
         block = next_;
         next_ += SizeOf(sizeClass);
-        PoisonMemory(next_, kRoom - SizeOf(sizeClass));
+        PoisonMemory(next_, kScratchSize - SizeOf(sizeClass));
         return block;
     }
 
@@ -110,7 +112,7 @@ class XmlPool {
     static constexpr std::size_t kLargestSmall = 4096;
     static constexpr std::size_t kFirstSlab = 16 * 1024;
     static constexpr std::size_t kLargestSlab = 64 * 1024;
-    static constexpr std::size_t kRoom = 384;
+    static constexpr std::size_t kScratchSize = 384;
 
   private:
     struct FreeBlock {

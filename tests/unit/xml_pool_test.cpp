@@ -43,48 +43,48 @@ TEST(XmlPool, BlocksOfNoBytesAreDistinct) {
     EXPECT_NE(pool->Allocate(0), pool->Allocate(0));
 }
 
-TEST(XmlPool, RoomIsKeptAsFarAsItWasUsed) {
+TEST(XmlPool, CommittedScratchTakesWhatWasUsedOfIt) {
     const test::OwnPool pool;
-    void* room = pool->OpenRoom();
-    std::memset(room, 7, XmlPool::kRoom);
-    void* kept = pool->KeepRoom(20);
-    EXPECT_EQ(kept, room);
+    void* scratch = pool->ReserveScratch();
+    std::memset(scratch, 7, XmlPool::kScratchSize);
+    void* committed = pool->CommitScratch(20);
+    EXPECT_EQ(committed, scratch);
     auto* next = static_cast<unsigned char*>(pool->Allocate(8));
-    EXPECT_EQ(next, static_cast<unsigned char*>(kept) + 24);
+    EXPECT_EQ(next, static_cast<unsigned char*>(committed) + 24);
     std::memset(next, 9, 8);
-    EXPECT_EQ(static_cast<unsigned char*>(kept)[19], 7);
+    EXPECT_EQ(static_cast<unsigned char*>(committed)[19], 7);
 }
 
-TEST(XmlPool, RoomThatIsNotKeptStaysFree) {
+TEST(XmlPool, ScratchThatIsNotCommittedStaysFree) {
     const test::OwnPool pool;
-    void* room = pool->OpenRoom();
-    EXPECT_EQ(pool->OpenRoom(), room);
-    EXPECT_EQ(pool->Allocate(40), room);
+    void* scratch = pool->ReserveScratch();
+    EXPECT_EQ(pool->ReserveScratch(), scratch);
+    EXPECT_EQ(pool->Allocate(40), scratch);
 }
 
-TEST(XmlPool, RoomThatIsKeptPrefersABlockThatWasGivenBack) {
+TEST(XmlPool, CommittedScratchMovesToAFreeBlockOfItsClass) {
     const test::OwnPool pool;
     void* returned = pool->Allocate(24);
     pool->Free(returned, 24);
-    void* room = pool->OpenRoom();
-    std::memset(room, 7, 24);
-    EXPECT_EQ(pool->KeepRoom(24), returned);
+    void* scratch = pool->ReserveScratch();
+    std::memset(scratch, 7, 24);
+    EXPECT_EQ(pool->CommitScratch(24), returned);
     EXPECT_EQ(static_cast<unsigned char*>(returned)[0], 7);
     EXPECT_EQ(static_cast<unsigned char*>(returned)[23], 7);
-    EXPECT_EQ(pool->Allocate(40), room);
+    EXPECT_EQ(pool->Allocate(40), scratch);
 }
 
-TEST(XmlPool, RoomCanBeKeptWholeAgainAndAgain) {
+TEST(XmlPool, WholeScratchCanBeCommittedAgainAndAgain) {
     const test::OwnPool pool;
-    std::vector<unsigned char*> rooms;
+    std::vector<unsigned char*> blocks;
     for (unsigned char mark = 0; mark < 250; ++mark) {
-        rooms.push_back(static_cast<unsigned char*>(pool->OpenRoom()));
-        std::memset(rooms.back(), mark, XmlPool::kRoom);
-        ASSERT_EQ(pool->KeepRoom(XmlPool::kRoom), rooms.back());
+        blocks.push_back(static_cast<unsigned char*>(pool->ReserveScratch()));
+        std::memset(blocks.back(), mark, XmlPool::kScratchSize);
+        ASSERT_EQ(pool->CommitScratch(XmlPool::kScratchSize), blocks.back());
     }
-    for (std::size_t i = 0; i < rooms.size(); ++i) {
-        ASSERT_EQ(rooms[i][0], i);
-        ASSERT_EQ(rooms[i][XmlPool::kRoom - 1], i);
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        ASSERT_EQ(blocks[i][0], i);
+        ASSERT_EQ(blocks[i][XmlPool::kScratchSize - 1], i);
     }
 }
 
