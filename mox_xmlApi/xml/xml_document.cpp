@@ -114,6 +114,7 @@ XmlNode* XmlDocument::NewDocumentNode() {
 }
 
 XmlNode* XmlDocument::CreateNode(WideView name, std::optional<WideView> value, XmlNodeKind kind) {
+    pool_->MergeIfMostlyFree();
     auto* node = pool_->New<XmlNode>(kind);
     try {
         node->name.Assign(*pool_, name);

@@ -52,7 +52,9 @@ class XmlText {
             SetLength(text.size());
             return;
         }
-        Replace(pool, NewStorage(pool, text, text.size()));
+        const bool grows = capacity != 0 && text.size() > capacity;
+        const std::size_t room = grows ? std::min(capacity + capacity / 8, kLongest) : 0;
+        Replace(pool, NewStorage(pool, text, std::max(text.size(), room)));
     }
 
     // Appends `text`, with room for as much again, so that many pieces cost no more than linear work. Throws

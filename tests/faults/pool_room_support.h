@@ -5,16 +5,14 @@
 #define MOX_XMLAPI_TESTS_FAULTS_POOL_ROOM_SUPPORT_H
 
 #include <cstddef>
-#include <vector>
 
 #include "mox_xmlApi/xml/xml_pool.h"
 
 namespace faults {
 
-// What a pool can give without asking the system.
+// What a pool can give without asking the system: it divides all its free memory when it has to.
 struct PoolRoom {
-    std::size_t smallest = 0;                // blocks of the smallest size, new and returned ones
-    std::vector<std::size_t> returned = {};  // returned blocks of each larger size
+    std::size_t blocks = 0;  // of the smallest size
 
     std::size_t Bytes() const;
 };

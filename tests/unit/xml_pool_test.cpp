@@ -150,13 +150,22 @@ TEST(XmlPool, BlockReturnedByItsWholeSizeIsFoundByTheSizeAskedFor) {
     EXPECT_EQ(pool->Allocate(1000), block);
 }
 
-TEST(XmlPool, ReturnedBlockServesNoOtherClass) {
+TEST(XmlPool, ReturnedBlockServesNoOtherClassWhileThereIsUnusedMemory) {
     const test::OwnPool pool;
     void* block = pool->Allocate(64);
     pool->Free(block, 64);
     EXPECT_NE(pool->Allocate(56), block);
     EXPECT_NE(pool->Allocate(72), block);
     EXPECT_EQ(pool->Allocate(64), block);
+}
+
+TEST(XmlPool, SmallAndLargerBlocksComeFromDifferentEndsOfTheUnusedMemory) {
+    const test::OwnPool pool;
+    auto* firstSmall = static_cast<unsigned char*>(pool->Allocate(256));
+    auto* firstLarger = static_cast<unsigned char*>(pool->Allocate(257));
+    EXPECT_EQ(pool->Allocate(8), firstSmall + 256);
+    EXPECT_EQ(pool->Allocate(4096), firstLarger - 4096);
+    EXPECT_GT(firstLarger, firstSmall + 10000);
 }
 
 TEST(XmlPool, TakingAndReturningDoesNotGrowThePool) {
@@ -174,7 +183,8 @@ TEST(XmlPool, TakingAndReturningDoesNotGrowThePool) {
     }
 }
 
-TEST(XmlPool, SlabsGrowUpTo64KiB) {
+TEST(XmlPool, SlabsGrowUntilTheyHave64KiBForBlocks) {
+    constexpr std::size_t kHead = 16;
     const test::OwnPool pool;
     std::size_t before = pool->BytesHeld();
     std::vector<std::size_t> slabs;
@@ -184,9 +194,21 @@ TEST(XmlPool, SlabsGrowUpTo64KiB) {
         before = pool->BytesHeld();
     }
     ASSERT_GE(slabs.size(), 6U);
-    EXPECT_EQ(slabs[0], 2 * XmlPool::kFirstSlab);
+    EXPECT_EQ(slabs[0], 32768 + kHead);
     for (std::size_t i = 1; i < slabs.size(); ++i)
-        EXPECT_EQ(slabs[i], std::min<std::size_t>(2 * slabs[i - 1], 65536)) << i;
+        EXPECT_EQ(slabs[i], 65536 + kHead) << i;
+}
+
+TEST(XmlPool, SlabHasRoomFor16BlocksOfTheLargestClass) {
+    const test::OwnPool pool;
+    for (std::size_t held = pool->BytesHeld(); pool->BytesHeld() < held + 65536;)
+        pool->Allocate(4096);
+    const std::size_t held = pool->BytesHeld();
+    for (int i = 1; i < 16; ++i)
+        pool->Allocate(4096);
+    EXPECT_EQ(pool->BytesHeld(), held);
+    pool->Allocate(4096);
+    EXPECT_GT(pool->BytesHeld(), held);
 }
 
 TEST(XmlPool, ReservedRoomServesSmallBlocksWithoutGrowing) {
@@ -226,16 +248,15 @@ TEST(XmlPool, ReserveBeyondEveryAddressIsRefusedAndChangesNothing) {
     EXPECT_EQ(pool->Allocate(16), block);
 }
 
-TEST(XmlPool, RestOfASlabServesLaterBlocksThatFit) {
+TEST(XmlPool, RestOfASlabServesBlocksOnceTheNextSlabIsFull) {
     const test::OwnPool pool;
-    auto* first = static_cast<unsigned char*>(pool->Allocate(1024));
+    auto* first = static_cast<unsigned char*>(pool->Allocate(128));
     pool->Reserve(XmlPool::kFirstSlab);  // makes a second slab
     const std::size_t held = pool->BytesHeld();
     EXPECT_GT(held, XmlPool::kFirstSlab);
-    // At least one of the pieces into which the rest was cut is of the largest class.
-    const auto* rest = static_cast<unsigned char*>(pool->Allocate(4096));
-    EXPECT_GE(rest, first + 1024);
-    EXPECT_LE(rest + 4096, first + XmlPool::kFirstSlab);
+    for (std::size_t bytes = 0; bytes < XmlPool::kFirstSlab; bytes += 128)
+        pool->Allocate(128);
+    EXPECT_EQ(pool->Allocate(128), first + 128);
     EXPECT_EQ(pool->BytesHeld(), held);
 }
 
