@@ -167,7 +167,7 @@ void XmlPool::AddFree(Piece piece) noexcept {
     }
     while (piece.Size() != 0) {
         std::size_t sizeClass = ClassOf(piece.Size());
-        if (SizeOf(sizeClass) > piece.Size()) --sizeClass;
+        if (sizeClass != 0 && SizeOf(sizeClass) > piece.Size()) --sizeClass;
         AddFreeBlock(piece.begin, sizeClass);
         piece.begin += SizeOf(sizeClass);
     }
@@ -199,7 +199,8 @@ struct XmlPool::FreeMemory {
 
     // The piece at the highest address; null pointers when there is no more.
     Piece TakeHighest() noexcept {
-        if (larger != nullptr && (smallest == nullptr || std::greater<void*>()(larger, smallest)))
+        if (larger != nullptr && (smallest == nullptr ||
+                                  std::greater<>()(static_cast<void*>(larger), static_cast<void*>(smallest))))
             return TakeRun(larger);
         if (smallest == nullptr) return {nullptr, nullptr};
         std::byte* begin = AsBytes(std::exchange(smallest, smallest->next));
@@ -256,7 +257,8 @@ void XmlPool::MergeNeighbours() noexcept {
             continue;
         }
         usedBytes -= piece.Size();
-        while (*slab != nullptr && std::greater<void*>()(*slab, piece.begin))
+        while (*slab != nullptr &&
+               std::greater<>()(static_cast<void*>(*slab), static_cast<void*>(piece.begin)))
             slab = &(*slab)->next;
         if (*slab != nullptr && (*slab)->Memory() == piece) {
             ReleaseSlab(*slab);
