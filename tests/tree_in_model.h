@@ -53,7 +53,8 @@ inline std::string WrongLink(const XmlNode& node) {
     const XmlNode* previous = node.children.Last();
     std::size_t count = 0;
     for (const XmlNode* child : node.children) {
-        const std::string place = "child " + std::to_string(count++) + " of '" + model::Shown(node.name.View()) + "'";
+        const std::string place =
+            "child " + std::to_string(count++) + " of '" + model::Shown(node.name.View()) + "'";
         if (child->parent != &node) return place + " has another parent";
         if (child->previous != previous) return place + " comes after another one";
         if (std::string deeper = WrongLink(*child); !deeper.empty()) return deeper;

@@ -2,8 +2,8 @@
 #ifndef MOX_XMLAPI_XML_XML_ENTITIES_H
 #define MOX_XMLAPI_XML_XML_ENTITIES_H
 
-#include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "mox_xmlApi/platform/copy_units.h"
 #include "mox_xmlApi/platform/wide_text.h"
@@ -32,14 +32,13 @@ inline constexpr std::array<UnitPattern, 3> kMarkup = {{
 
 // The writer copies up to the next markup character and puts an entity there: the two tables have to agree.
 static_assert(
-    [] {
-        for (wchar16 unit = 0; unit < 0x100; ++unit) {
-            const auto isOfUnit = [unit](const XmlEntity& entity) { return entity.character == unit; };
-            const bool hasEntity = std::any_of(kXmlEntities.begin(), kXmlEntities.end(), isOfUnit);
-            if (hasEntity != MatchesAny<kMarkup>(unit)) return false;
-        }
-        return true;
-    }(),
+    detail::StopBits<kMarkup>() ==
+        [] {
+            std::uint64_t bits = 0;
+            for (const XmlEntity& entity : kXmlEntities)
+                bits |= std::uint64_t{1} << entity.character;
+            return bits;
+        }(),
     "every markup character has an entity, and no other one has");
 
 }  // namespace mox

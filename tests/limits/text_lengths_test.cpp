@@ -113,7 +113,8 @@ Reading ReadInto(const host::WideText& text, std::uint32_t length, const wchar16
     EXPECT_EQ(xmlWriteProfileString(profile, "S"_w, "k"_w, text.c_str()), 1U);
     Reading reading{host::WideText(length + 2, kUntouched)};
     reading.result = xmlGetProfileString(profile, "S"_w, "k"_w, reading.buffer.data(), length, defaultText);
-    EXPECT_EQ(reading.buffer.substr(length), host::WideText(2, kUntouched)) << "written past the end of the buffer";
+    EXPECT_EQ(reading.buffer.substr(length), host::WideText(2, kUntouched))
+        << "written past the end of the buffer";
     reading.buffer.resize(length);
     return reading;
 }
@@ -154,7 +155,8 @@ TEST(Destination, IsFilledAfterAShorterText) {
 Reading ReadDefault(const host::WideText& text, std::uint32_t length) {
     Reading reading{host::WideText(length + 2, kUntouched)};
     reading.result = xmlGetProfileString(nullptr, "S"_w, "k"_w, reading.buffer.data(), length, text.c_str());
-    EXPECT_EQ(reading.buffer.substr(length), host::WideText(2, kUntouched)) << "written past the end of the buffer";
+    EXPECT_EQ(reading.buffer.substr(length), host::WideText(2, kUntouched))
+        << "written past the end of the buffer";
     reading.buffer.resize(length);
     return reading;
 }
