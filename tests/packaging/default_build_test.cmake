@@ -1,0 +1,55 @@
+# Configures without any settings, which has to compile the library as the first build is compiled, with optimisation; a
+# build type that is given stays, and so does that of a project which the library is a part of.
+include(${CMAKE_CURRENT_LIST_DIR}/helpers.cmake)
+foreach(variable CMAKE_BUILD_TYPE CMAKE_CONFIGURATION_TYPES CFLAGS CXXFLAGS LDFLAGS)
+  unset(ENV{${variable}})
+endforeach()
+
+# configure(<folder> <sources> [argument...])
+function(configure folder sources)
+  run(${CMAKE_COMMAND} -S ${sources} -B ${FOLDER}/${folder} -G ${first_CMAKE_GENERATOR}
+    -DCMAKE_C_COMPILER=${C_COMPILER} -DCMAKE_CXX_COMPILER=${CXX_COMPILER} ${ARGN})
+endfunction()
+
+# check_build_type(<folder> <expected>)
+function(check_build_type folder expected)
+  load_cache(${FOLDER}/${folder} READ_WITH_PREFIX its_ CMAKE_BUILD_TYPE)
+  if(NOT "${its_CMAKE_BUILD_TYPE}" STREQUAL "${expected}")
+    message(FATAL_ERROR "${folder}: the build type is \"${its_CMAKE_BUILD_TYPE}\" instead of \"${expected}\"")
+  endif()
+endfunction()
+
+# compiler_flags(<variable> <build folder> <source>): what the compiler is told there, with any build folder as "BUILD".
+function(compiler_flags variable build source)
+  file(READ ${build}/compile_commands.json calls)
+  string(JSON count LENGTH "${calls}")
+  math(EXPR last "${count} - 1")
+  set(call "")
+  foreach(i RANGE ${last})
+    string(JSON file GET "${calls}" ${i} file)
+    if(file STREQUAL "${SOURCES}/${source}")
+      string(JSON call GET "${calls}" ${i} command)
+    endif()
+  endforeach()
+  string(REPLACE "${build}" BUILD call "${call}")
+  # Without a launcher in front of the compiler.
+  string(FIND "${call}" "${CXX_COMPILER} " at)
+  string(SUBSTRING "${call}" ${at} -1 call)
+  set(${variable} "${call}" PARENT_SCOPE)
+endfunction()
+
+set(library_alone -DMOX_BUILD_TESTS=OFF -DMOX_BUILD_EXAMPLES=OFF -DMOX_BUILD_TOOLS=OFF)
+configure(plain ${SOURCES} ${library_alone})
+check_build_type(plain Release)
+foreach(source mox_xmlApi/xml/xml_parser.cpp companions/mox_porting/mox_porting.cpp)
+  compiler_flags(expected ${BUILD} ${source})
+  compiler_flags(found ${FOLDER}/plain ${source})
+  if(NOT found MATCHES " -O3 -DNDEBUG " OR NOT found STREQUAL expected)
+    message(FATAL_ERROR "${source} is compiled with\n${found}\ninstead of\n${expected}")
+  endif()
+endforeach()
+
+configure(debug ${SOURCES} ${library_alone} -DCMAKE_BUILD_TYPE=Debug)
+check_build_type(debug Debug)
+configure(part ${SOURCES}/tests/packaging/consumer -DMOX_SOURCES=${SOURCES})
+check_build_type(part "")
