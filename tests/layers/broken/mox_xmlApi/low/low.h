@@ -1,0 +1,1 @@
+#include "mox_xmlApi/low/low.h"

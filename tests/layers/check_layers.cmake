@@ -1,0 +1,106 @@
+# Holds the #include lines of the sources against the table of layers in docs/architecture.md:
+#
+#   cmake -DSOURCES=<checkout> -P check_layers.cmake
+#
+# Each row of the table has the paths of one layer, and the paths of lower layers that it may include. A path that ends
+# in "/" is a folder. A file that is in several rows belongs to the one with the longest path.
+cmake_minimum_required(VERSION 3.25)
+set(folders mox_xmlApi companions tools)
+
+# problem(<text>): says it; the script fails in the end.
+function(problem text)
+  message(NOTICE "${text}")
+  set_property(GLOBAL PROPERTY problems TRUE)
+endfunction()
+
+# paths_in(<variable> <text>): what stands in `backquotes`.
+function(paths_in variable text)
+  string(REGEX MATCHALL "`[^`]+`" paths "${text}")
+  list(TRANSFORM paths REPLACE "`" "")
+  set(${variable} ${paths} PARENT_SCOPE)
+endfunction()
+
+# longest_match(<variable> <file> <path>...): the longest of the paths that the file is or lies in, "" without one.
+function(longest_match variable file)
+  set(longest "")
+  string(LENGTH "${longest}" most)
+  foreach(path IN LISTS ARGN)
+    string(FIND "${file}" "${path}" at)
+    string(LENGTH "${path}" length)
+    if((file STREQUAL path OR (at EQUAL 0 AND path MATCHES "/$")) AND length GREATER most)
+      set(longest ${path})
+      set(most ${length})
+    endif()
+  endforeach()
+  set(${variable} "${longest}" PARENT_SCOPE)
+endfunction()
+
+# The table: `known` are the paths of all layers; `allowed_<path>` is what stands beside such a path.
+set(known "")
+set(inTable FALSE)
+file(STRINGS ${SOURCES}/docs/architecture.md lines)
+foreach(line IN LISTS lines)
+  if(line MATCHES "^\\| Layer \\| May include")
+    set(inTable TRUE)
+  elseif(NOT line MATCHES "^\\|")
+    set(inTable FALSE)
+  elseif(inTable AND line MATCHES "^\\|([^|]*`[^|]*)\\|([^|]*)\\|$")
+    set(rest "${CMAKE_MATCH_2}")
+    paths_in(layer "${CMAKE_MATCH_1}")
+    paths_in(allowed "${rest}")
+    foreach(path IN LISTS layer allowed)
+      if(NOT EXISTS ${SOURCES}/${path})
+        problem("docs/architecture.md: ${path} does not exist")
+      endif()
+    endforeach()
+    foreach(path IN LISTS allowed)
+      longest_match(lower ${path} ${known})
+      if(lower STREQUAL "")
+        problem("docs/architecture.md: ${path} is in no row above the layer that may include it")
+      endif()
+    endforeach()
+    foreach(path IN LISTS layer)
+      set(allowed_${path} ${layer} ${allowed})
+    endforeach()
+    list(APPEND known ${layer})
+  endif()
+endforeach()
+if(NOT known)
+  message(FATAL_ERROR "docs/architecture.md has no table of layers")
+endif()
+
+# Every source has a layer.
+list(TRANSFORM folders PREPEND "${SOURCES}/" OUTPUT_VARIABLE patterns)
+foreach(pattern IN LISTS patterns)
+  file(GLOB_RECURSE files RELATIVE ${SOURCES} ${pattern}/*.h ${pattern}/*.hpp ${pattern}/*.c ${pattern}/*.cpp)
+  foreach(file IN LISTS files)
+    longest_match(layer ${file} ${known})
+    if(layer STREQUAL "")
+      problem("${file}: in no layer")
+    endif()
+  endforeach()
+endforeach()
+
+# Every include is of the own layer or an allowed one.
+list(JOIN folders "|" ours)
+execute_process(
+  COMMAND grep -rnoE "^[ \t]*#[ \t]*include[ \t]*(\"[^\"]+\"|<(${ours})/[^>]+>)" ${folders}
+  WORKING_DIRECTORY ${SOURCES} OUTPUT_VARIABLE found COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^\n]+" found "${found}")
+list(SORT found)
+set(count 0)
+foreach(line IN LISTS found)
+  string(REGEX MATCH "^([^:]+):[0-9]+:[^\"<]*[\"<]([^\">]+)" matched "${line}")
+  set(included "${CMAKE_MATCH_2}")
+  longest_match(layer "${CMAKE_MATCH_1}" ${known})
+  longest_match(allowed "${included}" ${allowed_${layer}})
+  if(allowed STREQUAL "")
+    problem("${line}: ${layer} may not include this")
+  endif()
+  math(EXPR count "${count} + 1")
+endforeach()
+get_property(problems GLOBAL PROPERTY problems)
+if(problems)
+  message(FATAL_ERROR "The sources and the table of layers in docs/architecture.md do not agree")
+endif()
+message(STATUS "${count} includes keep to the layers")
