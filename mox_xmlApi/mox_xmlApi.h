@@ -78,9 +78,9 @@
  *   respect it. docs/file-format.md lists what sets and removes it.
  *
  * @par Threads
- *   The library starts no threads, takes no locks and keeps no state outside its handles. A profile handle
- *   and all section handles taken from it must be used by one thread at a time; different documents share
- *   nothing.
+ *   The library starts no threads, takes no locks and keeps no state outside its handles that a call could
+ *   observe. A profile handle and all section handles taken from it must be used by one thread at a time;
+ *   different documents share nothing.
  *
  * @par Failure
  *   The result shows that a call has failed, but not why. Nothing is rolled back: what a call changed in
