@@ -44,7 +44,7 @@ class TextBlock {
     unsigned char* memory_;
 };
 
-// The piece of a file that was read last.
+// The part of a file that was read last.
 struct Piece {
     static constexpr std::size_t kBytes = 16 * 1024;
 
@@ -54,13 +54,13 @@ struct Piece {
     void Read(InputFile& file, std::size_t wanted) noexcept { count = file.Read(bytes.data(), wanted); }
 };
 
-// How many units to make room for at first: what is there in `first`, and when that is not the whole file, what a
-// file of its size holds, and one more to see its end. The system is asked for the size of large files alone.
+// How many units to make room for at first: those in `first` or, if that is not the whole file, those that a file of its
+// size contains and one more, to detect its end. The size of the file is queried only if it is large.
 std::size_t FirstCapacity(const InputFile& file, const Piece& first, std::size_t bytesPerUnit) {
     if (first.count < Piece::kBytes) return first.count / bytesPerUnit;
-    constexpr std::uint64_t kMost = std::numeric_limits<std::size_t>::max() / 8;
+    constexpr std::uint64_t kMaxSize = std::numeric_limits<std::size_t>::max() / 8;
     const std::uint64_t size = file.SizeHint();
-    if (size > kMost) throw std::bad_alloc();
+    if (size > kMaxSize) throw std::bad_alloc();
     return std::max(static_cast<std::size_t>(size), Piece::kBytes) / bytesPerUnit + 1;
 }
 
@@ -87,7 +87,7 @@ std::size_t BytesToZero(const unsigned char* bytes, std::size_t count) noexcept 
                            : static_cast<std::size_t>(static_cast<const unsigned char*>(zero) - bytes);
 }
 
-// The memory that `count` units take, a zero, and what the parser may read behind it.
+// The memory for `count` units, a zero, and what the parser may read after it.
 std::size_t BlockSize(std::size_t count) noexcept {
     return (count + 1 + kScanAhead) * sizeof(wchar16);
 }
@@ -105,33 +105,47 @@ std::size_t RoomAfter(const TextBlock& block, std::size_t count) noexcept {
     return block.Size() / sizeof(wchar16) - 1 - kScanAhead - count;
 }
 
-// Goes on with a file of bytes up to the first zero or its end. Returns the number of units before it.
-std::size_t ReadNarrow(InputFile& file, XmlPool& pool, TextBlock& block, Piece& piece) {
-    std::size_t length = 0;
-    for (std::size_t wanted = Piece::kBytes;;) {
-        const std::size_t used = BytesToZero(piece.bytes.data(), piece.count);
-        Widen(piece.bytes.data(), used, block.Units() + length);
-        length += used;
-        if (used < wanted) return length;
-        GrowWhenFull(pool, block, length);
-        wanted = std::min(Piece::kBytes, RoomAfter(block, length));
-        piece.Read(file, wanted);
-    }
-}
+// What differs between the two forms of a file. Both functions write units to `to` and return how many of them come
+// before the first zero; an odd byte at the end of a wide file is dropped.
+struct NarrowForm {
+    static constexpr std::size_t kBytesPerUnit = 1;
 
-// Goes on with a file of units up to the first zero or its end; an odd byte at its end is dropped. Returns the
-// number of units before it.
-std::size_t ReadWide(InputFile& file, XmlPool& pool, TextBlock& block, const Piece& first) {
-    std::size_t count = first.count / sizeof(wchar16);
-    std::memcpy(block.Units(), first.bytes.data(), count * sizeof(wchar16));
+    static std::size_t Convert(const Piece& piece, wchar16* to) noexcept {
+        const std::size_t used = BytesToZero(piece.bytes.data(), piece.count);
+        Widen(piece.bytes.data(), used, to);
+        return used;
+    }
+    static std::size_t Read(InputFile& file, Piece& piece, wchar16* to, std::size_t wanted) noexcept {
+        piece.Read(file, wanted);
+        return Convert(piece, to);
+    }
+};
+
+struct WideForm {
+    static constexpr std::size_t kBytesPerUnit = sizeof(wchar16);
+
+    static std::size_t Convert(const Piece& piece, wchar16* to) noexcept {
+        const std::size_t count = piece.count / kBytesPerUnit;
+        std::memcpy(to, piece.bytes.data(), count * kBytesPerUnit);
+        return CountBefore(0, to, count);
+    }
+    static std::size_t Read(InputFile& file, Piece&, wchar16* to, std::size_t wanted) noexcept {
+        return CountBefore(0, to, file.Read(to, wanted * kBytesPerUnit) / kBytesPerUnit);
+    }
+};
+
+// Reads the text of a file, whose beginning is in `piece`, up to the first zero or its end. Returns the number of units.
+template <class Form>
+std::size_t ReadText(InputFile& file, XmlPool& pool, TextBlock& block, Piece& piece) {
+    constexpr std::size_t kUnits = Piece::kBytes / Form::kBytesPerUnit;
+    std::size_t wanted = kUnits;
     std::size_t length = 0;
-    for (std::size_t wanted = Piece::kBytes / sizeof(wchar16);;) {
-        const std::size_t used = CountBefore(0, block.Units() + length, count);
+    for (std::size_t used = Form::Convert(piece, block.Units());;) {
         length += used;
         if (used < wanted) return length;
         GrowWhenFull(pool, block, length);
-        wanted = std::min(Piece::kBytes / sizeof(wchar16), RoomAfter(block, length));
-        count = file.Read(block.Units() + length, wanted * sizeof(wchar16)) / sizeof(wchar16);
+        wanted = std::min(kUnits, RoomAfter(block, length));
+        used = Form::Read(file, piece, block.Units() + length, wanted);
     }
 }
 
@@ -139,7 +153,7 @@ std::size_t ReadWide(InputFile& file, XmlPool& pool, TextBlock& block, const Pie
 std::size_t EstimateTreeSize(const wchar16* text, std::size_t length) noexcept {
     constexpr std::size_t kSample = 4 * 1024;
     constexpr std::size_t kUsualBytesPerUnit = 3;
-    constexpr std::size_t kMostBytesPerUnit = 4;  // the beginning may mislead
+    constexpr std::size_t kMaxBytesPerUnit = 4;  // the beginning may mislead
     if (length < kSample) return length * kUsualBytesPerUnit;
     std::uint32_t nodes = 0;
     std::uint32_t quotes = 0;
@@ -149,7 +163,7 @@ std::size_t EstimateTreeSize(const wchar16* text, std::size_t length) noexcept {
         quotes += text[i] == '"' ? 1U : 0U;
     }
     const std::size_t bytes = nodes * sizeof(XmlNode) + quotes / 2 * sizeof(XmlAttribute);
-    return std::min(length / kSample * bytes, length * kMostBytesPerUnit);
+    return std::min(length / kSample * bytes, length * kMaxBytesPerUnit);
 }
 
 // Parses the text of `block`, which the tree keeps if it has taken anything from it.
@@ -178,9 +192,10 @@ bool XmlDocument::LoadFile(const wchar16* path, bool wide) {
     if (!file.IsOpen()) return false;
     Piece piece;
     piece.Read(file, Piece::kBytes);
-    TextBlock block(*pool_, BlockSize(FirstCapacity(file, piece, wide ? sizeof(wchar16) : 1)));
-    const std::size_t length =
-        wide ? ReadWide(file, *pool_, block, piece) : ReadNarrow(file, *pool_, block, piece);
+    const std::size_t bytesPerUnit = wide ? WideForm::kBytesPerUnit : NarrowForm::kBytesPerUnit;
+    TextBlock block(*pool_, BlockSize(FirstCapacity(file, piece, bytesPerUnit)));
+    const std::size_t length = wide ? ReadText<WideForm>(file, *pool_, block, piece)
+                                    : ReadText<NarrowForm>(file, *pool_, block, piece);
     if (file.Failed()) return false;
     return loaded = ParseBlock(*this, block, length, root);
 }
