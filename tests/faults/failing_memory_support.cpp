@@ -101,7 +101,22 @@ std::int64_t LiveBlocks() {
     return liveBlocks;
 }
 
+namespace {
+
+// The first exception of a thread allocates memory that later ones use again. Where that fails, some runtimes end the
+// program instead of throwing.
+void ThrowAndCatch() {
+    try {
+        throw std::bad_alloc();
+    } catch (const std::bad_alloc&) {
+        return;
+    }
+}
+
+}  // namespace
+
 FailingMemory::FailingMemory(std::uint64_t first, Failing how) {
+    ThrowAndCatch();
     firstToFail = first;
     howToFail = how;
     asked = 0;
