@@ -48,7 +48,7 @@ constexpr bool MatchesAny(wchar16 unit) noexcept {
 // Copies the units before the first one that a pattern of `kStops` matches to `to`, which has room for all of `text`.
 // Returns how many they are. A narrow output gets the low byte of each.
 template <auto kStops, class Unit>
-std::size_t CopyUntilPlain(Unit* to, WideView text) noexcept {
+std::size_t CopyUntilScalar(Unit* to, WideView text) noexcept {
     std::size_t count = 0;
     for (; count < text.size() && !MatchesAny<kStops>(text[count]); ++count)
         to[count] = static_cast<Unit>(text[count]);
@@ -118,13 +118,13 @@ std::size_t CopyUntil(Unit* to, WideView text) noexcept {
         }
     }
 #endif
-    return count + CopyUntilPlain<kStops>(to + count, text.substr(count));
+    return count + CopyUntilScalar<kStops>(to + count, text.substr(count));
 }
 
 // Copies all of `text` to `to`, which has room for it, and returns the place after it. A narrow output gets the low
 // byte of each unit.
 template <class Unit>
-Unit* CopyUnitsPlain(Unit* to, WideView text) noexcept {
+Unit* CopyUnitsScalar(Unit* to, WideView text) noexcept {
     for (const wchar16 unit : text)
         *to++ = static_cast<Unit>(unit);
     return to;
@@ -148,7 +148,7 @@ Unit* CopyUnits(Unit* to, WideView text) noexcept {
         return to + size;
     }
 #endif
-    return CopyUnitsPlain(to, text);
+    return CopyUnitsScalar(to, text);
 }
 
 }  // namespace mox

@@ -18,7 +18,7 @@ namespace mox {
 inline constexpr std::size_t kScanAhead = 7;
 
 // The first unit from `text` on that is zero or one of the three, one unit at a time. There must be one.
-inline wchar16* FindAnyOfPlain(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexcept {
+inline wchar16* FindAnyOfScalar(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexcept {
     while (*text != 0 && *text != a && *text != b && *text != c)
         ++text;
     return text;
@@ -37,12 +37,12 @@ inline wchar16* FindAnyOf(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexce
         if (found != 0) return text + std::countr_zero(found) / 2;
     }
 #else
-    return FindAnyOfPlain(text, a, b, c);
+    return FindAnyOfScalar(text, a, b, c);
 #endif
 }
 
 // How many of the `count` units come before the first one that equals `unit`, one unit at a time; all when none does.
-inline std::size_t CountBeforePlain(wchar16 unit, const wchar16* units, std::size_t count) noexcept {
+inline std::size_t CountBeforeScalar(wchar16 unit, const wchar16* units, std::size_t count) noexcept {
     std::size_t length = 0;
     while (length < count && units[length] != unit)
         ++length;
@@ -59,7 +59,7 @@ inline std::size_t CountBefore(wchar16 unit, const wchar16* units, std::size_t c
         if (_mm_movemask_epi8(_mm_cmpeq_epi16(block, all)) != 0) break;
     }
 #endif
-    return length + CountBeforePlain(unit, units + length, count - length);
+    return length + CountBeforeScalar(unit, units + length, count - length);
 }
 
 }  // namespace mox

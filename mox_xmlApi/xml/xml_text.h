@@ -36,7 +36,7 @@ class XmlText {
     // A text that refers to `text`, which must live as long as the tree: the loaded text, or a literal.
     static XmlText Slice(WideView text) {
         XmlText slice;
-        slice.Refer(text.data(), CheckedLength(text.size()));
+        slice.SetView(text.data(), CheckedLength(text.size()));
         return slice;
     }
 
@@ -53,7 +53,7 @@ class XmlText {
             return;
         }
         const bool grows = capacity != 0 && text.size() > capacity;
-        const std::size_t room = grows ? std::min(capacity + capacity / 8, kLongest) : 0;
+        const std::size_t room = grows ? std::min(capacity + capacity / 8, kMaxLength) : 0;
         Replace(pool, NewStorage(pool, text, std::max(text.size(), room)));
     }
 
@@ -64,7 +64,7 @@ class XmlText {
         const std::size_t length = old + text.size();
         if (length > Capacity()) {
             Replace(pool,
-                    NewStorage(pool, View(), std::max(length, std::min(length + length / 2, kLongest))));
+                    NewStorage(pool, View(), std::max(length, std::min(length + length / 2, kMaxLength))));
         }
         WideTraits::copy(Storage() + old, text.data(), text.size());
         SetLength(length);
@@ -79,13 +79,13 @@ class XmlText {
   private:
     using WideTraits = std::char_traits<wchar16>;
 
-    static constexpr std::size_t kLongest = 0x7FFFFFFF;
+    static constexpr std::size_t kMaxLength = 0x7FFFFFFF;
     static constexpr std::uint32_t kOwnsStorage =
         0x80000000;  // without it: a slice, which is never written to
     static constexpr std::size_t kHeaderSize = sizeof(std::uint32_t);
 
     static std::uint32_t CheckedLength(std::size_t length) {
-        if (length > kLongest) throw std::length_error("string too long");
+        if (length > kMaxLength) throw std::length_error("string too long");
         return static_cast<std::uint32_t>(length);
     }
 
@@ -100,7 +100,7 @@ class XmlText {
         std::memcpy(block, &capacity, sizeof capacity);
         auto* units = static_cast<wchar16*>(static_cast<void*>(block + kHeaderSize));
         WideTraits::copy(units, text.data(), text.size());
-        fresh.Refer(units, static_cast<std::uint32_t>(text.size()) | kOwnsStorage);
+        fresh.SetView(units, static_cast<std::uint32_t>(text.size()) | kOwnsStorage);
         return fresh;
     }
 
@@ -115,7 +115,7 @@ class XmlText {
         return capacity > XmlPool::kLargestSmall && length < capacity / 4;
     }
 
-    void Refer(const wchar16* data, std::uint32_t length) noexcept {
+    void SetView(const wchar16* data, std::uint32_t length) noexcept {
         std::memcpy(address_.data(), &data, sizeof data);
         length_ = length;
     }

@@ -9,7 +9,7 @@
 namespace {
 
 using mox::CopyUntil;
-using mox::CopyUntilPlain;
+using mox::CopyUntilScalar;
 using mox::kMarkup;
 using mox::WideView;
 
@@ -30,7 +30,7 @@ std::vector<Unit> Copied(Copy copy, WideView text, std::size_t& count) {
 
 TYPED_TEST(CopyUnitsTest, CopiesAllUnitsAtEveryLengthAndAlignment) {
     const auto fast = [](TypeParam* to, WideView text) { return mox::CopyUnits(to, text) - to; };
-    const auto plain = [](TypeParam* to, WideView text) { return mox::CopyUnitsPlain(to, text) - to; };
+    const auto plain = [](TypeParam* to, WideView text) { return mox::CopyUnitsScalar(to, text) - to; };
     for (std::size_t alignment = 0; alignment < 9; ++alignment) {
         for (std::size_t length = 0; length < 36; ++length) {
             std::vector<wchar16> units(alignment + length);
@@ -51,7 +51,7 @@ TYPED_TEST(CopyUnitsTest, CopiesAllUnitsAtEveryLengthAndAlignment) {
 TYPED_TEST(CopyUnitsTest, StopsAtTheSameUnitAsThePlainCopyAtEveryLengthPositionAndAlignment) {
     constexpr std::size_t kMost = 36;
     const auto fast = [](TypeParam* to, WideView text) { return CopyUntil<kMarkup>(to, text); };
-    const auto plain = [](TypeParam* to, WideView text) { return CopyUntilPlain<kMarkup>(to, text); };
+    const auto plain = [](TypeParam* to, WideView text) { return CopyUntilScalar<kMarkup>(to, text); };
     for (std::size_t alignment = 0; alignment < 9; ++alignment) {
         for (std::size_t length = 0; length < kMost; ++length) {
             for (std::size_t place = 0; place <= length; ++place) {

@@ -7,7 +7,7 @@
 namespace {
 
 using mox::FindAnyOf;
-using mox::FindAnyOfPlain;
+using mox::FindAnyOfScalar;
 
 TEST(Scan, FindsWhatItsPlainTwinFindsAtEveryPlaceAndAlignment) {
     constexpr std::size_t kMost = 40;
@@ -18,7 +18,7 @@ TEST(Scan, FindsWhatItsPlainTwinFindsAtEveryPlaceAndAlignment) {
                 units[alignment + length] = stop;
                 wchar16* text = units.data() + alignment;
                 ASSERT_EQ(FindAnyOf(text, '"', '<', '&'), text + length);
-                ASSERT_EQ(FindAnyOfPlain(text, '"', '<', '&'), text + length);
+                ASSERT_EQ(FindAnyOfScalar(text, '"', '<', '&'), text + length);
             }
         }
     }
@@ -38,7 +38,7 @@ TEST(Scan, CountsUpToAUnitAsItsPlainTwinAtEveryPlaceAndAlignment) {
                         units[i] = highByte;
                     if (place < count) units[alignment + place] = searched;
                     ASSERT_EQ(mox::CountBefore(searched, units.data() + alignment, count), place);
-                    ASSERT_EQ(mox::CountBeforePlain(searched, units.data() + alignment, count), place);
+                    ASSERT_EQ(mox::CountBeforeScalar(searched, units.data() + alignment, count), place);
                 }
             }
         }
