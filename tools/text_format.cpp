@@ -1,7 +1,5 @@
 #include "tools/text_format.h"
 
-#include <algorithm>
-
 #include "mox_xmlApi/front/text.hpp"
 
 namespace mox::tool {
@@ -51,11 +49,12 @@ std::string Quoted(std::string_view text) {
 }
 
 std::string QuotedIfNeeded(std::string_view name) {
-    const bool isPlain = !name.empty() && name.front() != ' ' && name.back() != ' ' &&
-                         std::none_of(name.begin(), name.end(), [](char character) {
-                             return IsControl(character) || character == '"' || character == '/' ||
-                                    character == '\\' || character == '#';
-                         });
+    bool isPlain = !name.empty() && name.front() != ' ' && name.back() != ' ';
+    for (const char character : name) {
+        if (IsControl(character) || character == '"' || character == '/' || character == '\\' ||
+            character == '#')
+            isPlain = false;
+    }
     return isPlain ? std::string(name) : Quoted(name);
 }
 
