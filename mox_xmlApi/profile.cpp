@@ -100,7 +100,8 @@ void* xmlWriteProfileSection(moxSettings* handle, const wchar16* section, uint32
                                   editable != 0};
     bool eudIsSet = false;
     mox::XmlNode* element = mox::ObtainSection(*handle, header, eudIsSet);
-    auto table = element == nullptr ? nullptr : NewSectionHandle(*handle, element);
+    std::unique_ptr<mox::TableHandle> table;
+    if (element != nullptr) table = NewSectionHandle(*handle, element);
     SetFlag(eud, eudIsSet);
     return table.release();
 }
