@@ -51,7 +51,7 @@ struct Piece {
     alignas(wchar16) std::array<unsigned char, kBytes> bytes;
     std::size_t count = 0;
 
-    void Read(InputFile& file, std::size_t wanted) noexcept { count = file.Read(bytes.data(), wanted); }
+    void Read(InputFile& file, std::size_t requested) noexcept { count = file.Read(bytes.data(), requested); }
 };
 
 // How many units to make room for at first: those in `first` or, if that is not the whole file, those that a file of its
@@ -115,8 +115,8 @@ struct NarrowForm {
         Widen(piece.bytes.data(), used, to);
         return used;
     }
-    static std::size_t Read(InputFile& file, Piece& piece, wchar16* to, std::size_t wanted) noexcept {
-        piece.Read(file, wanted);
+    static std::size_t Read(InputFile& file, Piece& piece, wchar16* to, std::size_t requested) noexcept {
+        piece.Read(file, requested);
         return Convert(piece, to);
     }
 };
@@ -129,8 +129,8 @@ struct WideForm {
         std::memcpy(to, piece.bytes.data(), count * kBytesPerUnit);
         return CountBefore(0, to, count);
     }
-    static std::size_t Read(InputFile& file, Piece&, wchar16* to, std::size_t wanted) noexcept {
-        return CountBefore(0, to, file.Read(to, wanted * kBytesPerUnit) / kBytesPerUnit);
+    static std::size_t Read(InputFile& file, Piece&, wchar16* to, std::size_t requested) noexcept {
+        return CountBefore(0, to, file.Read(to, requested * kBytesPerUnit) / kBytesPerUnit);
     }
 };
 
@@ -138,14 +138,14 @@ struct WideForm {
 template <class Form>
 std::size_t ReadText(InputFile& file, XmlPool& pool, TextBlock& block, Piece& piece) {
     constexpr std::size_t kUnits = Piece::kBytes / Form::kBytesPerUnit;
-    std::size_t wanted = kUnits;
+    std::size_t requested = kUnits;
     std::size_t length = 0;
     for (std::size_t used = Form::Convert(piece, block.Units());;) {
         length += used;
-        if (used < wanted) return length;
+        if (used < requested) return length;
         GrowWhenFull(pool, block, length);
-        wanted = std::min(kUnits, RoomAfter(block, length));
-        used = Form::Read(file, piece, block.Units() + length, wanted);
+        requested = std::min(kUnits, RoomAfter(block, length));
+        used = Form::Read(file, piece, block.Units() + length, requested);
     }
 }
 

@@ -10,10 +10,10 @@ set(expected [[
 docs/architecture.md: mox_xmlApi/gone.h does not exist
 docs/architecture.md: mox_xmlApi/high/high.h is in no row above the layer that may include it
 tools/tool.h: in no layer
-companions/companion.h:3:#include "mox_xmlApi/high/other.h": companions/ may not include this
+companions/companion.h:2:#include <tools/tool.h>: companions/ may not include this
 companions/companion.h:4:#include "high.h": companions/ may not include this
-companions/companion.h:5:#include <tools/tool.h>: companions/ may not include this
-mox_xmlApi/high/high.h:2:#include "companions/companion.h": mox_xmlApi/high/ may not include this]])
+companions/companion.h:6:#include "mox_xmlApi/high/other.h": companions/ may not include this
+mox_xmlApi/high/high.h:1:#include "companions/companion.h": mox_xmlApi/high/ may not include this]])
 if(result EQUAL 0 OR NOT output STREQUAL expected)
   message(FATAL_ERROR "The check ended with ${result} and wrote\n${output}\ninstead of\n${expected}")
 endif()

@@ -1,5 +1,6 @@
 #include <string>
+#include <tools/tool.h>
+
+#include "high.h"
 #include "mox_xmlApi/high/high.h"
 #include "mox_xmlApi/high/other.h"
-#include "high.h"
-#include <tools/tool.h>

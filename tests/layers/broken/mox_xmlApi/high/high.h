@@ -1,2 +1,2 @@
-#include "mox_xmlApi/low/low.h"
 #include "companions/companion.h"
+#include "mox_xmlApi/low/low.h"
