@@ -13,7 +13,7 @@ if(TARGET mox-xml)
 endif()
 
 # What must be built before an installation.
-add_custom_target(mox_installed DEPENDS ${mox_installed_libraries} ${mox_installed_programs})
+add_custom_target(mox_installed DEPENDS ${mox_installed_libraries} mox_front ${mox_installed_programs})
 
 if(UNIX AND NOT APPLE)
   # The companions are next to the library, and the path from the tool to the library is relative, so that the installed
@@ -26,15 +26,16 @@ if(UNIX AND NOT APPLE)
   endforeach()
 endif()
 
-install(TARGETS ${mox_installed_libraries} EXPORT mox_xmlApiTargets
+install(TARGETS ${mox_installed_libraries} mox_front EXPORT mox_xmlApiTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-# What hosts include. The C++ front is header-only.
-file(GLOB mox_front RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
-  ${PROJECT_SOURCE_DIR}/mox_xmlApi/*.hpp ${PROJECT_SOURCE_DIR}/mox_xmlApi/front/*.hpp)
-foreach(header IN LISTS mox_front ITEMS
+# What hosts include.
+file(GLOB mox_front_headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
+  ${PROJECT_SOURCE_DIR}/mox_xmlApi/*.hpp ${PROJECT_SOURCE_DIR}/mox_xmlApi/disk/*.hpp
+  ${PROJECT_SOURCE_DIR}/mox_xmlApi/document/*.hpp ${PROJECT_SOURCE_DIR}/mox_xmlApi/front/*.hpp)
+foreach(header IN LISTS mox_front_headers ITEMS
     mox_xmlApi/mox_xmlApi.h mox_xmlApi/platform/mox_dbtInfo.h mox_xmlApi/platform/wchar16.h)
   cmake_path(GET header PARENT_PATH folder)
   install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
@@ -101,5 +102,7 @@ if(mox_includedir_is_absolute)
 else()
   set(mox_pc_includedir "\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}")
 endif()
-configure_file(${PROJECT_SOURCE_DIR}/cmake/mox_xmlApi.pc.in ${PROJECT_BINARY_DIR}/mox_xmlApi.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/mox_xmlApi.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(name mox_xmlApi mox_front)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
