@@ -57,16 +57,13 @@
 
 #include "mox_xmlApi/front/entry.hpp"
 #include "mox_xmlApi/front/entry_table.hpp"
+#include "mox_xmlApi/front/form.hpp"
 #include "mox_xmlApi/front/replace_file.hpp"
 #include "mox_xmlApi/front/section_list.hpp"
 #include "mox_xmlApi/front/text.hpp"
 #include "mox_xmlApi/mox_xmlApi.h"
 
 namespace mox {
-
-// The form of a profile's file. Narrow has one byte per unit: it keeps 7-bit text only, and other text is lost
-// silently. Wide has two bytes per unit and keeps everything.
-enum class Form { Narrow, Wide };
 
 // What a save of a profile writes: the document, or an export of the entries' presentation data or of their values.
 // See xmlProfileSave.
