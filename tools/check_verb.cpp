@@ -3,9 +3,10 @@
 #include <memory>
 #include <vector>
 
+#include "mox_xmlApi/document/diagnose.hpp"
 #include "tools/command_line.h"
-#include "tools/diagnostics.h"
 #include "tools/json_output.h"
+#include "tools/open_document.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -23,9 +24,9 @@ std::string SeverityName(Severity severity) {
     return severity == Severity::Warning ? "warning" : "note";
 }
 
-Json JsonOf(const SourceFile& file, const Diagnostic& diagnostic) {
+Json JsonOf(const std::string& path, const Diagnostic& diagnostic) {
     Json json = Json::object();
-    json["file"] = file.Path();
+    json["file"] = path;
     json["line"] = diagnostic.position.line;
     json["column"] = diagnostic.position.column;
     json["severity"] = SeverityName(diagnostic.severity);
@@ -35,18 +36,19 @@ Json JsonOf(const SourceFile& file, const Diagnostic& diagnostic) {
 
 // Prints the diagnostics of one file, to `json` if JSON is wanted. Returns the exit code for the file.
 ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Output& output, Json& json) {
-    const SourceFile file(path, arguments.form.RequestedForm());
-    for (const Diagnostic& diagnostic : Diagnose(file)) {
+    ExitCode code = ExitCode::kSuccess;
+    for (const Diagnostic& diagnostic : diagnose(ReadBytes(path), arguments.form.RequestedForm())) {
         const bool isError = diagnostic.severity == Severity::Error;
+        if (isError) code = ExitCode::kSyntaxError;
         if (arguments.isQuiet && !isError) continue;
         if (arguments.isJson) {
-            json.push_back(JsonOf(file, diagnostic));
+            json.push_back(JsonOf(path, diagnostic));
         } else {
             const std::string prefix = isError ? "" : SeverityName(diagnostic.severity) + ": ";
-            output.PrintLine(AtPosition(file, diagnostic.position, prefix + diagnostic.message));
+            output.PrintLine(AtPosition(path, diagnostic.position, prefix + diagnostic.message));
         }
     }
-    return file.IsParsed() ? ExitCode::kSuccess : ExitCode::kSyntaxError;
+    return code;
 }
 
 void RunCheck(const CheckArguments& arguments, Output& output) {

@@ -1,10 +1,11 @@
 // diff: compares the contents of two files.
 #include <memory>
 
+#include "mox_xmlApi/document/text_format.h"
 #include "tools/command_line.h"
 #include "tools/document_diff.h"
 #include "tools/json_output.h"
-#include "tools/text_format.h"
+#include "tools/open_document.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -54,11 +55,9 @@ Json JsonOf(const Difference& difference) {
 }
 
 void RunDiff(const DiffArguments& arguments, Output& output) {
-    const SourceFile before(arguments.before.path, arguments.before.RequestedForm());
-    before.RequireParsed();
-    const SourceFile after(arguments.after, arguments.before.RequestedForm());
-    after.RequireParsed();
-    const std::vector<Difference> differences = CompareDocuments(ReadDocument(before), ReadDocument(after));
+    const Document before = ReadDocument(arguments.before.path, arguments.before.RequestedForm());
+    const Document after = ReadDocument(arguments.after, arguments.before.RequestedForm());
+    const std::vector<Difference> differences = CompareDocuments(before, after);
     Json json = Json::array();
     for (const Difference& difference : differences) {
         if (arguments.isJson) {

@@ -3,6 +3,8 @@
 #include <map>
 #include <utility>
 
+#include "mox_xmlApi/document/text_format.h"
+
 namespace mox::tool {
 namespace {
 
@@ -12,16 +14,16 @@ std::string Number(std::uint32_t number) {
     return std::to_string(number);
 }
 
-Fields FieldsOf(const TableModel& table) {
+Fields FieldsOf(const DocumentTable& table) {
     return {{"first_id", Number(table.firstId)},
-            {"type", table.type},
+            {"type", Hex(table.type, 4)},
             {"editable", table.isEditable ? "true" : "false"}};
 }
 
 // The same fields with and without presentation data, so that CompareFields can compare them by index.
-Fields FieldsOf(const EntryModel& entry) {
-    const UiModel ui = entry.ui.value_or(UiModel());
-    return {{"type", TypeText(entry)},
+Fields FieldsOf(const DocumentEntry& entry) {
+    const DocumentPresentation ui = entry.ui != nullptr ? *entry.ui : DocumentPresentation();
+    return {{"type", entry.describeType()},
             {"id", Number(entry.id)},
             {"value", entry.value},
             {"ui.control", ui.control},
@@ -31,7 +33,7 @@ Fields FieldsOf(const EntryModel& entry) {
             {"ui.provider", ui.provider},
             {"ui.provider_index", Number(ui.providerIndex)},
             {"ui.access", ui.access},
-            {"ui.flags", ui.flags},
+            {"ui.flags", ui.flags == 0 ? "" : Hex(ui.flags, 4)},
             {"ui.regen", ui.regen},
             {"ui.minimum", ui.minimum},
             {"ui.maximum", ui.maximum}};
@@ -71,20 +73,20 @@ class Comparison {
   public:
     std::vector<Difference> TakeDifferences() { return std::move(differences_); }
 
-    void CompareKinds(const DocumentModel& before, const DocumentModel& after) {
-        if (before.kind == after.kind) return;
+    void CompareKinds(const Document& before, const Document& after) {
+        if (before.kind() == after.kind()) return;
         Difference difference;
         difference.field = "kind";
-        difference.before = KindName(before.kind);
-        difference.after = KindName(after.kind);
+        difference.before = describe(before.kind());
+        difference.after = describe(after.kind());
         differences_.push_back(difference);
     }
 
-    void CompareTables(const DocumentModel& before, const DocumentModel& after) {
-        const Occurrences<TableModel> oldTables(TablesOf(before));
-        const Occurrences<TableModel> newTables(TablesOf(after));
+    void CompareTables(const Document& before, const Document& after) {
+        const Occurrences<DocumentTable> oldTables(TablesOf(before));
+        const Occurrences<DocumentTable> newTables(TablesOf(after));
         for (const auto& [table, occurrence] : oldTables.List()) {
-            const TableModel* const newTable = newTables.Find(table->name, occurrence);
+            const DocumentTable* const newTable = newTables.Find(table->name, occurrence);
             if (newTable == nullptr) {
                 AddTable(Change::Removed, *table, occurrence);
             } else {
@@ -98,56 +100,57 @@ class Comparison {
     }
 
   private:
-    static std::vector<const TableModel*> TablesOf(const DocumentModel& document) {
-        std::vector<const TableModel*> tables;
-        for (const TableModel& table : document.tables) {
+    static std::vector<const DocumentTable*> TablesOf(const Document& document) {
+        std::vector<const DocumentTable*> tables;
+        for (const DocumentTable& table : document.tables()) {
             if (table.isTable) tables.push_back(&table);
         }
         return tables;
     }
 
     // Leaves out elements that have neither a name nor a known type: no host can name or read them.
-    static std::vector<const EntryModel*> EntriesOf(const TableModel& table) {
-        std::vector<const EntryModel*> entries;
-        for (const EntryModel& entry : table.entries) {
+    static std::vector<const DocumentEntry*> EntriesOf(const DocumentTable& table) {
+        std::vector<const DocumentEntry*> entries;
+        for (const DocumentEntry& entry : table.entries) {
             if (entry.isReadable || entry.hasName) entries.push_back(&entry);
         }
         return entries;
     }
 
-    void AddTable(Change change, const TableModel& table, std::size_t occurrence) {
+    void AddTable(Change change, const DocumentTable& table, std::size_t occurrence) {
         Difference difference;
         difference.change = change;
         difference.table = table.name;
         difference.occurrence = occurrence;
         differences_.push_back(difference);
-        const Occurrences<EntryModel> entries(EntriesOf(table));
+        const Occurrences<DocumentEntry> entries(EntriesOf(table));
         for (const auto& [entry, entryOccurrence] : entries.List())
             AddEntry(change, table, *entry, entryOccurrence);
     }
 
-    void AddEntry(Change change, const TableModel& table, const EntryModel& entry, std::size_t occurrence) {
+    void AddEntry(Change change, const DocumentTable& table, const DocumentEntry& entry,
+                  std::size_t occurrence) {
         Difference difference;
         difference.change = change;
         difference.table = table.name;
         difference.entry = entry.name;
         difference.hasEntry = true;
         difference.occurrence = occurrence;
-        difference.field = TypeText(entry);
-        (change == Change::Added ? difference.after : difference.before) = EffectiveValue(entry);
+        difference.field = entry.describeType();
+        (change == Change::Added ? difference.after : difference.before) = entry.effectiveValue();
         differences_.push_back(difference);
     }
 
-    void CompareTable(const TableModel& before, const TableModel& after, std::size_t occurrence) {
+    void CompareTable(const DocumentTable& before, const DocumentTable& after, std::size_t occurrence) {
         Difference changed;
         changed.table = before.name;
         changed.occurrence = occurrence;
         CompareFields(changed, FieldsOf(before), FieldsOf(after));
-        const Occurrences<EntryModel> oldEntries(EntriesOf(before));
-        const Occurrences<EntryModel> newEntries(EntriesOf(after));
+        const Occurrences<DocumentEntry> oldEntries(EntriesOf(before));
+        const Occurrences<DocumentEntry> newEntries(EntriesOf(after));
         changed.hasEntry = true;
         for (const auto& [entry, entryOccurrence] : oldEntries.List()) {
-            const EntryModel* const newEntry = newEntries.Find(entry->name, entryOccurrence);
+            const DocumentEntry* const newEntry = newEntries.Find(entry->name, entryOccurrence);
             if (newEntry == nullptr) {
                 AddEntry(Change::Removed, before, *entry, entryOccurrence);
                 continue;
@@ -179,7 +182,7 @@ class Comparison {
 
 }  // namespace
 
-std::vector<Difference> CompareDocuments(const DocumentModel& before, const DocumentModel& after) {
+std::vector<Difference> CompareDocuments(const Document& before, const Document& after) {
     Comparison comparison;
     comparison.CompareKinds(before, after);
     comparison.CompareTables(before, after);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/document_model.h"
+#include "mox_xmlApi/document/document.hpp"
 
 namespace mox::tool {
 
@@ -25,7 +25,7 @@ struct Difference {
 
 // The differences, in the order of the first document, each part followed by what only the second one has. Not compared
 // are the order of sections and entries, comments, the attribute "eud", and elements that are neither section nor entry.
-std::vector<Difference> CompareDocuments(const DocumentModel& before, const DocumentModel& after);
+std::vector<Difference> CompareDocuments(const Document& before, const Document& after);
 
 }  // namespace mox::tool
 

@@ -1,8 +1,8 @@
 #include "tools/entry_fields.h"
 
+#include "mox_xmlApi/document/text_format.h"
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "tools/exit_error.h"
-#include "tools/text_format.h"
 
 namespace mox::tool {
 namespace {

@@ -1,9 +1,9 @@
 #include "tools/entry_target.h"
 
+#include "mox_xmlApi/document/text_format.h"
 #include "tools/exit_error.h"
 #include "tools/open_document.h"
 #include "tools/save_file.h"
-#include "tools/text_format.h"
 
 namespace mox::tool {
 
@@ -13,37 +13,35 @@ void TargetArguments::AddTo(CLI::App& verb) {
 }
 
 EntryTarget::EntryTarget(const TargetArguments& arguments)
-    : source_(arguments.file.path, arguments.file.RequestedForm()) {
-    source_.RequireParsed();
-    document_ = ReadDocument(source_);
+    : path_(arguments.file.path), document_(ReadDocument(path_, arguments.file.RequestedForm())) {
     if (!arguments.HasSection()) {
-        RequireTable(source_, document_);
-        model_ = &document_.tables.front();
+        RequireTable(path_, document_);
+        model_ = &document_.tables().front();
         return;
     }
-    RequireSettings(source_, document_);
-    model_ = FindTable(document_, arguments.section);
+    RequireSettings(path_, document_);
+    model_ = document_.findTable(arguments.section);
     if (model_ == nullptr)
-        throw ExitError(ExitCode::kNotFound,
-                        source_.Path() + ": no section " + QuotedIfNeeded(arguments.section));
+        throw ExitError(ExitCode::kNotFound, path_ + ": no section " + QuotedIfNeeded(arguments.section));
 }
 
 EntryTable& EntryTarget::Entries() {
     if (section_.has_value()) return *section_;
     if (table_.has_value()) return *table_;
-    if (document_.kind == DocumentKind::Table) return table_.emplace(OpenTableDocument(source_));
-    profile_.emplace(OpenProfile(source_));
+    if (document_.kind() == DocumentKind::Table)
+        return table_.emplace(OpenTableDocument(path_, document_.form()));
+    profile_.emplace(OpenProfile(path_, document_.form()));
     section_ = profile_->findSection(model_->name);
     if (!section_.has_value())
-        throw ExitError(ExitCode::kNotFound, source_.Path() + ": no section " + QuotedIfNeeded(model_->name));
+        throw ExitError(ExitCode::kNotFound, path_ + ": no section " + QuotedIfNeeded(model_->name));
     return *section_;
 }
 
 void EntryTarget::Save(bool withBackup) {
     if (table_.has_value()) {
-        SaveTable(*table_, source_.Path(), withBackup);
+        SaveTable(*table_, path_, withBackup);
     } else if (profile_.has_value()) {
-        SaveProfile(*profile_, source_.Path(), source_.GetForm(), withBackup);
+        SaveProfile(*profile_, path_, document_.form(), withBackup);
     }
 }
 

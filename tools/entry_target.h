@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
+#include "mox_xmlApi/document/document.hpp"
 #include "mox_xmlApi/mox_xmlApi.hpp"
 #include "tools/command_line.h"
-#include "tools/document_model.h"
 
 namespace mox::tool {
 
@@ -29,21 +29,21 @@ class EntryTarget {
     explicit EntryTarget(const TargetArguments& arguments);
 
     // The table as it is in the file. It belongs to this object.
-    const TableModel& Model() const noexcept { return *model_; }
+    const DocumentTable& Model() const noexcept { return *model_; }
 
     // The table for changes, opened by the first call. It belongs to this object. Throws ExitError if it cannot be
     // opened.
     EntryTable& Entries();
-    Form GetForm() const noexcept { return source_.GetForm(); }
+    Form GetForm() const noexcept { return document_.form(); }
 
     // Replaces the file with the changed document, if Entries was called. Throws ExitError (kIoError) on failure; the
     // file is then unchanged.
     void Save(bool withBackup);
 
   private:
-    SourceFile source_;
-    DocumentModel document_;
-    const TableModel* model_ = nullptr;
+    std::string path_;
+    Document document_;
+    const DocumentTable* model_ = nullptr;
     std::optional<Profile> profile_;
     std::optional<Section> section_;
     std::optional<Table> table_;

@@ -1,11 +1,11 @@
 // entries, entry get|set|add|remove: read and change table documents, and sections of settings documents.
 #include <memory>
 
+#include "mox_xmlApi/document/text_format.h"
 #include "tools/entry_fields.h"
 #include "tools/entry_target.h"
 #include "tools/json_output.h"
 #include "tools/save_file.h"
-#include "tools/text_format.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -39,11 +39,11 @@ void RequireTextsStorable(const EntryArguments& arguments, const EntryTarget& ta
 void RunEntries(const EntryArguments& arguments, Output& output) {
     const EntryTarget target(arguments.target);
     Json json = Json::array();
-    for (const EntryModel& entry : target.Model().entries) {
+    for (const DocumentEntry& entry : target.Model().entries) {
         if (arguments.isJson) {
             json.push_back(EntryJson(entry));
         } else if (entry.isReadable) {
-            output.PrintLine(entry.name + "\t" + TypeText(entry) + "\t" + EffectiveValue(entry));
+            output.PrintLine(entry.name + "\t" + entry.describeType() + "\t" + entry.effectiveValue());
         }
     }
     if (arguments.isJson) output.data += JsonText(json);
@@ -51,16 +51,13 @@ void RunEntries(const EntryArguments& arguments, Output& output) {
 
 void RunGet(const EntryArguments& arguments, Output& output) {
     const EntryTarget target(arguments.target);
-    for (const EntryModel& entry : target.Model().entries) {
-        if (!entry.isReadable || !entry.hasName || entry.name != arguments.name) continue;
-        if (arguments.isJson) {
-            output.data += JsonText(EntryJson(entry));
-        } else {
-            output.PrintLine(EffectiveValue(entry));
-        }
-        return;
+    const DocumentEntry* const entry = arguments.name.empty() ? nullptr : target.Model().find(arguments.name);
+    if (entry == nullptr) ThrowNoEntry(arguments, arguments.name);
+    if (arguments.isJson) {
+        output.data += JsonText(EntryJson(*entry));
+    } else {
+        output.PrintLine(entry->effectiveValue());
     }
-    ThrowNoEntry(arguments, arguments.name);
 }
 
 void RunSet(const EntryArguments& arguments) {

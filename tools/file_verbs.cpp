@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "tools/command_line.h"
-#include "tools/document_model.h"
 #include "tools/open_document.h"
 #include "tools/save_file.h"
 #include "tools/verbs.h"
@@ -31,12 +30,11 @@ struct ConvertArguments {
 void RunExport(const ExportArguments& arguments) {
     if (arguments.isValues == arguments.isUi)
         throw ExitError(ExitCode::kUsageError, "export requires either --values or --ui");
-    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
-    file.RequireParsed();
-    RequireSettings(file, ReadDocument(file));
-    const Profile profile = OpenProfile(file);
+    const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
+    RequireSettings(arguments.file.path, document);
+    const Profile profile = OpenProfile(arguments.file.path, document.form());
     const Content content = arguments.isValues ? Content::Values : Content::Ui;
-    if (!profile.saveReplacing(arguments.output, file.GetForm(), content))
+    if (!profile.saveReplacing(arguments.output, document.form(), content))
         throw ExitError(ExitCode::kIoError, arguments.output + ": cannot write the file");
 }
 
@@ -56,13 +54,13 @@ std::string BytesOf(WideView text, Form form) {
 }
 
 // Throws ExitError unless a narrow file can store the whole text.
-void RequireLossless(const SourceFile& file) {
-    const WideView text = file.Text();
+void RequireLossless(const std::string& path, const Document& document) {
+    const WideView text = document.units();
     const auto lost = std::find_if_not(text.begin(), text.end(), FitsNarrowForm);
     if (lost == text.end()) return;
     throw ExitError(
         ExitCode::kIoError,
-        AtPosition(file, file.PositionAt(static_cast<std::size_t>(lost - text.begin())),
+        AtPosition(path, document.positionAt(static_cast<std::size_t>(lost - text.begin())),
                    "a narrow file cannot store this character (--lossy keeps only its low byte)"));
 }
 
@@ -71,20 +69,19 @@ void RunConvert(const ConvertArguments& arguments, Output& output) {
         throw ExitError(ExitCode::kUsageError, "convert requires either --wide or --narrow");
     std::optional<Form> from;
     if (!arguments.from.empty()) from = arguments.from == "wide" ? Form::Wide : Form::Narrow;
-    const SourceFile file(arguments.path, from);
-    file.RequireParsed();
-    if (arguments.isNarrow && ReadDocument(file).kind == DocumentKind::Table)
-        throw ExitError(ExitCode::kUsageError, file.Path() + ": a table document must be wide");
-    if (arguments.isNarrow && !arguments.isLossy) RequireLossless(file);
+    const Document document = ReadDocument(arguments.path, from);
+    if (arguments.isNarrow && document.kind() == DocumentKind::Table)
+        throw ExitError(ExitCode::kUsageError, arguments.path + ": a table document must be wide");
+    if (arguments.isNarrow && !arguments.isLossy) RequireLossless(arguments.path, document);
     const auto isNonAscii = [](wchar16 unit) { return unit >= 0x80; };
-    if (arguments.isWide && file.GetForm() == Form::Narrow &&
-        std::any_of(file.Text().begin(), file.Text().end(), isNonAscii)) {
+    if (arguments.isWide && document.form() == Form::Narrow &&
+        std::any_of(document.units().begin(), document.units().end(), isNonAscii)) {
         output.PrintMessage(
-            file.Path() +
+            arguments.path +
             ": warning: the bytes from 0x80 on become U+FF80 to U+FFFF, as the library reads them");
     }
     const std::string& target = arguments.output.empty() ? arguments.path : arguments.output;
-    SaveBytes(BytesOf(file.Text(), arguments.isWide ? Form::Wide : Form::Narrow), target,
+    SaveBytes(BytesOf(document.units(), arguments.isWide ? Form::Wide : Form::Narrow), target,
               arguments.withBackup && arguments.output.empty());
 }
 

@@ -1,5 +1,7 @@
 #include "tools/json_output.h"
 
+#include "mox_xmlApi/document/text_format.h"
+
 namespace mox::tool {
 namespace {
 
@@ -11,11 +13,11 @@ void PutIfTrue(Json& json, const char* name, bool value) {
     if (value) json[name] = true;
 }
 
-Json UiJson(const UiModel& ui) {
+Json UiJson(const DocumentPresentation& ui) {
     Json json = Json::object();
     json["control"] = ui.control;
     PutIfNotEmpty(json, "access", ui.access);
-    PutIfNotEmpty(json, "flags", ui.flags);
+    if (ui.flags != 0) json["flags"] = Hex(ui.flags, 4);
     PutIfNotEmpty(json, "provider", ui.provider);
     if (ui.providerIndex != 0) json["provider_index"] = ui.providerIndex;
     PutIfNotEmpty(json, "regen", ui.regen);
@@ -27,15 +29,15 @@ Json UiJson(const UiModel& ui) {
     return json;
 }
 
-Json TableJson(const TableModel& table) {
+Json TableJson(const DocumentTable& table) {
     Json json = Json::object();
     json["name"] = table.name;
     json["first_id"] = table.firstId;
-    json["type"] = table.type;
+    json["type"] = Hex(table.type, 4);
     json["editable"] = table.isEditable;
     PutIfTrue(json, "eud", table.hasEud);
     json["entries"] = Json::array();
-    for (const EntryModel& entry : table.entries)
+    for (const DocumentEntry& entry : table.entries)
         json["entries"].push_back(EntryJson(entry));
     return json;
 }
@@ -46,7 +48,7 @@ std::string JsonText(const Json& json) {
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-Json EntryJson(const EntryModel& entry) {
+Json EntryJson(const DocumentEntry& entry) {
     Json json = Json::object();
     json["name"] = entry.name;
     json["type"] = entry.type;
@@ -58,19 +60,19 @@ Json EntryJson(const EntryModel& entry) {
     if (entry.id != 0) json["id"] = entry.id;
     PutIfTrue(json, "eud", entry.hasEud);
     json["value"] = entry.value;
-    if (entry.ui.has_value()) json["ui"] = UiJson(*entry.ui);
+    if (entry.ui != nullptr) json["ui"] = UiJson(*entry.ui);
     return json;
 }
 
-Json DocumentJson(const DocumentModel& document, Form form) {
+Json DocumentJson(const Document& document) {
     Json json = Json::object();
-    json["kind"] = document.kind == DocumentKind::Settings ? "settings"
-                   : document.kind == DocumentKind::Table  ? "table"
-                                                           : "other";
-    json["form"] = form == Form::Wide ? "wide" : "narrow";
-    const bool isTable = document.kind == DocumentKind::Table;
+    json["kind"] = document.kind() == DocumentKind::Settings ? "settings"
+                   : document.kind() == DocumentKind::Table  ? "table"
+                                                             : "other";
+    json["form"] = document.form() == Form::Wide ? "wide" : "narrow";
+    const bool isTable = document.kind() == DocumentKind::Table;
     if (!isTable) json["sections"] = Json::array();
-    for (const TableModel& table : document.tables) {
+    for (const DocumentTable& table : document.tables()) {
         if (isTable) {
             json["table"] = TableJson(table);
         } else if (table.isTable) {

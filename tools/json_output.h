@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "tools/document_model.h"
+#include "mox_xmlApi/document/document.hpp"
 
 namespace mox::tool {
 
@@ -15,10 +15,10 @@ using Json = nlohmann::ordered_json;
 // The JSON text, indented, with a line feed at the end. A surrogate without a partner becomes U+FFFD.
 std::string JsonText(const Json& json);
 
-// The members are the fields of the models, in snake case. Optional ones are left out: empty texts, the numbers and
+// The members are the fields of the document, in snake case. Optional ones are left out: empty texts, the numbers and
 // flags that are 0 or false, and what an unreadable entry does not have.
-Json EntryJson(const EntryModel& entry);
-Json DocumentJson(const DocumentModel& document, Form form);
+Json EntryJson(const DocumentEntry& entry);
+Json DocumentJson(const Document& document);
 
 }  // namespace mox::tool
 

@@ -1,11 +1,10 @@
 // sections, keys, get: read settings documents.
 #include <memory>
 
+#include "mox_xmlApi/document/text_format.h"
 #include "tools/command_line.h"
-#include "tools/document_model.h"
 #include "tools/json_output.h"
 #include "tools/open_document.h"
-#include "tools/text_format.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -30,43 +29,39 @@ void PrintNames(Output& output, const std::vector<std::string>& names, bool isJs
 }
 
 void RunSections(const KeyArguments& arguments, Output& output) {
-    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
-    file.RequireParsed();
-    const DocumentModel document = ReadDocument(file);
-    RequireSettings(file, document);
+    const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
+    RequireSettings(arguments.file.path, document);
     std::vector<std::string> names;
-    for (const TableModel& table : document.tables) {
+    for (const DocumentTable& table : document.tables()) {
         if (table.isTable && table.hasName) names.push_back(table.name);
     }
     PrintNames(output, names, arguments.isJson);
 }
 
 void RunKeys(const KeyArguments& arguments, Output& output) {
-    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
-    file.RequireParsed();
-    const DocumentModel document = ReadDocument(file);
-    RequireSettings(file, document);
-    const TableModel* const section = FindTable(document, arguments.section);
+    const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
+    RequireSettings(arguments.file.path, document);
+    const DocumentTable* const section = document.findTable(arguments.section);
     if (section == nullptr)
         throw ExitError(ExitCode::kNotFound,
-                        file.Path() + ": no section " + QuotedIfNeeded(arguments.section));
+                        arguments.file.path + ": no section " + QuotedIfNeeded(arguments.section));
     std::vector<std::string> names;
-    for (const EntryModel& entry : section->entries) {
+    for (const DocumentEntry& entry : section->entries) {
         if (entry.isReadable && !entry.name.empty()) names.push_back(entry.name);
     }
     PrintNames(output, names, arguments.isJson);
 }
 
 void RunGet(const KeyArguments& arguments, Output& output) {
-    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
-    file.RequireParsed();
-    RequireSettings(file, ReadDocument(file));
-    const Profile profile = OpenProfile(file);
+    const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
+    RequireSettings(arguments.file.path, document);
+    const Profile profile = OpenProfile(arguments.file.path, document.form());
     std::optional<std::string> value = profile.getString(arguments.section, arguments.key);
     if (!value.has_value() && arguments.hasDefault) value = arguments.defaultValue;
     if (!value.has_value()) {
-        throw ExitError(ExitCode::kNotFound, file.Path() + ": no key " + QuotedIfNeeded(arguments.section) +
-                                                 "/" + QuotedIfNeeded(arguments.key));
+        throw ExitError(ExitCode::kNotFound, arguments.file.path + ": no key " +
+                                                 QuotedIfNeeded(arguments.section) + "/" +
+                                                 QuotedIfNeeded(arguments.key));
     }
     if (arguments.isJson) {
         output.data += JsonText(*value);

@@ -4,12 +4,11 @@
 #include <memory>
 #include <vector>
 
+#include "mox_xmlApi/document/text_format.h"
 #include "tools/command_line.h"
-#include "tools/document_model.h"
 #include "tools/open_document.h"
 #include "tools/save_file.h"
 #include "tools/system.h"
-#include "tools/text_format.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -78,30 +77,28 @@ void RunSet(const KeyWritingArguments& arguments) {
         WriteKeyAndSave(withoutBackup, profile, arguments.file.RequestedForm().value_or(Form::Wide));
         return;
     }
-    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
-    file.RequireParsed();
-    const DocumentModel document = ReadDocument(file);
+    const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
     // With --create, OpenProfile adds a root to a document of the kind Other.
-    if (document.kind != DocumentKind::Other || !arguments.mayCreate) RequireSettings(file, document);
-    Profile profile = OpenProfile(file);
-    WriteKeyAndSave(arguments, profile, file.GetForm());
+    if (document.kind() != DocumentKind::Other || !arguments.mayCreate)
+        RequireSettings(arguments.file.path, document);
+    Profile profile = OpenProfile(arguments.file.path, document.form());
+    WriteKeyAndSave(arguments, profile, document.form());
 }
 
 void RunDelete(const KeyWritingArguments& arguments) {
-    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
-    file.RequireParsed();
-    RequireSettings(file, ReadDocument(file));
-    Profile profile = OpenProfile(file);
+    const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
+    RequireSettings(arguments.file.path, document);
+    Profile profile = OpenProfile(arguments.file.path, document.form());
     const bool isRemoved = arguments.hasKey ? profile.remove(arguments.section, arguments.key)
                                             : profile.removeSection(arguments.section);
     if (!isRemoved) {
         const std::string name = QuotedIfNeeded(arguments.section);
         throw ExitError(
             ExitCode::kNotFound,
-            file.Path() + (arguments.hasKey ? ": no key " + name + "/" + QuotedIfNeeded(arguments.key)
-                                            : ": no section " + name));
+            arguments.file.path + (arguments.hasKey ? ": no key " + name + "/" + QuotedIfNeeded(arguments.key)
+                                                    : ": no section " + name));
     }
-    SaveProfile(profile, file.Path(), file.GetForm(), arguments.withBackup);
+    SaveProfile(profile, arguments.file.path, document.form(), arguments.withBackup);
 }
 
 }  // namespace

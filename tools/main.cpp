@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
+#include "mox_xmlApi/document/text_format.h"
 #include "tools/command_line.h"
 #include "tools/exit_error.h"
 #include "tools/output.h"
 #include "tools/system.h"
-#include "tools/text_format.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {

@@ -1,48 +1,78 @@
 #include "tools/open_document.h"
 
-#include <optional>
+#include <array>
 #include <utility>
 
+#include "mox_xmlApi/platform/files.h"
 #include "tools/exit_error.h"
 
 namespace mox::tool {
 namespace {
 
-[[noreturn]] void ThrowCannotOpen(const SourceFile& file) {
-    throw ExitError(ExitCode::kIoError, file.Path() + ": cannot open the document");
+[[noreturn]] void ThrowCannotOpen(const std::string& path) {
+    throw ExitError(ExitCode::kIoError, path + ": cannot open the document");
 }
 
-[[noreturn]] void ThrowWrongKind(const SourceFile& file, const DocumentModel& document,
+[[noreturn]] void ThrowWrongKind(const std::string& path, const Document& document,
                                  const std::string& expected) {
     throw ExitError(ExitCode::kUsageError,
-                    file.Path() + ": found a " + KindName(document.kind) + ", expected " + expected);
+                    path + ": found a " + describe(document.kind()) + ", expected " + expected);
 }
 
 }  // namespace
 
-void RequireSettings(const SourceFile& file, const DocumentModel& document) {
-    if (document.kind == DocumentKind::Settings) return;
-    ThrowWrongKind(file, document, "a settings document (see \"mox-xml check\")");
+std::string ReadBytes(const std::string& path) {
+    const Text name(path);
+    InputFile file(name.isValid() ? name.c_str() : nullptr);
+    if (!file.IsOpen()) throw ExitError(ExitCode::kIoError, path + ": cannot open the file");
+    std::string bytes;
+    std::array<char, 64 * 1024> buffer;
+    std::size_t count = buffer.size();
+    while (count == buffer.size()) {
+        count = file.Read(buffer.data(), buffer.size());
+        bytes.append(buffer.data(), count);
+    }
+    if (file.Failed()) throw ExitError(ExitCode::kIoError, path + ": cannot read the file");
+    return bytes;
 }
 
-void RequireTable(const SourceFile& file, const DocumentModel& document) {
-    if (document.kind == DocumentKind::Table) return;
-    ThrowWrongKind(file, document, "a table document (for a section of a settings document, use --section)");
+Document ReadDocument(const std::string& path, std::optional<Form> form) {
+    Problem problem;
+    std::optional<Document> document = Document::parse(ReadBytes(path), form, &problem);
+    if (document.has_value()) return std::move(*document);
+    throw ExitError(ExitCode::kSyntaxError,
+                    AtPosition(path, {problem.line, problem.column},
+                               "found " + problem.found + ", expected " + problem.expected));
 }
 
-Profile OpenProfile(const SourceFile& file) {
-    std::optional<Profile> profile = Profile::open(file.Path(), file.GetForm());
-    if (!profile.has_value()) ThrowCannotOpen(file);
+std::string AtPosition(const std::string& path, Position position, const std::string& message) {
+    return path + ":" + std::to_string(position.line) + ":" + std::to_string(position.column) + ": " +
+           message;
+}
+
+void RequireSettings(const std::string& path, const Document& document) {
+    if (document.kind() == DocumentKind::Settings) return;
+    ThrowWrongKind(path, document, "a settings document (see \"mox-xml check\")");
+}
+
+void RequireTable(const std::string& path, const Document& document) {
+    if (document.kind() == DocumentKind::Table) return;
+    ThrowWrongKind(path, document, "a table document (for a section of a settings document, use --section)");
+}
+
+Profile OpenProfile(const std::string& path, Form form) {
+    std::optional<Profile> profile = Profile::open(path, form);
+    if (!profile.has_value()) ThrowCannotOpen(path);
     return std::move(*profile);
 }
 
-Table OpenTableDocument(const SourceFile& file) {
-    if (file.GetForm() == Form::Narrow) {
+Table OpenTableDocument(const std::string& path, Form form) {
+    if (form == Form::Narrow) {
         throw ExitError(ExitCode::kIoError,
-                        file.Path() + ": a table document must be wide (see \"mox-xml convert --wide\")");
+                        path + ": a table document must be wide (see \"mox-xml convert --wide\")");
     }
-    std::optional<Table> table = Table::open(file.Path());
-    if (!table.has_value()) ThrowCannotOpen(file);
+    std::optional<Table> table = Table::open(path);
+    if (!table.has_value()) ThrowCannotOpen(path);
     return std::move(*table);
 }
 

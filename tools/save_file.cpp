@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "mox_xmlApi/document/text_format.h"
 #include "mox_xmlApi/platform/files.h"
 #include "tools/exit_error.h"
 #include "tools/system.h"
-#include "tools/text_format.h"
 
 namespace mox::tool {
 namespace {

@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "mox_xmlApi/document/text_format.h"
 #include "tools/command_line.h"
-#include "tools/document_model.h"
 #include "tools/json_output.h"
-#include "tools/text_format.h"
+#include "tools/open_document.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -32,22 +32,21 @@ void AddPart(std::vector<std::string>& parts, const std::string& label, const st
 
 class TreeWriter {
   public:
-    TreeWriter(const DocumentModel& document, Output& output) : document_(document), output_(output) {}
+    TreeWriter(const Document& document, Output& output) : document_(document), output_(output) {}
 
     void Write() {
-        if (document_.root == nullptr) return;
-        if (document_.kind == DocumentKind::Table) {
-            WriteTable(document_.tables.front(), 0);
+        if (document_.kind() == DocumentKind::Table) {
+            WriteTable(document_.tables().front(), 0);
             return;
         }
-        auto table = document_.tables.begin();
-        for (const XmlNode* child : document_.root->children) {
-            if (child->kind == XmlNodeKind::Comment) {
-                WriteComment(*child, 0);
+        auto table = document_.tables().begin();
+        for (const DocumentNode child : document_.root().children()) {
+            if (child.kind() == NodeKind::Comment) {
+                WriteComment(child, 0);
             } else if (table->isTable) {
                 WriteTable(*table++, 0);
             } else {
-                WriteOtherElement(*child, 0);
+                WriteOtherElement(child, 0);
                 ++table;
             }
         }
@@ -59,48 +58,46 @@ class TreeWriter {
         output_.PrintLine(std::string(2 * std::min(depth, kMaxIndentedDepth), ' ') + text);
     }
 
-    void WriteComment(const XmlNode& comment, std::size_t depth) {
-        Line(depth, "# " + Quoted(Utf8(comment.value.View())));
-    }
+    void WriteComment(DocumentNode comment, std::size_t depth) { Line(depth, "# " + Quoted(comment.text())); }
 
-    void WriteTable(const TableModel& table, std::size_t depth) {
+    void WriteTable(const DocumentTable& table, std::size_t depth) {
         std::vector<std::string> parts;
         if (table.firstId != 0) parts.push_back("first id " + std::to_string(table.firstId));
-        if (table.type != "0000") parts.push_back("type " + table.type);
+        if (table.type != 0) parts.push_back("type " + Hex(table.type, 4));
         if (table.isEditable) parts.emplace_back("editable");
         if (table.hasEud) parts.emplace_back("eud");
-        const char* const word = document_.kind == DocumentKind::Table ? "table " : "section ";
+        const char* const word = document_.kind() == DocumentKind::Table ? "table " : "section ";
         const std::string name = table.hasName ? QuotedIfNeeded(table.name) : "(unnamed)";
         Line(depth, word + name + InBrackets(parts));
         auto entry = table.entries.begin();
-        for (const XmlNode* child : table.node->children) {
-            if (child->kind == XmlNodeKind::Comment) {
-                WriteComment(*child, depth + 1);
+        for (const DocumentNode child : table.node.children()) {
+            if (child.kind() == NodeKind::Comment) {
+                WriteComment(child, depth + 1);
             } else if (entry->isReadable) {
                 WriteEntry(*entry++, depth + 1);
             } else {
-                WriteOtherElement(*child, depth + 1);
+                WriteOtherElement(child, depth + 1);
                 ++entry;
             }
         }
     }
 
-    void WriteEntry(const EntryModel& entry, std::size_t depth) {
-        std::vector<std::string> parts{entry.shape.empty() ? entry.type : entry.type + " " + entry.shape};
+    void WriteEntry(const DocumentEntry& entry, std::size_t depth) {
+        std::vector<std::string> parts{entry.describeType()};
         if (entry.id != 0) parts.push_back("id " + std::to_string(entry.id));
         if (entry.hasEud) parts.emplace_back("eud");
         const std::string name = entry.hasName ? QuotedIfNeeded(entry.name) : "(unnamed)";
         Line(depth, name + " = " + Quoted(entry.value) + InBrackets(parts));
-        if (entry.ui.has_value()) WriteUi(*entry.ui, depth + 1);
+        if (entry.ui != nullptr) WriteUi(*entry.ui, depth + 1);
     }
 
-    void WriteUi(const UiModel& ui, std::size_t depth) {
+    void WriteUi(const DocumentPresentation& ui, std::size_t depth) {
         std::vector<std::string> parts;
         AddPart(parts, "value", ui.value);
         AddPart(parts, "minimum", ui.minimum);
         AddPart(parts, "maximum", ui.maximum);
         if (!ui.access.empty()) parts.push_back("access " + ui.access);
-        if (!ui.flags.empty()) parts.push_back("flags " + ui.flags);
+        if (ui.flags != 0) parts.push_back("flags " + Hex(ui.flags, 4));
         AddPart(parts, "regen", ui.regen);
         if (!ui.provider.empty() || ui.providerIndex != 0) {
             const std::string number = ui.providerIndex == 0 ? "" : " " + std::to_string(ui.providerIndex);
@@ -112,38 +109,44 @@ class TreeWriter {
     }
 
     // Writes an element that is neither a section nor an entry, with everything in it.
-    void WriteOtherElement(const XmlNode& top, std::size_t topDepth) {
-        std::vector<std::pair<const XmlNode*, std::size_t>> waiting{{&top, topDepth}};
-        while (!waiting.empty()) {
-            const auto [node, depth] = waiting.back();
-            waiting.pop_back();
-            if (node->kind == XmlNodeKind::Comment) {
-                WriteComment(*node, depth);
+    void WriteOtherElement(DocumentNode top, std::size_t topDepth) {
+        std::size_t depth = topDepth;
+        for (DocumentNode node = top;;) {
+            WriteOtherNode(node, depth);
+            if (const DocumentNode child = node.firstChild()) {
+                node = child;
+                ++depth;
                 continue;
             }
-            std::string text = "<" + Utf8(node->name.View()) + ">";
-            for (const XmlAttribute& attribute : node->attributes)
-                text += " " + Utf8(attribute.name.View()) + "=" + Quoted(Utf8(attribute.value.View()));
-            if (!node->value.IsEmpty()) text += " " + Quoted(Utf8(node->value.View()));
-            Line(depth, text);
-            for (auto child = node->children.end(); child != node->children.begin();)
-                waiting.emplace_back(*--child, depth + 1);
+            while (node != top && !node.next()) {
+                node = node.parent();
+                --depth;
+            }
+            if (node == top) return;
+            node = node.next();
         }
     }
 
-    const DocumentModel& document_;
+    void WriteOtherNode(DocumentNode node, std::size_t depth) {
+        if (node.kind() == NodeKind::Comment) return WriteComment(node, depth);
+        std::string text = "<" + node.name() + ">";
+        for (const DocumentAttribute& attribute : node.attributes())
+            text += " " + attribute.name + "=" + Quoted(attribute.value);
+        if (const std::string value = node.text(); !value.empty()) text += " " + Quoted(value);
+        Line(depth, text);
+    }
+
+    const Document& document_;
     Output& output_;
 };
 
 void RunShow(const ShowArguments& arguments, Output& output) {
-    const SourceFile file(arguments.file.path, arguments.file.RequestedForm());
-    file.RequireParsed();
-    const DocumentModel document = ReadDocument(file);
+    const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
     if (arguments.isJson) {
-        output.data += JsonText(DocumentJson(document, file.GetForm()));
+        output.data += JsonText(DocumentJson(document));
         return;
     }
-    output.PrintLine(KindName(document.kind) + (file.GetForm() == Form::Wide ? ", wide" : ", narrow"));
+    output.PrintLine(describe(document.kind()) + (document.form() == Form::Wide ? ", wide" : ", narrow"));
     TreeWriter(document, output).Write();
 }
 

@@ -189,11 +189,12 @@ struct DocumentEntry {
     bool isLocalised = false;       // the attribute "loc" is "true"
     bool isValueLocalised = false;  // "loc" of the value is "true"
     std::string value{};
-    std::optional<DocumentPresentation> ui{};  // nullopt if there is no "UI" element
+    std::shared_ptr<const DocumentPresentation>
+        ui{};  // null if there is no "UI" element; copies of the entry share it
 
     // The value that hosts read from the key: that of the entry or, if it is empty, that of the presentation data.
     const std::string& effectiveValue() const noexcept {
-        return value.empty() && ui.has_value() ? ui->value : value;
+        return value.empty() && ui != nullptr ? ui->value : value;
     }
     // The type with its shape: "string", "long array", "unknown type complex" or "no type".
     std::string describeType() const;
@@ -215,9 +216,9 @@ struct DocumentTable {
     // Returns the entry of that name (UTF-8) as hosts find it: the first element that has the name or, if the name is
     // empty, the first that has any name. Null if there is none, and if that element is not readable: hosts then find
     // nothing. It belongs to this table. Many calls together take linear time, however many entries there are.
-    const DocumentEntry* find(std::string_view name) const;
+    const DocumentEntry* find(std::string_view wanted) const;
     // The same, but also returns an element that is not readable: a new entry of this name would be found behind it.
-    const DocumentEntry* findElement(std::string_view name) const;
+    const DocumentEntry* findElement(std::string_view wanted) const;
 };
 
 class Document {

@@ -47,14 +47,16 @@ struct EncodingReport {
     }
 };
 
-// Finds out how `bytes`, the whole content of a file, are encoded. Without a form, the first two bytes decide: a document
-// begins with "<" or white space, so that one of the first two bytes is zero in UTF-16; an empty file is wide. With a
-// form, that is the form in which the library reads them, and only encodings that fit it are considered: a wide text is
-// Wide or Utf16Be. Takes linear time and no memory.
+// Finds out how `bytes`, the whole content of a file, are encoded. Takes linear time and no memory.
+//
+//   form  The form in which the library reads the bytes. Without one, the first two bytes decide: a document begins with
+//         "<" or white space, so that the second byte of a wide one is zero. An empty file is wide, one byte is narrow.
+//
+// The encoding is that of the text before the first zero unit of that form.
 EncodingReport detectEncoding(std::string_view bytes, std::optional<Form> form = std::nullopt) noexcept;
 
-// Returns the encoding for people: "UTF-8 with a byte-order mark", for example, "UTF-16 with the high byte first", or
-// "7-bit text with a zero before its end (12 bytes follow)".
+// Returns the encoding for people: "UTF-8 with a byte-order mark", "UTF-16 with the high byte first", or "7-bit text that
+// ends after 434 bytes, before 12 bytes other than zero".
 std::string describe(const EncodingReport& report);
 
 // Converts a text in another encoding to the bytes of a document's file: they end with a zero unit, as those of saved

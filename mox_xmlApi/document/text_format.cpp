@@ -1,8 +1,8 @@
-#include "tools/text_format.h"
+#include "mox_xmlApi/document/text_format.h"
 
 #include "mox_xmlApi/front/text.hpp"
 
-namespace mox::tool {
+namespace mox {
 namespace {
 
 bool IsControl(char character) noexcept {
@@ -77,4 +77,4 @@ std::string Counted(std::size_t count, const std::string& noun) {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-}  // namespace mox::tool
+}  // namespace mox

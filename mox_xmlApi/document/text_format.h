@@ -1,6 +1,6 @@
 // Formats texts, numbers and names for output.
-#ifndef MOX_XMLAPI_TOOLS_TEXT_FORMAT_H
-#define MOX_XMLAPI_TOOLS_TEXT_FORMAT_H
+#ifndef MOX_XMLAPI_DOCUMENT_TEXT_FORMAT_H
+#define MOX_XMLAPI_DOCUMENT_TEXT_FORMAT_H
 
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 #include "mox_xmlApi/platform/wide_text.h"
 
-namespace mox::tool {
+namespace mox {
 
 // Converts a text of the tree to UTF-8. A surrogate without a partner becomes three bytes.
 std::string Utf8(WideView text);
@@ -32,6 +32,6 @@ std::string ByteText(std::uint32_t byte);
 // "1 byte", "2 bytes": the noun must take an "s" in the plural.
 std::string Counted(std::size_t count, const std::string& noun);
 
-}  // namespace mox::tool
+}  // namespace mox
 
 #endif

@@ -1,11 +1,13 @@
-#include "tools/syntax_error.h"
+#include "mox_xmlApi/document/syntax_error.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "mox_xmlApi/document/text_format.h"
+#include "mox_xmlApi/document/text_units.h"
 #include "mox_xmlApi/xml/xml_name_characters.h"
-#include "tools/text_format.h"
 
-namespace mox::tool {
+namespace mox {
 namespace {
 
 constexpr const char* kReferences = R"("&amp;", "&apos;", "&gt;", "&lt;" or "&quot;")";
@@ -13,8 +15,8 @@ constexpr const char* kReferences = R"("&amp;", "&apos;", "&gt;", "&lt;" or "&qu
 // The text around the unit at which the parser gave up.
 class FailureContext {
   public:
-    explicit FailureContext(const SourceFile& file)
-        : file_(file), text_(file.Text()), failure_(file.Failure()) {}
+    FailureContext(WideView text, Form form, const ParseFailure& failure)
+        : text_(text), form_(form), failure_(failure) {}
 
     std::size_t Offset() const noexcept { return failure_.offset; }
 
@@ -35,7 +37,7 @@ class FailureContext {
     }
 
     // "line 12", on which the element, attribute value or comment begins that the parser was reading.
-    std::string BeginLine() const { return "line " + std::to_string(file_.PositionAt(NameBegin()).line); }
+    std::string BeginLine() const { return "line " + std::to_string(PositionIn(text_, NameBegin()).line); }
 
     // Whether the name at the offset is "xml".
     bool IsXmlAtOffset() const noexcept {
@@ -44,8 +46,7 @@ class FailureContext {
     }
 
     bool HasUtf8ByteOrderMarkAt(std::size_t offset) const noexcept {
-        return file_.GetForm() == Form::Narrow && offset == 0 && IsByte(0, 0xEF) && IsByte(1, 0xBB) &&
-               IsByte(2, 0xBF);
+        return form_ == Form::Narrow && offset == 0 && IsByte(0, 0xEF) && IsByte(1, 0xBB) && IsByte(2, 0xBF);
     }
 
     // Describes what is at the offset.
@@ -56,7 +57,7 @@ class FailureContext {
         if (unit == '\t') return "a tab";
         if (unit == ' ') return "a space";
         if (unit == 0xFEFF || HasUtf8ByteOrderMarkAt(offset)) return "a byte-order mark";
-        if (file_.GetForm() == Form::Narrow && unit >= 0x80) return "byte " + ByteText(unit);
+        if (form_ == Form::Narrow && unit >= 0x80) return "byte " + ByteText(unit);
         if (unit < 0x20 || unit == 0x7F || (unit >= 0xD800 && unit < 0xE000)) return UnitText(unit);
         return Quoted(Utf8(text_.substr(offset, TokenLength(offset))));
     }
@@ -86,8 +87,8 @@ class FailureContext {
         return std::max<std::size_t>(end - offset, 1);
     }
 
-    const SourceFile& file_;
     WideView text_;
+    Form form_;
     const ParseFailure& failure_;
 };
 
@@ -188,21 +189,34 @@ std::size_t ReportedOffset(const FailureContext& context, ParseExpectation expec
 
 }  // namespace
 
-SyntaxError DescribeSyntaxError(const SourceFile& file) {
-    const FailureContext context(file);
-    const ParseExpectation expectation = file.Failure().expected;
-    std::size_t offset = ReportedOffset(context, expectation);
-    std::string expected = Expected(context, expectation);
+SyntaxError DescribeSyntaxError(WideView text, Form form, const ParseFailure& failure) {
+    const FailureContext context(text, form, failure);
+    std::size_t offset = ReportedOffset(context, failure.expected);
+    std::string expected = Expected(context, failure.expected);
     // The parser skips one unit after a top-level node. If that unit was the "<" of the next node, report that.
-    if (expectation == ParseExpectation::TopLevelNode && offset > 0 && context.UnitAt(offset - 1) == '<') {
+    if (failure.expected == ParseExpectation::TopLevelNode && offset > 0 &&
+        context.UnitAt(offset - 1) == '<') {
         --offset;
         expected = "a line break before the next top-level element or comment";
     }
-    return {file.PositionAt(offset), context.Found(offset), expected};
+    return {PositionIn(text, offset), context.Found(offset), std::move(expected)};
 }
 
 std::string MessageOf(const SyntaxError& error) {
     return "found " + error.found + ", expected " + error.expected;
 }
 
-}  // namespace mox::tool
+bool FailWithSyntaxError(const SyntaxError& error, const EncodingReport& encoding, Problem* problem) {
+    if (problem == nullptr) return false;
+    const bool isOtherEncoding = encoding.hasByteOrderMark || encoding.encoding == Encoding::Utf16Be;
+    std::string message = MessageOf(error);
+    if (isOtherEncoding) message += "; the text is " + describe(encoding);
+    front::Fail(problem, isOtherEncoding ? Reason::Encoding : Reason::Syntax, message);
+    problem->line = error.position.line;
+    problem->column = error.position.column;
+    problem->found = error.found;
+    problem->expected = error.expected;
+    return false;
+}
+
+}  // namespace mox

@@ -1,0 +1,176 @@
+#include "mox_xmlApi/document/diagnose.hpp"
+
+#include <algorithm>
+#include <map>
+#include <tuple>
+#include <utility>
+
+#include "mox_xmlApi/document/document_content.h"
+#include "mox_xmlApi/document/text_format.h"
+#include "mox_xmlApi/xml/xml_names.h"
+
+namespace mox {
+namespace {
+
+// Collects the diagnostics of a file that parses.
+class Checker {
+  public:
+    explicit Checker(const Document& document) : document_(document) {}
+
+    std::vector<Diagnostic> Run() {
+        CheckTopLevel();
+        CheckTables();
+        CheckNonAscii();
+        CheckEnd();
+        const auto isBefore = [](const Diagnostic& a, const Diagnostic& b) {
+            return std::tie(a.position.line, a.position.column) <
+                   std::tie(b.position.line, b.position.column);
+        };
+        std::stable_sort(diagnostics_.begin(), diagnostics_.end(), isBefore);
+        return std::move(diagnostics_);
+    }
+
+  private:
+    void Add(Position position, const std::string& message, Severity severity = Severity::Warning) {
+        diagnostics_.push_back({severity, position, message});
+    }
+    void Warn(DocumentNode node, const std::string& message) { Add(node.position(), message); }
+
+    static std::string LineOf(DocumentNode node) { return "line " + std::to_string(node.position().line); }
+
+    static bool IsNamed(DocumentNode node, WideView name) noexcept {
+        return front::DocumentContent::NodeOf(node)->name.View() == name;
+    }
+
+    bool IsTableDocument() const noexcept { return document_.kind() == DocumentKind::Table; }
+
+    void CheckTopLevel() {
+        for (const DocumentNode node : document_.nodes()) {
+            if (node.kind() != NodeKind::Element || node == document_.root()) continue;
+            if (IsNamed(node, names::kSettings)) {
+                CheckOtherSettings(node);
+            } else if (IsNamed(node, names::kTable) && IsTableDocument()) {
+                Warn(node,
+                     "another \"Table\" element: hosts read only the one on " + LineOf(document_.root()));
+            }
+        }
+        if (document_.kind() == DocumentKind::Other) {
+            Add(Position(),
+                "neither a \"Settings\" element with a schema attribute nor a \"Table\" element: "
+                "hosts see an empty document");
+        }
+        if (IsTableDocument() && document_.form() == Form::Narrow)
+            Warn(document_.root(), "table documents must be wide: hosts cannot read this narrow one");
+    }
+
+    // A top-level "Settings" element that is not the root.
+    void CheckOtherSettings(DocumentNode settings) {
+        if (HasSchemaAttribute(*front::DocumentContent::NodeOf(settings))) {
+            Warn(settings,
+                 "another \"Settings\" element: hosts read only the one on " + LineOf(document_.root()));
+        } else {
+            Warn(settings,
+                 "\"Settings\" has no attribute \"xmlns:noNamespaceSchemaLocation\": hosts do not see its "
+                 "sections");
+        }
+    }
+
+    void CheckTables() {
+        std::map<std::string, DocumentNode> seen;
+        for (const DocumentTable& table : document_.tables()) {
+            if (!table.isTable) {
+                Warn(table.node, "<" + table.node.name() +
+                                     "> is not a section, but enumerations and exports treat it as one");
+                continue;
+            }
+            if (!table.hasName && !IsTableDocument()) {
+                Warn(table.node, "section without a name: hosts cannot find it by name");
+            } else if (const auto [first, isNew] = seen.emplace(table.name, table.node); !isNew) {
+                Warn(table.node, "duplicate section " + QuotedIfNeeded(table.name) +
+                                     ": hosts read only the one on " + LineOf(first->second));
+            }
+            CheckEntries(table);
+        }
+    }
+
+    void CheckEntries(const DocumentTable& table) {
+        std::map<std::string, DocumentNode> seen;
+        for (const DocumentEntry& entry : table.entries) {
+            const std::string name = entry.hasName ? " " + QuotedIfNeeded(entry.name) : " without a name";
+            if (!entry.isReadable) {
+                WarnUnreadable(entry, name);
+            } else if (!entry.hasName) {
+                Warn(entry.node, "entry without a name: hosts cannot find it by name");
+            }
+            if (entry.hasName) {
+                const auto [first, isNew] = seen.emplace(entry.name, entry.node);
+                if (!isNew)
+                    Warn(entry.node,
+                         "duplicate entry" + name + ": hosts read only the one on " + LineOf(first->second));
+            }
+            CheckShape(entry, name);
+            if (entry.value.find('\n') != std::string::npos)
+                Warn(entry.node,
+                     "the value of entry" + name + " contains line breaks: each save adds indentation to it");
+        }
+    }
+
+    void WarnUnreadable(const DocumentEntry& entry, const std::string& name) {
+        const std::string element = entry.node.name();
+        std::string message = element == "Var" ? "entry" + name : "<" + element + "> counts as an entry but";
+        message += entry.type.empty() ? " has no type" : " has the unknown type " + Quoted(entry.type);
+        Warn(entry.node, message + ": hosts cannot read it, and exports of its section stop here");
+    }
+
+    void CheckShape(const DocumentEntry& entry, const std::string& name) {
+        const std::string array = entry.node.attribute(Utf8(names::kArray)).value_or("");
+        if (entry.isReadable && !array.empty() && entry.shape.empty())
+            Warn(entry.node, "entry" + name + " has array=" + Quoted(array) +
+                                 ", which is neither \"array\" nor \"vector\" and has no effect");
+    }
+
+    void CheckNonAscii() {
+        const WideView text = document_.units();
+        const auto isNonAscii = [](wchar16 unit) { return (unit & 0xFFFF) >= 0x80; };
+        const auto first = std::find_if(text.begin(), text.end(), isNonAscii);
+        if (first == text.end()) return;
+        const Position position = document_.positionAt(static_cast<std::size_t>(first - text.begin()));
+        const auto count = static_cast<std::size_t>(std::count_if(first, text.end(), isNonAscii));
+        if (document_.form() == Form::Narrow) {
+            Add(position, "non-ASCII text (" + Counted(count, "byte") +
+                              " in the whole file): hosts read byte " + ByteText(*first) + " as " +
+                              UnitText(*first));
+        } else if (!IsTableDocument()) {
+            Add(position,
+                "non-ASCII text (" + Counted(count, "unit") +
+                    " in the whole file): a narrow file cannot store it",
+                Severity::Note);
+        }
+    }
+
+    void CheckEnd() {
+        if (document_.encoding().unreadBytes == 0) return;
+        Add(document_.positionAt(document_.units().size()),
+            "the text ends here: hosts ignore what follows (" +
+                Counted(document_.encoding().unreadBytes, "byte") + "), and saving discards it");
+    }
+
+    const Document& document_;
+    std::vector<Diagnostic> diagnostics_;
+};
+
+}  // namespace
+
+std::vector<Diagnostic> diagnose(const Document& document) {
+    return Checker(document).Run();
+}
+
+std::vector<Diagnostic> diagnose(std::string_view bytes, std::optional<Form> form) {
+    Problem problem;
+    const std::optional<Document> document = Document::parse(bytes, form, &problem);
+    if (document.has_value()) return diagnose(*document);
+    const Position position{problem.line, problem.column};
+    return {{Severity::Error, position, "found " + problem.found + ", expected " + problem.expected}};
+}
+
+}  // namespace mox
