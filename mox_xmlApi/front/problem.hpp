@@ -64,8 +64,10 @@ struct Problem {
     // "camera.xml:3:17: found "</Tabel", expected ...": the message, after the place that it is about.
     std::string toString() const {
         std::string text(file);
-        if (line != 0)
-            text.append(":").append(std::to_string(line)).append(":").append(std::to_string(column));
+        if (line != 0) {
+            if (!text.empty()) text.append(":");
+            text.append(std::to_string(line)).append(":").append(std::to_string(column));
+        }
         if (!text.empty()) text.append(": ");
         return text.append(message);
     }
