@@ -170,5 +170,13 @@ TEST_F(EntryVerbs, NarrowTableDocumentsCanOnlyBeReadAndConverted) {
     EXPECT_EQ(ReadBytes("t.xml"), Wide(kTools));
 }
 
+TEST_F(EntryVerbs, GetFindsWhatHostsFind) {
+    WriteBytes("s.xml", Narrow(Settings("<Table name=\"S\"><Var name=\"a\" type=\"odd\"/>" + Var("a", "2") +
+                                        Var("b", "3") + "</Table>")));
+    Fails(1, {"entry", "get", "s.xml", "a", "--section", "S"}, "s.xml: no entry a\n");
+    Fails(1, {"get", "s.xml", "S", "a"}, "s.xml: no key S/a\n");
+    EXPECT_EQ(Succeeds({"entry", "get", "s.xml", "b", "--section", "S"}), "3\n");
+}
+
 }  // namespace
 }  // namespace tool
