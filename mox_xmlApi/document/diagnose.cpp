@@ -126,7 +126,7 @@ class Checker {
         const std::string array = entry.node.attribute(Utf8(names::kArray)).value_or("");
         if (entry.isReadable && !array.empty() && entry.shape.empty())
             Warn(entry.node, "entry" + name + " has array=" + Quoted(array) +
-                                 ", which is neither \"array\" nor \"vector\" and has no effect");
+                                 R"(, which is neither "array" nor "vector" and has no effect)");
     }
 
     void CheckNonAscii() {
