@@ -34,6 +34,9 @@ struct EntryValueRecord {
 
 // How an entry is presented and edited: its "UI" child.
 struct EntryUiRecord {
+    // Not defaulted: GCC would clear the whole record first, by "rep stos".
+    EntryUiRecord() noexcept {}  // NOLINT(modernize-use-equals-default)
+
     std::uint16_t control = 0xFFFF;
     std::uint8_t access = 0;  // 0 "editable", 1 "visible", 2 "hidden"
     std::uint16_t flags = 0;

@@ -86,7 +86,20 @@ inline EntryValueRecord FullValueRecord() {
     return {kWriteName, "n"_w, "v"_w, 3, 7, true, true};
 }
 inline EntryUiRecord FullUiRecord() {
-    return {1, 2, 3, 4, 1, "r"_w, "c"_w, "n"_w, "0"_w, "9"_w, "v"_w, true};
+    EntryUiRecord record;
+    record.control = 1;
+    record.access = 2;
+    record.flags = 3;
+    record.prov_index = 4;
+    record.prov_owner = 1;
+    record.regen = "r"_w;
+    record.Comment = "c"_w;
+    record.name = "n"_w;
+    record.minVal = "0"_w;
+    record.maxVal = "9"_w;
+    record.Value = "v"_w;
+    record.loc = true;
+    return record;
 }
 
 }  // namespace mox::test
