@@ -36,18 +36,26 @@ void TrimText(Text& text) noexcept {
     }
 }
 
-// Eight bytes at a time.
+// Eight bytes at a time, the last of them twice if necessary.
 bool IsAscii(const char* text, std::size_t length) noexcept {
-    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
     std::uint64_t bits = 0;
-    for (; length >= sizeof bits; length -= sizeof bits, text += sizeof bits) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, text, sizeof eight);
-        bits |= eight;
+    const auto add = [&](std::size_t from, std::size_t count) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, text + from, count);
+        bits |= bytes;
+    };
+    for (std::size_t from = 0; from + 8 < length; from += 8)
+        add(from, 8);
+    if (length >= 8) {
+        add(length - 8, 8);
+    } else if (length >= 4) {
+        add(0, 4);
+        add(length - 4, 4);
+    } else {
+        for (std::size_t from = 0; from < length; ++from)
+            add(from, 1);
     }
-    for (; length != 0; --length)
-        bits |= static_cast<unsigned char>(*text++);
-    return (bits & kHighBits) == 0;
+    return (bits & 0x8080808080808080U) == 0;
 }
 
 }  // namespace
@@ -64,21 +72,17 @@ struct TableEntryValueInfoStruct::Texts {
     // Returns false for a text that is not well-formed UTF-8. Throws std::bad_alloc. In both cases the value is unchanged.
     bool Set(const char* text) {
         const std::size_t length = std::strlen(text);
-        const bool isAscii = IsAscii(text, length);
-        if (isAscii) {
-            narrow.assign(text, length);
-            ClearText(wide);
-        } else {
-            std::string copy(text, length);  // the text may be the value itself
-            if (!pdConvertString(copy, wide)) return false;
-            narrow.swap(copy);
-            TrimText(wide);
-        }
+        if (!IsAscii(text, length)) return SetNonAscii(text, length);
+        narrow.assign(text, length);
         TrimText(narrow);
+        ClearText(wide);
         narrowForm = Form::Ready;
-        wideForm = isAscii ? Form::NotConverted : Form::Ready;
+        wideForm = Form::NotConverted;
         return true;
     }
+
+    // As Set. Converts the text at once, to learn whether it is well-formed.
+    bool SetNonAscii(const char* text, std::size_t length);
 
     // Throws std::bad_alloc; then the value is unchanged.
     void Set(const wchar16* text) {
@@ -107,6 +111,16 @@ struct TableEntryValueInfoStruct::Texts {
         return wideForm == Form::Ready ? wide.c_str() : nullptr;
     }
 };
+
+bool TableEntryValueInfoStruct::Texts::SetNonAscii(const char* text, std::size_t length) {
+    std::string copy(text, length);  // the text may be the value itself
+    if (!pdConvertString(copy, wide)) return false;
+    narrow.swap(copy);
+    TrimText(narrow);
+    TrimText(wide);
+    narrowForm = wideForm = Form::Ready;
+    return true;
+}
 
 // The texts of the presentation data other than the value.
 struct TableEntryUInfoStruct::ShownTexts {

@@ -94,19 +94,18 @@ std::uint16_t BaseTypeFromName(WideView typeName) noexcept {
     return SameText(type.name, typeName) ? type.code : std::uint16_t{0};
 }
 
+std::uint16_t QualifierFromName(WideView qualifier) noexcept {
+    if (qualifier.empty()) return 0;
+    if (SameText(qualifier, names::kArray)) return kTypeArray;
+    return SameText(qualifier, names::kVector) ? kTypeVector : std::uint16_t{0};
+}
+
 bool ValueTypeFromName(WideView typeName, WideView qualifier, std::uint16_t& code) noexcept {
     const std::uint16_t type = BaseTypeFromName(typeName);
     if (type == 0) return false;
-    code = type;
-    if (qualifier.empty()) return true;
-    if (SameText(qualifier, names::kArray)) {
-        code |= kTypeArray;
-    } else if (SameText(qualifier, names::kVector)) {
-        code |= kTypeVector;
-    } else {
-        return false;
-    }
-    return true;
+    const std::uint16_t bits = QualifierFromName(qualifier);
+    code = static_cast<std::uint16_t>(type | bits);
+    return bits != 0 || qualifier.empty();
 }
 
 bool ValueTypeToName(std::uint16_t code, WideView& typeName, WideView& qualifier) noexcept {

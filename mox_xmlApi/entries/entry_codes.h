@@ -17,6 +17,9 @@ inline constexpr std::uint16_t kTypeArray = 0x2000;
 // The code of a value type without a qualifier; 0 for an unknown name.
 std::uint16_t BaseTypeFromName(WideView typeName) noexcept;
 
+// The bit of a qualifier, "array" or "vector"; 0 for every other text.
+std::uint16_t QualifierFromName(WideView qualifier) noexcept;
+
 // The code of a value type with its qualifier, "array", "vector" or empty. An unknown type name gives false
 // and leaves `code` alone; an unknown qualifier gives false with the code of the type stored.
 bool ValueTypeFromName(WideView typeName, WideView qualifier, std::uint16_t& code) noexcept;

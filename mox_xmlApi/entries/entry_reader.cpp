@@ -1,5 +1,7 @@
 #include "mox_xmlApi/entries/entry_reader.h"
 
+#include <utility>
+
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
@@ -30,12 +32,22 @@ bool ReadEntry(const TableCursor& cursor, const XmlNode& entry, EntryValueRecord
     EntryValueRecord& record = value != nullptr ? *value : unused;
 
     WideView qualifier;
-    XmlDocument::GetAttribute(&entry, names::kArray, qualifier);
+    bool hasQualifier = false;
+    std::uint16_t type = 0;
     WideView text;
     for (const XmlAttribute& attribute : entry.attributes) {
+        const WideView name = attribute.name.View();
         text = attribute.value.View();
-        SetValueField(record, attribute.name.View(), text, qualifier);
+        if (SameText(name, names::kType)) {
+            const std::uint16_t known = BaseTypeFromName(text);
+            if (known != 0) type = known;
+        } else if (!SameText(name, names::kArray)) {
+            SetValueField(record, name, text, WideView());
+        } else if (!std::exchange(hasQualifier, true)) {
+            qualifier = text;
+        }
     }
+    if (type != 0) record.type = static_cast<std::uint16_t>(type | QualifierFromName(qualifier));
     if (record.type == 0) return false;
 
     for (const XmlNode* child : entry.children) {

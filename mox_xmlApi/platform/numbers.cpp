@@ -55,10 +55,8 @@ Number Read(WideView text, std::uint32_t base) {
     if (at < text.size() && (text[at] == '-' || text[at] == '+')) number.negative = text[at++] == '-';
 
     // When no digit follows the "x", the number is the 0 before it; skipping both characters gives 0 as well.
-    const WideView rest = text.substr(at);
-    const bool isPrefixed =
-        rest.size() >= 2 && DigitValue(rest[0]) == 0 && (rest[1] == 'x' || rest[1] == 'X');
-    if (base == 16 && isPrefixed) at += 2;
+    const auto isX = [](wchar16 unit) { return unit == 'x' || unit == 'X'; };
+    if (base == 16 && text.size() - at >= 2 && DigitValue(text[at]) == 0 && isX(text[at + 1])) at += 2;
 
     for (; at < text.size(); ++at) {
         const std::uint32_t digit = DigitValue(text[at]);

@@ -19,16 +19,14 @@ void FillName(WideView name, TableEntryBaseInfoStruct& record) noexcept {
 
 // A text as the records take it, good until the next one.
 const wchar16* Terminated(WideView text, TextBuffers& buffers) {
-    buffers.wide.assign(text);
-    return buffers.wide.c_str();
+    return buffers.Hold(text).c_str();
 }
 
 // A 16-bit text is stored whatever its units; any other has to have an 8-bit form.
 bool SetValue(WideView value, TextBuffers& buffers, TableEntryValueInfoStruct& record) {
     if (record.type == kTypeWideString) return record.SetVal_w(Terminated(value, buffers));
     if (value.empty()) return record.SetVal("");
-    buffers.wide.assign(value);
-    return pdConvertString(buffers.wide, buffers.narrow) && record.SetVal(buffers.narrow.c_str());
+    return pdConvertString(buffers.Hold(value), buffers.narrow) && record.SetVal(buffers.narrow.c_str());
 }
 
 }  // namespace

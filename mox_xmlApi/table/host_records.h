@@ -47,6 +47,12 @@ struct TextBuffers {
     WideString wide;
     std::string narrow;
 
+    // A copy of `text`, which is no part of a buffer. An assignment would take longer.
+    const WideString& Hold(WideView text) {
+        wide.clear();
+        return wide.append(text);
+    }
+
     // Frees the memory of an unusually long text.
     void ReleaseLarge() noexcept {
         constexpr std::size_t kMaxKept = 4096;

@@ -31,10 +31,7 @@ enum class NamedChildren : std::uint8_t {
 
 // The first attribute "name" of a node, or null.
 inline const XmlAttribute* NameAttribute(const XmlNode& node) noexcept {
-    for (const XmlAttribute& attribute : node.attributes) {
-        if (SameText(attribute.name.View(), names::kName)) return &attribute;
-    }
-    return nullptr;
+    return FindInAttributes(node, names::kName);
 }
 
 // Whether the node is one of the children that are meant.

@@ -17,13 +17,6 @@ bool IsElement(const XmlNode& node) noexcept {
     return node.kind == XmlNodeKind::Element;
 }
 
-XmlAttribute* FindInAttributes(const XmlNode& node, WideView name) noexcept {
-    for (XmlAttribute& attribute : node.attributes) {
-        if (SameText(attribute.name.View(), name)) return &attribute;
-    }
-    return nullptr;
-}
-
 void ReleaseAttribute(XmlAttribute& attribute, XmlPool& pool) noexcept {
     attribute.name.Release(pool);
     attribute.value.Release(pool);
@@ -276,17 +269,6 @@ bool XmlDocument::RemoveAttribute(XmlNode* node, WideView name) noexcept {
     } else {
         remove();
     }
-    return true;
-}
-
-const XmlAttribute* XmlDocument::FindAttribute(const XmlNode* node, WideView name) noexcept {
-    return node != nullptr && IsElement(*node) ? FindInAttributes(*node, name) : nullptr;
-}
-
-bool XmlDocument::GetAttribute(const XmlNode* node, WideView name, WideView& out) noexcept {
-    const XmlAttribute* attribute = FindAttribute(node, name);
-    if (attribute == nullptr) return false;
-    out = attribute->value.View();
     return true;
 }
 

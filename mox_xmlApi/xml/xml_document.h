@@ -92,10 +92,18 @@ class XmlDocument {
     // ---- Attributes and text ---------------------------------------------------------------------------------
 
     // The first attribute of an element called `name`, or null; null too for nodes of other kinds.
-    static const XmlAttribute* FindAttribute(const XmlNode* node, WideView name) noexcept;
+    static const XmlAttribute* FindAttribute(const XmlNode* node, WideView name) noexcept {
+        const bool isElement = node != nullptr && node->kind == XmlNodeKind::Element;
+        return isElement ? FindInAttributes(*node, name) : nullptr;
+    }
     // Views the value of that attribute. False and `out` untouched when there is none. The view lasts until
     // the value changes.
-    static bool GetAttribute(const XmlNode* node, WideView name, WideView& out) noexcept;
+    static bool GetAttribute(const XmlNode* node, WideView name, WideView& out) noexcept {
+        const XmlAttribute* attribute = FindAttribute(node, name);
+        if (attribute == nullptr) return false;
+        out = attribute->value.View();
+        return true;
+    }
     // Replaces the value of the first attribute called `name`, or appends a new attribute. The declaration takes
     // attributes too. The tree keeps `name` itself, which must live as long as the tree, as literals do.
     void SetAttribute(XmlNode& node, WideView name, WideView value);

@@ -153,6 +153,14 @@ struct XmlNode {
 
 static_assert(sizeof(void*) != 8 || sizeof(XmlNode) == 80, "a large document is nodes for the most part");
 
+// The first attribute of a node of that name, or null.
+inline XmlAttribute* FindInAttributes(const XmlNode& node, WideView name) noexcept {
+    for (XmlAttribute& attribute : node.attributes) {
+        if (SameText(attribute.name.View(), name)) return &attribute;
+    }
+    return nullptr;
+}
+
 // Links `child`, which is in no list, to `parent` as its last child. There must be room.
 inline void AppendChild(XmlNode& parent, XmlNode& child) noexcept {
     child.parent = &parent;
