@@ -27,7 +27,7 @@ void SetFlag(std::uint32_t* flag, bool value) noexcept {
 
 // A table handle over a section, for the host. Throws std::bad_alloc.
 std::unique_ptr<mox::TableHandle> NewSectionHandle(moxSettings& settings, mox::XmlNode* section) {
-    return std::make_unique<mox::TableHandle>(settings.document.Pool(), section);
+    return mox::SpareHandle::Take(settings.spareSection, settings.document.Pool(), section);
 }
 
 }  // namespace
@@ -86,7 +86,7 @@ void* xmlEnumProfileSections(moxSettings* handle, uintptr_t* position, wchar16* 
     if (cell == nullptr) cell = new mox::XmlNode*;
     *cell = section;
     *position = reinterpret_cast<uintptr_t>(cell);
-    SetFlag(editable, mox::IsEditable(*section));
+    if (editable != nullptr) *editable = mox::IsEditable(*section) ? 1 : 0;
     WideView sectionName;
     mox::XmlDocument::GetAttribute(section, mox::names::kName, sectionName);
     if (name != nullptr) CopyToBuffer(sectionName, name, nameLength);

@@ -40,7 +40,7 @@ bool xmlTableSave(void* handle, const wchar16* filePath, int32_t reserved, int32
 }
 
 void xmlTableDispose(void** handleAddress) {
-    delete static_cast<TableHandle*>(*handleAddress);
+    mox::SpareHandle::Release(std::unique_ptr<TableHandle>(static_cast<TableHandle*>(*handleAddress)));
     *handleAddress = nullptr;
 }
 

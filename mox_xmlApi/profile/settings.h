@@ -6,6 +6,10 @@
 
 #include "mox_xmlApi/xml/xml_document.h"
 
+namespace mox {
+struct SpareHandle;
+}
+
 // Hosts hold it as an opaque pointer, and may release it through slot 0 of its virtual table. Destroy is the one virtual
 // operation, so that it has that slot under every compiler: some give a virtual destructor two slots, of which the first
 // does not free.
@@ -34,6 +38,7 @@ struct moxSettings {
     mox::XmlNode* root = nullptr;  // in `document`
     bool hasRoot = false;
     bool isLoaded = false;
+    std::shared_ptr<mox::SpareHandle> spareSection = {};  // null before the first section handle
 
   protected:
     ~moxSettings() = default;  // Destroy is the one way out

@@ -1,5 +1,7 @@
 #include "mox_xmlApi/table/table_handle.h"
 
+#include <utility>
+
 namespace mox {
 
 TableHandle::TableHandle() : cursor{true, true, &document, nullptr, true} {}
@@ -18,6 +20,27 @@ void TableHandle::CreateNew(const TableHeader& header, bool asDocument) {
     if (asDocument && !document.AddDeclaration()) return;
     TableHeader wanted = header;
     Open(wanted, asDocument);
+}
+
+std::unique_ptr<TableHandle> SpareHandle::Take(std::shared_ptr<SpareHandle>& spare, XmlPool& pool,
+                                               XmlNode* element) {
+    if (spare == nullptr) spare = std::make_shared<SpareHandle>();
+    std::unique_ptr<TableHandle> handle = std::move(spare->handle);
+    if (handle != nullptr) {
+        handle->document.Attach(element);
+        handle->cursor.table = element;
+    } else {
+        handle = std::make_unique<TableHandle>(pool, element);
+        handle->profile = spare;
+        handle->spare = spare.get();
+    }
+    return handle;
+}
+
+void SpareHandle::Release(std::unique_ptr<TableHandle> handle) noexcept {
+    if (handle == nullptr || handle->profile.expired()) return;
+    SpareHandle& spare = *handle->spare;
+    if (spare.handle == nullptr) spare.handle = std::move(handle);
 }
 
 }  // namespace mox

@@ -113,5 +113,23 @@ TEST(EntryTexts, AnyUnitsAreCarriedAndEmptyIsNotNull) {
     EXPECT_EQ(WideView(record.GetUserName_w()), WideView());
 }
 
+TEST(EntryValue, CharactersBeyondAsciiAreFoundAtEveryPlace) {
+    for (std::size_t length = 2; length <= 40; ++length) {
+        for (std::size_t at = 0; at + 2 <= length; ++at) {
+            std::string text(length, 'a');
+            text.replace(at, 2, "\xC3\xA9");
+            WideString expected(length - 1, wchar16{'a'});
+            expected[at] = 0xE9;
+            Value record;
+            ASSERT_TRUE(record.SetVal(text.c_str()));
+            ASSERT_EQ(record.GetVal(), text);
+            ASSERT_EQ(WideView(record.GetVal_w()), expected) << at << " of " << length;
+
+            text[at + 1] = 'a';
+            ASSERT_FALSE(record.SetVal(text.c_str())) << at << " of " << length;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace mox::test
