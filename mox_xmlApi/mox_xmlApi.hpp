@@ -1,4 +1,4 @@
-// The C++ front of mox_xmlApi: the exports of mox_xmlApi.h as classes. Header-only, C++17 and later.
+// The C++ front of mox_xmlApi: the exports of mox_xmlApi.h as classes. C++17 and later.
 //
 //     #include <iostream>
 //     #include "mox_xmlApi/mox_xmlApi.hpp"
@@ -14,13 +14,15 @@
 //         return settings->saveReplacing("camera.xml", mox::Form::Wide) ? 0 : 1;
 //     }
 //
-// A program links mox_xmlApi and mox_dbtInfo. The classes:
+// A program links mox_front, a static library, and with it mox_xmlApi and mox_dbtInfo. The classes:
 //
 //   mox::Profile   a settings document: sections with keys
 //   mox::Section   one section of a profile        } both derive from mox::EntryTable, which has the
 //   mox::Table     a table document: one table     } functions for entries: front/entry_table.hpp
 //   mox::Entry     an entry, or a key, as a plain value with its presentation data: front/entry.hpp
 //   mox::Text      a text argument, converted implicitly from any kind of string: front/text.hpp
+//
+// mox::readFile and mox::replaceFile read and replace files as a whole: disk/read_file.hpp, disk/replace_file.hpp.
 //
 // Texts
 //   Arguments are UTF-8 (std::string, std::string_view, "...") or UTF-16 (std::u16string, std::u16string_view, u"...",
@@ -55,10 +57,13 @@
 #include <utility>
 #include <vector>
 
+#include "mox_xmlApi/disk/file_stamp.hpp"
+#include "mox_xmlApi/disk/read_file.hpp"
+#include "mox_xmlApi/disk/replace_file.hpp"
 #include "mox_xmlApi/front/entry.hpp"
 #include "mox_xmlApi/front/entry_table.hpp"
 #include "mox_xmlApi/front/form.hpp"
-#include "mox_xmlApi/front/replace_file.hpp"
+#include "mox_xmlApi/front/replacing_save.hpp"
 #include "mox_xmlApi/front/section_list.hpp"
 #include "mox_xmlApi/front/text.hpp"
 #include "mox_xmlApi/mox_xmlApi.h"
@@ -262,11 +267,11 @@ class Profile {
         return path.isValid() && Write(path.c_str(), form, content);
     }
 
-    // The same, but replaces the file atomically: a failure leaves the old file. See front/replace_file.hpp.
+    // The same, but replaces the file atomically: a failure leaves the old file. See disk/replace_file.hpp.
     bool saveReplacing(const Text& path) const { return saveReplacing(path, form_); }
     bool saveReplacing(const Text& path, Form form, Content content = Content::Document) const {
-        return front::ReplaceWholeFile(
-            path, [&](const wchar16* temporary) { return Write(temporary, form, content); });
+        return front::ReplaceBySave(
+            path, [&](const wchar16* scratch) { return Write(scratch, form, content); });
     }
 
   private:

@@ -1,22 +1,26 @@
 #include "tools/save_file.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "mox_xmlApi/document/text_format.h"
-#include "mox_xmlApi/platform/files.h"
 #include "tools/exit_error.h"
-#include "tools/system.h"
 
 namespace mox::tool {
 namespace {
 
-void RequireReplaced(bool isReplaced, const std::string& path) {
-    if (!isReplaced) throw ExitError(ExitCode::kIoError, path + ": cannot replace the file; it is unchanged");
-}
-
-void WriteBackup(const std::string& path) {
-    if (!CopyFileTo(path, path + ".bak"))
-        throw ExitError(ExitCode::kIoError, path + ".bak: cannot write the backup; nothing was changed");
+// The bytes that the save writes to the file whose name it is given.
+template <class Save>
+std::string BytesOf(const std::string& path, Save save) {
+    Problem problem;
+    std::optional<ScratchFile> scratch = ScratchFile::create(&problem);
+    if (scratch.has_value() && save(Text(scratch->path()))) {
+        if (auto bytes = scratch->read(&problem)) return *std::move(bytes);
+    }
+    const std::string why = problem ? " (" + problem.toString() + ")" : "";
+    throw ExitError(ExitCode::kIoError,
+                    path + ": cannot write a temporary file" + why + "; nothing was changed");
 }
 
 }  // namespace
@@ -37,22 +41,21 @@ void RequireStorable(const std::string& path, Form form, const std::vector<std::
 }
 
 void SaveProfile(const Profile& profile, const std::string& path, Form form, bool withBackup) {
-    if (withBackup) WriteBackup(path);
-    RequireReplaced(profile.saveReplacing(path, form), path);
+    const auto save = [&](const Text& scratch) { return profile.save(scratch, form); };
+    SaveBytes(BytesOf(path, save), path, withBackup);
 }
 
 void SaveTable(const Table& table, const std::string& path, bool withBackup) {
-    if (withBackup) WriteBackup(path);
-    RequireReplaced(table.saveReplacing(path), path);
+    SaveBytes(BytesOf(path, [&](const Text& scratch) { return table.save(scratch); }), path, withBackup);
 }
 
 void SaveBytes(const std::string& bytes, const std::string& path, bool withBackup) {
-    if (withBackup) WriteBackup(path);
-    const auto write = [&bytes](const wchar16* temporary) {
-        OutputFile file(temporary);
-        return file.Write(bytes.data(), bytes.size()) && file.Close();
-    };
-    RequireReplaced(front::ReplaceWholeFile(path, write), path);
+    ReplaceOptions options;
+    if (withBackup) options.backup = Text(path + ".bak");
+    Problem problem;
+    if (replaceFile(path, bytes, options, nullptr, &problem)) return;
+    const char* const rest = problem.reason == Reason::Changed ? "" : "; nothing was changed";
+    throw ExitError(ExitCode::kIoError, problem.toString() + rest);
 }
 
 }  // namespace mox::tool

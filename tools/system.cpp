@@ -43,12 +43,6 @@ bool Exists(const std::string& path) {
     return GetLastError() != ERROR_FILE_NOT_FOUND;
 }
 
-bool CopyFileTo(const std::string& from, const std::string& to) {
-    const mox::Text source(from);
-    const mox::Text target(to);
-    return source.isValid() && target.isValid() && CopyFileW(source.c_str(), target.c_str(), FALSE) != 0;
-}
-
 #else
 
 std::vector<std::string> CommandLineArguments(int argc, char** argv) {
@@ -61,11 +55,6 @@ StandardStreams::~StandardStreams() = default;
 bool Exists(const std::string& path) {
     std::error_code error;
     return std::filesystem::status(path, error).type() != std::filesystem::file_type::not_found;
-}
-
-bool CopyFileTo(const std::string& from, const std::string& to) {
-    std::error_code error;
-    return std::filesystem::copy_file(from, to, std::filesystem::copy_options::overwrite_existing, error);
 }
 
 #endif

@@ -30,9 +30,6 @@ class StandardStreams {
 // Whether the path (UTF-8) exists. Also true when the system cannot tell, for lack of permission for example.
 bool Exists(const std::string& path);
 
-// Copies a file with its permissions, and overwrites `to` if it exists. Paths are UTF-8. Returns whether it succeeded.
-bool CopyFileTo(const std::string& from, const std::string& to);
-
 }  // namespace mox::tool
 
 #endif

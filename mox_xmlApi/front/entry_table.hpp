@@ -12,7 +12,7 @@
 
 #include "mox_xmlApi/front/entry_reading.hpp"
 #include "mox_xmlApi/front/entry_writing.hpp"
-#include "mox_xmlApi/front/replace_file.hpp"
+#include "mox_xmlApi/front/replacing_save.hpp"
 #include "mox_xmlApi/mox_xmlApi.h"
 
 namespace mox {
@@ -125,12 +125,10 @@ class EntryTable {
     // in place. Returns false on failure, which may leave the file incomplete.
     bool save(const Text& path) const { return path.isValid() && xmlTableSave(handle(), path.c_str(), 0, 0); }
 
-    // The same, but replaces the file atomically: a failure leaves the old file. See front/replace_file.hpp.
+    // The same, but replaces the file atomically: a failure leaves the old file. See disk/replace_file.hpp.
     bool saveReplacing(const Text& path) const {
-        const auto write = [this](const wchar16* temporary) {
-            return xmlTableSave(handle(), temporary, 0, 0);
-        };
-        return front::ReplaceWholeFile(path, write);
+        const auto write = [this](const wchar16* scratch) { return xmlTableSave(handle(), scratch, 0, 0); };
+        return front::ReplaceBySave(path, write);
     }
 
   protected:

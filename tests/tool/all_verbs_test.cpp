@@ -83,7 +83,7 @@ TEST_F(AllVerbs, ChangeNothingIfTheBackupFails) {
     WriteBytes("a.xml", Narrow(kText));
     for (auto call : WritingCalls("a.xml")) {
         call.emplace_back("--backup");
-        Fails(4, call, "a.xml.bak: cannot write the backup; nothing was changed");
+        Fails(4, call, "a.xml.bak: the backup would replace what is not a regular file; nothing was changed");
     }
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
 }
@@ -170,7 +170,7 @@ TEST_F(AllVerbs, DoNotChangeAReadOnlyFile) {
     WriteBytes("a.xml", Narrow(kText));
     fs::permissions("a.xml", fs::perms::owner_read);
     for (const auto& call : WritingCalls("a.xml"))
-        Fails(4, call, "a.xml: cannot replace the file; it is unchanged");
+        Fails(4, call, "a.xml: the file is read-only; nothing was changed");
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
     EXPECT_EQ(FilesInFolder(), std::vector<std::string>{"a.xml"});
     fs::permissions("a.xml", fs::perms::owner_all);
@@ -195,7 +195,8 @@ TEST_F(AllVerbs, LeaveTheFileUnchangedOnAFullDisk) {
     std::signal(SIGXFSZ, handler);
     for (const Result& result : results) {
         EXPECT_EQ(result.code, 4) << result;
-        EXPECT_EQ(result.err, "mox-xml: a.xml: cannot replace the file; it is unchanged\n");
+        EXPECT_EQ(result.err.rfind("mox-xml: a.xml: cannot write ", 0), 0U) << result.err;
+        EXPECT_NE(result.err.find("; nothing was changed\n"), std::string::npos) << result.err;
     }
     EXPECT_EQ(results.size(), 6U);
     EXPECT_EQ(ReadBytes("a.xml"), bytes);

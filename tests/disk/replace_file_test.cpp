@@ -1,10 +1,11 @@
-// Saves that replace a file: the old file stays if they fail, its properties are kept if they succeed.
+// Files that are replaced: the old file stays if that fails, its properties are kept if it succeeds.
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <new>
 #include <string>
 #include <vector>
 
+#include "mox_xmlApi/disk/replace_on_system.h"
+#include "mox_xmlApi/mox_xmlApi.hpp"
 #include "tests/front/front_support.h"
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN
@@ -25,6 +26,7 @@ namespace fs = std::filesystem;
 using front_tests::ScratchFolder;
 using mox::Form;
 using mox::Profile;
+using mox::Reason;
 using Names = std::vector<std::string>;
 
 Profile WithText(std::size_t length) {
@@ -33,16 +35,9 @@ Profile WithText(std::size_t length) {
     return profile;
 }
 
-// Writes the text to the file as the exports do.
-bool WriteText(const wchar16* path, std::string_view text) {
-    const std::basic_string<wchar16> units(path);
-    host::WriteBytes(fs::path(std::u16string(units.begin(), units.end())), text);
-    return true;
-}
-
-class FrontReplacing : public testing::Test {
+class FileReplacing : public testing::Test {
   protected:
-    FrontReplacing() { host::WriteBytes(file, "old"); }
+    FileReplacing() { host::WriteBytes(file, "old"); }
 
     void ExpectTheOldFileAlone() const {
         EXPECT_EQ(host::ReadBytes(file), "old");
@@ -53,86 +48,98 @@ class FrontReplacing : public testing::Test {
     const fs::path file = folder.Of("s.xml");
 };
 
-TEST_F(FrontReplacing, WritesBesideTheFileAndRenames) {
-    const bool isReplaced = mox::front::ReplaceWholeFile(file.u16string(), [&](const wchar16* temporary) {
-        EXPECT_EQ(host::ReadBytes(file), "old");
-        EXPECT_EQ(folder.Names().size(), 2U);
-        return WriteText(temporary, "new");
-    });
-    EXPECT_TRUE(isReplaced);
+TEST_F(FileReplacing, WritesTheBytesAndNothingElse) {
+    const std::string bytes("a\0b\r\n\x1A\xFF", 7);
+    EXPECT_TRUE(mox::replaceFile(file.u16string(), bytes));
+    EXPECT_EQ(host::ReadBytes(file), bytes);
+    EXPECT_TRUE(mox::replaceFile(file.u16string(), ""));
+    EXPECT_EQ(host::ReadBytes(file), "");
+    EXPECT_EQ(folder.Names(), Names{"s.xml"});
+}
+
+TEST_F(FileReplacing, CreatesAMissingFile) {
+    fs::remove(file);
+    EXPECT_TRUE(mox::replaceFile(file.u16string(), "new"));
     EXPECT_EQ(host::ReadBytes(file), "new");
     EXPECT_EQ(folder.Names(), Names{"s.xml"});
 }
 
-TEST_F(FrontReplacing, CreatesAMissingFile) {
-    fs::remove(file);
+TEST_F(FileReplacing, ServesTheSavesOfDocuments) {
     EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
     EXPECT_EQ(Profile::open(file.u16string())->getString("S", "K"), "xxxxx");
+    mox::Table table = mox::Table::create("T");
+    ASSERT_TRUE(table.add({"K", "xxxxx"}));
+    EXPECT_TRUE(table.saveReplacing(file.u16string()));
+    EXPECT_EQ(mox::Table::open(file.u16string(), "T")->find("K")->value, "xxxxx");
     EXPECT_EQ(folder.Names(), Names{"s.xml"});
 }
 
-TEST_F(FrontReplacing, AFailedWriteLeavesTheOldFile) {
-    EXPECT_FALSE(mox::front::ReplaceWholeFile(
-        file.u16string(), [&](const wchar16* temporary) { return WriteText(temporary, "half") && false; }));
-    ExpectTheOldFileAlone();
+TEST_F(FileReplacing, GivesTheStampThatReadingGives) {
+    mox::FileStamp written;
+    mox::FileStamp read;
+    ASSERT_TRUE(mox::replaceFile(file.u16string(), "new", {}, &written));
+    ASSERT_EQ(mox::readFile(file.u16string(), &read), "new");
+    EXPECT_TRUE(written.exists);
+    EXPECT_EQ(written.size, 3U);
+    EXPECT_EQ(written.hash[0], read.hash[0]);
+    EXPECT_EQ(written.hash[1], read.hash[1]);
+    EXPECT_EQ(written.file, read.file);
+    EXPECT_EQ(written.device, read.device);
+    EXPECT_TRUE(written.hasContentOf(read));
+#if !defined(_WIN32)
+    EXPECT_TRUE(written == read);
+#endif
 }
 
-TEST_F(FrontReplacing, AnExceptionLeavesTheOldFile) {
-    EXPECT_THROW(mox::front::ReplaceWholeFile(file.u16string(),
-                                              [&](const wchar16* temporary) -> bool {
-                                                  WriteText(temporary, "half");
-                                                  throw std::bad_alloc();
-                                              }),
-                 std::bad_alloc);
-    ExpectTheOldFileAlone();
-}
-
-TEST_F(FrontReplacing, UsesAnotherNameIfTheNameExists) {
-    // The names are numbered: the next ones are used up here.
-    std::string next;
-    ASSERT_TRUE(mox::front::ReplaceWholeFile(file.u16string(), [&](const wchar16* temporary) {
-        const std::basic_string<wchar16> units(temporary);
-        next = fs::path(std::u16string(units.begin(), units.end())).filename().string();
-        return WriteText(temporary, "old");
-    }));
-    const std::size_t dash = next.rfind('-');
-    const int number = std::stoi(next.substr(dash + 1));
-    for (int i = 1; i <= 3; ++i)
-        host::WriteBytes(folder.Of((next.substr(0, dash + 1) + std::to_string(number + i) + ".tmp").c_str()),
-                         "mine");
-    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
+TEST_F(FileReplacing, UsesAnotherNameIfTheNameExists) {
+#if defined(_WIN32)
+    const std::uint64_t process = GetCurrentProcessId();
+#else
+    const auto process = static_cast<std::uint64_t>(getpid());
+#endif
+    // The names are numbered: the next three exist already.
+    const std::string name = mox::disk::TemporaryName(process);
+    const std::size_t dash = name.rfind('-');
+    const int number = std::stoi(name.substr(dash + 1));
+    Names names;
+    for (int i = 1; i <= 3; ++i) {
+        names.push_back(name.substr(0, dash + 1) + std::to_string(number + i) + ".tmp");
+        host::WriteBytes(folder.Of(names.back().c_str()), "mine");
+    }
+    EXPECT_TRUE(mox::replaceFile(file.u16string(), "new"));
+    EXPECT_EQ(host::ReadBytes(file), "new");
     EXPECT_EQ(folder.Names().size(), 4U);
-    EXPECT_EQ(
-        host::ReadBytes(folder.Of((next.substr(0, dash + 1) + std::to_string(number + 2) + ".tmp").c_str())),
-        "mine");
-    EXPECT_EQ(Profile::open(file.u16string())->getString("S", "K"), "xxxxx");
+    for (const std::string& taken : names)
+        EXPECT_EQ(host::ReadBytes(folder.Of(taken.c_str())), "mine");
 }
 
-TEST_F(FrontReplacing, AFileThatBecameAFolderStays) {
-    EXPECT_FALSE(mox::front::ReplaceWholeFile(file.u16string(), [&](const wchar16* temporary) {
-        fs::remove(file);
-        fs::create_directory(file);
-        host::WriteBytes(file / "kept", "kept");
-        return WriteText(temporary, "new");
-    }));
-    EXPECT_EQ(host::ReadBytes(file / "kept"), "kept");
-    EXPECT_EQ(folder.Names(), Names{"s.xml"});
-}
-
-TEST_F(FrontReplacing, RefusesPathsThatCannotBeFiles) {
-    const Profile profile = WithText(5);
-    const char* const null = nullptr;
-    EXPECT_FALSE(profile.saveReplacing(""));
-    EXPECT_FALSE(profile.saveReplacing(null));
-    EXPECT_FALSE(profile.saveReplacing("a\xFF"));
-    EXPECT_FALSE(profile.saveReplacing(folder.Of("none/s.xml").u16string()));
+TEST_F(FileReplacing, RefusesPathsThatCannotBeFiles) {
     fs::create_directory(folder.Of("folder"));
-    EXPECT_FALSE(profile.saveReplacing(folder.Of("folder").u16string()));
+    const char* const null = nullptr;
+    const auto reasonFor = [](const mox::Text& path) {
+        mox::Problem problem;
+        EXPECT_FALSE(mox::replaceFile(path, "new", {}, nullptr, &problem));
+        EXPECT_FALSE(problem.message.empty());
+        EXPECT_EQ(problem.file, mox::front::Utf8Of(path.units()));
+        return problem.reason;
+    };
+    EXPECT_EQ(reasonFor(""), Reason::InvalidText);
+    EXPECT_EQ(reasonFor(null), Reason::InvalidText);
+    EXPECT_EQ(reasonFor("a\xFF"), Reason::InvalidText);
+    EXPECT_EQ(reasonFor(folder.Of("none/s.xml").u16string()), Reason::NotFound);
+    EXPECT_EQ(reasonFor(folder.Of("folder").u16string()), Reason::NotRegularFile);
     EXPECT_TRUE(fs::is_empty(folder.Of("folder")));
     EXPECT_EQ(folder.Names(), (Names{"folder", "s.xml"}));
 }
 
-TEST_F(FrontReplacing, AcceptsANameWithoutAFolder) {
+TEST_F(FileReplacing, ASuccessResetsTheProblem) {
+    mox::Problem problem;
+    problem.reason = Reason::Syntax;
+    EXPECT_TRUE(mox::replaceFile(file.u16string(), "new", {}, nullptr, &problem));
+    EXPECT_EQ(problem.reason, Reason::None);
+}
+
+TEST_F(FileReplacing, AcceptsANameWithoutAFolder) {
     const fs::path before = fs::current_path();
     fs::current_path(folder.Of(""));
     const bool isSaved = WithText(5).saveReplacing("s.xml") && WithText(6).saveReplacing("t.xml");
@@ -143,7 +150,7 @@ TEST_F(FrontReplacing, AcceptsANameWithoutAFolder) {
 
 #if defined(_WIN32)
 
-TEST_F(FrontReplacing, AFileInUseIsNotReplaced) {
+TEST_F(FileReplacing, AFileInUseIsNotReplaced) {
     const HANDLE handle =
         CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(handle, INVALID_HANDLE_VALUE);
@@ -152,14 +159,14 @@ TEST_F(FrontReplacing, AFileInUseIsNotReplaced) {
     ExpectTheOldFileAlone();
 }
 
-TEST_F(FrontReplacing, KeepsAttributes) {
+TEST_F(FileReplacing, KeepsAttributes) {
     ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_HIDDEN));
     const DWORD attributes = GetFileAttributesW(file.c_str());
     EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
     EXPECT_EQ(GetFileAttributesW(file.c_str()), attributes);
 }
 
-TEST_F(FrontReplacing, AReadOnlyFileIsNotReplaced) {
+TEST_F(FileReplacing, AReadOnlyFileIsNotReplaced) {
     ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY));
     EXPECT_FALSE(WithText(5).saveReplacing(file.u16string()));
     EXPECT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL));
@@ -195,7 +202,7 @@ class SmallDisk {
     void (*handler_)(int) = nullptr;
 };
 
-TEST_F(FrontReplacing, AFullDiskLeavesTheOldFile) {
+TEST_F(FileReplacing, AFullDiskLeavesTheOldFile) {
     const Profile profile = WithText(100000);
     mox::Table table = mox::Table::create("T");
     ASSERT_TRUE(table.add({"K", std::string(100000, 'x')}));
@@ -209,7 +216,7 @@ TEST_F(FrontReplacing, AFullDiskLeavesTheOldFile) {
     EXPECT_TRUE(profile.saveReplacing(file.u16string()));
 }
 
-TEST_F(FrontReplacing, KeepsModeBits) {
+TEST_F(FileReplacing, KeepsModeBits) {
     for (const mode_t mode : {0600U, 0640U, 0664U, 0755U, 0606U}) {
         ASSERT_EQ(chmod(file.c_str(), mode), 0);
         EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
@@ -217,7 +224,7 @@ TEST_F(FrontReplacing, KeepsModeBits) {
     }
 }
 
-TEST_F(FrontReplacing, GivesANewFileTheUsualModeBits) {
+TEST_F(FileReplacing, GivesANewFileTheUsualModeBits) {
     const mode_t mask = umask(0027);
     const bool isSaved = WithText(5).saveReplacing(folder.Of("new.xml").u16string());
     umask(mask);
@@ -225,7 +232,7 @@ TEST_F(FrontReplacing, GivesANewFileTheUsualModeBits) {
     EXPECT_EQ(ModeOf(folder.Of("new.xml")), mode_t{0640});
 }
 
-TEST_F(FrontReplacing, KeepsOwnerAndGroupIfPermitted) {
+TEST_F(FileReplacing, KeepsOwnerAndGroupIfPermitted) {
     if (geteuid() != 0) GTEST_SKIP() << "only the superuser may";
     ASSERT_EQ(chown(file.c_str(), 1234, 2345), 0);
     EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
@@ -235,7 +242,7 @@ TEST_F(FrontReplacing, KeepsOwnerAndGroupIfPermitted) {
     EXPECT_EQ(status.st_gid, 2345U);
 }
 
-TEST_F(FrontReplacing, AReadOnlyFileIsNotReplaced) {
+TEST_F(FileReplacing, AReadOnlyFileIsNotReplaced) {
     ASSERT_EQ(chmod(file.c_str(), 0444), 0);
     const bool mayWrite = access(file.c_str(), W_OK) == 0;  // the superuser may
     EXPECT_EQ(WithText(5).saveReplacing(file.u16string()), mayWrite);
@@ -243,7 +250,7 @@ TEST_F(FrontReplacing, AReadOnlyFileIsNotReplaced) {
     if (!mayWrite) ExpectTheOldFileAlone();
 }
 
-TEST_F(FrontReplacing, FollowsLinksAndKeepsThem) {
+TEST_F(FileReplacing, FollowsLinksAndKeepsThem) {
     fs::create_directory(folder.Of("far"));
     const fs::path target = folder.Of("far/target.xml");
     host::WriteBytes(target, "old");
@@ -259,7 +266,7 @@ TEST_F(FrontReplacing, FollowsLinksAndKeepsThem) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.Of("far")), fs::directory_iterator()), 2);
 }
 
-TEST_F(FrontReplacing, ALinkToAMissingFileCreatesIt) {
+TEST_F(FileReplacing, ALinkToAMissingFileCreatesIt) {
     fs::remove(file);
     fs::create_symlink("new.xml", file);
     EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
@@ -268,7 +275,7 @@ TEST_F(FrontReplacing, ALinkToAMissingFileCreatesIt) {
     EXPECT_EQ(folder.Names(), (Names{"new.xml", "s.xml"}));
 }
 
-TEST_F(FrontReplacing, ALinkToItselfIsRefused) {
+TEST_F(FileReplacing, ALinkToItselfIsRefused) {
     fs::remove(file);
     fs::create_symlink("s.xml", file);
     EXPECT_FALSE(WithText(5).saveReplacing(file.u16string()));
@@ -276,7 +283,7 @@ TEST_F(FrontReplacing, ALinkToItselfIsRefused) {
     EXPECT_EQ(folder.Names(), Names{"s.xml"});
 }
 
-TEST_F(FrontReplacing, AFileThatIsNotRegularIsRefused) {
+TEST_F(FileReplacing, AFileThatIsNotRegularIsRefused) {
     const fs::path pipe = folder.Of("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_FALSE(WithText(5).saveReplacing(pipe.u16string()));
@@ -284,7 +291,10 @@ TEST_F(FrontReplacing, AFileThatIsNotRegularIsRefused) {
     EXPECT_EQ(folder.Names(), (Names{"pipe", "s.xml"}));
 }
 
-TEST_F(FrontReplacing, ManySavesLeaveNoFilesOpen) {
+TEST_F(FileReplacing, ManySavesLeaveNoFilesOpen) {
+    const mox::FileStamp missing;
+    mox::ReplaceOptions onlyNew;
+    onlyNew.onlyIf = &missing;
     const Profile profile = WithText(5);
     const auto countOpen = [] {
         return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
@@ -293,7 +303,7 @@ TEST_F(FrontReplacing, ManySavesLeaveNoFilesOpen) {
     for (int i = 0; i < 5; ++i) {
         EXPECT_TRUE(profile.saveReplacing(file.u16string()));
         EXPECT_FALSE(profile.saveReplacing(folder.Of("").u16string()));
-        mox::front::ReplaceWholeFile(file.u16string(), [](const wchar16*) { return false; });
+        EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", onlyNew));
     }
     EXPECT_EQ(countOpen(), before);
 }

@@ -1,0 +1,87 @@
+#include "mox_xmlApi/disk/posix_temporary.h"
+
+#if !defined(_WIN32)
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "mox_xmlApi/disk/replace_on_system.h"
+
+namespace mox::disk {
+
+bool TemporaryFile::Create(mode_t mode) {
+    for (int tries = 0; tries < kMostNames; ++tries) {
+        std::string name = TemporaryName(static_cast<std::uint64_t>(getpid()));
+        int file = -1;
+        do {
+            file = openat(target_.Folder().Get(), name.c_str(),
+                          O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+        } while (file < 0 && errno == EINTR);
+        if (file >= 0) {
+            file_ = OpenFile(file);
+            name_ = std::move(name);
+            return true;
+        }
+        if (errno != EEXIST) break;
+    }
+    return false;
+}
+
+bool TemporaryFile::RenameOver() noexcept {
+    const int folder = target_.Folder().Get();
+    if (renameat(folder, name_.c_str(), folder, target_.Name().c_str()) != 0) return false;
+    name_.clear();
+    return true;
+}
+
+bool TemporaryFile::RenameToNew() noexcept {
+    const int folder = target_.Folder().Get();
+    const char* const from = name_.c_str();
+    const char* const to = target_.Name().c_str();
+#if defined(RENAME_NOREPLACE)
+    if (renameat2(folder, from, folder, to, RENAME_NOREPLACE) == 0) {
+        name_.clear();
+        return true;
+    }
+    if (errno != EINVAL && errno != ENOSYS) return false;
+#endif
+    // Not every file system can do that. A second name fails in the same case, but not every one can do that either.
+    if (linkat(folder, from, folder, to, 0) == 0) {
+        unlinkat(folder, from, 0);
+        name_.clear();
+        return true;
+    }
+    if (errno == EEXIST) return false;
+    if (faccessat(folder, to, F_OK, AT_SYMLINK_NOFOLLOW) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    return RenameOver();
+}
+
+bool TemporaryFile::IsAt(const std::string& name) const noexcept {
+    struct stat own;
+    struct stat found;
+    return fstat(file_.Get(), &own) == 0 && own.st_nlink == 1 &&
+           fstatat(target_.Folder().Get(), name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
+           IsSameFile(own, found);
+}
+
+void TemporaryFile::Remove() noexcept {
+    if (name_.empty()) return;
+    struct stat own;
+    struct stat found;
+    const int folder = target_.Folder().Get();
+    const bool isOurs = fstat(file_.Get(), &own) == 0 &&
+                        fstatat(folder, name_.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
+                        IsSameFile(own, found);
+    if (isOurs) unlinkat(folder, name_.c_str(), 0);
+    name_.clear();
+}
+
+}  // namespace mox::disk
+
+#endif
