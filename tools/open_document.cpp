@@ -1,9 +1,8 @@
 #include "tools/open_document.h"
 
-#include <array>
 #include <utility>
 
-#include "mox_xmlApi/platform/files.h"
+#include "mox_xmlApi/disk/read_file.hpp"
 #include "tools/exit_error.h"
 
 namespace mox::tool {
@@ -22,18 +21,14 @@ namespace {
 }  // namespace
 
 std::string ReadBytes(const std::string& path) {
-    const Text name(path);
-    InputFile file(name.isValid() ? name.c_str() : nullptr);
-    if (!file.IsOpen()) throw ExitError(ExitCode::kIoError, path + ": cannot open the file");
-    std::string bytes;
-    std::array<char, 64 * 1024> buffer;
-    std::size_t count = buffer.size();
-    while (count == buffer.size()) {
-        count = file.Read(buffer.data(), buffer.size());
-        bytes.append(buffer.data(), count);
-    }
-    if (file.Failed()) throw ExitError(ExitCode::kIoError, path + ": cannot read the file");
-    return bytes;
+    Problem problem;
+    std::optional<std::string> bytes = readFile(path, nullptr, &problem);
+    if (bytes.has_value()) return std::move(*bytes);
+    // The system's errors say what failed; the others say what the file is.
+    const bool isBySystem = problem.reason == Reason::NotFound || problem.reason == Reason::NoPermission ||
+                            problem.reason == Reason::ReadFailed;
+    const char* const what = isBySystem ? ": " : ": cannot read the file: ";
+    throw ExitError(ExitCode::kIoError, path + what + problem.message);
 }
 
 Document ReadDocument(const std::string& path, std::optional<Form> form) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/document/document_content.h"
 #include "mox_xmlApi/document/syntax_error.h"
 #include "mox_xmlApi/document/text_format.h"
@@ -136,6 +137,14 @@ Document::Document(std::unique_ptr<DocumentContent> content) noexcept : content_
 Document::Document(Document&&) noexcept = default;
 Document& Document::operator=(Document&&) noexcept = default;
 Document::~Document() = default;
+
+std::optional<Document> Document::read(const Text& path, std::optional<Form> form, Problem* problem) {
+    const std::optional<std::string> bytes = readFile(path, nullptr, problem);
+    if (!bytes.has_value()) return std::nullopt;
+    std::optional<Document> document = parse(*bytes, form, problem);
+    if (!document.has_value() && problem != nullptr) problem->file = front::Utf8Of(path.units());
+    return document;
+}
 
 std::optional<Document> Document::parse(std::string_view bytes, std::optional<Form> form, Problem* problem) {
     auto content = std::make_unique<DocumentContent>(bytes, detectEncoding(bytes, form));

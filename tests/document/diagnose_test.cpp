@@ -25,9 +25,10 @@ TEST(Diagnose, AGoodDocumentHasNoDiagnostics) {
 TEST(Diagnose, ASyntaxErrorIsTheOnlyDiagnostic) {
     EXPECT_EQ(Diagnosed("<a>\xE4\n</b>"),
               "2:1: error: found \"</b\", expected \"</a>\" to close the element that begins on line 1\n");
-    EXPECT_EQ(Diagnosed(Utf16Le("<a/>"), mox::Form::Narrow),
-              "1:2: error: found the end of the file, expected an element name after \"<\" (in text, write \"<\" "
-              "as \"&lt;\")\n");
+    EXPECT_EQ(
+        Diagnosed(Utf16Le("<a/>"), mox::Form::Narrow),
+        "1:2: error: found the end of the file, expected an element name after \"<\" (in text, write \"<\" "
+        "as \"&lt;\")\n");
 }
 
 TEST(Diagnose, DiagnosticsAreSortedByPosition) {

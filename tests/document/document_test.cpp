@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tests/document/document_support.h"
+#include "tests/host/host_support.h"
 
 namespace document_tests {
 namespace {
@@ -304,6 +305,37 @@ TEST(Document, AByteOrderMarkIsAProblemOfTheEncoding) {
     EXPECT_EQ(problem.reason, Reason::Encoding);
     EXPECT_EQ(problem.line, 1U);
     EXPECT_EQ(problem.column, 1U);
+}
+
+// ---- files
+
+TEST(DocumentFile, IsReadFromItsPath) {
+    const host::ScratchFile file(u"document_\u00E4.xml");
+    const std::string path = mox::toUtf8(file.Path().u16string());
+    host::WriteBytes(file.Path(), Section("<Var name=\"a\" type=\"long\"><Value>1</Value></Var>") + "\0"s);
+    mox::Problem problem;
+    const std::optional<mox::Document> document = mox::Document::read(path, std::nullopt, &problem);
+    ASSERT_TRUE(document.has_value()) << problem.toString();
+    EXPECT_EQ(problem.reason, Reason::None);
+    EXPECT_EQ(document->findEntry("S", "a")->value, "1");
+    EXPECT_EQ(document->form(), Form::Narrow);
+    EXPECT_FALSE(mox::Document::read(path, Form::Wide).has_value());
+}
+
+TEST(DocumentFile, AProblemNamesTheFile) {
+    const host::ScratchFile file(u"document_bad.xml");
+    const std::string path = mox::toUtf8(file.Path().u16string());
+    mox::Problem problem;
+    EXPECT_FALSE(mox::Document::read(path, std::nullopt, &problem).has_value());
+    EXPECT_EQ(problem.reason, Reason::NotFound);
+    EXPECT_EQ(problem.file, path);
+    host::WriteBytes(file.Path(), "<a>\n</b>");
+    EXPECT_FALSE(mox::Document::read(path, std::nullopt, &problem).has_value());
+    EXPECT_EQ(problem.reason, Reason::Syntax);
+    EXPECT_EQ(problem.toString(),
+              path +
+                  ":2:1: found \"</b\", expected \"</a>\" to close the element that begins "
+                  "on line 1");
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // check: syntax errors with their positions, warnings and notes.
+#include <gmock/gmock.h>
+
 #include "tests/tool/tool_support.h"
 
 namespace tool {
@@ -214,9 +216,8 @@ TEST_F(Check, ExitsWithTheHighestCodeOfAllFiles) {
     const Result result = RunTool({"check", "broken.xml", "none.xml", "[valid.xml,x]", "valid.xml"});
     EXPECT_EQ(result.code, 4);
     EXPECT_EQ(result.out.rfind("broken.xml:1:4: found", 0), 0U);
-    EXPECT_EQ(result.err,
-              "mox-xml: none.xml: cannot open the file\n"
-              "mox-xml: [valid.xml,x]: cannot open the file\n");
+    EXPECT_THAT(result.err, testing::MatchesRegex("mox-xml: none.xml: cannot open the file: .+\n"
+                                                  "mox-xml: .valid.xml,x.: cannot open the file: .+\n"));
     EXPECT_EQ(RunTool({"check", "valid.xml", "broken.xml"}).code, 3);
     EXPECT_EQ(RunTool({"check", "--wide", "valid.xml"}).code, 3);
     EXPECT_EQ(RunTool({"check", "--no-such-option", "valid.xml"}).code, 2);
