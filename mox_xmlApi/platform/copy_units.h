@@ -12,39 +12,6 @@
 
 namespace mox {
 
-// Matches the units that equal `value` once the bits of `ignored` are set in them: with `ignored` 0 one unit, with one
-// bit two.
-struct UnitPattern {
-    wchar16 ignored;
-    wchar16 value;
-
-    constexpr bool Matches(wchar16 unit) const noexcept { return (unit | ignored) == value; }
-};
-
-namespace detail {
-
-// One bit for each unit below 64 that a pattern of the array `kStops` matches.
-template <auto kStops>
-constexpr std::uint64_t StopBits() noexcept {
-    std::uint64_t bits = 0;
-    for (wchar16 unit = 0; unit < 64; ++unit) {
-        const bool stops = std::any_of(kStops.begin(), kStops.end(),
-                                       [unit](UnitPattern pattern) { return pattern.Matches(unit); });
-        bits |= std::uint64_t{stops} << unit;
-    }
-    return bits;
-}
-
-}  // namespace detail
-
-// Whether a pattern of the array `kStops` matches. All values of the patterns are below 64.
-template <auto kStops>
-constexpr bool MatchesAny(wchar16 unit) noexcept {
-    static_assert(std::all_of(kStops.begin(), kStops.end(), [](auto pattern) { return pattern.value < 64; }));
-    constexpr std::uint64_t kBits = detail::StopBits<kStops>();
-    return unit < 64 && ((kBits >> unit) & 1) != 0;
-}
-
 // Copies the units before the first one that a pattern of `kStops` matches to `to`, which has room for all of `text`.
 // Returns how many they are. A narrow output gets the low byte of each.
 template <auto kStops, class Unit>
@@ -58,25 +25,13 @@ std::size_t CopyUntilScalar(Unit* to, WideView text) noexcept {
 #if defined(MOX_SCAN_SSE2)
 namespace detail {
 
-inline __m128i LoadEight(const wchar16* units) noexcept {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
-}
-
 inline __m128i LoadFour(const wchar16* units) noexcept {
     return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(units));
 }
 
-inline __m128i Matches(UnitPattern pattern, __m128i units) noexcept {
-    const auto all = [](wchar16 unit) { return _mm_set1_epi16(static_cast<short>(unit)); };
-    return _mm_cmpeq_epi16(_mm_or_si128(units, all(pattern.ignored)), all(pattern.value));
-}
-
 template <auto kStops>
 bool HasMatch(__m128i units) noexcept {
-    __m128i matches = Matches(kStops[0], units);
-    for (std::size_t i = 1; i < kStops.size(); ++i)
-        matches = _mm_or_si128(matches, Matches(kStops[i], units));
-    return _mm_movemask_epi8(matches) != 0;
+    return MatchMask<kStops>(units) != 0;
 }
 
 inline void Store(wchar16* to, __m128i units, std::size_t count) noexcept {

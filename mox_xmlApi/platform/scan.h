@@ -2,8 +2,10 @@
 #ifndef MOX_XMLAPI_PLATFORM_SCAN_H
 #define MOX_XMLAPI_PLATFORM_SCAN_H
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 
 #include "mox_xmlApi/platform/wchar16.h"
 
@@ -17,27 +19,80 @@ namespace mox {
 // How many units after the one that it finds FindAnyOf may read. So many units of readable memory must follow the text.
 inline constexpr std::size_t kScanAhead = 7;
 
-// The first unit from `text` on that is zero or one of the three, one unit at a time. There must be one.
-inline wchar16* FindAnyOfScalar(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexcept {
-    while (*text != 0 && *text != a && *text != b && *text != c)
+// Matches the units that equal `value` once the bits of `ignored` are set in them: with `ignored` 0 one unit, with one
+// bit two.
+struct UnitPattern {
+    wchar16 ignored;
+    wchar16 value;
+
+    constexpr bool Matches(wchar16 unit) const noexcept { return (unit | ignored) == value; }
+};
+
+namespace detail {
+
+// One bit for each unit below 64 that a pattern of the array `kStops` matches.
+template <auto kStops>
+inline constexpr std::uint64_t kStopBits = [] {
+    std::uint64_t bits = 0;
+    for (wchar16 unit = 0; unit < 64; ++unit) {
+        const bool stops = std::any_of(kStops.begin(), kStops.end(),
+                                       [unit](UnitPattern pattern) { return pattern.Matches(unit); });
+        bits |= std::uint64_t{stops} << unit;
+    }
+    return bits;
+}();
+
+}  // namespace detail
+
+// Whether a pattern of the array `kStops` matches. All values of the patterns are below 64.
+template <auto kStops>
+constexpr bool MatchesAny(wchar16 unit) noexcept {
+    static_assert(std::all_of(kStops.begin(), kStops.end(), [](auto pattern) { return pattern.value < 64; }));
+    return unit < 64 && ((detail::kStopBits<kStops> >> unit) & 1) != 0;
+}
+
+// The first unit from `text` on that a pattern of `kStops` matches, one unit at a time. There must be one.
+template <auto kStops>
+wchar16* FindAnyOfScalar(wchar16* text) noexcept {
+    while (!MatchesAny<kStops>(*text))
         ++text;
     return text;
 }
 
-// The same, faster.
-inline wchar16* FindAnyOf(wchar16* text, wchar16 a, wchar16 b, wchar16 c) noexcept {
 #if defined(MOX_SCAN_SSE2)
+namespace detail {
+
+inline __m128i LoadEight(const wchar16* units) noexcept {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
+}
+
+inline __m128i Matches(UnitPattern pattern, __m128i units) noexcept {
     const auto all = [](wchar16 unit) { return _mm_set1_epi16(static_cast<short>(unit)); };
+    return _mm_cmpeq_epi16(_mm_or_si128(units, all(pattern.ignored)), all(pattern.value));
+}
+
+// Two bits for each of the eight units, both set when a pattern matches it.
+template <auto kStops>
+unsigned MatchMask(__m128i units) noexcept {
+    __m128i matches = Matches(kStops[0], units);
+    for (std::size_t i = 1; i < kStops.size(); ++i)
+        matches = _mm_or_si128(matches, Matches(kStops[i], units));
+    return static_cast<unsigned>(_mm_movemask_epi8(matches));
+}
+
+}  // namespace detail
+#endif
+
+// The same, faster.
+template <auto kStops>
+wchar16* FindAnyOf(wchar16* text) noexcept {
+#if defined(MOX_SCAN_SSE2)
     for (;; text += kScanAhead + 1) {
-        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-        const __m128i isAOrB = _mm_or_si128(_mm_cmpeq_epi16(units, all(a)), _mm_cmpeq_epi16(units, all(b)));
-        const __m128i isCOrZero =
-            _mm_or_si128(_mm_cmpeq_epi16(units, all(c)), _mm_cmpeq_epi16(units, all(0)));
-        const auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(isAOrB, isCOrZero)));
-        if (found != 0) return text + std::countr_zero(found) / 2;
+        const unsigned matches = detail::MatchMask<kStops>(detail::LoadEight(text));
+        if (matches != 0) return text + static_cast<unsigned>(std::countr_zero(matches)) / 2;
     }
 #else
-    return FindAnyOfScalar(text, a, b, c);
+    return FindAnyOfScalar<kStops>(text);
 #endif
 }
 

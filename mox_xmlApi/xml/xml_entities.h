@@ -32,7 +32,7 @@ inline constexpr std::array<UnitPattern, 3> kMarkup = {{
 
 // The writer copies up to the next markup character and puts an entity there: the two tables have to agree.
 static_assert(
-    detail::StopBits<kMarkup>() ==
+    detail::kStopBits<kMarkup> ==
         [] {
             std::uint64_t bits = 0;
             for (const XmlEntity& entity : kXmlEntities)

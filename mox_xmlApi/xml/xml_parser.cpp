@@ -16,8 +16,11 @@
 // come, and the elements around it are its parents. A node is linked to its parent as soon as it is made, so that the
 // links are whole at any time; a top-level node is added to the document when it is complete.
 //
-// The end. The text is followed by a zero unit, which no rule accepts, so that only those loops that pass over
-// any unit have to ask whether a zero is the end.
+// The place. Each function that parses a rule gets the place where the rule begins, and returns the place after it or
+// null when the text does not fit. So the place stays in a register.
+//
+// The end. The unit after the text is set to "<", which ends every name, run of space, value and text. Only the rules
+// that could take it for markup, or that pass over any unit, ask whether it is the end.
 #include "mox_xmlApi/xml/xml_parser.h"
 
 #include <algorithm>
@@ -39,56 +42,61 @@ bool IsSpace(wchar16 unit) noexcept {
     return unit <= ' ' && ((kSpaces >> unit) & 1) != 0;
 }
 
+// What a text in an attribute and one in an element cannot hold as they are.
+constexpr std::array<UnitPattern, 2> kEndsOfValue = {
+    {{wchar16{'"' ^ '&'}, wchar16{'"' | '&'}}, {0, wchar16{'<'}}}};
+constexpr std::array<UnitPattern, 2> kEndsOfContent = {{{0, wchar16{'&'}}, {0, wchar16{'<'}}}};
+
 class Parser {
   public:
     Parser(XmlDocument& document, wchar16* text, std::size_t length, XmlNode* parent, ParseFailure* failure)
         : document_(document),
           pool_(document.Pool()),
-          next_(text),
+          begin_(text),
           end_(text + length),
           parent_(parent),
-          begin_(text),
-          failure_(failure) {}
+          failure_(failure) {
+        *end_ = '<';
+    }
     ~Parser() { document_.DestroyNode(top_); }
     Parser(const Parser&) = delete;
     Parser& operator=(const Parser&) = delete;
 
     bool ParseDocument() {
-        for (;;) {
-            SkipSpace();
-            if (AtEnd()) return true;
-            if (*next_ != '<') return Fail(ParseExpectation::TopLevelNode, next_, nullptr);
-            ++next_;
-            if (!ParseTopLevelNode()) return false;
-            if (!AtEnd()) ++next_;
+        wchar16* next = EndOfSpace(begin_);
+        while (next != end_) {
+            next = *next == '<' ? ParseTopLevelNode(next + 1)
+                                : Fail(ParseExpectation::TopLevelNode, next, nullptr);
+            if (next == nullptr) return false;
+            if (next != end_) next = EndOfSpace(next + 1);
         }
+        return true;
     }
 
   private:
     static constexpr std::size_t kFewAttributes = XmlPool::kScratchSize / sizeof(XmlAttribute);
     static_assert(std::has_single_bit(kFewAttributes), "room for more is made at powers of two");
 
-    // Always false. `inside` is null at the top level.
-    bool Fail(ParseExpectation expected, const wchar16* at, const wchar16* inside) const noexcept {
-        if (failure_ == nullptr) return false;
+    // Always null. `inside` is null at the top level.
+    wchar16* Fail(ParseExpectation expected, const wchar16* at, const wchar16* inside) const noexcept {
+        if (failure_ == nullptr) return nullptr;
         failure_->expected = expected;
         failure_->offset = static_cast<std::size_t>(at - begin_);
         failure_->inside =
             inside == nullptr ? ParseFailure::kNowhere : static_cast<std::size_t>(inside - begin_);
-        return false;
+        return nullptr;
     }
 
-    bool FailInElement(ParseExpectation expected, const wchar16* at) noexcept {
+    wchar16* FailInElement(ParseExpectation expected, const wchar16* at) noexcept {
         return Fail(expected, at, open_ == nullptr ? nullptr : open_->name.View().data());
     }
 
-    bool FailInTag(ParseExpectation expected, const wchar16* at) const noexcept {
+    wchar16* FailInTag(ParseExpectation expected, const wchar16* at) const noexcept {
         return Fail(expected, at, unfinished_->name.View().data());
     }
 
-    bool AtEnd() const noexcept { return next_ == end_; }
-    std::size_t Left() const noexcept { return static_cast<std::size_t>(end_ - next_); }
-
+    // Runs of space and names are short, and mostly as long as those before: the processor guesses where they end and
+    // goes on. For the result of a search of several units at a time it would have to wait.
     static wchar16* EndOfSpace(wchar16* next) noexcept {
         while (IsSpace(*next))
             ++next;
@@ -104,122 +112,110 @@ class Parser {
         return next;
     }
 
-    // The first unit that a text up to `stop` cannot hold as it is. A zero unit that is not the end is one
-    // like others.
-    wchar16* EndOfPlain(wchar16* next, wchar16 stop) const noexcept {
-        next = FindAnyOf(next, stop, '<', '&');
-        while (*next == 0 && next != end_)
-            next = FindAnyOf(next + 1, stop, '<', '&');
-        return next;
-    }
-
     static WideView Between(const wchar16* begin, const wchar16* end) noexcept {
         return {begin, static_cast<std::size_t>(end - begin)};
     }
 
-    void SkipSpace() noexcept { next_ = EndOfSpace(next_); }
-
-    bool Accept(char unit) noexcept {
-        if (*next_ != static_cast<wchar16>(unit)) return false;
-        ++next_;
-        return true;
+    bool HasAt(const wchar16* place, WideView text) const noexcept {
+        return static_cast<std::size_t>(end_ - place) >= text.size() &&
+               SameText(WideView(place, text.size()), text);
     }
 
-    bool Accept(WideView text) noexcept {
-        if (Left() < text.size() || !SameText(WideView(next_, text.size()), text)) return false;
-        next_ += text.size();
-        return true;
-    }
-
-    // Empty when there is none.
-    WideView ParseName() noexcept {
-        wchar16* begin = std::exchange(next_, EndOfName(next_));
-        return Between(begin, next_);
-    }
-
-    bool ParseTopLevelNode() {
-        if (Accept('?')) return ParseDeclaration();
-        if (Accept('!')) return ParseComment();
-        if (!ParseStartTag()) return false;
-        while (open_ != nullptr) {
-            if (!ParseContent()) return false;
+    // What follows the "<" of a node.
+    wchar16* ParseTopLevelNode(wchar16* next) {
+        if (*next == '?') return ParseDeclaration(next + 1);
+        for (;;) {
+            next = ParseMarkup(next);
+            if (next == nullptr || open_ == nullptr) return next;
+            next = ParseContent(EndOfSpace(next));
+            if (next == nullptr) return nullptr;
         }
-        return true;
     }
 
-    bool ParseDeclaration() {
+    // A comment, a start tag or an end tag, from what follows the "<" on.
+    wchar16* ParseMarkup(wchar16* next) {
+        if (*next == '/' && open_ != nullptr) return ParseEndTag(next + 1);
+        if (*next == '!') return ParseComment(next + 1);
+        return ParseStartTag(next);
+    }
+
+    wchar16* ParseDeclaration(wchar16* begin) {
         if (parent_->kind != XmlNodeKind::Document || !parent_->children.IsEmpty()) {
-            return Fail(ParseExpectation::DeclarationFirst, next_, nullptr);
+            return Fail(ParseExpectation::DeclarationFirst, begin, nullptr);
         }
-        const WideView name = ParseName();
-        if (name != names::kXml || !IsSpace(*next_)) {
-            return Fail(ParseExpectation::DeclarationName, name.data(), nullptr);
+        wchar16* next = EndOfName(begin);
+        const WideView name = Between(begin, next);
+        if (name != names::kXml || !IsSpace(*next)) {
+            return Fail(ParseExpectation::DeclarationName, begin, nullptr);
         }
         StartNode(XmlNodeKind::ProcessingInstruction, name);
-        if (!ParseAttributes()) return false;
+        next = ParseAttributes(next);
+        if (next == nullptr) return nullptr;
         const auto& attributes = unfinished_->attributes;
         const bool hasVersion = std::any_of(
             attributes.begin(), attributes.end(),
             [](const XmlAttribute& attribute) { return attribute.name.View() == names::kVersion; });
-        if (!hasVersion) return FailInTag(ParseExpectation::DeclarationVersion, next_);
-        if (!Accept('?') || !Accept('>')) return FailInTag(ParseExpectation::DeclarationEnd, next_);
+        if (!hasVersion) return FailInTag(ParseExpectation::DeclarationVersion, next);
+        if (*next != '?' || *++next != '>') return FailInTag(ParseExpectation::DeclarationEnd, next);
         FinishNode();
-        return true;
+        return next + 1;
     }
 
     // `dashes` counts as the format wants it: two in a row must be followed by ">".
-    bool ParseComment() {
-        if (!Accept("--"_w)) return FailInElement(ParseExpectation::CommentStart, next_);
-        const wchar16* begin = next_;
-        for (int dashes = 0;; ++next_) {
-            if (*next_ == 0 && AtEnd()) return Fail(ParseExpectation::CommentEnd, next_, begin);
-            if (*next_ == '>' || dashes == 2) {
-                if (*next_ != '>' || dashes != 2) return Fail(ParseExpectation::CommentEnd, next_, begin);
+    wchar16* ParseComment(wchar16* next) {
+        if (!HasAt(next, "--"_w)) return FailInElement(ParseExpectation::CommentStart, next);
+        next += 2;
+        const wchar16* begin = next;
+        for (int dashes = 0;; ++next) {
+            if (next == end_) return Fail(ParseExpectation::CommentEnd, next, begin);
+            if (*next == '>' || dashes == 2) {
+                if (*next != '>' || dashes != 2) return Fail(ParseExpectation::CommentEnd, next, begin);
                 break;
             }
-            dashes = *next_ == '-' ? dashes + 1 : std::max(dashes - 1, 0);
+            dashes = *next == '-' ? dashes + 1 : std::max(dashes - 1, 0);
         }
-        const WideView text(begin, static_cast<std::size_t>(next_ - begin) - 2);
-        ++next_;
-        StartNode(XmlNodeKind::Comment, WideView());
-        unfinished_->value = XmlText::Slice(text);
+        StartNode(XmlNodeKind::Comment, Between(begin, begin));
+        unfinished_->value = XmlText::Slice(Between(begin, next - 2));
         FinishNode();
-        return true;
+        return next + 1;
     }
 
-    bool ParseStartTag() {
-        const WideView name = ParseName();
-        if (name.empty()) return FailInElement(ParseExpectation::ElementName, next_);
-        StartNode(XmlNodeKind::Element, name);
-        if (*next_ != '>' && !ParseAttributes()) return false;
-        if (Accept('/')) {
-            if (!Accept('>')) return FailInTag(ParseExpectation::EmptyTagEnd, next_);
-            FinishNode();
-            return true;
+    wchar16* ParseStartTag(wchar16* begin) {
+        wchar16* next = EndOfName(begin);
+        if (next == begin) return FailInElement(ParseExpectation::ElementName, begin);
+        StartNode(XmlNodeKind::Element, Between(begin, next));
+        if (*next != '>') {
+            next = ParseAttributes(next);
+            if (next == nullptr) return nullptr;
         }
-        if (!Accept('>')) return FailInTag(ParseExpectation::TagEnd, next_);
+        if (*next == '/') {
+            ++next;
+            if (*next != '>') return FailInTag(ParseExpectation::EmptyTagEnd, next);
+            FinishNode();
+            return next + 1;
+        }
+        if (*next != '>') return FailInTag(ParseExpectation::TagEnd, next);
         open_ = unfinished_;
-        SkipSpace();
-        return true;
+        return next + 1;
     }
 
-    // Skips the space after the last attribute as well. Attributes are written where they will stay, as long as
-    // they are few.
-    bool ParseAttributes() {
+    // Returns the place after the space that follows the last attribute. Attributes are written where they will stay,
+    // as long as they are few.
+    wchar16* ParseAttributes(wchar16* next) {
         auto* const few = static_cast<XmlAttribute*>(pool_.ReserveScratch());
         std::size_t count = 0;
-        wchar16* name = EndOfSpace(next_);
+        wchar16* name = EndOfSpace(next);
         for (wchar16* nameEnd = EndOfName(name); nameEnd != name; nameEnd = EndOfName(name)) {
-            wchar16* next = nameEnd + 1;
+            next = nameEnd + 1;
             if (*nameEnd != '=' || *next != '"') {
                 next = EndOfSpace(nameEnd);
                 if (*next != '=') return Fail(ParseExpectation::AttributeEquals, next, name);
                 next = EndOfSpace(next + 1);
                 if (*next != '"') return Fail(ParseExpectation::AttributeQuote, next, name);
             }
-            next_ = next + 1;
-            const WideView value = ParseText('"');
-            if (*next_ != '"') return Fail(ParseExpectation::AttributeEnd, next_, next + 1);
+            const wchar16* const valueBegin = ++next;
+            const WideView value = ParseText<kEndsOfValue>(next);
+            if (*next != '"') return Fail(ParseExpectation::AttributeEnd, next, valueBegin);
             const XmlAttribute attribute{XmlText::Slice(Between(name, nameEnd)), XmlText::Slice(value)};
             if (count < kFewAttributes) {
                 few[count] = attribute;
@@ -228,11 +224,10 @@ class Parser {
                 AppendAttribute(attribute);
             }
             ++count;
-            name = EndOfSpace(next_ + 1);
+            name = EndOfSpace(next + 1);
         }
-        next_ = name;
         if (count != 0 && count <= kFewAttributes) KeepFew(few, count);
-        return true;
+        return name;
     }
 
     void KeepFew(XmlAttribute* few, std::size_t count) noexcept {
@@ -244,61 +239,58 @@ class Parser {
         auto& attributes = unfinished_->attributes;
         if (std::has_single_bit(attributes.Size())) attributes.Reserve(pool_, attributes.Size());
         attributes.Append(attribute);
-        PrefetchAhead(next_);
+        PrefetchAhead(attribute.value.View().data());
         PrefetchAhead(attributes.end());
     }
 
-    // One run of text of the innermost open element, and the markup after it.
-    bool ParseContent() {
-        if (*next_ != '<') {
-            const WideView text = ParseText('<');
-            if (*next_ != '<') return FailInElement(ParseExpectation::Content, next_);
+    // The text of the innermost open element up to the next markup, and the "<" of that.
+    wchar16* ParseContent(wchar16* next) {
+        if (*next != '<') {
+            const WideView text = ParseText<kEndsOfContent>(next);
+            if (*next != '<') return FailInElement(ParseExpectation::Content, next);
             AddText(text);
         }
-        ++next_;
-        if (Accept('/')) return ParseEndTag();
-        if (Accept('!')) return ParseComment();
-        return ParseStartTag();
+        if (next == end_) return FailInElement(ParseExpectation::Content, next);
+        return next + 1;
     }
 
-    bool ParseEndTag() {
-        if (!Accept(open_->name.View()) || !Accept('>')) {
-            return FailInElement(ParseExpectation::EndTag, next_);
-        }
+    wchar16* ParseEndTag(wchar16* next) {
+        const WideView name = open_->name.View();
+        if (!HasAt(next, name)) return FailInElement(ParseExpectation::EndTag, next);
+        next += name.size();
+        if (*next != '>') return FailInElement(ParseExpectation::EndTag, next);
         unfinished_ = std::exchange(open_, open_->parent);
         FinishNode();
-        return true;
+        return next + 1;
     }
 
-    // The text up to `stop` or "<", entities decoded in place. Stops at the first unit that does not belong
-    // to it: the caller looks whether that is the one it wants. The end of the text never is.
-    WideView ParseText(wchar16 stop) noexcept {
-        wchar16* begin = next_;
-        next_ = FindAnyOf(begin, stop, '<', '&');
-        if (*next_ == stop) return Between(begin, next_);  // the common case
-        next_ = EndOfPlain(next_, stop);
-        return Between(begin, *next_ == '&' ? DecodeRest(next_, stop) : next_);
-    }
-
-    // Goes on with a text in which an entity was found at `decoded`. Returns where the decoded text ends.
-    wchar16* DecodeRest(wchar16* decoded, wchar16 stop) noexcept {
-        while (*next_ == '&' && DecodeEntity(decoded)) {
-            wchar16* plain = std::exchange(next_, EndOfPlain(next_, stop));
-            decoded = std::copy(plain, next_, decoded + 1);
+    // The text from `next` on up to one of `kEnds`, entities decoded in place. Moves `next` to the first unit that does
+    // not belong to it: the caller looks whether that is the one it wants.
+    template <auto kEnds>
+    WideView ParseText(wchar16*& next) noexcept {
+        wchar16* const begin = next;
+        next = FindAnyOf<kEnds>(begin);
+        if (*next != '&') return Between(begin, next);  // the common case
+        wchar16* decoded = next;
+        while (*next == '&' && DecodeEntity(next, decoded)) {
+            wchar16* plain = std::exchange(next, FindAnyOf<kEnds>(next));
+            decoded = std::copy(plain, next, decoded + 1);
         }
-        return decoded;
+        return Between(begin, decoded);
     }
 
-    bool DecodeEntity(wchar16* to) noexcept {
+    // Writes the character of the entity at `next` to `to` and moves `next` past it. False when there is none.
+    bool DecodeEntity(wchar16*& next, wchar16* to) const noexcept {
         for (const XmlEntity& entity : kXmlEntities) {
-            if (!Accept(entity.text)) continue;
+            if (!HasAt(next, entity.text)) continue;
+            next += entity.text.size();
             *to = entity.character;
             return true;
         }
         return false;
     }
 
-    // Pieces that children part are joined by line feeds. A single piece stays a slice.
+    // Pieces with children between them are joined by line feeds. A single piece stays a slice.
     void AddText(WideView piece) {
         XmlText& value = open_->value;
         if (value.IsEmpty()) {
@@ -312,7 +304,7 @@ class Parser {
     void StartNode(XmlNodeKind kind, WideView name) {
         if (open_ != nullptr) open_->children.CheckRoom();
         unfinished_ = pool_.New<XmlNode>(kind);
-        PrefetchAhead(next_);
+        PrefetchAhead(name.data());
         PrefetchAhead(unfinished_);
         if (open_ != nullptr) {
             AppendChild(*open_, *unfinished_);
@@ -322,19 +314,18 @@ class Parser {
         unfinished_->name = XmlText::Slice(name);
     }
 
-    // Goes on after a node that was just read.
+    // Adds a top-level node that was just read to the document.
     void FinishNode() {
-        if (open_ != nullptr) return SkipSpace();
+        if (open_ != nullptr) return;
         document_.AppendNode(parent_, top_);
         top_ = nullptr;
     }
 
     XmlDocument& document_;
     XmlPool& pool_;
-    wchar16* next_;
+    wchar16* const begin_;
     wchar16* const end_;
     XmlNode* const parent_;
-    const wchar16* const begin_;
     ParseFailure* const failure_;
     XmlNode* top_ = nullptr;         // the top-level node that is being read
     XmlNode* open_ = nullptr;        // the innermost open element, null at the top level

@@ -42,8 +42,8 @@ struct ParseFailure {
 // Parses `length` units at `text` and appends the top-level nodes to `parent`, whose pool is that of
 // `document`.
 //
-// `text` is followed by 1 + kScanAhead zero units and lives as long as the tree: names and values become
-// slices of it, entities are decoded in place. False at the first unit that does not fit; top-level nodes
+// `text` is followed by 1 + kScanAhead zero units, of which the first is overwritten, and lives as long as the tree: names
+// and values become slices of it, entities are decoded in place. False at the first unit that does not fit; top-level nodes
 // that were complete by then stay, of all others nothing is left. Throws std::bad_alloc, or std::length_error
 // with "string too long", with the same effect.
 //

@@ -1,30 +1,44 @@
-// The fast search compared with the one that examines single units.
+// The fast searches compared with those that examine single units.
 #include "mox_xmlApi/platform/scan.h"
 
+#include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 #include <vector>
+
+#include "tests/unit/page_end.h"
 
 namespace {
 
 using mox::FindAnyOf;
 using mox::FindAnyOfScalar;
+using mox::UnitPattern;
 
-TEST(Scan, FindsWhatItsPlainTwinFindsAtEveryPlaceAndAlignment) {
+constexpr std::array<UnitPattern, 2> kMarkup = {{{0x04, wchar16{'&'}}, {0, wchar16{'<'}}}};
+
+TEST(Scan, MatchesTheUnitsOfEachPatternAlone) {
+    for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
+        const bool isMarkup = unit == '"' || unit == '&' || unit == '<';
+        ASSERT_EQ(mox::MatchesAny<kMarkup>(static_cast<wchar16>(unit)), isMarkup) << unit;
+    }
+}
+
+TEST(Scan, FindsWhatTheScalarSearchFindsAtEveryPlaceAndAlignment) {
     constexpr std::size_t kMost = 40;
-    for (const wchar16 stop : {wchar16{'<'}, wchar16{'&'}, wchar16{'"'}, wchar16{0}}) {
+    for (const wchar16 stop : {wchar16{'<'}, wchar16{'&'}, wchar16{'"'}}) {
         for (std::size_t alignment = 0; alignment < 9; ++alignment) {
             for (std::size_t length = 0; length < kMost; ++length) {
                 std::vector<wchar16> units(alignment + length + 1 + mox::kScanAhead, wchar16{'x'});
                 units[alignment + length] = stop;
                 wchar16* text = units.data() + alignment;
-                ASSERT_EQ(FindAnyOf(text, '"', '<', '&'), text + length);
-                ASSERT_EQ(FindAnyOfScalar(text, '"', '<', '&'), text + length);
+                ASSERT_EQ(FindAnyOf<kMarkup>(text), text + length);
+                ASSERT_EQ(FindAnyOfScalar<kMarkup>(text), text + length);
             }
         }
     }
 }
 
-TEST(Scan, CountsUpToAUnitAsItsPlainTwinAtEveryPlaceAndAlignment) {
+TEST(Scan, CountsUpToAUnitAsTheScalarCountDoesAtEveryPlaceAndAlignment) {
     constexpr std::size_t kMost = 40;
     for (const wchar16 searched : {wchar16{0}, wchar16{'\n'}}) {
         // Either byte of a unit may be that of the searched unit without the units being equal.
@@ -47,14 +61,25 @@ TEST(Scan, CountsUpToAUnitAsItsPlainTwinAtEveryPlaceAndAlignment) {
 
 TEST(Scan, TakesTheFirstOfSeveral) {
     std::vector<wchar16> units = {'a', '&', '<', '"', 0, 0, 0, 0, 0, 0, 0, 0};
-    EXPECT_EQ(FindAnyOf(units.data(), '"', '<', '&'), units.data() + 1);
-    EXPECT_EQ(FindAnyOf(units.data(), '<', '<', '<'), units.data() + 2);
+    EXPECT_EQ(FindAnyOf<kMarkup>(units.data()), units.data() + 1);
+    EXPECT_EQ(FindAnyOf<kMarkup>(units.data() + 2), units.data() + 2);
 }
 
 TEST(Scan, PassesOverUnitsThatShareOneByteWithAStop) {
-    std::vector<wchar16> units = {0x3C00, 0x263C, 0x0126, 0xFF22, 0xFFFF, 0x8000, 0x003D, 0x003C,
-                                  0,      0,      0,      0,      0,      0,      0};
-    EXPECT_EQ(FindAnyOf(units.data(), '"', '<', '&'), units.data() + 7);
+    std::vector<wchar16> units = {0x3C00, 0x263C, 0x0126, 0xFF22, 0xFFFF, 0x8000, 0x003D, 0,
+                                  0x003C, 0,      0,      0,      0,      0,      0,      0};
+    EXPECT_EQ(FindAnyOf<kMarkup>(units.data()), units.data() + 8);
+}
+
+TEST(Scan, ReadsNothingPastTheEndOfAPage) {
+    const mox::test::PageEnd<wchar16> page;
+    for (std::size_t length = 0; length < 40; ++length) {
+        wchar16* text = page.Last(length + 1 + mox::kScanAhead);
+        std::fill_n(text, length + 1 + mox::kScanAhead, wchar16{'x'});
+        text[length] = '<';
+        ASSERT_EQ(FindAnyOf<kMarkup>(text), text + length);
+        ASSERT_EQ(mox::CountBefore('#', page.Last(length), length), length);
+    }
 }
 
 }  // namespace
