@@ -1,10 +1,12 @@
 // The fast copy compared with the one that copies single units.
 #include "mox_xmlApi/platform/copy_units.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <vector>
 
 #include "mox_xmlApi/xml/xml_entities.h"
+#include "tests/unit/page_end.h"
 
 namespace {
 
@@ -82,6 +84,17 @@ TYPED_TEST(CopyUnitsTest, StopsAtTheFiveCharactersWithAnEntityAndAtNoOther) {
         const std::size_t half = CopyUntil<kMarkup>(to, WideView(units.data(), 4));
         ASSERT_EQ(half, hasEntity ? 0U : 4U) << unit;
         ASSERT_EQ(to[7], hasEntity ? TypeParam{} : static_cast<TypeParam>(unit)) << unit;
+    }
+}
+
+TYPED_TEST(CopyUnitsTest, ReadsAndWritesNothingPastTheEndOfAPage) {
+    const mox::test::PageEnd<wchar16> from;
+    const mox::test::PageEnd<TypeParam> to;
+    for (std::size_t length = 0; length < 36; ++length) {
+        std::fill_n(from.Last(length), length, wchar16{'x'});
+        const WideView text(from.Last(length), length);
+        ASSERT_EQ(mox::CopyUnits(to.Last(length), text), to.Last(0));
+        ASSERT_EQ(CopyUntil<kMarkup>(to.Last(length), text), length);
     }
 }
 
