@@ -120,7 +120,7 @@ RowResult Measure(const Row& row, const Settings& settings) {
     }
     for (Timing& timing : timings)
         timing.median = Median(timing.repetitions);
-    return {row.operation, row.size, timings, row.targets};
+    return {row.operation, row.size, timings, row.targets, row.isFresh};
 }
 
 }  // namespace bench

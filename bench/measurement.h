@@ -46,6 +46,9 @@ struct Row {
     std::string size;
     std::vector<Participant> participants;
     std::vector<Target> targets;
+    // Whether the batches get all their memory from the system, as in a new process. Such a row stands beside the one
+    // of the same operation and size that does not.
+    bool isFresh = false;
 };
 
 struct Timing {
@@ -59,6 +62,7 @@ struct RowResult {
     std::string size;
     std::vector<Timing> timings;
     std::vector<Target> targets;
+    bool isFresh = false;
 
     // The peer's median over ours.
     double Ratio(const std::string& peer) const;

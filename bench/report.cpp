@@ -36,7 +36,7 @@ void WriteTiming(const Timing& timing, std::ostream& out) {
 
 void WriteRow(const RowResult& row, std::ostream& out) {
     out << "{\"operation\": " << Quoted(row.operation) << ", \"size\": " << Quoted(row.size)
-        << ",\n     \"timings\": [";
+        << ", \"fresh\": " << (row.isFresh ? "true" : "false") << ",\n     \"timings\": [";
     for (std::size_t i = 0; i < row.timings.size(); ++i) {
         out << (i == 0 ? "" : ",\n       ");
         WriteTiming(row.timings[i], out);
@@ -54,6 +54,7 @@ void WriteRow(const RowResult& row, std::ostream& out) {
 void WriteFigure(const Figure& figure, std::ostream& out) {
     out << "{\"subject\": " << Quoted(figure.subject) << ", \"size\": " << Quoted(figure.size)
         << ", \"value\": " << Text("%.6g", figure.value)
+        << ", \"fresh\": " << (figure.fresh ? Text("%.6g", *figure.fresh) : "null")
         << ", \"limit\": " << (figure.limit ? Text("%g", *figure.limit) : "null")
         << ", \"detail\": " << Quoted(figure.detail) << '}';
 }
@@ -72,8 +73,8 @@ void PrintHeader(std::ostream& out) {
 }
 
 void PrintRow(const RowResult& row, std::ostream& out) {
-    out << "| " << row.operation << " | " << row.size << " | " << TimeText(row.timings.front().median)
-        << " | ";
+    out << "| " << row.operation << (row.isFresh ? ", fresh memory" : "") << " | " << row.size << " | "
+        << TimeText(row.timings.front().median) << " | ";
     for (std::size_t i = 1; i < row.timings.size(); ++i)
         out << (i == 1 ? "" : ", ") << row.timings[i].name << ' '
             << RatioText(row.Ratio(row.timings[i].name));
@@ -89,9 +90,10 @@ void PrintRow(const RowResult& row, std::ostream& out) {
 
 void PrintFigures(const std::vector<Figure>& figures, std::ostream& out) {
     if (figures.empty()) return;
-    out << "\n| Figure | Size | Value | At most | Reached | |\n|---|---|---|---|---|---|\n";
+    out << "\n| Figure | Size | Value | Fresh | At most | Reached | |\n|---|---|---|---|---|---|---|\n";
     for (const Figure& figure : figures) {
         out << "| " << figure.subject << " | " << figure.size << " | " << Text("%.3g", figure.value) << " | "
+            << (figure.fresh ? Text("%.3g", *figure.fresh) : "") << " | "
             << (figure.limit ? Text("%g", *figure.limit) : "") << " | "
             << (!figure.limit                   ? ""
                 : figure.value <= *figure.limit ? "yes"
@@ -102,7 +104,7 @@ void PrintFigures(const std::vector<Figure>& figures, std::ostream& out) {
 
 void PrintChecked(const Suite& suite, std::ostream& out) {
     for (const RowResult& row : suite.Rows())
-        out << row.operation << ", " << row.size << ": checked\n";
+        out << row.operation << (row.isFresh ? ", fresh memory, " : ", ") << row.size << ": checked\n";
     for (const Figure& figure : suite.Figures()) {
         out << figure.subject << ", " << figure.size << ": ";
         if (figure.isCount) {

@@ -92,28 +92,44 @@ def environment(results):
         "- Versions: " + ", ".join(f"{name} {version(package)}" for name, package in PACKAGES.items()),
         f"- {results['repetitions']} repetitions of each, the libraries in turn; medians of processor time",
         "- How times grow with size: the least of the repetitions",
+        "- Fresh: freed memory goes back to the system before each sample, as if the process were new",
     ]
     return lines
 
 
-def targets_text(row):
-    return "<br>".join(f"{t['peer']} {t['least']:,g} / {t['aim']:,g}" for t in row["targets"])
+def times_text(row):
+    ours, *peers = row["timings"]
+    ratios = ", ".join(f"{p['name']} {ratio_text(p['median'] / ours['median'])}" for p in peers)
+    return f"{time_text(ours['median'])} | {spread_text(ours)} | {ratios}"
 
 
-def reached_text(row):
+def target_lines(row):
+    name = "fresh, " if row["fresh"] else ""
+    return [f"{name}{t['peer']} {t['least']:,g} / {t['aim']:,g}" for t in row["targets"]]
+
+
+def reached_lines(row):
     def word(target):
         if target["ratio"] >= target["aim"]:
             return "aim"
         return "least" if target["ratio"] >= target["least"] else "**no**"
 
-    return "<br>".join(word(target) for target in row["targets"])
+    return [word(target) for target in row["targets"]]
 
 
-def row_line(row):
-    ours, *peers = row["timings"]
-    ratios = ", ".join(f"{p['name']} {ratio_text(p['median'] / ours['median'])}" for p in peers)
-    return (f"| {row['operation']} | {row['size']} | {time_text(ours['median'])} | {spread_text(ours)} | {ratios} "
-            f"| {targets_text(row)} | {reached_text(row)} |")
+def row_line(row, fresh):
+    """`fresh` is the row of the same operation and size in fresh memory, or None."""
+    both = [row] if fresh is None else [row, fresh]
+    targets = [line for each in both for line in target_lines(each)]
+    reached = [line for each in both for line in reached_lines(each)]
+    fresh_times = " | | " if fresh is None else times_text(fresh)
+    return (f"| {row['operation']} | {row['size']} | {times_text(row)} | {fresh_times} | {'<br>'.join(targets)} "
+            f"| {'<br>'.join(reached)} |")
+
+
+def row_lines(rows):
+    fresh = {(row["operation"], row["size"]): row for row in rows if row["fresh"]}
+    return [row_line(row, fresh.get((row["operation"], row["size"]))) for row in rows if not row["fresh"]]
 
 
 def summary_line(words, row):
@@ -124,7 +140,7 @@ def summary_line(words, row):
 
 
 def summary(results):
-    rows = {(row["operation"], row["size"]): row for row in results["rows"]}
+    rows = {(row["operation"], row["size"]): row for row in results["rows"] if not row["fresh"]}
     return ["| Operation | Time | Fastest peers, their time over ours |", "|---|---|---|",
             *[summary_line(words, rows[operation, size]) for words, operation, size in SUMMARY]]
 
@@ -133,18 +149,20 @@ def figure_line(figure):
     limit = figure["limit"]
     reached = "" if limit is None else "yes" if figure["value"] <= limit else "**no**"
     at_most = "" if limit is None else f"{limit:g}"
-    return (f"| {figure['subject']} | {figure['size']} | {figure['value']:.3g} | {at_most} | {reached} "
+    fresh = "" if figure["fresh"] is None else f"{figure['fresh']:.3g}"
+    return (f"| {figure['subject']} | {figure['size']} | {figure['value']:.3g} | {fresh} | {at_most} | {reached} "
             f"| {figure['detail']} |")
 
 
 def tables(results, plot):
     lines = environment(results)
     lines += ["", f"![Peers' time over ours]({plot})", "",
-              "| Operation | Size | Ours | Spread | Peer's time over ours | Least / aim | Reached |",
-              "|---|---|---|---|---|---|---|"]
-    lines += [row_line(row) for row in results["rows"]]
+              "| Operation | Size | Ours | Spread | Peer's time over ours | Fresh | Spread | Peer's time over ours "
+              "| Least / aim | Reached |",
+              "|---|---|---|---|---|---|---|---|---|---|"]
+    lines += row_lines(results["rows"])
     if results["figures"]:
-        lines += ["", "| Figure | Size | Value | At most | Reached | |", "|---|---|---|---|---|---|"]
+        lines += ["", "| Figure | Size | Value | Fresh | At most | Reached | |", "|---|---|---|---|---|---|---|"]
         lines += [figure_line(figure) for figure in results["figures"]]
     return lines
 
@@ -202,7 +220,7 @@ class Plot:
 
 
 def judged_bars(results):
-    return [{"label": f"{row['operation']}, {row['size']}: {target['peer']}", **target}
+    return [{"label": f"{row['operation']}, {row['size']}{', fresh' if row['fresh'] else ''}: {target['peer']}", **target}
             for row in results["rows"] for target in row["targets"]]
 
 

@@ -22,6 +22,7 @@ struct Figure {
         {};                // the largest value allowed; without a limit the figure is for information
     bool isCount = false;  // the same in every run, and so part of the results
     std::string detail = {};
+    std::optional<double> fresh = {};  // the value in fresh memory, where that is another
 };
 
 class Suite {
