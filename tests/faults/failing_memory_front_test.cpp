@@ -14,11 +14,12 @@
 namespace faults {
 namespace {
 
-// Its values are in the presentation data.
+// Its values are in the presentation data. A load leaves room in the pool as the text is long: hence the comment.
 mox::Table NewTable() {
     auto table = mox::Table::parse(
         "<Table name=\"T\"><Var name=\"A\" type=\"long\"><UI><Value>1</Value></UI></Var>"
-        "<Var name=\"B\" type=\"long\"/></Table>\n");
+        "<Var name=\"B\" type=\"long\"/><!--" +
+        std::string(1000, 'c') + "--></Table>\n");
     EXPECT_TRUE(table.has_value());
     return std::move(*table);
 }

@@ -38,7 +38,7 @@ TEST(ProfileSlotZero, DestroysAndFreesWhenAskedTo) {
 // Storage that is not freed is never handed out again. The number of rounds fills what the sanitizers and memcheck keep
 // of freed memory.
 TEST(ProfileSlotZero, FreedStorageServesAgain) {
-    constexpr std::size_t kRounds = kIsSanitized ? 40000 : 4000;
+    constexpr std::size_t kRounds = kIsSanitized ? 160000 : 20000;
     std::set<std::uintptr_t> addresses;
     for (std::size_t round = 0; round < kRounds; ++round) {
         moxSettings* const handle = OpenWithKey();

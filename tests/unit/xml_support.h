@@ -105,7 +105,8 @@ inline std::string DumpChildren(const XmlNode* node) {
 inline void AddAttribute(XmlDocument& document, XmlNode* node, WideView name, WideView value) {
     const auto isCalledSo = [&](const mox::XmlAttribute& attribute) { return attribute.name.View() == name; };
     if (std::none_of(node->attributes.begin(), node->attributes.end(), isCalledSo)) {
-        document.SetAttribute(*node, XmlText::Copy(document.Pool(), name).View(), value);
+        document.SetAttribute(*node, name, value);
+        (node->attributes.end() - 1)->name = XmlText::Copy(document.Pool(), name);
         return;
     }
     XmlPool& pool = document.Pool();
