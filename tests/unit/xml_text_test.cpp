@@ -131,6 +131,31 @@ TEST_F(XmlTextTest, ShortTextDoesNotHoldOnToTheMemoryOfALongOne) {
     EXPECT_LT(pool_.BytesHeld(), 100000U);
 }
 
+TEST_F(XmlTextTest, TextThatGrowsByUnitsMovesSeldom) {
+    const WideString units = Wide(std::string(100000, 'x'));
+    XmlText text;
+    int moves = 0;
+    const wchar16* storage = nullptr;
+    for (std::size_t length = 1; length <= units.size(); ++length) {
+        text.Assign(pool_, WideView(units).substr(0, length));
+        if (text.View().data() != storage) ++moves;
+        storage = text.View().data();
+    }
+    EXPECT_TRUE(text.View() == units);
+    EXPECT_LT(moves, 100);
+    EXPECT_LE(pool_.BytesHeld(), 2 * 100000U * 9 / 8 + XmlPool::kFirstSlab + XmlPool::kLargestSlab);
+}
+
+TEST_F(XmlTextTest, TextThatNeverGrewTakesWhatItNeeds) {
+    const std::size_t before = pool_.BytesHeld();
+    [[maybe_unused]] const XmlText text = XmlText::Copy(pool_, Wide(std::string(100000, 'x')));
+    EXPECT_LE(pool_.BytesHeld() - before, 200100U);
+    const WideString loaded = Wide(std::string(50000, 'y'));
+    XmlText slice = XmlText::Slice(loaded);
+    slice.Assign(pool_, Wide(std::string(60000, 'z')));
+    EXPECT_LE(pool_.BytesHeld() - before, 200100U + 120100U);
+}
+
 TEST_F(XmlTextTest, AppendJoinsPieces) {
     XmlText text;
     text.Append(pool_, "one"_w);
