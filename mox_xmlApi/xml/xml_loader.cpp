@@ -17,9 +17,38 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "wide files are little-endian units");
 
+// The memory for `count` units, a zero, and what the parser may read after it.
+std::size_t BlockSize(std::size_t count) noexcept {
+    return (count + 1 + kScanAhead) * sizeof(wchar16);
+}
+
+// Roughly how many bytes the nodes of a text will take, judged by the markup at its beginning.
+template <class Unit>
+std::size_t EstimateTreeSize(const Unit* text, std::size_t length) noexcept {
+    constexpr std::size_t kSample = 4 * 1024;
+    constexpr std::size_t kUsualBytesPerUnit = 3;
+    constexpr std::size_t kMaxBytesPerUnit = 4;  // the beginning may mislead
+    if (length < kSample) return length * kUsualBytesPerUnit;
+    std::uint32_t nodes = 0;
+    std::uint32_t quotes = 0;
+    for (std::size_t i = 0; i < kSample - 1; ++i) {
+        nodes += static_cast<std::uint32_t>(text[i] == '<') & static_cast<std::uint32_t>(text[i + 1] != '/');
+        quotes += static_cast<std::uint32_t>(text[i] == '"');
+    }
+    const std::size_t bytes = nodes * sizeof(XmlNode) + quotes / 2 * sizeof(XmlAttribute);
+    return std::min(length / kSample * bytes, length * kMaxBytesPerUnit);
+}
+
 // A block of the pool for the text that is loaded, given back unless it is kept.
 class TextBlock {
   public:
+    // Room for `count` units, in one piece of memory with room for the tree. The text begins as `sample` does.
+    template <class Unit>
+    TextBlock(XmlPool& pool, std::size_t count, const Unit* sample) : pool_(pool), bytes_(BlockSize(count)) {
+        pool.Reserve(bytes_ + EstimateTreeSize(sample, count));
+        memory_ = Bytes(pool.AllocateReserved(bytes_));
+    }
+    // Room for a text that outgrew its block.
     TextBlock(XmlPool& pool, std::size_t bytes)
         : pool_(pool), bytes_(bytes), memory_(Bytes(pool.Allocate(bytes))) {}
     ~TextBlock() { pool_.Free(memory_, bytes_); }
@@ -41,17 +70,17 @@ class TextBlock {
 
     XmlPool& pool_;
     std::size_t bytes_;
-    unsigned char* memory_;
+    unsigned char* memory_ = nullptr;
 };
 
 // The part of a file that was read last.
 struct Piece {
     static constexpr std::size_t kBytes = 16 * 1024;
 
-    alignas(wchar16) std::array<unsigned char, kBytes> bytes;
-    std::size_t count = 0;
+    std::array<wchar16, kBytes / sizeof(wchar16)> units;
+    std::size_t count = 0;  // bytes
 
-    void Read(InputFile& file, std::size_t requested) noexcept { count = file.Read(bytes.data(), requested); }
+    void Read(InputFile& file, std::size_t requested) noexcept { count = file.Read(units.data(), requested); }
 };
 
 // How many units to make room for at first: those in `first` or, if that is not the whole file, those that a file of its
@@ -87,11 +116,6 @@ std::size_t BytesToZero(const unsigned char* bytes, std::size_t count) noexcept 
                            : static_cast<std::size_t>(static_cast<const unsigned char*>(zero) - bytes);
 }
 
-// The memory for `count` units, a zero, and what the parser may read after it.
-std::size_t BlockSize(std::size_t count) noexcept {
-    return (count + 1 + kScanAhead) * sizeof(wchar16);
-}
-
 // Makes the block larger when it has room for `count` units alone.
 void GrowWhenFull(XmlPool& pool, TextBlock& block, std::size_t count) {
     if (BlockSize(count) < block.Size()) return;
@@ -105,14 +129,17 @@ std::size_t RoomAfter(const TextBlock& block, std::size_t count) noexcept {
     return block.Size() / sizeof(wchar16) - 1 - kScanAhead - count;
 }
 
-// What differs between the two forms of a file. Both functions write units to `to` and return how many of them come
+// What differs between the two forms of a file. Convert and Read write units to `to` and return how many of them come
 // before the first zero; an odd byte at the end of a wide file is dropped.
 struct NarrowForm {
     static constexpr std::size_t kBytesPerUnit = 1;
 
+    static const unsigned char* Begin(const Piece& piece) noexcept {
+        return reinterpret_cast<const unsigned char*>(piece.units.data());
+    }
     static std::size_t Convert(const Piece& piece, wchar16* to) noexcept {
-        const std::size_t used = BytesToZero(piece.bytes.data(), piece.count);
-        Widen(piece.bytes.data(), used, to);
+        const std::size_t used = BytesToZero(Begin(piece), piece.count);
+        Widen(Begin(piece), used, to);
         return used;
     }
     static std::size_t Read(InputFile& file, Piece& piece, wchar16* to, std::size_t requested) noexcept {
@@ -124,9 +151,10 @@ struct NarrowForm {
 struct WideForm {
     static constexpr std::size_t kBytesPerUnit = sizeof(wchar16);
 
+    static const wchar16* Begin(const Piece& piece) noexcept { return piece.units.data(); }
     static std::size_t Convert(const Piece& piece, wchar16* to) noexcept {
         const std::size_t count = piece.count / kBytesPerUnit;
-        std::memcpy(to, piece.bytes.data(), count * kBytesPerUnit);
+        std::memcpy(to, Begin(piece), count * kBytesPerUnit);
         return CountBefore(0, to, count);
     }
     static std::size_t Read(InputFile& file, Piece&, wchar16* to, std::size_t requested) noexcept {
@@ -149,27 +177,9 @@ std::size_t ReadText(InputFile& file, XmlPool& pool, TextBlock& block, Piece& pi
     }
 }
 
-// Roughly how many bytes the nodes of a text will take, judged by the markup at its beginning.
-std::size_t EstimateTreeSize(const wchar16* text, std::size_t length) noexcept {
-    constexpr std::size_t kSample = 4 * 1024;
-    constexpr std::size_t kUsualBytesPerUnit = 3;
-    constexpr std::size_t kMaxBytesPerUnit = 4;  // the beginning may mislead
-    if (length < kSample) return length * kUsualBytesPerUnit;
-    std::uint32_t nodes = 0;
-    std::uint32_t quotes = 0;
-    for (std::size_t i = 0; i < kSample; ++i) {
-        const bool opens = text[i] == '<' && text[i + 1] != '/';
-        nodes += opens ? 1U : 0U;
-        quotes += text[i] == '"' ? 1U : 0U;
-    }
-    const std::size_t bytes = nodes * sizeof(XmlNode) + quotes / 2 * sizeof(XmlAttribute);
-    return std::min(length / kSample * bytes, length * kMaxBytesPerUnit);
-}
-
 // Parses the text of `block`, which the tree keeps if it has taken anything from it.
 bool ParseBlock(XmlDocument& document, TextBlock& block, std::size_t length, XmlNode* parent) {
     std::fill_n(block.Units() + length, 1 + kScanAhead, wchar16{0});
-    document.Pool().Reserve(EstimateTreeSize(block.Units(), length));
     const std::size_t before = parent->children.Size();
     const auto keepIfUsed = [&] {
         if (parent->children.Size() != before) block.Keep();
@@ -184,20 +194,23 @@ bool ParseBlock(XmlDocument& document, TextBlock& block, std::size_t length, Xml
     }
 }
 
+template <class Form>
+bool LoadAs(XmlDocument& document, InputFile& file) {
+    XmlPool& pool = document.Pool();
+    Piece piece;
+    piece.Read(file, Piece::kBytes);
+    TextBlock block(pool, FirstCapacity(file, piece, Form::kBytesPerUnit), Form::Begin(piece));
+    const std::size_t length = ReadText<Form>(file, pool, block, piece);
+    return !file.Failed() && ParseBlock(document, block, length, document.root);
+}
+
 }  // namespace
 
 bool XmlDocument::LoadFile(const wchar16* path, bool wide) {
     if (!CanLoad()) return false;
     InputFile file(path);
     if (!file.IsOpen()) return false;
-    Piece piece;
-    piece.Read(file, Piece::kBytes);
-    const std::size_t bytesPerUnit = wide ? WideForm::kBytesPerUnit : NarrowForm::kBytesPerUnit;
-    TextBlock block(*pool_, BlockSize(FirstCapacity(file, piece, bytesPerUnit)));
-    const std::size_t length = wide ? ReadText<WideForm>(file, *pool_, block, piece)
-                                    : ReadText<NarrowForm>(file, *pool_, block, piece);
-    if (file.Failed()) return false;
-    return loaded = ParseBlock(*this, block, length, root);
+    return loaded = wide ? LoadAs<WideForm>(*this, file) : LoadAs<NarrowForm>(*this, file);
 }
 
 bool XmlDocument::LoadBuffer(const char* bytes, std::uint64_t size) {
@@ -206,7 +219,7 @@ bool XmlDocument::LoadBuffer(const char* bytes, std::uint64_t size) {
     constexpr std::uint64_t kNoLimit = std::numeric_limits<std::size_t>::max() / 2;
     const std::size_t length =
         size >= kNoLimit ? std::strlen(bytes) : BytesToZero(image, static_cast<std::size_t>(size));
-    TextBlock block(*pool_, BlockSize(length));
+    TextBlock block(*pool_, length, image);
     Widen(image, length, block.Units());
     return loaded = ParseBlock(*this, block, length, root);
 }
@@ -218,7 +231,7 @@ bool XmlDocument::Load(const wchar16* path, bool wide, const char* bytes, std::i
 
 bool XmlDocument::Parse(WideView text, XmlNode* parent) {
     if (parent == nullptr) return false;
-    TextBlock block(*pool_, BlockSize(text.size()));
+    TextBlock block(*pool_, text.size(), text.data());
     std::char_traits<wchar16>::copy(block.Units(), text.data(), text.size());
     return ParseBlock(*this, block, text.size(), parent);
 }

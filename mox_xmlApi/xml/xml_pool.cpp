@@ -26,7 +26,7 @@ void XmlPool::Destroy(XmlPool* pool) noexcept {
     }
     for (Slab* slab = pool->slabs_; slab != nullptr;) {
         Slab* next = slab->next;
-        ::operator delete(slab);
+        ::operator delete(slab->allocation);
         slab = next;
     }
     pool->~XmlPool();
@@ -45,6 +45,15 @@ void XmlPool::Reserve(std::size_t bytes) {
     if (bytes <= static_cast<std::size_t>(end_ - next_)) return;
     if (bytes > std::numeric_limits<std::size_t>::max() / 2) throw std::bad_alloc();
     StartSlab(bytes);
+}
+
+void* XmlPool::AllocateReserved(std::size_t bytes) {
+    const auto room = static_cast<std::size_t>(end_ - next_);
+    if (bytes <= kLargestSmall || bytes > room || LargeSize(bytes) > room) return Allocate(bytes);
+    const std::size_t size = LargeSize(bytes);
+    std::byte* block = std::exchange(next_, next_ + size);
+    UnpoisonMemory(block, size);
+    return new (block) LargeBlock{nullptr, nullptr, size, true} + 1;
 }
 
 // ---- Blocks above kLargestTiny
@@ -68,7 +77,7 @@ void XmlPool::FreeLarger(void* block, std::size_t bytes) noexcept {
 
 void* XmlPool::AllocateLarge(std::size_t bytes) {
     if (bytes > std::numeric_limits<std::size_t>::max() / 2) throw std::bad_alloc();
-    const std::size_t size = sizeof(LargeBlock) + RoundUp(bytes);
+    const std::size_t size = LargeSize(bytes);
     std::byte* memory = TakeFromRuns(size);
     if (memory == nullptr && IsMergingDue()) {
         MergeNeighbours();
@@ -133,11 +142,10 @@ bool XmlPool::StartRegionInRun() noexcept {
 }
 
 void XmlPool::StartSlab(std::size_t regionBytes) {
-    const std::size_t size = sizeof(Slab) + RoundUp(regionBytes);
-    auto* slab = static_cast<Slab*>(::operator new(size));
-    PreferLargePages(slab, size);
-    slabs_ = new (slab) Slab{slabs_, size};
-    UseRegion(slab->Memory());
+    const PagedBlock memory = AllocatePaged(sizeof(Slab) + RoundUp(regionBytes));
+    const auto size = static_cast<std::size_t>(memory.end - memory.begin);
+    slabs_ = new (memory.begin) Slab{slabs_, memory.allocation, size};
+    UseRegion(slabs_->Memory());
     bytesHeld_ += size;
 }
 
@@ -269,15 +277,15 @@ void XmlPool::MergeNeighbours() noexcept {
         piece = lower;
     }
     freed_ = 0;
-    mergeAfter_ =
-        static_cast<std::ptrdiff_t>(std::max({kFirstSlab, usedBytes / kUsedShare, pieces * kBytesPerPiece}));
+    mergeAfter_ = static_cast<std::ptrdiff_t>(
+        std::max({kMinFreedToMerge, usedBytes / kUsedShare, pieces * kBytesPerPiece}));
 }
 
 // `link` is the pointer to the slab in the list.
 void XmlPool::ReleaseSlab(Slab*& link) noexcept {
     Slab* slab = std::exchange(link, link->next);
     bytesHeld_ -= slab->bytes;
-    ::operator delete(slab);
+    ::operator delete(slab->allocation);
 }
 
 }  // namespace mox

@@ -7,7 +7,7 @@
 //   free_:   free blocks, one list for each size class. They serve requests of their class at once
 //   runs_:   free memory in pieces that are larger than every class
 //   large_:  blocks above kLargestSmall that came from the system one by one and go back to it. A large block lies in
-//            a run instead where one has room
+//            a run instead where one has room, and in the region when it was reserved there
 //
 // When the region is used up, the smallest free block that is large enough becomes the next one. When there is none
 // and enough was freed since the last time, free neighbours are merged, and slabs that are free as a whole go back to
@@ -103,9 +103,13 @@ class XmlPool {
         Free(object, sizeof(T));
     }
 
-    // Makes room for small blocks of `bytes` bytes together, in one piece: a load knows roughly what it is
-    // going to need. Throws std::bad_alloc and changes nothing then.
+    // Makes room for blocks of `bytes` bytes together, in one piece: a load knows roughly what it is going to need.
+    // Throws std::bad_alloc and changes nothing then.
     void Reserve(std::size_t bytes);
+
+    // Allocate, except that a large block, too, comes from the room that Reserve made, if it fits there. Free takes it
+    // back as any other block.
+    void* AllocateReserved(std::size_t bytes);
 
     // To be called before objects that stay for long are made one by one. When more than half of the pool has been
     // freed, merges free neighbours first: the new objects lie close together then, instead of one here and one there
@@ -127,7 +131,7 @@ class XmlPool {
 
     static constexpr std::size_t kAlignment = 8;
     static constexpr std::size_t kLargestSmall = 4096;
-    static constexpr std::size_t kFirstSlab = 16 * 1024;
+    static constexpr std::size_t kFirstSlab = 2 * 1024;
     static constexpr std::size_t kLargestSlab = 64 * 1024;
     static constexpr std::size_t kScratchSize = 384;
 
@@ -150,6 +154,7 @@ class XmlPool {
     };
     struct Slab {
         Slab* next;
+        void* allocation;   // the memory from the system that it lies in
         std::size_t bytes;  // with this head
 
         Piece Memory() noexcept { return {AsBytes(this + 1), AsBytes(this) + bytes}; }
@@ -162,6 +167,11 @@ class XmlPool {
         bool isInSlab;      // and so not in the list
     };
     struct FreeMemory;
+
+    // A large block of `bytes` bytes with its head.
+    static constexpr std::size_t LargeSize(std::size_t bytes) noexcept {
+        return sizeof(LargeBlock) + RoundUp(bytes);
+    }
 
     static std::byte* AsBytes(void* memory) noexcept { return static_cast<std::byte*>(memory); }
     static constexpr std::size_t RoundUp(std::size_t bytes) noexcept {
@@ -189,6 +199,9 @@ class XmlPool {
 
     // Runs have lists for those below 8 KiB, 16 KiB and so on; the last has those of 64 KiB and more.
     static constexpr std::size_t kRunClasses = 5;
+
+    // How many bytes must have been freed before a merge, at least.
+    static constexpr std::size_t kMinFreedToMerge = 16 * 1024;
 
     static std::size_t RunClassOf(std::size_t bytes) noexcept {
         const auto doubling = static_cast<std::size_t>(std::bit_width(bytes / kLargestSmall)) - 1;
@@ -250,7 +263,7 @@ class XmlPool {
     std::size_t nextSlabSize_ = 2 * kFirstSlab;
     std::size_t bytesHeld_ = kFirstSlab;
     std::ptrdiff_t freed_ = 0;  // bytes since the last merging, less those that serve their own class again
-    std::ptrdiff_t mergeAfter_ = kFirstSlab;
+    std::ptrdiff_t mergeAfter_ = kMinFreedToMerge;
     std::array<FreeBlock*, kClasses> free_{};
     std::array<FreeRun*, kRunClasses> runs_{};
 };

@@ -14,7 +14,8 @@
 namespace faults {
 namespace {
 
-// Its values are in the presentation data. A load leaves room in the pool as the text is long: hence the comment.
+// Its values are in the presentation data. The comment makes the text long: a load reserves memory in proportion to it,
+// and what it leaves serves the first changes.
 mox::Table NewTable() {
     auto table = mox::Table::parse(
         "<Table name=\"T\"><Var name=\"A\" type=\"long\"><UI><Value>1</Value></UI></Var>"

@@ -88,8 +88,9 @@ TEST_F(XmlPoolMerging, NeighboursBecomeLargerBlocksInWhateverOrderTheyAreFreed) 
                 std::swap(blocks[i - 1], blocks[random.Below(i)]);
             for (void* block : blocks)
                 pool->Free(block, bytes);
-            // 500,000 bytes lie in slabs of 64 KiB, apart from the first two.
-            for (int i = 0; i < 112; ++i)
+            // Most of the 500,000 bytes lie in seven slabs that have room for 16 of these blocks each. The last slab is
+            // in use again before anything is merged, and its rest has room for 15.
+            for (int i = 0; i < 6 * 16 + 15; ++i)
                 pool->Allocate(4096);
             EXPECT_LE(pool->BytesHeld(), held) << bytes;
         }
@@ -127,9 +128,10 @@ TEST_F(XmlPoolMerging, SlabsThatAreFreeAsAWholeGoBackToTheSystem) {
 
 TEST_F(XmlPoolMerging, SlabsWithAUsedBlockStay) {
     const std::vector<void*> blocks = TakeUntilHeld(2000000, 200);
+    // The smallest slab has 20 of them.
     for (std::size_t i = 0; i < blocks.size(); ++i) {
-        if (i % 100 == 0 || i + 1 == blocks.size()) {
-            std::memset(blocks[i], static_cast<int>(i / 100), 200);
+        if (i % 10 == 0 || i + 1 == blocks.size()) {
+            std::memset(blocks[i], static_cast<int>(i % 251), 200);
         } else {
             pool_.Free(blocks[i], 200);
         }
@@ -137,9 +139,9 @@ TEST_F(XmlPoolMerging, SlabsWithAUsedBlockStay) {
     const std::size_t held = pool_.BytesHeld();
     pool_.MergeIfMostlyFree();
     EXPECT_EQ(pool_.BytesHeld(), held);
-    for (std::size_t i = 0; i < blocks.size(); i += 100) {
+    for (std::size_t i = 0; i < blocks.size(); i += 10) {
         std::array<unsigned char, 200> expected;
-        expected.fill(static_cast<unsigned char>(i / 100));
+        expected.fill(static_cast<unsigned char>(i % 251));
         ASSERT_EQ(std::memcmp(blocks[i], expected.data(), expected.size()), 0) << i;
     }
 }
@@ -170,18 +172,35 @@ TEST_F(XmlPoolMerging, SlabOfAnotherSizeThatIsFreeGoesBack) {
     EXPECT_EQ(pool_.BytesHeld(), XmlPool::kFirstSlab);
 }
 
-TEST_F(XmlPoolMerging, LargeBlockLiesInSmallOnesThatWereFreed) {
-    const std::vector<void*> blocks = TakeUntilHeld(500000, 1024);
-    FreeAll(blocks, 1024);
-    // Nothing is free as a whole but the first: each slab keeps one block.
-    std::vector<void*> kept = {pool_.Allocate(1024)};
+TEST_F(XmlPoolMerging, LargeBlocksLieInTheRunsThatSmallOnesLeft) {
+    const std::vector<void*> blocks = TakeUntilHeld(1000000, 1024);
+    std::size_t runs = 0;
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        if (i % 21 != 0) pool_.Free(blocks[i], 1024);
+        if (i % 21 == 20) ++runs;
+    }
+    pool_.Allocate(5000);  // merges, and gives the smallest slabs back
+    // Each run has 20,480 bytes, unless the end of a slab divides it.
+    const std::size_t count = 1 + CountBlocks(5000);
+    EXPECT_GT(count, 3 * runs);
+    EXPECT_LE(count, 4 * runs + 4);
+}
+
+TEST_F(XmlPoolMerging, SlabGoesBackWithTheLargeBlockThatWasReservedInIt) {
+    pool_.Reserve(300000);
     const std::size_t held = pool_.BytesHeld();
-    auto* large = static_cast<unsigned char*>(pool_.Allocate(10000));
-    EXPECT_LE(pool_.BytesHeld(), held);
-    std::memset(large, 5, 10000);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(large) % 8, 0U);
-    pool_.Free(large, 10000);
-    EXPECT_LE(pool_.BytesHeld(), held);
+    void* large = pool_.AllocateReserved(200000);
+    void* small = pool_.Allocate(100);
+    pool_.Free(large, 200000);
+    pool_.MergeIfMostlyFree();
+    EXPECT_EQ(pool_.BytesHeld(), held);
+    // Merged, it has room for another large block.
+    void* another = pool_.Allocate(199000);
+    EXPECT_EQ(pool_.BytesHeld(), held);
+    pool_.Free(another, 199000);
+    pool_.Free(small, 100);
+    pool_.MergeIfMostlyFree();
+    EXPECT_EQ(pool_.BytesHeld(), XmlPool::kFirstSlab);
 }
 
 TEST_F(XmlPoolMerging, LargeBlocksGiveSmallSlabsBackThatNothingElseNeeds) {

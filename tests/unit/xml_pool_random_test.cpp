@@ -24,6 +24,11 @@ class PoolModel {
 
     void Allocate(std::size_t bytes) { Take(pool_->Allocate(bytes), bytes); }
 
+    void AllocateReserved(std::size_t bytes) {
+        pool_->Reserve(bytes + random_.Below(bytes + 1));
+        Take(pool_->AllocateReserved(bytes), bytes);
+    }
+
     void AllocateScratch(std::size_t bytes) {
         std::memset(pool_->ReserveScratch(), kScratchMark, XmlPool::kScratchSize);
         const auto* block = static_cast<unsigned char*>(pool_->CommitScratch(bytes));
@@ -144,6 +149,7 @@ TEST(XmlPoolRandomUse, BlocksKeepTheirBytesAndNeverOverlap) {
             if (random.OneIn(3)) model.FreeMany(1 + random.Below(4));
             if (random.OneIn(3)) model.Merge();
             if (random.OneIn(10)) model.Reserve(random.Below(100000));
+            if (random.OneIn(10)) model.AllocateReserved(AnySize(random));
             ASSERT_GE(model.BytesHeld(), model.BytesUsed());
         }
         model.CheckAll();

@@ -161,6 +161,7 @@ TEST(XmlPool, ReturnedBlockServesNoOtherClassWhileThereIsUnusedMemory) {
 
 TEST(XmlPool, SmallAndLargerBlocksComeFromDifferentEndsOfTheUnusedMemory) {
     const test::OwnPool pool;
+    pool->Reserve(20000);
     auto* firstSmall = static_cast<unsigned char*>(pool->Allocate(256));
     auto* firstLarger = static_cast<unsigned char*>(pool->Allocate(257));
     EXPECT_EQ(pool->Allocate(8), firstSmall + 256);
@@ -184,7 +185,7 @@ TEST(XmlPool, TakingAndReturningDoesNotGrowThePool) {
 }
 
 TEST(XmlPool, SlabsGrowUntilTheyHave64KiBForBlocks) {
-    constexpr std::size_t kHead = 16;
+    constexpr std::size_t kHead = 24;
     const test::OwnPool pool;
     std::size_t before = pool->BytesHeld();
     std::vector<std::size_t> slabs;
@@ -194,8 +195,11 @@ TEST(XmlPool, SlabsGrowUntilTheyHave64KiBForBlocks) {
         before = pool->BytesHeld();
     }
     ASSERT_GE(slabs.size(), 6U);
-    EXPECT_EQ(slabs[0], 32768 + kHead);
-    for (std::size_t i = 1; i < slabs.size(); ++i)
+    EXPECT_EQ(slabs[0], 4096 + kHead);
+    EXPECT_EQ(slabs[1], 8192 + kHead);
+    EXPECT_EQ(slabs[2], 16384 + kHead);
+    EXPECT_EQ(slabs[3], 32768 + kHead);
+    for (std::size_t i = 4; i < slabs.size(); ++i)
         EXPECT_EQ(slabs[i], 65536 + kHead) << i;
 }
 
@@ -256,8 +260,58 @@ TEST(XmlPool, RestOfASlabServesBlocksOnceTheNextSlabIsFull) {
     EXPECT_GT(held, XmlPool::kFirstSlab);
     for (std::size_t bytes = 0; bytes < XmlPool::kFirstSlab; bytes += 128)
         pool->Allocate(128);
-    EXPECT_EQ(pool->Allocate(128), first + 128);
+    // The rest of the first one was cut into a few blocks, so that not all of it can be used for these.
+    const std::size_t rest = XmlPool::kFirstSlab - sizeof(XmlPool) - 128;
+    for (std::size_t i = 0; i < rest / 128 - 1; ++i) {
+        auto* block = static_cast<unsigned char*>(pool->Allocate(128));
+        EXPECT_GE(block, first + 128);
+        EXPECT_LE(block, first + rest);
+    }
     EXPECT_EQ(pool->BytesHeld(), held);
+}
+
+TEST(XmlPool, ReservedRoomServesALargeBlockBesideSmallOnes) {
+    const test::OwnPool pool;
+    pool->Reserve(100000 + 5000);
+    const std::size_t held = pool->BytesHeld();
+    auto* large = static_cast<unsigned char*>(pool->AllocateReserved(100000));
+    std::memset(large, 1, 100000);
+    auto* small = static_cast<unsigned char*>(pool->Allocate(4000));
+    std::memset(small, 2, 4000);
+    EXPECT_EQ(pool->BytesHeld(), held);
+    EXPECT_EQ(large[99999], 1);
+    // Given back, it serves smaller blocks.
+    pool->Free(large, 100000);
+    for (int i = 0; i < 20; ++i)
+        std::memset(pool->Allocate(4096), 3, 4096);
+    EXPECT_EQ(pool->BytesHeld(), held);
+    EXPECT_EQ(small[3999], 2);
+}
+
+TEST(XmlPool, ALargeBlockThatTheReservedRoomCannotHoldComesFromTheSystem) {
+    const test::OwnPool pool;
+    pool->Reserve(50000);
+    const std::size_t held = pool->BytesHeld();
+    void* large = pool->AllocateReserved(60000);
+    std::memset(large, 1, 60000);
+    EXPECT_GE(pool->BytesHeld(), held + 60000);
+    pool->Free(large, 60000);
+    EXPECT_EQ(pool->BytesHeld(), held);
+    EXPECT_THROW(pool->AllocateReserved(std::numeric_limits<std::size_t>::max() - 31), std::bad_alloc);
+    EXPECT_EQ(pool->BytesHeld(), held);
+}
+
+TEST(XmlPool, ReservedRoomOfLargePagesIsAllUsable) {
+    for (const std::size_t bytes :
+         {std::size_t{1} << 20, std::size_t{1500000}, std::size_t{2} << 20, std::size_t{2200000}}) {
+        const test::OwnPool pool;
+        pool->Reserve(bytes);
+        const std::size_t held = pool->BytesHeld();
+        EXPECT_GE(held, XmlPool::kFirstSlab + bytes);
+        for (std::size_t used = 0; used + 4096 <= bytes; used += 4096)
+            std::memset(pool->Allocate(4096), 1, 4096);
+        EXPECT_EQ(pool->BytesHeld(), held);
+    }
 }
 
 TEST(XmlPool, LargeBlockGoesBackToTheSystemAlone) {
