@@ -24,13 +24,6 @@ inline void PrefetchMemory(std::uintptr_t address, int lines) noexcept {
     }
 }
 
-// For a sequential walk through memory: prefetches what lies a fixed distance after `address`. The processor's own
-// prefetcher stops at the end of a page.
-inline void PrefetchAhead(const void* address, int lines = 1) noexcept {
-    constexpr std::uintptr_t kAhead = 1024;
-    PrefetchMemory(reinterpret_cast<std::uintptr_t>(address) + kAhead, lines);
-}
-
 }  // namespace mox
 
 #endif

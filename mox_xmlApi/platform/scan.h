@@ -74,9 +74,9 @@ inline __m128i Matches(UnitPattern pattern, __m128i units) noexcept {
 // Two bits for each of the eight units, both set when a pattern matches it.
 template <auto kStops>
 unsigned MatchMask(__m128i units) noexcept {
-    __m128i matches = Matches(kStops[0], units);
-    for (std::size_t i = 1; i < kStops.size(); ++i)
-        matches = _mm_or_si128(matches, Matches(kStops[i], units));
+    __m128i matches = _mm_setzero_si128();
+    for (const UnitPattern& stop : kStops)
+        matches = _mm_or_si128(matches, Matches(stop, units));
     return static_cast<unsigned>(_mm_movemask_epi8(matches));
 }
 

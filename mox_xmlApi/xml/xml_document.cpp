@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/xml/child_lookup.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
@@ -22,13 +21,6 @@ void ReleaseAttribute(XmlAttribute& attribute, XmlPool& pool) noexcept {
     attribute.value.Release(pool);
 }
 
-// For a walk from element to element that reads them: what comes soon, in the tree and in the loaded text.
-void PrefetchAfter(const XmlNode& element) noexcept {
-    constexpr int kLines = 4;  // that an element of a few attributes takes with its children, roughly
-    PrefetchAhead(&element, kLines);
-    PrefetchAhead(element.name.View().data(), kLines);
-}
-
 // The child after the position of `cursor`. That is usually a child of `parent`; for one of another parent, or of none,
 // the number of siblings before it counts.
 XmlNode* ChildAfter(const XmlNode& parent, const XmlNode* cursor) noexcept {
@@ -45,7 +37,6 @@ XmlNode* NextElement(const XmlNode* parent, XmlNode*& cursor, Qualifies qualifie
     if (parent == nullptr) return nullptr;
     for (XmlNode* child = ChildAfter(*parent, cursor); child != nullptr; child = child->next) {
         if (!IsElement(*child) || !qualifies(*child)) continue;
-        PrefetchAfter(*child);
         return cursor = child;
     }
     return nullptr;

@@ -95,19 +95,8 @@ std::size_t FirstCapacity(const InputFile& file, const Piece& first, std::size_t
 
 // Bytes become units with their sign: 0x80 to 0xFF give 0xFF80 to 0xFFFF.
 void Widen(const unsigned char* bytes, std::size_t count, wchar16* units) noexcept {
-    constexpr std::size_t kBlock = 32;
-    const auto widen = [](unsigned char byte) {
-        return static_cast<wchar16>(static_cast<std::int16_t>(static_cast<std::int8_t>(byte)));
-    };
-    std::size_t i = 0;
-    for (; i + kBlock <= count; i += kBlock) {
-        std::array<unsigned char, kBlock> block;
-        std::memcpy(block.data(), bytes + i, kBlock);
-        for (std::size_t j = 0; j < kBlock; ++j)
-            units[i + j] = widen(block[j]);
-    }
-    for (; i < count; ++i)
-        units[i] = widen(bytes[i]);
+    for (std::size_t i = 0; i < count; ++i)
+        units[i] = static_cast<wchar16>(static_cast<std::int16_t>(static_cast<std::int8_t>(bytes[i])));
 }
 
 std::size_t BytesToZero(const unsigned char* bytes, std::size_t count) noexcept {

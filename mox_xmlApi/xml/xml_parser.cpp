@@ -27,7 +27,6 @@
 #include <bit>
 #include <utility>
 
-#include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/platform/scan.h"
 #include "mox_xmlApi/xml/xml_entities.h"
 #include "mox_xmlApi/xml/xml_name_characters.h"
@@ -239,8 +238,6 @@ class Parser {
         auto& attributes = unfinished_->attributes;
         if (std::has_single_bit(attributes.Size())) attributes.Reserve(pool_, attributes.Size());
         attributes.Append(attribute);
-        PrefetchAhead(attribute.value.View().data());
-        PrefetchAhead(attributes.end());
     }
 
     // The text of the innermost open element up to the next markup, and the "<" of that.
@@ -304,8 +301,6 @@ class Parser {
     void StartNode(XmlNodeKind kind, WideView name) {
         if (open_ != nullptr) open_->children.CheckRoom();
         unfinished_ = pool_.New<XmlNode>(kind);
-        PrefetchAhead(name.data());
-        PrefetchAhead(unfinished_);
         if (open_ != nullptr) {
             AppendChild(*open_, *unfinished_);
         } else {

@@ -4,7 +4,6 @@
 
 #include "mox_xmlApi/platform/copy_units.h"
 #include "mox_xmlApi/platform/files.h"
-#include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/platform/scan.h"
 #include "mox_xmlApi/xml/xml_document.h"
 #include "mox_xmlApi/xml/xml_entities.h"
@@ -122,8 +121,6 @@ void WriteChildlessElement(const XmlNode& node, Output& out, std::size_t depth) 
 // Writes a node up to its children. Returns whether it has any; its end tag is then still to be written.
 template <class Output>
 bool BeginNode(const XmlNode& node, Output& out, std::size_t depth) {
-    PrefetchAhead(&node);
-    PrefetchAhead(node.name.View().data());
     out.Append(depth, wchar16{'\t'});
     out.Append(wchar16{'<'});
     if (node.kind == XmlNodeKind::Comment) {
@@ -173,8 +170,6 @@ void XmlEscape(WideView text, Output& out) {
 template <class Output>
 void WriteAttributes(const XmlNode& node, Output& out) {
     for (const XmlAttribute& attribute : node.attributes) {
-        PrefetchAhead(&attribute);
-        PrefetchAhead(attribute.name.View().data());
         WriteAttribute(attribute, out);
     }
 }

@@ -31,8 +31,7 @@ std::vector<Unit> Copied(Copy copy, WideView text, std::size_t& count) {
 }
 
 TYPED_TEST(CopyUnitsTest, CopiesAllUnitsAtEveryLengthAndAlignment) {
-    const auto fast = [](TypeParam* to, WideView text) { return mox::CopyUnits(to, text) - to; };
-    const auto plain = [](TypeParam* to, WideView text) { return mox::CopyUnitsScalar(to, text) - to; };
+    const auto copy = [](TypeParam* to, WideView text) { return mox::CopyUnits(to, text) - to; };
     for (std::size_t alignment = 0; alignment < 9; ++alignment) {
         for (std::size_t length = 0; length < 36; ++length) {
             std::vector<wchar16> units(alignment + length);
@@ -40,12 +39,10 @@ TYPED_TEST(CopyUnitsTest, CopiesAllUnitsAtEveryLengthAndAlignment) {
                 units[i] = static_cast<wchar16>(0xFE21 + 259 * i);
             const WideView text(units.data() + alignment, length);
             std::size_t count = 0;
-            const std::vector<TypeParam> copied = Copied<TypeParam>(fast, text, count);
+            const std::vector<TypeParam> copied = Copied<TypeParam>(copy, text, count);
             ASSERT_EQ(count, length);
             for (std::size_t i = 0; i < length; ++i)
                 ASSERT_EQ(copied[i], static_cast<TypeParam>(text[i])) << i;
-            ASSERT_EQ(Copied<TypeParam>(plain, text, count), copied);
-            ASSERT_EQ(count, length);
         }
     }
 }
