@@ -48,9 +48,9 @@ int Run(const Arguments& arguments) {
     };
     bench::Suite suite(arguments.settings, arguments.filter, progress);
     if (!quick) bench::PrintHeader(std::cout);
-    for (const auto run :
-         {bench::RunLoad, bench::RunSave, bench::RunRelease, bench::RunGet, bench::RunChange,
-          bench::RunRemoval, bench::RunHostile, bench::RunEnumerate, bench::RunMemory, bench::RunGrowth})
+    for (const auto run : {bench::RunSpeedups, bench::RunLoad, bench::RunSave, bench::RunRelease,
+                           bench::RunGet, bench::RunChange, bench::RunRemoval, bench::RunHostile,
+                           bench::RunEnumerate, bench::RunMemory, bench::RunGrowth})
         run(suite);
     bench::RunGrowthInMemory(suite, bench::MemoryUse::FetchAll);
     bench::RunGrowthInMemory(suite, bench::MemoryUse::KeepAll);

@@ -127,9 +127,28 @@ def row_line(row, fresh):
             f"| {'<br>'.join(reached)} |")
 
 
+def is_speedup(row):
+    return row["operation"].startswith("speed-up ")
+
+
 def row_lines(rows):
     fresh = {(row["operation"], row["size"]): row for row in rows if row["fresh"]}
-    return [row_line(row, fresh.get((row["operation"], row["size"]))) for row in rows if not row["fresh"]]
+    return [row_line(row, fresh.get((row["operation"], row["size"])))
+            for row in rows if not row["fresh"] and not is_speedup(row)]
+
+
+def speedup_line(row):
+    speedup, _, operation = row["operation"].removeprefix("speed-up ").partition(": ")
+    ours, without = row["timings"]
+    ratio = without["median"] / ours["median"]
+    return (f"| {speedup} | {operation} | {row['size']} | {time_text(ours['median'])} | {spread_text(ours)} "
+            f"| {ratio_text(ratio)} | {row['targets'][0]['least']:g} | {reached_lines(row)[0]} |")
+
+
+def speedups(results):
+    return ["| Speed-up | Operation | Size | With | Spread | Without it, over with it | Least | Reached |",
+            "|---|---|---|---|---|---|---|---|",
+            *[speedup_line(row) for row in results["rows"] if is_speedup(row)]]
 
 
 def summary_line(words, row):
@@ -221,7 +240,7 @@ class Plot:
 
 def judged_bars(results):
     return [{"label": f"{row['operation']}, {row['size']}{', fresh' if row['fresh'] else ''}: {target['peer']}", **target}
-            for row in results["rows"] for target in row["targets"]]
+            for row in results["rows"] if not is_speedup(row) for target in row["targets"]]
 
 
 def replaced(page, part, lines):
@@ -241,6 +260,7 @@ def main():
     page = pathlib.Path(sys.argv[2])
     plot = page.with_suffix(".svg")
     text = replaced(page.read_text(encoding="utf-8"), "summary", summary(results))
+    text = replaced(text, "speed-ups", speedups(results))
     page.write_text(replaced(text, "measured", tables(results, plot.name)), encoding="utf-8")
     plot.write_text(Plot(judged_bars(results)).svg(), encoding="utf-8")
 

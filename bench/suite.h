@@ -95,6 +95,7 @@ void UseMemory(MemoryUse use);
 void ReturnMemory(MemoryUse use);
 void RunGrowthInMemory(Suite& suite, MemoryUse use);
 void RunShapes(Suite& suite);
+void RunSpeedups(Suite& suite);
 
 }  // namespace bench
 

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "mox_xmlApi/platform/scan.h"
+#include "mox_xmlApi/platform/speedup.h"
 #include "mox_xmlApi/platform/wide_text.h"
 
 namespace mox {
@@ -53,6 +54,7 @@ template <auto kStops, class Unit>
 std::size_t CopyUntil(Unit* to, WideView text) noexcept {
     std::size_t count = 0;
 #if defined(MOX_SCAN_SSE2)
+    if constexpr (!Has(Speedup::VectorCopy)) return CopyUntilScalar<kStops>(to, text);
     for (; text.size() - count >= 8; count += 8) {
         const __m128i units = detail::LoadEight(text.data() + count);
         if (detail::HasMatch<kStops>(units)) break;

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "mox_xmlApi/platform/speedup.h"
+
 #if defined(__linux__)
 #include <cstdint>
 #include <sys/mman.h>
@@ -31,13 +33,13 @@ void AskForLargePages(std::uintptr_t begin, std::uintptr_t end) noexcept {
 void PreferLargePages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
     const auto begin = reinterpret_cast<std::uintptr_t>(memory);
-    if (bytes >= 2 * kPage) AskForLargePages(begin, begin + bytes);
+    if (Has(Speedup::LargePages) && bytes >= 2 * kPage) AskForLargePages(begin, begin + bytes);
 #endif
 }
 
 PagedBlock AllocatePaged(std::size_t bytes) {
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
-    if (bytes >= kPage / 2 && bytes <= 2 * kPage) {
+    if (Has(Speedup::LargePages) && bytes >= kPage / 2 && bytes <= 2 * kPage) {
         const std::size_t whole = PageEnd(bytes);
         if (whole - bytes <= kPage / 2) bytes = whole;
         // Not operator new with an alignment: memory in which the C library has aligned a block is given back to the

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "mox_xmlApi/platform/speedup.h"
 #include "mox_xmlApi/platform/wchar16.h"
 
 #if defined(__SSE2__) || defined(_M_X64)
@@ -87,13 +88,12 @@ unsigned MatchMask(__m128i units) noexcept {
 template <auto kStops>
 wchar16* FindAnyOf(wchar16* text) noexcept {
 #if defined(MOX_SCAN_SSE2)
-    for (;; text += kScanAhead + 1) {
+    for (; Has(Speedup::VectorSearch); text += kScanAhead + 1) {
         const unsigned matches = detail::MatchMask<kStops>(detail::LoadEight(text));
         if (matches != 0) return text + static_cast<unsigned>(std::countr_zero(matches)) / 2;
     }
-#else
-    return FindAnyOfScalar<kStops>(text);
 #endif
+    return FindAnyOfScalar<kStops>(text);
 }
 
 // How many of the `count` units come before the first one that equals `unit`, one unit at a time; all when none does.
@@ -109,7 +109,7 @@ inline std::size_t CountBefore(wchar16 unit, const wchar16* units, std::size_t c
     std::size_t length = 0;
 #if defined(MOX_SCAN_SSE2)
     const __m128i all = _mm_set1_epi16(static_cast<short>(unit));
-    for (; count - length >= 8; length += 8) {
+    for (; Has(Speedup::VectorZeroSearch) && count - length >= 8; length += 8) {
         const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + length));
         if (_mm_movemask_epi8(_mm_cmpeq_epi16(block, all)) != 0) break;
     }

@@ -14,6 +14,7 @@
 
 #include "mox_xmlApi/platform/prefetch.h"
 #include "mox_xmlApi/platform/random_key.h"
+#include "mox_xmlApi/platform/speedup.h"
 #include "mox_xmlApi/platform/wide_text.h"
 #include "mox_xmlApi/xml/name_hash.h"
 #include "mox_xmlApi/xml/same_name_links.h"
@@ -123,9 +124,12 @@ inline XmlNode* NameIndex::First(WideView name) const noexcept {
 inline void NameIndex::Prefetch(const Slot& slot) const noexcept {
     constexpr int kTextLines = 3;
     constexpr int kNodeLines = 5;  // usually followed by its attributes and the node of its value
-    PrefetchMemory(origin_ + static_cast<std::uintptr_t>(std::int64_t{slot.textLine} * kCacheLine),
-                   kTextLines);
-    PrefetchMemory(reinterpret_cast<std::uintptr_t>(slot.child), kNodeLines);
+    if constexpr (Has(Speedup::TextPrefetch)) {
+        PrefetchMemory(origin_ + static_cast<std::uintptr_t>(std::int64_t{slot.textLine} * kCacheLine),
+                       kTextLines);
+    }
+    if constexpr (Has(Speedup::NodePrefetch))
+        PrefetchMemory(reinterpret_cast<std::uintptr_t>(slot.child), kNodeLines);
 }
 
 }  // namespace mox

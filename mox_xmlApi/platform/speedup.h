@@ -1,0 +1,32 @@
+// The parts of the library that exist for speed alone. To measure what each is worth, the benchmark compiles the library
+// without one of them at a time: with MOX_WITHOUT defined as its name. Any other build has all.
+#ifndef MOX_XMLAPI_PLATFORM_SPEEDUP_H
+#define MOX_XMLAPI_PLATFORM_SPEEDUP_H
+
+#include <cstdint>
+
+namespace mox {
+
+enum class Speedup : std::uint8_t {
+    None,
+    NodePrefetch,      // by the index of names, of the node that it is about to compare
+    TextPrefetch,      // and of the text of that node
+    VectorSearch,      // for the end of a text, by the parser
+    VectorZeroSearch,  // for the end of a wide file
+    VectorCopy,        // of texts that may need references, by the writer
+    LargePages,
+};
+
+#if defined(MOX_WITHOUT)
+inline constexpr Speedup kLeftOut = Speedup::MOX_WITHOUT;
+#else
+inline constexpr Speedup kLeftOut = Speedup::None;
+#endif
+
+constexpr bool Has(Speedup speedup) noexcept {
+    return speedup != kLeftOut;
+}
+
+}  // namespace mox
+
+#endif
