@@ -63,7 +63,7 @@ void RunCheck(const CheckArguments& arguments, Output& output) {
         }
         output.code = std::max(output.code, code);
     }
-    if (arguments.isJson) output.data += JsonText(json);
+    if (arguments.isJson) output.PrintLines(JsonText(json));
 }
 
 }  // namespace

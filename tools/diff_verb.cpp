@@ -66,7 +66,7 @@ void RunDiff(const DiffArguments& arguments, Output& output) {
             output.PrintLine(LineOf(difference));
         }
     }
-    if (arguments.isJson) output.data += JsonText(json);
+    if (arguments.isJson) output.PrintLines(JsonText(json));
     if (!differences.empty()) output.code = ExitCode::kNotFound;
 }
 

@@ -43,10 +43,10 @@ void RunEntries(const EntryArguments& arguments, Output& output) {
         if (arguments.isJson) {
             json.push_back(EntryJson(entry));
         } else if (entry.isReadable) {
-            output.PrintLine(entry.name + "\t" + entry.describeType() + "\t" + entry.effectiveValue());
+            output.PrintFields({entry.name, entry.describeType(), entry.effectiveValue()});
         }
     }
-    if (arguments.isJson) output.data += JsonText(json);
+    if (arguments.isJson) output.PrintLines(JsonText(json));
 }
 
 void RunGet(const EntryArguments& arguments, Output& output) {
@@ -54,7 +54,7 @@ void RunGet(const EntryArguments& arguments, Output& output) {
     const DocumentEntry* const entry = arguments.name.empty() ? nullptr : target.Model().find(arguments.name);
     if (entry == nullptr) ThrowNoEntry(arguments, arguments.name);
     if (arguments.isJson) {
-        output.data += JsonText(EntryJson(*entry));
+        output.PrintLines(JsonText(EntryJson(*entry)));
     } else {
         output.PrintLine(entry->effectiveValue());
     }

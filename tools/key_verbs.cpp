@@ -21,7 +21,7 @@ struct KeyArguments {
 
 void PrintNames(Output& output, const std::vector<std::string>& names, bool isJson) {
     if (isJson) {
-        output.data += JsonText(names);
+        output.PrintLines(JsonText(names));
         return;
     }
     for (const std::string& name : names)
@@ -64,7 +64,7 @@ void RunGet(const KeyArguments& arguments, Output& output) {
                                                  QuotedIfNeeded(arguments.key));
     }
     if (arguments.isJson) {
-        output.data += JsonText(*value);
+        output.PrintLines(JsonText(*value));
     } else {
         output.PrintLine(*value);
     }

@@ -53,7 +53,7 @@ class CommandLine {
         try {
             app_.parse(std::move(reversed));
         } catch (const CLI::CallForHelp&) {
-            output_.data += app_.help();
+            output_.PrintLines(app_.help());
         } catch (const CLI::CallForVersion&) {
             output_.PrintLine("mox-xml " MOX_VERSION);
         } catch (const CLI::ExtrasError&) {
@@ -138,9 +138,9 @@ void RunTool(Output& output, std::vector<std::string> arguments) {
 
 int main(int argc, char** argv) {
     namespace tool = mox::tool;
-    tool::Output output;
     tool::StandardStreams streams;
+    tool::Output output(streams.IsTerminal());
     tool::RunTool(output, tool::CommandLineArguments(argc, argv));
-    if (!streams.Write(output.data, output.messages)) return static_cast<int>(tool::ExitCode::kIoError);
+    if (!streams.Write(output.Data(), output.Messages())) return static_cast<int>(tool::ExitCode::kIoError);
     return static_cast<int>(output.code);
 }

@@ -143,7 +143,7 @@ class TreeWriter {
 void RunShow(const ShowArguments& arguments, Output& output) {
     const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
     if (arguments.isJson) {
-        output.data += JsonText(DocumentJson(document));
+        output.PrintLines(JsonText(DocumentJson(document)));
         return;
     }
     output.PrintLine(describe(document.kind()) + (document.form() == Form::Wide ? ", wide" : ", narrow"));

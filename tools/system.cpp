@@ -9,6 +9,7 @@
 #else
 #include <filesystem>
 #include <system_error>
+#include <unistd.h>
 #endif
 
 #include "mox_xmlApi/front/text.hpp"
@@ -37,6 +38,11 @@ StandardStreams::~StandardStreams() {
     if (codePage_ != 0) SetConsoleOutputCP(codePage_);
 }
 
+bool StandardStreams::IsTerminal() const {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0;
+}
+
 bool Exists(const std::string& path) {
     const mox::Text name(path);
     if (GetFileAttributesW(name.c_str()) != INVALID_FILE_ATTRIBUTES) return true;
@@ -51,6 +57,10 @@ std::vector<std::string> CommandLineArguments(int argc, char** argv) {
 
 StandardStreams::StandardStreams() = default;
 StandardStreams::~StandardStreams() = default;
+
+bool StandardStreams::IsTerminal() const {
+    return isatty(STDOUT_FILENO) != 0;
+}
 
 bool Exists(const std::string& path) {
     std::error_code error;

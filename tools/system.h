@@ -20,6 +20,9 @@ class StandardStreams {
     StandardStreams(const StandardStreams&) = delete;
     StandardStreams& operator=(const StandardStreams&) = delete;
 
+    // Whether stdout is a terminal: a console on Windows.
+    bool IsTerminal() const;
+
     // Writes the data to stdout, then the messages to stderr. Returns whether all data were written.
     bool Write(const std::string& data, const std::string& messages);
 

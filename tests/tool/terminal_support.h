@@ -1,0 +1,48 @@
+// Runs programs on a pseudo-terminal, as people do. On Linux only.
+#ifndef MOX_XMLAPI_TESTS_TOOL_TERMINAL_SUPPORT_H
+#define MOX_XMLAPI_TESTS_TOOL_TERMINAL_SUPPORT_H
+
+#if !defined(_WIN32)
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace tool {
+
+// A program with all three standard streams on a terminal of its own. The terminal passes bytes on unchanged and does
+// not repeat what is typed.
+class TerminalProgram {
+  public:
+    // Starts the program. Throws std::runtime_error if that fails.
+    explicit TerminalProgram(const std::vector<std::string>& call);
+    // Closes the terminal and waits for the program.
+    ~TerminalProgram();
+    TerminalProgram(const TerminalProgram&) = delete;
+    TerminalProgram& operator=(const TerminalProgram&) = delete;
+
+    // Reads output until it ends with `end`. Returns false if the program exits first, or writes nothing for 20 seconds.
+    bool ReadUntil(const std::string& end);
+    void Type(const std::string& keys);
+    // Everything that the program has written and that has been read so far.
+    const std::string& Output() const { return output_; }
+
+    // Reads the output to its end and waits for the program. Returns its exit code, or -1 if it was killed.
+    int Finish();
+
+  private:
+    bool Read();
+
+    int terminal_ = -1;
+    pid_t process_ = -1;
+    std::string output_{};
+};
+
+// Runs the tool on a terminal. Returns what it writes there, data before messages.
+std::string OnTerminal(const std::vector<std::string>& arguments);
+
+}  // namespace tool
+
+#endif
+
+#endif
