@@ -86,13 +86,8 @@ void AddCheckVerb(CLI::App& app, Output& output) {
     check.add_flag("--quiet", arguments->isQuiet, "Report errors only, no warnings or notes");
     AddJsonOption(check, arguments->isJson);
     check.callback([arguments, &check, &output] {
-        for (const std::string& path : check.remaining()) {
-            if (path == "--") continue;
-            if (path.rfind("--", 0) == 0)
-                throw ExitError(ExitCode::kUsageError,
-                                "unknown option " + path + " (see \"mox-xml --help\")");
-            arguments->paths.push_back(path);
-        }
+        const std::vector<std::string> remaining = check.remaining();  // begins with "--"
+        arguments->paths.insert(arguments->paths.end(), remaining.begin() + 1, remaining.end());
         RunCheck(*arguments, output);
     });
 }

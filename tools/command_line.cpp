@@ -42,8 +42,13 @@ CLI::App& AddVerb(CLI::App& parent, const std::string& name, const std::string& 
                   const std::string& examples) {
     CLI::App* const verb = parent.add_subcommand(name, description);
     verb->group("Verbs");
+    AddVersionOption(*verb);
     SetHelpExamples(*verb, examples);
     return *verb;
+}
+
+void AddVersionOption(CLI::App& app) {
+    app.set_version_flag("--version", "mox-xml " MOX_VERSION, "Print the version and exit");
 }
 
 void AddFileArgument(CLI::App& verb, FileArgument& file) {
@@ -60,6 +65,13 @@ void AddBackupOption(CLI::App& verb, bool& isSet) {
 
 void AddJsonOption(CLI::App& verb, bool& isSet) {
     verb.add_flag("--json", isSet, "Print JSON");
+}
+
+void AddItemOptions(CLI::App& verb, bool& isJson, Output& output) {
+    AddJsonOption(verb, isJson);
+    verb.add_flag("-z,--null", output.isZeroTerminated,
+                  "End each item with a zero byte; even a terminal gets the exact text")
+        ->excludes("--json");
 }
 
 }  // namespace mox::tool

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "mox_xmlApi/mox_xmlApi.hpp"
+#include "tools/output.h"
 
 namespace mox::tool {
 
@@ -19,6 +20,9 @@ void SetHelpExamples(CLI::App& app, const std::string& examples);
 // Adds a verb, or a group of verbs, to `parent`, which owns it. The help begins with the examples, one per line.
 CLI::App& AddVerb(CLI::App& parent, const std::string& name, const std::string& description,
                   const std::string& examples);
+
+// Adds --version. AddVerb does this for each verb.
+void AddVersionOption(CLI::App& app);
 
 // The file that a verb works on, and the form that the user says it has.
 struct FileArgument {
@@ -41,6 +45,9 @@ void AddBackupOption(CLI::App& verb, bool& isSet);
 
 // Adds --json.
 void AddJsonOption(CLI::App& verb, bool& isSet);
+
+// Adds --json and --null, for a verb that prints names or values.
+void AddItemOptions(CLI::App& verb, bool& isJson, Output& output);
 
 }  // namespace mox::tool
 

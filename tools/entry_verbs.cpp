@@ -118,10 +118,10 @@ void AddName(CLI::App& verb, EntryArguments& arguments) {
 }
 
 // Each verb has its own arguments, because their options tell which of them were given.
-std::shared_ptr<EntryArguments> AddReadingVerb(CLI::App& verb) {
+std::shared_ptr<EntryArguments> AddReadingVerb(CLI::App& verb, Output& output) {
     auto arguments = std::make_shared<EntryArguments>();
     arguments->target.AddTo(verb);
-    AddJsonOption(verb, arguments->isJson);
+    AddItemOptions(verb, arguments->isJson, output);
     return arguments;
 }
 
@@ -167,7 +167,7 @@ void AddEntryVerbs(CLI::App& app, Output& output) {
     CLI::App& entries =
         AddVerb(app, "entries", "List the entries of a table file: name, type and value, tab-separated",
                 "mox-xml entries tools.xml\nmox-xml entries camera.xml --section Camera --json");
-    const auto listed = AddReadingVerb(entries);
+    const auto listed = AddReadingVerb(entries, output);
     entries.callback([listed, &output] { RunEntries(*listed, output); });
 
     CLI::App& group = AddVerb(app, "entry", "Work on one entry of a table file: get, set, add, remove",
@@ -177,7 +177,7 @@ void AddEntryVerbs(CLI::App& app, Output& output) {
     CLI::App& get = AddVerb(group, "get", "Print the value of an entry; with --json the whole entry",
                             "mox-xml entry get tools.xml \"Drill 3\"\n"
                             "mox-xml entry get camera.xml Gain --section Camera --json");
-    const auto read = AddReadingVerb(get);
+    const auto read = AddReadingVerb(get, output);
     AddName(get, *read);
     get.callback([read, &output] { RunGet(*read, output); });
     AddEntrySet(group);

@@ -78,14 +78,14 @@ void AddKeyVerbs(CLI::App& app, Output& output) {
     CLI::App& sections = AddVerb(app, "sections", "List the sections of a settings file, one per line",
                                  "mox-xml sections camera.xml\nmox-xml sections camera.xml --json");
     AddFileArgument(sections, arguments->file);
-    AddJsonOption(sections, arguments->isJson);
+    AddItemOptions(sections, arguments->isJson, output);
     sections.callback([arguments, &output] { RunSections(*arguments, output); });
 
     CLI::App& keys = AddVerb(app, "keys", "List the keys of a section, one per line",
                              "mox-xml keys camera.xml Camera\nmox-xml keys camera.xml \"Front lens\" --json");
     AddFileArgument(keys, arguments->file);
     keys.add_option("SECTION", arguments->section, "The section")->required();
-    AddJsonOption(keys, arguments->isJson);
+    AddItemOptions(keys, arguments->isJson, output);
     keys.callback([arguments, &output] { RunKeys(*arguments, output); });
 
     CLI::App& get = AddVerb(app, "get", "Print the value of a key",
@@ -96,7 +96,7 @@ void AddKeyVerbs(CLI::App& app, Output& output) {
     get.add_option("KEY", arguments->key, "The key")->required();
     CLI::Option* const defaultValue =
         get.add_option("--default", arguments->defaultValue, "Print this if there is no such key");
-    AddJsonOption(get, arguments->isJson);
+    AddItemOptions(get, arguments->isJson, output);
     get.callback([arguments, defaultValue, &output] {
         arguments->hasDefault = defaultValue->count() > 0;
         RunGet(*arguments, output);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "mox_xmlApi/document/text_format.h"
+#include "tools/arguments.h"
 #include "tools/command_line.h"
 #include "tools/exit_error.h"
 #include "tools/output.h"
@@ -39,7 +40,7 @@ class CommandLine {
         app_.description("Displays, edits and checks settings and table files of mox_xmlApi.");
         app_.footer(kFooter);
         SetHelpExamples(app_, kExamples);
-        app_.set_version_flag("--version", "mox-xml " MOX_VERSION);
+        AddVersionOption(app_);
         app_.allow_windows_style_options(false);  // a path may begin with "/" on every system
         app_.require_subcommand(1);
         for (const auto addVerbs : kVerbSources)
@@ -47,22 +48,29 @@ class CommandLine {
     }
 
     // Parses the arguments, and with that runs the verb. Throws ExitError.
-    void Run(std::vector<std::string> arguments) {
+    void Run(const std::vector<std::string>& arguments) {
         RequireUtf8(arguments);
-        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 expects
+        const Arguments sorted = SortArguments(app_, arguments);
+        const CLI::App& verb = *sorted.verb;
+        std::vector<std::string> reversed(sorted.words.rbegin(), sorted.words.rend());  // as CLI11 expects
         try {
             app_.parse(std::move(reversed));
         } catch (const CLI::CallForHelp&) {
             output_.PrintLines(app_.help());
-        } catch (const CLI::CallForVersion&) {
-            output_.PrintLine("mox-xml " MOX_VERSION);
+        } catch (const CLI::CallForVersion& version) {
+            output_.PrintLine(version.what());
         } catch (const CLI::ExtrasError&) {
-            ThrowUsageError(UnexpectedArgument());
+            ThrowUsageError(verb, "unexpected argument " + QuotedIfNeeded(FirstUnused()));
         } catch (const CLI::RequiredError& error) {
-            const bool isVerbMissing = InnermostVerb().get_require_subcommand_min() > 0;
-            ThrowUsageError(isVerbMissing ? UnexpectedArgument() : error.what());
+            const bool hasOption = std::any_of(arguments.begin(), arguments.end(), IsOption);
+            ThrowUsageError(verb, std::string(error.what()) + (hasOption ? kDashHint : ""));
         } catch (const CLI::ParseError& error) {
-            ThrowUsageError(Reworded(error.what()));
+            ThrowUsageError(verb, Reworded(error.what()));
+        } catch (const ExitError& error) {
+            const std::string message = error.what();
+            const bool isPointing = message.find("(see \"") != std::string::npos;
+            if (error.Code() != ExitCode::kUsageError || isPointing) throw;
+            ThrowUsageError(verb, message);
         }
     }
 
@@ -72,10 +80,6 @@ class CommandLine {
             if (!mox::Text(argument).isValid())
                 throw ExitError(ExitCode::kUsageError, "an argument is not valid UTF-8");
         }
-    }
-
-    [[noreturn]] static void ThrowUsageError(const std::string& message) {
-        throw ExitError(ExitCode::kUsageError, message + " (see \"mox-xml --help\")");
     }
 
     // Replaces messages of CLI11 that are hard to understand. All options take at most one value.
@@ -90,24 +94,10 @@ class CommandLine {
         return message;
     }
 
-    // The verb that was parsed last: "get" of "entry get", "entry" if no verb follows it, the program without a verb.
-    const CLI::App& InnermostVerb() const {
-        const CLI::App* verb = &app_;
-        while (!verb->get_subcommands().empty())
-            verb = verb->get_subcommands().front();
-        return *verb;
-    }
-
-    // Describes the first argument that CLI11 could not use. There is none if a verb is missing.
-    std::string UnexpectedArgument() const {
+    // The first argument that CLI11 could not use. "--" is before it.
+    std::string FirstUnused() const {
         const std::vector<std::string> remaining = app_.remaining(true);
-        const auto isArgument = [](const std::string& text) { return text != "--"; };
-        const auto found = std::find_if(remaining.begin(), remaining.end(), isArgument);
-        if (found == remaining.end()) return "a verb is required";
-        const std::string& argument = *found;
-        if (argument.rfind('-', 0) == 0) return "unknown option " + QuotedIfNeeded(argument);
-        const bool isVerb = InnermostVerb().get_require_subcommand_min() > 0;
-        return (isVerb ? "unknown verb " : "unexpected argument ") + QuotedIfNeeded(argument);
+        return remaining.size() > 1 ? remaining[1] : std::string();
     }
 
     Output& output_;
@@ -115,13 +105,13 @@ class CommandLine {
 };
 
 // Runs the tool. Never throws: failures become a message and an exit code.
-void RunTool(Output& output, std::vector<std::string> arguments) {
+void RunTool(Output& output, const std::vector<std::string>& arguments) {
     const auto fail = [&output](ExitCode code, const std::string& message) {
         output.code = code;
         output.PrintMessage(message);
     };
     try {
-        CommandLine(output).Run(std::move(arguments));
+        CommandLine(output).Run(arguments);
     } catch (const ExitError& error) {
         fail(error.Code(), error.what());
     } catch (const std::bad_alloc&) {

@@ -95,14 +95,15 @@ TEST_F(EntryVerbs, RejectsInvalidArguments) {
           "unknown control slider (expected num, text,");
     Fails(2, {"entry", "add", "t.xml", "a", "--provider", "me"},
           "unknown provider me (expected app, dwg or erg)");
-    Fails(2, {"entry", "add", "t.xml", "a", "--id", "x"}, "invalid value: --id = x (see \"mox-xml --help\")");
+    Fails(2, {"entry", "add", "t.xml", "a", "--id", "x"},
+          "invalid value: --id = x (see \"mox-xml entry add --help\")");
     Fails(2, {"entry", "add", "t.xml", "Bits"},
           "t.xml: entry Bits already exists (see \"mox-xml entry set\")");
     Fails(2, {"entry", "add", "t.xml", ""}, "the entry name must not be empty");
     Fails(2, {"entry", "set", "t.xml", "Bits"}, "entry set requires a value or another field to change");
-    Fails(2, {"entry", "get", "t.xml", "Bits", "--id"}, "unknown option --id (see \"mox-xml --help\")");
-    Fails(2, {"entry", "show", "t.xml"}, "unknown verb show (see \"mox-xml --help\")");
-    Fails(2, {"entry"}, "mox-xml: a verb is required (see \"mox-xml --help\")");
+    Fails(2, {"entry", "get", "t.xml", "Bits", "--id"}, "unknown option --id; an argument");
+    Fails(2, {"entry", "show", "t.xml"}, "unknown verb show (see \"mox-xml entry --help\")");
+    Fails(2, {"entry"}, "mox-xml: a verb is required (see \"mox-xml entry --help\")");
     EXPECT_EQ(ReadBytes("t.xml"), Wide(kTools));
 }
 
