@@ -1,7 +1,7 @@
 // What all verbs share: usage errors, files that must stay unchanged, backups, help.
 #include <filesystem>
-#include <sstream>
 
+#include "tests/tool/help_support.h"
 #include "tests/tool/tool_support.h"
 #if !defined(_WIN32)
 #include <csignal>
@@ -129,31 +129,13 @@ TEST_F(AllVerbs, ProgramHasHelpAndAVersion) {
     EXPECT_EQ(Succeeds({"--version"}).rfind("mox-xml ", 0), 0U);
 }
 
-// The words that begin with "--" in the list of options of a help text, where a short form may be before them.
-std::vector<std::string> OptionsIn(const std::string& help) {
-    std::vector<std::string> options;
-    std::istringstream lines(help);
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t begin = line.find("--");
-        const bool isShortBefore = begin == 5 && line[2] == '-' && line[4] == ',';
-        if (begin != 2 && !isShortBefore) continue;
-        options.push_back(
-            line.substr(begin, line.find_first_not_of("-abcdefghijklmnopqrstuvwxyz", begin) - begin));
-    }
-    return options;
-}
-
 TEST_F(AllVerbs, HelpHasExamplesAndMatchesManualAndCompletion) {
     const std::string manual = ReadBytes(SourceFolder() + "/../tools/mox-xml.1");
     const std::string completion = ReadBytes(SourceFolder() + "/../tools/completion/mox-xml");
     std::size_t count = 0;
-    for (const std::string verb :
-         {"sections", "keys", "get", "set", "delete", "entries", "entry get", "entry set", "entry add",
-          "entry remove", "show", "export", "convert", "diff", "check"}) {
-        std::vector<std::string> call{verb, "--help"};
-        if (verb.rfind("entry ", 0) == 0) call = {"entry", verb.substr(6), "--help"};
+    for (const std::string& verb : Verbs()) {
         EXPECT_NE(manual.find(".B " + verb + " "), std::string::npos) << verb;
-        const std::string help = Succeeds(call);
+        const std::string help = HelpOf(verb);
         EXPECT_EQ(help.rfind("Examples:\n  mox-xml " + verb + " ", 0), 0U) << help;
         EXPECT_NE(help.find("Usage: mox-xml " + verb + " "), std::string::npos) << help;
         for (const std::string& option : OptionsIn(help)) {

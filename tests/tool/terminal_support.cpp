@@ -46,15 +46,14 @@ bool TerminalProgram::Read() {
     return true;
 }
 
-bool TerminalProgram::ReadUntil(const std::string& end) {
-    const auto isRead = [this, &end] {
-        return output_.size() >= end.size() &&
-               output_.compare(output_.size() - end.size(), end.size(), end) == 0;
-    };
-    while (!isRead()) {
-        if (!Read()) return false;
+std::string TerminalProgram::ReadUntil(const std::string& text) {
+    std::size_t at = std::string::npos;
+    while ((at = output_.find(text, found_)) == std::string::npos) {
+        if (!Read()) throw std::runtime_error("the program did not write " + text + " but " + output_);
     }
-    return true;
+    const std::string before = output_.substr(found_, at - found_);
+    found_ = at + text.size();
+    return before;
 }
 
 void TerminalProgram::Type(const std::string& keys) {

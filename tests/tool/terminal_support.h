@@ -21,8 +21,9 @@ class TerminalProgram {
     TerminalProgram(const TerminalProgram&) = delete;
     TerminalProgram& operator=(const TerminalProgram&) = delete;
 
-    // Reads output until it ends with `end`. Returns false if the program exits first, or writes nothing for 20 seconds.
-    bool ReadUntil(const std::string& end);
+    // Reads output until `text` comes, from where the text of the previous call ended. Returns what is
+    // before `text`. Throws std::runtime_error if the program exits first, or writes nothing for 20 seconds.
+    std::string ReadUntil(const std::string& text);
     void Type(const std::string& keys);
     // Everything that the program has written and that has been read so far.
     const std::string& Output() const { return output_; }
@@ -36,6 +37,7 @@ class TerminalProgram {
     int terminal_ = -1;
     pid_t process_ = -1;
     std::string output_{};
+    std::size_t found_ = 0;  // where the text of the last ReadUntil ended
 };
 
 // Runs the tool on a terminal. Returns what it writes there, data before messages.
