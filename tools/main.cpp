@@ -128,9 +128,9 @@ void RunTool(Output& output, const std::vector<std::string>& arguments) {
 
 int main(int argc, char** argv) {
     namespace tool = mox::tool;
-    tool::StandardStreams streams;
-    tool::Output output(streams.IsTerminal());
+    tool::Output output(tool::IsStdoutTerminal());
     tool::RunTool(output, tool::CommandLineArguments(argc, argv));
-    if (!streams.Write(output.Data(), output.Messages())) return static_cast<int>(tool::ExitCode::kIoError);
+    if (!tool::WriteStandardStreams(output.Data(), output.Messages()))
+        return static_cast<int>(tool::ExitCode::kIoError);
     return static_cast<int>(output.code);
 }

@@ -3,8 +3,10 @@
 #include <cstdio>
 
 #if defined(_WIN32)
+#include <algorithm>
 #include <fcntl.h>
 #include <io.h>
+#include <optional>
 #include <windows.h>
 #else
 #include <filesystem>
@@ -28,19 +30,46 @@ std::vector<std::string> CommandLineArguments(int /*argc*/, char** /*argv*/) {
     return arguments;
 }
 
-StandardStreams::StandardStreams() : codePage_(GetConsoleOutputCP()) {
-    SetConsoleOutputCP(CP_UTF8);
-    _setmode(_fileno(stdout), _O_BINARY);
-    _setmode(_fileno(stderr), _O_BINARY);
+namespace {
+
+bool IsCharacterDevice(HANDLE handle) noexcept {
+    return GetFileType(handle) == FILE_TYPE_CHAR;
 }
 
-StandardStreams::~StandardStreams() {
-    if (codePage_ != 0) SetConsoleOutputCP(codePage_);
+// Returns false if the text (UTF-8) has no 16-bit form, the handle is not that of a console, or writing fails.
+bool WriteToConsole(HANDLE console, const std::string& text) {
+    const std::optional<std::wstring> units = front::UnitsOf<wchar_t>(text);
+    if (!units.has_value()) return false;
+    constexpr std::size_t kMost = 8000;  // a console may refuse more at once
+    for (std::size_t at = 0; at < units->size();) {
+        std::size_t count = std::min(kMost, units->size() - at);
+        if (count == kMost && front::IsLeadSurrogate((*units)[at + count - 1])) --count;
+        DWORD written = 0;
+        if (WriteConsoleW(console, units->data() + at, static_cast<DWORD>(count), &written, nullptr) == 0)
+            return false;
+        at += count;
+    }
+    return true;
 }
 
-bool StandardStreams::IsTerminal() const {
-    DWORD mode = 0;
-    return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0;
+bool WriteTo(std::FILE* stream, DWORD handleName, const std::string& text) {
+    const HANDLE handle = GetStdHandle(handleName);
+    if (IsCharacterDevice(handle) && WriteToConsole(handle, text)) return true;
+    _setmode(_fileno(stream), _O_BINARY);
+    return std::fwrite(text.data(), 1, text.size(), stream) == text.size() && std::fflush(stream) == 0;
+}
+
+}  // namespace
+
+bool IsStdoutTerminal() {
+    return IsCharacterDevice(GetStdHandle(STD_OUTPUT_HANDLE));
+}
+
+bool WriteStandardStreams(const std::string& data, const std::string& messages) {
+    const bool isWritten = WriteTo(stdout, STD_OUTPUT_HANDLE, data);
+    // When messages cannot be written, there is nowhere left to report it.
+    static_cast<void>(WriteTo(stderr, STD_ERROR_HANDLE, messages));
+    return isWritten;
 }
 
 bool Exists(const std::string& path) {
@@ -55,11 +84,16 @@ std::vector<std::string> CommandLineArguments(int argc, char** argv) {
     return argc < 1 ? std::vector<std::string>() : std::vector<std::string>(argv + 1, argv + argc);
 }
 
-StandardStreams::StandardStreams() = default;
-StandardStreams::~StandardStreams() = default;
-
-bool StandardStreams::IsTerminal() const {
+bool IsStdoutTerminal() {
     return isatty(STDOUT_FILENO) != 0;
+}
+
+bool WriteStandardStreams(const std::string& data, const std::string& messages) {
+    const bool isWritten =
+        std::fwrite(data.data(), 1, data.size(), stdout) == data.size() && std::fflush(stdout) == 0;
+    // When messages cannot be written, there is nowhere left to report it.
+    static_cast<void>(std::fwrite(messages.data(), 1, messages.size(), stderr));
+    return isWritten;
 }
 
 bool Exists(const std::string& path) {
@@ -68,13 +102,5 @@ bool Exists(const std::string& path) {
 }
 
 #endif
-
-bool StandardStreams::Write(const std::string& data, const std::string& messages) {
-    const bool isWritten =
-        std::fwrite(data.data(), 1, data.size(), stdout) == data.size() && std::fflush(stdout) == 0;
-    // When messages cannot be written, there is nowhere left to report it.
-    static_cast<void>(std::fwrite(messages.data(), 1, messages.size(), stderr));
-    return isWritten;
-}
 
 }  // namespace mox::tool

@@ -1,14 +1,22 @@
-// Runs programs on a pseudo-terminal, as people do. On Linux only.
+// Runs programs on a pseudo-terminal, as people do.
 #ifndef MOX_XMLAPI_TESTS_TOOL_TERMINAL_SUPPORT_H
 #define MOX_XMLAPI_TESTS_TOOL_TERMINAL_SUPPORT_H
 
-#if !defined(_WIN32)
-
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
+#if !defined(_WIN32)
+#include <sys/types.h>
+#endif
+
 namespace tool {
+
+// Runs the tool on a terminal. Returns what it writes there, data before messages. On Windows this is a console, which
+// says what it shows: lines end with CR LF, and what is longer than 200 columns is wrapped. The arguments must need no
+// quotes there.
+std::string OnTerminal(const std::vector<std::string>& arguments);
+
+#if !defined(_WIN32)
 
 // A program with all three standard streams on a terminal of its own. The terminal passes bytes on unchanged and does
 // not repeat what is typed.
@@ -40,11 +48,8 @@ class TerminalProgram {
     std::size_t found_ = 0;  // where the text of the last ReadUntil ended
 };
 
-// Runs the tool on a terminal. Returns what it writes there, data before messages.
-std::string OnTerminal(const std::vector<std::string>& arguments);
+#endif
 
 }  // namespace tool
-
-#endif
 
 #endif

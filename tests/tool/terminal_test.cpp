@@ -1,4 +1,6 @@
 // What a terminal shows: texts from files and arguments cannot control it. Pipes and files get the exact bytes.
+#include <algorithm>
+
 #include "tests/tool/terminal_support.h"
 #include "tests/tool/tool_support.h"
 
@@ -30,19 +32,26 @@ std::vector<HostileText> HostileTexts() {
         {"\xED\xBF\xBF", "\\uDFFF"}};
 }
 
+// All of them in one.
+HostileText AllHostile() {
+    HostileText all{};
+    for (const HostileText& hostile : HostileTexts()) {
+        all.text += hostile.text + ".";
+        all.shown += hostile.shown + ".";
+    }
+    return all;
+}
+
 // Texts of several scripts, with joiners and variation selectors.
 const std::string kHarmless =
     "Größe ~ Ω Привет 寸法 \u0645\u06CC\u200C\u062E ❤\uFE0F 👩\u200D🔧 C:\\new \u00A0\uFFFD";
 
 TEST_F(TerminalOutput, MessagesNeverContainControlCharacters) {
     WriteBytes("a.xml", Wide(Settings("")));
-    for (const HostileText& hostile : HostileTexts()) {
-        const Result result = RunTool({"keys", "a.xml", "x" + hostile.text + "y"});
-        EXPECT_EQ(result.code, 1);
-        // A name with C0 is quoted, too.
-        EXPECT_NE(result.err.find("x" + hostile.shown + "y"), std::string::npos) << result;
-        EXPECT_EQ(result.err.find(hostile.text), std::string::npos) << result;
-    }
+    const Result result = RunTool({"keys", "a.xml", AllHostile().text});
+    EXPECT_EQ(result.code, 1);
+    // A name with C0 is quoted, too.
+    EXPECT_EQ(result.err, "mox-xml: a.xml: no section \"" + AllHostile().shown + "\"\n");
     Fails(1, {"keys", "a.xml", kHarmless}, "no section \"" + std::string("Größe ~ Ω"));
     Fails(4, {"sections", "none\nmox-xml: forged\r.xml"}, "mox-xml: none\\nmox-xml: forged\\r.xml: ");
     Fails(4, {"sections", "no\u202Ene.xml"}, "mox-xml: no\\u202Ene.xml: ");
@@ -57,16 +66,13 @@ TEST_F(TerminalOutput, MessageIsOneLine) {
 }
 
 TEST_F(TerminalOutput, PipesGetTheExactBytes) {
-    for (const HostileText& hostile : HostileTexts()) {
-        const std::string name = "n" + hostile.text + "n";
-        WriteBytes("a.xml", Wide(Settings("<Table name=\"" + name + "\">" + Var(name, "v" + hostile.text) +
-                                          "</Table>")));
-        EXPECT_EQ(Succeeds({"sections", "a.xml"}), name + "\n");
-        EXPECT_EQ(Succeeds({"keys", "a.xml", name}), name + "\n");
-        EXPECT_EQ(Succeeds({"get", "a.xml", name, name}), "v" + hostile.text + "\n");
-        EXPECT_EQ(Succeeds({"entries", "a.xml", "--section", name}),
-                  name + "\tstring\tv" + hostile.text + "\n");
-    }
+    const std::string name = AllHostile().text;
+    WriteBytes("a.xml", Wide(Settings("<Table name=\"" + name + "\">" + Var(name, "v" + name) + "</Table>")));
+    EXPECT_EQ(Succeeds({"sections", "a.xml"}), name + "\n");
+    EXPECT_EQ(Succeeds({"keys", "a.xml", name}), name + "\n");
+    EXPECT_EQ(Succeeds({"get", "a.xml", name, name}), "v" + name + "\n");
+    EXPECT_EQ(Succeeds({"entries", "a.xml", "--section", name}), name + "\tstring\tv" + name + "\n");
+    EXPECT_EQ(Succeeds({"get", "a.xml", name, name, "--json"}).find("\\u202E"), std::string::npos);
 }
 
 #if !defined(_WIN32)
@@ -134,8 +140,28 @@ TEST_F(TerminalOutput, JsonIsEscapedAsJsonOnATerminal) {
     EXPECT_EQ(OnTerminal({"sections", "a.xml", "--json"}), "[\n  \"S\"\n]\n");
 }
 
+TEST_F(TerminalOutput, ZeroTerminatedItemsAreExactOnATerminalToo) {
+    WriteBytes("a.xml", Wide(Settings("<Table name=\"S\x1B\n\"/>")));
+    EXPECT_EQ(OnTerminal({"sections", "a.xml", "-z"}), std::string("S\x1B\n\0", 4));
+}
+
 TEST_F(TerminalOutput, MessagesAreEscapedOnATerminal) {
     EXPECT_EQ(OnTerminal({"keys", "\x1B[2J\n.xml", "S"}).rfind("mox-xml: \\u001B[2J\\n.xml: cannot ", 0), 0U);
+}
+
+#else
+
+TEST_F(TerminalOutput, ConsoleGetsEscapedTexts) {
+    WriteBytes("a.xml",
+               Wide(Settings("<Table name=\"S\">" + Var("k", "1\x1B[2J\u202E\u009B\n2 \\") + "</Table>")));
+    EXPECT_EQ(OnTerminal({"get", "a.xml", "S", "k"}), "1\\u001B[2J\\u202E\\u009B\\n2 \\\r\n");
+    EXPECT_EQ(OnTerminal({"get", "a.xml", "S", "k", "--json"}), "\"1\\u001b[2J\\u202E\\u009B\\n2 \\\\\"\r\n");
+}
+
+TEST_F(TerminalOutput, ConsoleGetsCharactersBeyondItsCodePage) {
+    WriteBytes("a.xml", Wide(Settings("<Table name=\"S\">" + Var("k", "Größe Ω Ж") + "</Table>")));
+    EXPECT_EQ(OnTerminal({"get", "a.xml", "S", "k"}), "Größe Ω Ж\r\n");
+    EXPECT_EQ(OnTerminal({"keys", "a.xml", "Ω"}), "mox-xml: a.xml: no section Ω\r\n");
 }
 
 #endif
