@@ -90,7 +90,6 @@ class CommandLine {
         const std::string rest = message.substr(colon + 2);
         if (option == "Could not convert") return "invalid value: " + rest;
         if (rest.rfind("At Most 1 ", 0) == 0) return option + " can be given only once";
-        if (rest.rfind("1 required ", 0) == 0) return option + " requires a value";
         return message;
     }
 
