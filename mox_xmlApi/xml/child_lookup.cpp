@@ -16,11 +16,6 @@ bool HavePaidForIndex(const XmlNode& parent) noexcept {
     return count >= kFewChildren && parent.scanCost >= std::min(count * kScansPerIndex, kLargestCost);
 }
 
-bool IsNamed(const XmlNode& child, WideView name) noexcept {
-    const XmlAttribute* attribute = NameAttribute(child);
-    return attribute != nullptr && SameText(attribute->value.View(), name);
-}
-
 XmlNode* Scan(XmlNode& parent, NamedChildren which, WideView name) noexcept {
     std::size_t examined = 0;
     XmlNode* child = parent.children.First();

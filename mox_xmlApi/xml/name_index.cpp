@@ -75,6 +75,7 @@ bool NameIndex::Reserve(XmlPool& pool) noexcept {
     }
     pool.Free(slots_, size_ * sizeof(Slot));
     slots_ = slots;
+    found_ = slots;
     size_ = size;
     return true;
 }
@@ -112,9 +113,12 @@ bool NameIndex::Add(XmlPool& pool, XmlNode& child, WideView name, Order order) n
 }
 
 void NameIndex::Remove(const XmlNode& child) noexcept {
-    const XmlAttribute* name = CoveredName(child);
-    if (name == nullptr) return;
-    Slot* slot = Find(HashOf(name->value.View()), name->value.View(), &child);
+    Slot* slot = found_;
+    if (slot->child != &child) {
+        const XmlAttribute* name = CoveredName(child);
+        if (name == nullptr) return;
+        slot = Find(HashOf(name->value.View()), name->value.View(), &child);
+    }
     if (slot->hasDuplicate == 0) return Erase(slot);
     bool hasDuplicate = false;
     SetChild(*slot, *links_.Remove(*slot->child, child, hasDuplicate));

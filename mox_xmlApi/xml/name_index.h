@@ -35,6 +35,12 @@ inline const XmlAttribute* NameAttribute(const XmlNode& node) noexcept {
     return FindInAttributes(node, names::kName);
 }
 
+// Whether that attribute has the value `name`.
+inline bool IsNamed(const XmlNode& child, WideView name) noexcept {
+    const XmlAttribute* attribute = NameAttribute(child);
+    return attribute != nullptr && SameText(attribute->value.View(), name);
+}
+
 // Whether the node is one of the children that are meant.
 inline bool IsMeant(const XmlNode& node, NamedChildren which) noexcept {
     return which == NamedChildren::All ||
@@ -53,7 +59,12 @@ class NameIndex : public ChildListAttachment {
 
     // The first child of that name, or null.
     XmlNode* First(WideView name) const noexcept;
-    // The next child of the same name after one that First or After gave, or null.
+    // The same, for a child that is about to be removed: Remove then need not search for it.
+    XmlNode* FirstToRemove(WideView name) const noexcept {
+        found_ = Find(HashOf(name), name, nullptr);
+        return found_->child;
+    }
+    // The next child of the same name after one that these or After gave, or null.
     XmlNode* After(const XmlNode& child) const noexcept { return links_.After(child); }
 
     // Takes in a child that has come or was named. False when it cannot: there is no memory, or other children have
@@ -72,7 +83,7 @@ class NameIndex : public ChildListAttachment {
     enum class Order : std::uint8_t { First, Last, Unknown };
 
     NameIndex(Slot* slots, std::size_t size, NamedChildren which) noexcept
-        : slots_(slots), size_(size), key_(ProcessHashKey()), which_(which) {}
+        : slots_(slots), found_(slots), size_(size), key_(ProcessHashKey()), which_(which) {}
 
     static std::size_t SizeFor(std::size_t names) noexcept;
     static Slot* AllocateSlots(XmlPool& pool, std::size_t size) noexcept;
@@ -88,6 +99,7 @@ class NameIndex : public ChildListAttachment {
     void Prefetch(const Slot& slot) const noexcept;
 
     Slot* slots_;
+    mutable Slot* found_;        // where FirstToRemove ended
     std::size_t size_;           // a power of two
     std::size_t used_ = 0;       // one for each name
     std::uintptr_t origin_ = 0;  // where the text of the first child that was taken in lies

@@ -212,7 +212,8 @@ std::size_t XmlDocument::RemoveMatches(XmlNode* parent, const ContentMatch& matc
                                        std::uint64_t most) noexcept {
     if (matches.IsRefused() || parent == nullptr) return 0;
     const NameIndex* index = nullptr;
-    if (matches.IsByNameAlone()) {
+    const bool isByNameAlone = matches.IsByNameAlone();
+    if (isByNameAlone) {
         index = ChildLookup::IndexOf(*pool_, *parent, NamedChildren::All);
     } else if (most != 1) {
         ChildLookup::Invalidate(*pool_, *parent);
@@ -220,18 +221,21 @@ std::size_t XmlDocument::RemoveMatches(XmlNode* parent, const ContentMatch& matc
     std::uint64_t earlier = 0;
     std::size_t removed = 0;
     std::size_t examined = 0;
-    XmlNode* child = index != nullptr ? index->First(matches.value) : parent->children.First();
+    XmlNode* child = index != nullptr ? index->FirstToRemove(matches.value) : parent->children.First();
     while (child != nullptr && removed < most) {
         XmlNode* const next = index != nullptr ? index->After(*child) : child->next;
         ++examined;
-        const bool isMatch = index != nullptr ? IsElement(*child) : matches(*child);
+        const bool isMatch = index != nullptr ? IsElement(*child)
+                             : isByNameAlone  ? IsElement(*child) && IsNamed(*child, matches.value)
+                                              : matches(*child);
         if (isMatch && earlier++ >= first) {
             RemoveChild(child);
             ++removed;
         }
         child = next;
     }
-    if (index == nullptr && matches.IsByNameAlone()) ChildLookup::ChargeScan(*parent, examined);
+    // Twice: unlike look-ups, removals mostly go on to the end, and so will those that follow.
+    if (index == nullptr && isByNameAlone) ChildLookup::ChargeScan(*parent, 2 * examined);
     return removed;
 }
 

@@ -148,5 +148,50 @@ TEST(ProfileDeletes, DeletedSectionMayBeMadeAgain) {
               SettingsFile({"\t<Table name=\"T\"/>", "\t<Table name=\"S\" first_id=\"3\"/>"}));
 }
 
+// The index of a large section grows, and its names move, between deletions that find nothing and those that do.
+TEST(ProfileDeletes, WorkBetweenAdditionsInALargeSection) {
+    const auto nameOf = [](int number) {
+        const std::string name = "key" + std::to_string(number);
+        return WideText(name.begin(), name.end());
+    };
+    const Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
+    int first = 0;
+    for (int last = 0; last < 3000; ++last) {
+        ASSERT_EQ(xmlWriteProfileInt(profile, "S"_w, nameOf(last).c_str(), last), 1U);
+        ASSERT_EQ(xmlWriteProfileString(profile, "S"_w, nameOf(last + 1).c_str(), nullptr), 0U);
+        if (last % 3 != 0) continue;
+        ASSERT_EQ(xmlWriteProfileString(profile, "S"_w, nameOf(first).c_str(), nullptr), 1U);
+        ASSERT_EQ(xmlGetProfileInt(profile, "S"_w, nameOf(first).c_str(), -1), -1);
+        ++first;
+    }
+    for (int number = 0; number < 3000; ++number) {
+        const int expected = number < first ? -1 : number;
+        ASSERT_EQ(xmlGetProfileInt(profile, "S"_w, nameOf(number).c_str(), -1), expected);
+        ASSERT_EQ(xmlWriteProfileString(profile, "S"_w, nameOf(number).c_str(), nullptr),
+                  number < first ? 0U : 1U);
+    }
+    EXPECT_EQ(SaveBytes(profile), SettingsFile({"\t<Table name=\"S\"/>"}));
+}
+
+// Of several keys of one name all go, whichever the index has first.
+TEST(ProfileDeletes, TakeEachKeyOfOneNameInALargeSection) {
+    std::string entries;
+    for (int number = 0; number < 100; ++number) {
+        const std::string name = number % 4 == 0 ? "many" : "key" + std::to_string(number);
+        entries +=
+            "<Var name=\"" + name + "\" type=\"long\"><Value>" + std::to_string(number) + "</Value></Var>";
+    }
+    const Profile profile = LoadEntries(entries);
+    for (int round = 0; round < 20; ++round)
+        ASSERT_EQ(xmlWriteProfileString(profile, "S"_w, "none"_w, nullptr), 0U);
+    EXPECT_EQ(xmlWriteProfileString(profile, "S"_w, "many"_w, nullptr), 1U);
+    EXPECT_EQ(xmlWriteProfileString(profile, "S"_w, "many"_w, nullptr), 0U);
+    for (int number = 0; number < 100; ++number) {
+        const std::string name = "key" + std::to_string(number);
+        const WideText key(name.begin(), name.end());
+        ASSERT_EQ(xmlWriteProfileString(profile, "S"_w, key.c_str(), nullptr), number % 4 == 0 ? 0U : 1U);
+    }
+}
+
 }  // namespace
 }  // namespace host
