@@ -20,6 +20,7 @@
 //   mox::Section   one section of a profile        } both derive from mox::EntryTable, which has the
 //   mox::Table     a table document: one table     } functions for entries: front/entry_table.hpp
 //   mox::Entry     an entry, or a key, as a plain value with its presentation data: front/entry.hpp
+//   mox::Document  a whole file to read, with what no export returns: document/document.hpp
 //   mox::Text      a text argument, converted implicitly from any kind of string: front/text.hpp
 //
 // mox::readFile and mox::replaceFile read and replace files as a whole: disk/read_file.hpp, disk/replace_file.hpp.
@@ -60,6 +61,9 @@
 #include "mox_xmlApi/disk/file_stamp.hpp"
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/disk/replace_file.hpp"
+#include "mox_xmlApi/document/diagnose.hpp"
+#include "mox_xmlApi/document/document.hpp"
+#include "mox_xmlApi/document/encoding.hpp"
 #include "mox_xmlApi/front/entry.hpp"
 #include "mox_xmlApi/front/entry_table.hpp"
 #include "mox_xmlApi/front/form.hpp"
