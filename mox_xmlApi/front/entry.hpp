@@ -10,28 +10,23 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
+#include "mox_xmlApi/front/problem.hpp"
 #include "mox_xmlApi/front/text.hpp"
+#include "mox_xmlApi/front/typed_value.hpp"
+#include "mox_xmlApi/front/value_type.hpp"
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 
 namespace mox {
 
-// What the text of a value means. The library keeps any text with any type.
-enum class ValueType : std::uint16_t {
-    Short = 2,
-    Long = 3,
-    Double = 5,
-    String = 8,
-    Bool = 11,
-    Char = 16,
-    Byte = 17,
-    UShort = 18,
-    ULong = 19,
-    UcString = 31
-};
+template <class String>
+struct BasicEntry;
 
-// How many of that type a value holds.
-enum class Shape : std::uint16_t { Single = 0, Vector = 0x1000, Array = 0x2000 };
+namespace front {
+template <class T, class String>
+std::optional<T> ValueOfEntry(const BasicEntry<String>& entry, const Target& target);
+}  // namespace front
 
 // The control that shows a value and edits it. None is written as Text.
 enum class Control : std::uint16_t {
@@ -92,6 +87,14 @@ struct BasicEntry {
     String effectiveValue() const {
         if (!value.has_value() || !value->empty() || !ui.has_value()) return value.value_or(String());
         return ui->value.value_or(String());
+    }
+
+    // That value as a T: bool, an integer of 16, 32 or 64 bits, double, std::string, std::u16string or
+    // std::vector<std::uint8_t>. Returns nullopt, and says why, if it is none (Reason::WrongType, OutOfRange), or if a
+    // record cannot hold it (Reason::InvalidText). front/typed_value.hpp has the texts that are accepted.
+    template <class T>
+    std::optional<T> valueAs(Problem* problem = nullptr) const {
+        return front::ValueOfEntry<T>(*this, {{}, {}, nullptr, problem});
     }
 };
 
@@ -155,6 +158,30 @@ std::optional<BasicPresentation<String>> PresentationOf(const TableEntryUInfoStr
     return hasContent ? std::optional(ui) : std::nullopt;
 }
 
+// The effective value of an entry that was read as a T, see BasicEntry::valueAs.
+template <class T, class String>
+std::optional<T> ValueOfEntry(const BasicEntry<String>& entry, const Target& target) {
+    RequireGettable<T>();
+    if (!entry.value.has_value() ||
+        (entry.value->empty() && entry.ui.has_value() && !entry.ui->value.has_value())) {
+        target.Refuse(Reason::InvalidText,
+                      "the value contains half of a surrogate pair, which a record cannot hold");
+        return std::nullopt;
+    }
+    if constexpr (std::is_same_v<T, String>) {
+        target.Succeed();
+        return entry.effectiveValue();
+    } else {
+        const Text text(entry.effectiveValue());
+        if constexpr (kIsOneOf<T, std::string, std::u16string>) {
+            target.Succeed();
+            return StringOf<T>(text.units());
+        } else {
+            return ValueOfText<T>(Utf8Of(text.units()), target);
+        }
+    }
+}
+
 // ---- to records. Each function returns false for what a record cannot hold; the record is then unspecified.
 
 inline bool SetRecordName(UnitsView name, TableEntryBaseInfoStruct& record) noexcept {
@@ -175,27 +202,36 @@ inline bool SetLookUpName(const Text& name, TableEntryBaseInfoStruct& record) no
     return name.isValid() && !name.units().empty() && SetRecordName(name.units(), record);
 }
 
-// Whether the type and shape have a name in files. An entry with another type could not be read again.
-inline bool IsKnownType(ValueType type, Shape shape) noexcept {
-    switch (type) {
-        case ValueType::Short:
-        case ValueType::Long:
-        case ValueType::Double:
-        case ValueType::String:
-        case ValueType::Bool:
-        case ValueType::Char:
-        case ValueType::Byte:
-        case ValueType::UShort:
-        case ValueType::ULong:
-        case ValueType::UcString:
-            return shape == Shape::Single || shape == Shape::Vector || shape == Shape::Array;
+// Whether the control has a name in files. Another one would be written as Text.
+inline bool IsKnownControl(Control control) noexcept {
+    switch (control) {
+        case Control::None:
+        case Control::Number:
+        case Control::Text:
+        case Control::Switch:
+        case Control::NoEdit:
+        case Control::Rgb:
+        case Control::Button:
+        case Control::TextArray:
+        case Control::NamedArray:
+        case Control::SwitchArray:
+        case Control::RadioArray:
+        case Control::State:
+        case Control::NamedListArray:
+        case Control::Radio:
+        case Control::PropertyArray:
+            return true;
     }
     return false;
 }
 
+// Whether the owner has a name in files. Another one would be written as None.
+inline bool IsKnownOwner(Owner owner) noexcept {
+    return owner == Owner::None || owner == Owner::App || owner == Owner::Dwg || owner == Owner::Erg;
+}
+
 template <class String>
 bool FillValueRecord(const BasicEntry<String>& entry, TableEntryValueInfoStruct& record) {
-    if (!IsKnownType(entry.type, entry.shape)) return false;
     record.type = static_cast<std::uint16_t>(static_cast<std::uint16_t>(entry.type) |
                                              static_cast<std::uint16_t>(entry.shape));
     record.id = entry.id;

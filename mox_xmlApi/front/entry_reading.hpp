@@ -10,8 +10,10 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "mox_xmlApi/front/entry.hpp"
+#include "mox_xmlApi/front/write_rules.hpp"
 #include "mox_xmlApi/mox_xmlApi.h"
 
 namespace mox {
@@ -71,6 +73,49 @@ bool ReadByName(void* handle, const Text& name, BasicEntry<String>& entry) {
         if (Text(entry.name).units() == name.units()) return true;
     }
     return false;
+}
+
+// Returns the number of elements without a known type.
+inline std::size_t CountUnreadable(void* handle) {
+    TableEntryUInfoStruct ui;
+    std::size_t count = 0;
+    std::uint64_t position = 0;
+    for (std::uint64_t before = 0;; before = position) {
+        const bool isRead = xmlTableEntryGet(handle, &position, nullptr, &ui);
+        if (!isRead && position == before) return count;
+        if (!isRead && ui.type == 0) ++count;
+    }
+}
+
+// Returns the names of the entries that can be read, in document order.
+inline std::vector<std::string> NamesOf(void* handle) {
+    std::vector<std::string> names;
+    TableEntryUInfoStruct ui;
+    std::uint64_t position = 0;
+    for (std::uint64_t before = 0;; before = position) {
+        const bool isRead = xmlTableEntryGet(handle, &position, nullptr, &ui);
+        if (!isRead && position == before) return names;
+        if (isRead || ui.type != 0) names.push_back(Utf8Of(NameOf(ui)));
+    }
+}
+
+// Whether a name can be looked up, which takes a record.
+inline bool RequireLookUpName(const Target& target, const Text& name) {
+    if (!target.RequireValid(name, "the name")) return false;
+    if (name.units().empty()) return target.Refuse(Reason::InvalidText, "the name is empty");
+    constexpr std::size_t kMostUnits = std::size(TableEntryBaseInfoStruct().name) - 1;
+    return name.units().size() <= kMostUnits ||
+           target.Refuse(Reason::InvalidText, "the name has more than 259 units");
+}
+
+// Reports why there is no entry of that name to read. Returns false.
+inline bool ExplainMissing(void* handle, const Target& target, const Text& name) {
+    if (target.problem == nullptr || !RequireLookUpName(target, name)) return false;
+    TableEntryBaseInfoStruct key;
+    SetLookUpName(name, key);
+    if (xmlTableEntryIsExist(handle, &key))
+        return target.Refuse(Reason::Unreadable, "the entry has no known type, so that it cannot be read");
+    return target.Refuse(Reason::NoSuchKey, "there is no such entry");
 }
 
 }  // namespace front

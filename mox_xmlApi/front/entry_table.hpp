@@ -5,14 +5,20 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "mox_xmlApi/front/entry_reading.hpp"
 #include "mox_xmlApi/front/entry_writing.hpp"
+#include "mox_xmlApi/front/problem.hpp"
 #include "mox_xmlApi/front/replacing_save.hpp"
+#include "mox_xmlApi/front/text.hpp"
+#include "mox_xmlApi/front/typed_value.hpp"
+#include "mox_xmlApi/front/write_rules.hpp"
 #include "mox_xmlApi/mox_xmlApi.h"
 
 namespace mox {
@@ -20,6 +26,8 @@ namespace mox {
 // The entries of a Table or a Section. An entry is identified by its name alone; if several have the same name, the
 // first is used. Only remove and removeAll accept an empty name. An element without a known type cannot be read as an
 // entry.
+//
+// A function that takes a Problem and fails says there why. mox_xmlApi.hpp has what holds for all writes.
 class EntryTable {
   public:
     using Entries = BasicEntryRange<std::string>;
@@ -45,9 +53,37 @@ class EntryTable {
     std::vector<Entry> list() const { return ListOf<std::string>(); }
     std::vector<Entry16> list16() const { return ListOf<std::u16string>(); }
 
-    // The entry of that name; nullopt if there is none, or it has no known type.
-    std::optional<Entry> find(const Text& name) const { return Find<std::string>(name); }
-    std::optional<Entry16> find16(const Text& name) const { return Find<std::u16string>(name); }
+    // The names of the entries in document order.
+    std::vector<std::string> names() const { return front::NamesOf(handle()); }
+
+    // The entry of that name; nullopt if there is none (NoSuchKey), or it has no known type (Unreadable).
+    std::optional<Entry> find(const Text& name, Problem* problem = nullptr) const {
+        return Find<std::string>(name, problem);
+    }
+    std::optional<Entry16> find16(const Text& name, Problem* problem = nullptr) const {
+        return Find<std::u16string>(name, problem);
+    }
+
+    // The effective value of the entry as a T, see Entry::valueAs; nullopt if it has none, or if there is no such entry.
+    template <class T>
+    std::optional<T> get(const Text& name) const {
+        return Get<T>(name, nullptr);
+    }
+    template <class T, class ProblemPointer, class = std::enable_if_t<front::kIsProblem<ProblemPointer>>>
+    std::optional<T> get(const Text& name, ProblemPointer problem) const {
+        return Get<T>(name, problem);
+    }
+
+    // The same with a value for the case that there is none, for whatever reason.
+    template <class T>
+    T get(const Text& name, front::Same<T> fallback) const {
+        return getOr<T>(name, std::move(fallback));
+    }
+    template <class T>
+    T getOr(const Text& name, front::Same<T> fallback, Problem* problem = nullptr) const {
+        std::optional<T> value = Get<T>(name, problem);
+        return value.has_value() ? std::move(*value) : std::move(fallback);
+    }
 
     // Whether there is an element of that name, with a known type or not.
     bool contains(const Text& name) const {
@@ -56,66 +92,86 @@ class EntryTable {
     }
 
     // The number of elements that entries() skips because they have no known type.
-    std::size_t countUnreadable() const {
-        std::size_t count = 0;
-        std::uint64_t position = 0;
-        Entry entry;
-        for (front::Step step = front::Step::Entry; step != front::Step::End;) {
-            step = front::ReadNext(handle(), position, entry);
-            if (step == front::Step::Unreadable) ++count;
-        }
-        return count;
-    }
+    std::size_t countUnreadable() const { return front::CountUnreadable(handle()); }
 
     // ---- writing
     // NOLINTBEGIN(readability-make-member-function-const): they change the document
 
+    // Writes the value of the entry of that name, which keeps its type, or adds one at the end, with the type that fits
+    // (front/typed_value.hpp has the list). `value` is a bool, an integer of 16, 32 or 64 bits, a double, a text, or a
+    // container of bytes. get reads it back; so an empty text is refused where the presentation data have a value.
+    template <class T>
+    bool set(const Text& name, const T& value, Problem* problem = nullptr) {
+        if (!front::RequireHandle(handle(), problem)) return false;
+        const front::Target target = TargetOf(name, problem);
+        const std::optional<front::TypedText> text = front::TypedTextOf(value, target);
+        return text.has_value() && front::SetTypedValue(handle(), target, name, *text);
+    }
+
     // Adds an entry after the last one, or before the first one named `next`, which takes a scan from the start.
     //
-    // Returns false, with nothing added, if the name exists already, if there is no `next`, or if the entry cannot be
-    // stored: its name is empty or has more than 259 units, its type is unknown, a value contains an unpaired surrogate
-    // and the type is not UcString, a text is invalid (see Text), or the presentation data have a value but no comment.
-    // If `value` is written to the presentation data (see BasicEntry), their own value needs no comment, but has to be
-    // the same.
-    bool add(const Entry& entry, Eud eud = Eud::DoNotSet) { return front::AddEntry(handle(), 0, entry, eud); }
-    bool add(const Entry16& entry, Eud eud = Eud::DoNotSet) {
-        return front::AddEntry(handle(), 0, entry, eud);
+    // Fails, with nothing added, if the name exists already (NameTaken), if there is no `next` (NoSuchKey), if a text is
+    // invalid or the name is empty or has more than 259 units (InvalidText), if the file does not keep a text (NotKept),
+    // or if the entry cannot be stored (NotStored): its type, control or owner has no name in files, or the presentation
+    // data have a value but no comment. If `value` is written to the presentation data (see BasicEntry), their own value
+    // needs no comment, but has to be the same.
+    bool add(const Entry& entry, Eud eud = Eud::DoNotSet, Problem* problem = nullptr) {
+        return Add(0, entry, eud, problem);
     }
-    bool addBefore(const Text& next, const Entry& entry, Eud eud = Eud::DoNotSet) {
-        return AddBefore(next, entry, eud);
+    bool add(const Entry16& entry, Eud eud = Eud::DoNotSet, Problem* problem = nullptr) {
+        return Add(0, entry, eud, problem);
     }
-    bool addBefore(const Text& next, const Entry16& entry, Eud eud = Eud::DoNotSet) {
-        return AddBefore(next, entry, eud);
+    bool addBefore(const Text& next, const Entry& entry, Eud eud = Eud::DoNotSet,
+                   Problem* problem = nullptr) {
+        return AddBefore(next, entry, eud, problem);
+    }
+    bool addBefore(const Text& next, const Entry16& entry, Eud eud = Eud::DoNotSet,
+                   Problem* problem = nullptr) {
+        return AddBefore(next, entry, eud, problem);
     }
 
     // Changes the entry of that name, whatever its "eud", or adds it if there is none. Fields of `entry` that are
     // nullopt, zero or empty leave the entry as it is; but type, shape, an empty `value` and the control of `ui` are
-    // always written. An "eud" that the entry has stays.
+    // always written. An "eud" that the entry has stays. An entry without a known type gets one.
     //
-    // Returns false for what cannot be stored, see add; an existing entry may then have been changed in part.
-    bool put(const Entry& entry, Eud eud = Eud::DoNotSet) { return front::PutEntry(handle(), entry, eud); }
-    bool put(const Entry16& entry, Eud eud = Eud::DoNotSet) { return front::PutEntry(handle(), entry, eud); }
-
-    // Changes the value of an entry, whatever its "eud", and nothing else. With Eud::DoNotSet, "eud" is removed; it may
-    // stay if the value was empty and is empty again. Returns false if there is no such entry, or if the value cannot
-    // be stored, see add; the entry is then unchanged.
-    bool setValue(const Text& name, const Text& value, Eud eud = Eud::DoNotSet) {
-        return front::SetEntryValue(handle(), name, value, true, eud);
+    // Fails for what cannot be stored, see add. Also: an entry without a known type cannot be given presentation data in
+    // the same call (Unreadable).
+    bool put(const Entry& entry, Eud eud = Eud::DoNotSet, Problem* problem = nullptr) {
+        return Put(entry, eud, problem);
+    }
+    bool put(const Entry16& entry, Eud eud = Eud::DoNotSet, Problem* problem = nullptr) {
+        return Put(entry, eud, problem);
     }
 
-    // The same, but an entry with eud="true" is left alone, and so is one without a value of its own, of which the
-    // exports do not tell whether it has "eud". Returns whether the entry has the value now.
-    bool setValueUnlessEud(const Text& name, const Text& value, Eud eud = Eud::DoNotSet) {
-        return front::SetEntryValue(handle(), name, value, false, eud);
+    // Changes the value of an entry, whatever its "eud", and nothing else. With Eud::DoNotSet, "eud" is removed; it may
+    // stay if the value was empty and is empty again. Fails if there is no such entry (NoSuchKey, Unreadable), or if the
+    // value cannot be stored, see add.
+    bool setValue(const Text& name, const Text& value, Eud eud = Eud::DoNotSet, Problem* problem = nullptr) {
+        return SetValue(name, value, true, eud, problem);
+    }
+
+    // The same, but an entry with eud="true" is left alone (Protected), and so is one without a value of its own, of which
+    // the exports do not tell whether it has "eud" (NotStored). Returns whether the entry has the value now.
+    bool setValueUnlessEud(const Text& name, const Text& value, Eud eud = Eud::DoNotSet,
+                           Problem* problem = nullptr) {
+        return SetValue(name, value, false, eud, problem);
     }
 
     // Removes one of the entries of that name (`occurrence` 0 is the first), or all of them, whatever their "eud". An
-    // empty name means the entries whose name is empty. Returns whether an entry was removed.
-    bool remove(const Text& name, std::int32_t occurrence = 0) { return Remove(name, occurrence, 0); }
-    bool removeAll(const Text& name) { return Remove(name, -1, 1); }
+    // empty name means the entries whose name is empty. Returns whether an entry was removed (NoSuchKey if not).
+    bool remove(const Text& name, std::int32_t occurrence = 0, Problem* problem = nullptr) {
+        return Remove(name, occurrence, 0, problem);
+    }
+    bool removeAll(const Text& name, Problem* problem = nullptr) { return Remove(name, -1, 1, problem); }
 
-    // Removes every entry. Comments and other elements stay.
-    bool clear() { return xmlTableRemoveEntries(handle()); }
+    // Removes every entry ("Var" element). Comments and other elements stay.
+    bool clear(Problem* problem = nullptr) {
+        if (!front::RequireHandle(handle(), problem)) return false;
+        if (!xmlTableRemoveEntries(handle()))
+            return front::Fail(problem, Reason::NotStored, "the library refused to remove the entries");
+        rules_->troubled.RemoveUnless(scope_, [this](front::UnitsView name) { return IsTaken(name); });
+        return front::Succeed(problem);
+    }
 
     // NOLINTEND(readability-make-member-function-const)
 
@@ -132,16 +188,40 @@ class EntryTable {
     }
 
   protected:
-    explicit EntryTable(front::TableHandle handle) : handle_(std::move(handle)) {}
+    // The scope is the section's name; empty for a table document.
+    EntryTable(front::TableHandle handle, std::shared_ptr<front::WriteRules> rules, front::Units scope)
+        : handle_(std::move(handle)), rules_(std::move(rules)), scope_(std::move(scope)) {}
     EntryTable(EntryTable&&) noexcept = default;
     EntryTable& operator=(EntryTable&&) noexcept = default;
     ~EntryTable() = default;
 
+    front::WriteRules* Rules() const noexcept { return rules_.get(); }
+    const front::Units& Scope() const noexcept { return scope_; }
+
   private:
+    front::Target TargetOf(const Text& name, Problem* problem) const noexcept {
+        return {scope_, name.units(), rules_.get(), problem};
+    }
+
     template <class String>
-    std::optional<BasicEntry<String>> Find(const Text& name) const {
+    std::optional<BasicEntry<String>> Find(const Text& name, Problem* problem) const {
         BasicEntry<String> entry;
-        return front::ReadByName(handle(), name, entry) ? std::optional(std::move(entry)) : std::nullopt;
+        if (front::ReadByName(handle(), name, entry)) {
+            front::Succeed(problem);
+            return std::optional(std::move(entry));
+        }
+        front::ExplainMissing(handle(), TargetOf(name, problem), name);
+        return std::nullopt;
+    }
+
+    template <class T>
+    std::optional<T> Get(const Text& name, Problem* problem) const {
+        front::RequireGettable<T>();
+        Entry entry;
+        if (front::ReadByName(handle(), name, entry))
+            return front::ValueOfEntry<T>(entry, TargetOf(name, problem));
+        front::ExplainMissing(handle(), TargetOf(name, problem), name);
+        return std::nullopt;
     }
 
     template <class String>
@@ -153,22 +233,53 @@ class EntryTable {
     }
 
     template <class String>
-    bool AddBefore(const Text& next, const BasicEntry<String>& entry, Eud eud) {
-        if (!next.isValid() || next.units().empty()) return false;
-        for (auto at = entries16().begin(); at != Entries16::iterator(); ++at) {
-            if (Text(at->name).units() == next.units())
-                return front::AddEntry(handle(), at.position(), entry, eud);
-        }
-        return false;
+    bool Add(std::uint64_t before, const BasicEntry<String>& entry, Eud eud, Problem* problem) const {
+        if (!front::RequireHandle(handle(), problem)) return false;
+        const Text name(entry.name);
+        return front::AddEntry(handle(), TargetOf(name, problem), before, entry, eud);
     }
 
-    bool Remove(const Text& name, std::int32_t occurrence, std::int32_t removeAll) const {
+    template <class String>
+    bool AddBefore(const Text& next, const BasicEntry<String>& entry, Eud eud, Problem* problem) const {
+        if (!front::RequireLookUpName(TargetOf(next, problem), next)) return false;
+        for (auto at = entries16().begin(); at != Entries16::iterator(); ++at) {
+            if (Text(at->name).units() == next.units()) return Add(at.position(), entry, eud, problem);
+        }
+        return front::ExplainMissing(handle(), TargetOf(next, problem), next);
+    }
+
+    template <class String>
+    bool Put(const BasicEntry<String>& entry, Eud eud, Problem* problem) const {
+        if (!front::RequireHandle(handle(), problem)) return false;
+        const Text name(entry.name);
+        return front::PutEntry(handle(), TargetOf(name, problem), entry, eud);
+    }
+
+    bool SetValue(const Text& name, const Text& value, bool force, Eud eud, Problem* problem) const {
+        return front::RequireHandle(handle(), problem) &&
+               front::SetEntryValue(handle(), TargetOf(name, problem), name, value, force, eud);
+    }
+
+    // Whether there is an element of that name. One that no record can name counts as there.
+    bool IsTaken(front::UnitsView name) const noexcept {
         TableEntryBaseInfoStruct key;
-        return name.isValid() && front::SetRecordName(name.units(), key) &&
-               xmlTableRemoveEntry(handle(), &key, occurrence, removeAll);
+        return !front::SetRecordName(name, key) || xmlTableEntryIsExist(handle(), &key);
+    }
+
+    bool Remove(const Text& name, std::int32_t occurrence, std::int32_t removeAll, Problem* problem) const {
+        const front::Target target = TargetOf(name, problem);
+        TableEntryBaseInfoStruct key;
+        if (!front::RequireHandle(handle(), problem) || !target.RequireValid(name, "the name")) return false;
+        if (!front::SetRecordName(name.units(), key) ||
+            !xmlTableRemoveEntry(handle(), &key, occurrence, removeAll))
+            return target.Refuse(Reason::NoSuchKey, "there is no such entry");
+        if (!xmlTableEntryIsExist(handle(), &key)) rules_->troubled.Remove(scope_, name.units());
+        return front::Succeed(problem);
     }
 
     front::TableHandle handle_;
+    std::shared_ptr<front::WriteRules> rules_;
+    front::Units scope_;
 };
 
 }  // namespace mox

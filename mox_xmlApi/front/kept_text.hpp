@@ -91,6 +91,14 @@ inline BrokenRule RuleBrokenAt(UnitsView text, std::size_t& at, TextPlace place,
     return {};
 }
 
+inline bool HasUnpairedSurrogate(UnitsView text) noexcept {
+    for (std::size_t at = CountPlain(text); at < text.size(); ++at) {
+        if (RuleBrokenAt(text, at, TextPlace::Attribute, Form::Wide).rule == TextRule::UnpairedSurrogate)
+            return true;
+    }
+    return false;
+}
+
 // Returns the first rule that the text breaks in that place of a file of that form. Looks at each unit once.
 inline BrokenRule FindBrokenRule(UnitsView text, TextPlace place, Form form) noexcept {
     if (place == TextPlace::Element && !text.empty() && IsSpace(static_cast<char16_t>(text.front())))

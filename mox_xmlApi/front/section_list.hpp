@@ -70,41 +70,58 @@ class SectionEnumeration {
 
 // Reads again, into a buffer of 4 * `size` units, the names that filled one of `size` units and may have been cut. A
 // step cannot be repeated, so each size takes a whole enumeration. Returns whether a name fills the new buffer, too.
-inline bool ReadLongNames(moxSettings* profile, std::vector<FoundSection>& sections, std::uint32_t size) {
+inline bool ReadLongNames(moxSettings* profile, std::vector<Units>& names, std::uint32_t size) {
     SectionEnumeration enumeration(profile);
     Units buffer(std::size_t{size} * 4, wchar16{0});
     bool isCut = false;
-    for (FoundSection& section : sections) {
-        const bool mayBeCut = section.name.size() + 1 == size;
+    for (Units& name : names) {
+        const bool mayBeCut = name.size() + 1 == size;
         void* handle = enumeration.Next(mayBeCut ? buffer.data() : nullptr, size * 4, nullptr);
         xmlTableDispose(&handle);
         if (!mayBeCut) continue;
-        section.name = ViewOf(buffer.data());
-        isCut = isCut || section.name.size() + 1 == buffer.size();
+        name = ViewOf(buffer.data());
+        isCut = isCut || name.size() + 1 == buffer.size();
     }
     return isCut;
 }
 
-// Returns every section with its whole name.
-inline std::vector<FoundSection> FindSections(const ProfileHandle& profile) {
+// Returns the whole names of all sections. Passes the handle of each, which it takes over, to `take` with whether the
+// section is editable.
+template <class Take>
+std::vector<Units> ReadSections(moxSettings* profile, Take take) {
     constexpr std::uint32_t kFirstSize = 128;
     constexpr std::uint32_t kMaxSize = std::uint32_t{1} << 29;
-    std::vector<FoundSection> sections;
+    std::vector<Units> names;
     bool isCut = false;
     {
-        SectionEnumeration enumeration(profile.get());
+        SectionEnumeration enumeration(profile);
         Units buffer(kFirstSize, wchar16{0});
         std::uint32_t editable = 0;
         while (void* const handle = enumeration.Next(buffer.data(), kFirstSize, &editable)) {
-            FoundSection section = AdoptSection(profile, handle);
-            section.name = ViewOf(buffer.data());
-            section.isEditable = editable != 0;
-            isCut = isCut || section.name.size() + 1 == buffer.size();
-            sections.push_back(std::move(section));
+            take(handle, editable != 0);
+            names.emplace_back(ViewOf(buffer.data()));
+            isCut = isCut || names.back().size() + 1 == buffer.size();
         }
     }
     for (std::uint32_t size = kFirstSize; isCut && size <= kMaxSize; size *= 4)
-        isCut = ReadLongNames(profile.get(), sections, size);
+        isCut = ReadLongNames(profile, names, size);
+    return names;
+}
+
+inline std::vector<Units> FindSectionNames(moxSettings* profile) {
+    return ReadSections(profile, [](void* handle, bool /*isEditable*/) { xmlTableDispose(&handle); });
+}
+
+// Returns every section with its whole name.
+inline std::vector<FoundSection> FindSections(const ProfileHandle& profile) {
+    std::vector<FoundSection> sections;
+    std::vector<Units> names = ReadSections(profile.get(), [&](void* handle, bool isEditable) {
+        FoundSection section = AdoptSection(profile, handle);
+        section.isEditable = isEditable;
+        sections.push_back(std::move(section));
+    });
+    for (std::size_t i = 0; i < sections.size(); ++i)
+        sections[i].name = std::move(names[i]);
     return sections;
 }
 

@@ -16,6 +16,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 #include "mox_xmlApi/platform/wchar16.h"
 
@@ -184,43 +186,72 @@ inline std::optional<std::u16string> toUtf16(std::string_view utf8) {
     return front::UnitsOf<char16_t>(utf8);
 }
 
-// An argument of the front. It converts implicitly from UTF-8 (std::string, std::string_view, "...") and UTF-16
-// (std::u16string, std::u16string_view, u"..."; on Windows also std::wstring, std::wstring_view and L"..."). It holds a
-// copy of the text; a short one needs no allocated memory.
+namespace front {
+
+// Whether T is std::filesystem::path, which this header need not include, or one like it.
+template <class T, class = void>
+inline constexpr bool kIsPath = false;
+template <class T>
+inline constexpr bool kIsPath<T, std::void_t<typename T::string_type, typename T::value_type,
+                                             decltype(std::declval<const T&>().native()),
+                                             decltype(std::declval<const T&>().lexically_normal())>> = true;
+
+}  // namespace front
+
+// An argument of the front. It converts implicitly from UTF-8 (std::string, std::string_view, "..."), UTF-16
+// (std::u16string, std::u16string_view, u"..."; on Windows also std::wstring, std::wstring_view and L"...") and
+// std::filesystem::path. It holds a copy of the text; a short one needs no allocated memory.
 //
 // A text that cannot be passed to the exports is invalid: bytes without a 16-bit form, a text that contains a zero
 // unit, a null pointer. A function that is given an invalid text fails and does nothing.
 class Text {
   public:
     // NOLINTBEGIN(google-explicit-constructor): arguments are to convert implicitly
-    Text(std::string_view utf8) { AssignUtf8(utf8); }
-    Text(std::u16string_view text) { AssignUnits(text); }
+    Text(std::string_view utf8) : Text() { AssignUtf8(utf8); }
+    Text(std::u16string_view text) : Text() { AssignUnits(text); }
     Text(const std::string& utf8) : Text(std::string_view(utf8)) {}
     Text(const std::u16string& text) : Text(std::u16string_view(text)) {}
-    Text(const char* utf8) {
+    Text(const char* utf8) : Text() {
         if (utf8 != nullptr) AssignUtf8(utf8);
     }
-    Text(const char16_t* text) {
+    Text(const char16_t* text) : Text() {
         if (text != nullptr) AssignUnits(std::u16string_view(text));
     }
 #if defined(__cpp_char8_t)
     Text(std::basic_string_view<char8_t> utf8) : Text(std::string(utf8.begin(), utf8.end())) {}
     Text(const std::basic_string<char8_t>& utf8) : Text(std::basic_string_view<char8_t>(utf8)) {}
-    Text(const char8_t* utf8) {
+    Text(const char8_t* utf8) : Text() {
         if (utf8 != nullptr) AssignUtf8(std::string(utf8, utf8 + std::char_traits<char8_t>::length(utf8)));
     }
 #endif
 #if defined(_WIN32)
-    Text(std::wstring_view text) {
+    Text(std::wstring_view text) : Text() {
         AssignUnits(text);
     }
     Text(const std::wstring& text) : Text(std::wstring_view(text)) {}
-    Text(const wchar_t* text) {
+    Text(const wchar_t* text) : Text() {
         if (text != nullptr) AssignUnits(std::wstring_view(text));
     }
 #endif
 
+    // The path as the system stores it: UTF-16 on Windows, elsewhere bytes that have to be UTF-8.
+    template <class Path, class = std::enable_if_t<front::kIsPath<Path>>>
+    Text(const Path& path) : Text(path.native()) {}
+
     // NOLINTEND(google-explicit-constructor)
+
+    Text(const Text& other) : shortLength_(other.shortLength_), long_(other.long_), isValid_(other.isValid_) {
+        CopyShort(other);
+    }
+    Text& operator=(const Text& other) {
+        if (this == &other) return *this;
+        long_ = other.long_;
+        shortLength_ = other.shortLength_;
+        isValid_ = other.isValid_;
+        CopyShort(other);
+        return *this;
+    }
+    ~Text() = default;
 
     bool isValid() const noexcept {
         return isValid_;
@@ -238,6 +269,10 @@ class Text {
   private:
     static constexpr std::size_t kShortSize = 64;
 
+    Text() noexcept {
+        short_[0] = 0;
+    }
+
     // Returns room for `length` units and a zero unit, which is set. Called once, by a constructor.
     wchar16* Reserve(std::size_t length) {
         if (length < kShortSize) return short_;
@@ -249,6 +284,7 @@ class Text {
     void Commit(std::size_t length) {
         if (long_.empty()) {
             shortLength_ = length;
+            short_[length] = 0;
         } else {
             long_.resize(length);
         }
@@ -275,8 +311,13 @@ class Text {
         Commit(text.size());
     }
 
-    // The text is in long_ unless that is empty; otherwise it is in short_, followed by a zero unit.
-    wchar16 short_[kShortSize] = {};
+    void CopyShort(const Text& other) noexcept {
+        std::copy_n(other.short_, shortLength_ + 1, short_);
+    }
+
+    // The text is in long_ unless that is empty; otherwise it is in short_, followed by a zero unit. What comes after
+    // that is not set: most texts are short, and each call makes some.
+    wchar16 short_[kShortSize];
     std::size_t shortLength_ = 0;
     front::Units long_;
     bool isValid_ = false;

@@ -58,6 +58,7 @@ TEST(FrontEntryChanges, SetValueGivesAnEntryItsOwnValue) {
 
 TEST(FrontEntryChanges, SetValueReplacesAValueThatARecordCannotHold) {
     mox::Profile profile;
+    profile.setLossy(true);
     ASSERT_TRUE(profile.setString("S", "K", kUnpaired));
     auto section = profile.findSection("S");
     ASSERT_EQ(section->find("K")->value, std::nullopt);
