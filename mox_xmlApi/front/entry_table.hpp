@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "mox_xmlApi/front/entry_fields.hpp"
 #include "mox_xmlApi/front/entry_reading.hpp"
 #include "mox_xmlApi/front/entry_writing.hpp"
 #include "mox_xmlApi/front/problem.hpp"
@@ -157,6 +158,43 @@ class EntryTable {
         return SetValue(name, value, false, eud, problem);
     }
 
+    // Gives an entry another name, in its place, and changes nothing else. Fails if there is an entry of the new name
+    // (NameTaken), for names that add refuses, and for an entry without any value in a table that keeps its values in the
+    // presentation data (NotStored).
+    bool rename(const Text& name, const Text& newName, Problem* problem = nullptr) {
+        return front::RequireHandle(handle(), problem) &&
+               front::RenameEntry(handle(), TargetOf(name, problem), name, newName);
+    }
+
+    // Sets or removes "eud" of an entry, and changes nothing else of it. Setting it sets it on the table as well, if that
+    // has none.
+    bool setEud(const Text& name, bool isSet, Problem* problem = nullptr) {
+        return front::RequireHandle(handle(), problem) &&
+               front::SetEud(handle(), TargetOf(name, problem), name, isSet);
+    }
+
+    // Change parts of the presentation data of an entry; an empty text, Owner::None and 0 clear them. Presentation data
+    // without a control get Control::Text.
+    //
+    // The exports cannot remove a comment, and cannot clear the others where the entry has a value of its own, but the
+    // presentation data have neither value nor comment. There the entry is replaced by a new one in its place. If that
+    // would lose what only the file has (minimum and maximum, access, flags, regen, comments of XML, other elements), the
+    // call fails (NotStored) and says what. (The attribute "loc" of a value that is written again is emptied, as the
+    // exports do.)
+    bool setComment(const Text& name, const Text& comment, Problem* problem = nullptr) {
+        return SetUiText(name, comment, "the comment", &Presentation16::comment, problem);
+    }
+    bool setShownName(const Text& name, const Text& shownName, Problem* problem = nullptr) {
+        return SetUiText(name, shownName, "the displayed name", &Presentation16::shownName, problem);
+    }
+    bool setProvider(const Text& name, Owner owner, std::uint32_t index, Problem* problem = nullptr) {
+        return front::RequireHandle(handle(), problem) &&
+               front::ChangeUi(handle(), TargetOf(name, problem), name, [&](Presentation16& ui) {
+                   ui.providerOwner = owner;
+                   ui.providerIndex = index;
+               });
+    }
+
     // Removes one of the entries of that name (`occurrence` 0 is the first), or all of them, whatever their "eud". An
     // empty name means the entries whose name is empty. Returns whether an entry was removed (NoSuchKey if not).
     bool remove(const Text& name, std::int32_t occurrence = 0, Problem* problem = nullptr) {
@@ -258,6 +296,16 @@ class EntryTable {
     bool SetValue(const Text& name, const Text& value, bool force, Eud eud, Problem* problem) const {
         return front::RequireHandle(handle(), problem) &&
                front::SetEntryValue(handle(), TargetOf(name, problem), name, value, force, eud);
+    }
+
+    bool SetUiText(const Text& name, const Text& text, const char* what,
+                   std::u16string Presentation16::*field, Problem* problem) const {
+        if (!front::RequireHandle(handle(), problem)) return false;
+        const front::Target target = TargetOf(name, problem);
+        return target.RequireValid(text, what) &&
+               front::ChangeUi(handle(), target, name, [&](Presentation16& ui) {
+                   ui.*field = front::StringOf<std::u16string>(text.units());
+               });
     }
 
     // Whether there is an element of that name. One that no record can name counts as there.

@@ -232,6 +232,13 @@ class Profile {
         return front::RefuseState(target, hasSection ? front::KeyState::NoKey : front::KeyState::NoSection);
     }
 
+    // Gives a key another name, in its place; see EntryTable::rename.
+    bool rename(const Text& section, const Text& key, const Text& newKey, Problem* problem = nullptr) {
+        if (!front::RequireHandle(handle(), problem)) return false;
+        std::optional<Section> found = findSection(section, problem);
+        return found.has_value() && found->rename(key, newKey, problem);
+    }
+
     // NOLINTEND(readability-make-member-function-const)
 
     // ---- sections

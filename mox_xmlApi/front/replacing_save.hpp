@@ -20,7 +20,8 @@ template <class Write>
 bool ReplaceBySave(const Text& path, Write write, Problem* problem = nullptr) {
     std::optional<ScratchFile> scratch = ScratchFile::create(problem);
     if (!scratch.has_value()) return false;
-    if (!write(scratch->path())) return Fail(problem, Reason::WriteFailed, "cannot write to a temporary file");
+    if (!write(scratch->path()))
+        return Fail(problem, Reason::WriteFailed, "cannot write to a temporary file");
     const std::optional<std::string> bytes = scratch->read(problem);
     return bytes.has_value() && replaceFile(path, *bytes, {}, nullptr, problem);
 }
