@@ -47,8 +47,9 @@
 //   not return (Ambiguous, NotStored). A write that is refused changes nothing. setLossy(true) of a profile or table
 //   switches these checks off: writes then store what the exports store.
 //
-//   If memory runs out, a write that adds something leaves nothing of it behind. A write to what was there before may
-//   have been carried out in part; the document is whole.
+//   If memory runs out, a write that adds something takes it back; at most an empty element without a name is left, which
+//   nobody can find. A write to what was there before may have been carried out in part; the document is whole, and each
+//   entry has its old value or the new one.
 //
 // Ownership
 //   Profile, Section and Table own their handles and can be moved but not copied. A Section keeps the document of its
