@@ -31,5 +31,16 @@ bool UseEverything(mox::Profile& profile, mox::Table& table) {
             count += entry.effectiveValue().size();
     }
     const bool isAdded = table.add({"a", "1"}) && table.put({u"b", u"2"}) && table.addBefore("a", {"c", "3"});
-    return isAdded && count != 0 && profile.saveReplacing("x") && table.saveReplacing(u"y");
+    mox::Problem problem;
+    const bool isSet = profile.set("a", "b", 4000000000U, &problem) && table.set("a", 0.5, &problem) &&
+                       table.set("a", "text") && profile.set("a", "c", std::vector<std::uint8_t>{1}) &&
+                       table.setComment("a", "c", &problem) && table.rename("a", "d") &&
+                       table.setEud("d", true);
+    const bool isRead = profile.get<bool>("a", "b", false) && profile.get<std::int64_t>("a", "b", 0) != 0 &&
+                        table.get<double>("a", &problem).has_value() && table.getOr<int>("a", 0) == 0 &&
+                        profile.get<std::u16string>("a", "b").has_value() &&
+                        profile.get<std::vector<std::uint8_t>>("a", "c").has_value() &&
+                        !profile.keys("a").empty();
+    return isAdded && isSet && isRead && count != 0 && profile.saveReplacing("x") &&
+           table.saveReplacing(u"y");
 }
