@@ -10,13 +10,14 @@
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 #include "mox_xmlApi/disk/content_hash.h"
+#include "mox_xmlApi/disk/old_file.h"
 #include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/posix_access.h"
 #include "mox_xmlApi/disk/posix_place.h"
 #include "mox_xmlApi/disk/posix_temporary.h"
-#include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/disk/stamp_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
 
@@ -50,7 +51,7 @@ class Attempt {
     Outcome Run(std::string_view bytes, FileStamp& stamp) {
         if (!target_.Locate(path_, Links::Follow, problem_)) return Outcome::Failed;
         if (const Outcome opened = OpenOld(); opened != Outcome::Done) return opened;
-        if (!IsAsExpected() || !MakeBackup()) return Outcome::Failed;
+        if (!old_.IsAsExpected(options_.onlyIf, path_, problem_) || !MakeBackup()) return Outcome::Failed;
         return PutInPlace(IsReplacing() ? What::Replacement : What::NewFile, target_, path_, bytes, stamp);
     }
 
@@ -84,7 +85,7 @@ class Attempt {
         // Without waiting, should it be a pipe by now.
         constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
         int file = openat(folder, name, O_RDONLY | kFlags);
-        isReadable_ = file >= 0;
+        const bool isReadable = file >= 0;
         if (file < 0 && errno == EACCES) file = openat(folder, name, O_WRONLY | kFlags);
         if (file < 0) {
             if (errno == EWOULDBLOCK)
@@ -92,43 +93,14 @@ class Attempt {
             if (errno == ENOENT || errno == ELOOP || errno == EINTR) return Outcome::Again;
             return Failed(FailBySystemError(Reason::ReadFailed, "cannot open the file"));
         }
-        old_ = OpenFile(file);
-        if (!Lock(old_, deadline_))
+        OpenFile opened(file);
+        if (!Lock(opened, deadline_))
             return Failed(Fail(Reason::Busy, "another process is replacing the file and does not finish"));
-        if (StampFile(old_, oldStamp_) != FileType::Regular || fstat(file, &oldStatus_) != 0 ||
+        if (old_.Open(std::move(opened), isReadable) != FileType::Regular || fstat(file, &oldStatus_) != 0 ||
             !target_.IsOf(oldStatus_))
             return Outcome::Again;
-        if (access_.Read(old_)) return Outcome::Done;
+        if (access_.Read(old_.File())) return Outcome::Done;
         return Failed(FailBySystemError(Reason::ReadFailed, "cannot read the access rights of the file"));
-    }
-
-    // Reads the old file, unless that is done.
-    bool ReadOld() {
-        if (isRead_) return true;
-        if (!isReadable_) return Fail(Reason::NoPermission, "cannot read the file to compare or copy it");
-        oldBytes_.clear();
-        switch (ReadToEnd(old_, oldStamp_.size, kLargestFile, oldBytes_)) {
-            case ReadResult::Done:
-                break;
-            case ReadResult::TooLarge:
-                return Fail(Reason::TooLarge, "it is too large to compare or copy it");
-            case ReadResult::Failed:
-                return FailBySystemError(Reason::ReadFailed, "cannot read the file");
-        }
-        DescribeContent(oldBytes_, oldStamp_);
-        isRead_ = true;
-        return true;
-    }
-
-    // Whether the old file is the one that may be replaced.
-    bool IsAsExpected() {
-        if (options_.onlyIf == nullptr) return true;
-        const FileStamp& expected = *options_.onlyIf;
-        if (!IsReplacing()) return !expected.exists || Fail(Reason::Changed, "the file no longer exists");
-        if (!expected.exists) return Fail(Reason::Changed, "the file exists by now");
-        constexpr std::string_view kChanged = "the file has changed since it was read";
-        if (expected.size != oldStamp_.size) return Fail(Reason::Changed, kChanged);
-        return ReadOld() && (oldStamp_.hasContentOf(expected) || Fail(Reason::Changed, kChanged));
     }
 
     // Copies the old file, if that is asked for.
@@ -148,7 +120,8 @@ class Attempt {
                 return fail(Reason::InvalidText, "the backup would be the file itself");
         }
         FileStamp ignored;
-        if (!ReadOld() || PutInPlace(What::Backup, place, path, oldBytes_, ignored) != Outcome::Done)
+        if (!old_.Read(path_, problem_) ||
+            PutInPlace(What::Backup, place, path, old_.Bytes(), ignored) != Outcome::Done)
             return false;
         return place.Flush() || FailBySystem(problem_, path, Reason::WriteFailed,
                                              "cannot flush the folder of the backup", LastSystemError());
@@ -166,7 +139,7 @@ class Attempt {
         const OpenFile& file = temporary.File();
         if (!WriteAll(file, bytes)) return failBySystem("cannot write the file");
         if (what != What::NewFile) {
-            CopyUserAttributes(old_, file);
+            CopyUserAttributes(old_.File(), file);
             if (!access_.GiveTo(file)) return failBySystem("cannot set the access rights of the file");
         }
         if (fsync(file.Get()) != 0) return failBySystem("cannot flush the file");
@@ -206,13 +179,9 @@ class Attempt {
     const Deadline& deadline_;
     Problem* problem_;
     Place target_;
-    OpenFile old_;  // not open if there is none
+    OldFile old_;  // not open if there is none
     struct stat oldStatus_ {};
-    FileStamp oldStamp_;
     Access access_;
-    std::string oldBytes_;
-    bool isReadable_ = false;
-    bool isRead_ = false;
 };
 
 }  // namespace

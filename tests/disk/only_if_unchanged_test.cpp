@@ -17,6 +17,9 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
+
+#include "mox_xmlApi/disk/windows_mutex.h"
+#include "mox_xmlApi/disk/windows_paths.h"
 #else
 #include <csignal>
 #include <fcntl.h>
@@ -156,7 +159,41 @@ TEST_F(OnlyIfUnchanged, ProcessesThatCreateTheFileAtTheSameTimeLoseNothingEither
     }
 }
 
-#if !defined(_WIN32)
+#if defined(_WIN32)
+
+TEST_F(OnlyIfUnchanged, AProcessThatDoesNotFinishMakesTheFileBusy) {
+    const std::wstring path = mox::disk::FinalPath(mox::disk::OpenExisting(file.wstring(), 0));
+    mox::ReplaceOptions options;
+    options.patience = std::chrono::milliseconds(50);
+    mox::disk::PathMutex mutex;
+    ASSERT_TRUE(mutex.Lock(path, mox::disk::Deadline(options.patience)));
+    // The same thread would be let in.
+    std::thread([&] { EXPECT_EQ(ReasonFor(file, "new", options), Reason::Busy); }).join();
+    EXPECT_EQ(host::ReadBytes(file), "old");
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{"f.xml"});
+}
+
+TEST_F(OnlyIfUnchanged, TheLockOfAThreadThatEndedInTheMiddleIsGone) {
+    const std::wstring path = mox::disk::FinalPath(mox::disk::OpenExisting(file.wstring(), 0));
+    const mox::disk::Deadline deadline(std::chrono::milliseconds(50));
+    mox::disk::PathMutex mutex;
+    std::thread([&] { EXPECT_TRUE(mutex.Lock(path, deadline)); }).join();
+    EXPECT_EQ(ReasonFor(file, "new", OnlyIf(StampOf(file))), Reason::None);
+}
+
+TEST_F(OnlyIfUnchanged, AFileThatIsInUseForAMomentIsReplacedThen) {
+    const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(handle, INVALID_HANDLE_VALUE);
+    std::thread other([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        CloseHandle(handle);
+    });
+    EXPECT_EQ(ReasonFor(file, "new"), Reason::None);
+    other.join();
+}
+
+#else
 
 // A lock on the file that the test itself has.
 class HeldLock {
