@@ -103,4 +103,16 @@ bool WriteAll(const OpenFile& file, std::string_view bytes) noexcept {
     return true;
 }
 
+bool FlushFile(const OpenFile& file) noexcept {
+#if defined(_WIN32)
+    return FlushFileBuffers(file.Get()) != 0;
+#else
+    int result = 0;
+    do {
+        result = fsync(file.Get());
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
+#endif
+}
+
 }  // namespace mox::disk

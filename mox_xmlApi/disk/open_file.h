@@ -62,6 +62,9 @@ ReadResult ReadToEnd(const OpenFile& file, std::uint64_t expected, std::uint64_t
 // Writes the bytes at the present position. Returns false on failure; LastSystemError() says why.
 bool WriteAll(const OpenFile& file, std::string_view bytes) noexcept;
 
+// Flushes the file to the disk. Returns false on failure; LastSystemError() says why.
+bool FlushFile(const OpenFile& file) noexcept;
+
 }  // namespace mox::disk
 
 #endif

@@ -90,8 +90,7 @@ bool Place::IsOf(const struct stat& file) const noexcept {
 }
 
 bool Place::Flush() const noexcept {
-    return fsync(folder_.Get()) == 0 || errno == EINVAL || errno == EBADF || errno == ENOTSUP ||
-           errno == EROFS;
+    return FlushFile(folder_) || errno == EINVAL || errno == EBADF || errno == ENOTSUP || errno == EROFS;
 }
 
 }  // namespace mox::disk

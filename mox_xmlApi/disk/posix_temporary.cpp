@@ -63,21 +63,18 @@ bool TemporaryFile::RenameToNew() noexcept {
 }
 
 bool TemporaryFile::IsAt(const std::string& name) const noexcept {
-    struct stat own;
     struct stat found;
-    return fstat(file_.Get(), &own) == 0 && own.st_nlink == 1 &&
-           fstatat(target_.Folder().Get(), name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
-           IsSameFile(own, found);
+    return fstatat(target_.Folder().Get(), name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
+           IsSameFile(own_, found) && found.st_nlink == 1;
 }
 
 void TemporaryFile::Remove() noexcept {
     if (name_.empty()) return;
-    struct stat own;
-    struct stat found;
     const int folder = target_.Folder().Get();
-    const bool isOurs = fstat(file_.Get(), &own) == 0 &&
+    struct stat found;
+    const bool isOurs = fstat(file_.Get(), &own_) == 0 &&
                         fstatat(folder, name_.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
-                        IsSameFile(own, found);
+                        IsSameFile(own_, found);
     if (isOurs) unlinkat(folder, name_.c_str(), 0);
     name_.clear();
 }

@@ -29,14 +29,14 @@ class TemporaryFile {
     const OpenFile& File() const noexcept { return file_; }
 
     // Whether its name in the folder still is that of the file that was created, and its only name.
-    bool IsInPlace() const noexcept { return IsAt(name_); }
+    bool IsInPlace() noexcept { return fstat(file_.Get(), &own_) == 0 && IsAt(name_); }
 
     // Renames it to the target's name, which is replaced. Returns false on failure; errno says why.
     bool RenameOver() noexcept;
     // Renames it only if nothing has that name (otherwise errno is EEXIST).
     bool RenameToNew() noexcept;
 
-    // After it has been renamed: whether the target's name is that of the file that was created.
+    // After IsInPlace and the renaming: whether the target's name is that of the file that was created.
     bool IsTarget() const noexcept { return IsAt(target_.Name()); }
 
   private:
@@ -45,6 +45,7 @@ class TemporaryFile {
 
     const Place& target_;
     OpenFile file_;
+    struct stat own_ {};
     std::string name_;  // empty if there is no temporary file any more
 };
 

@@ -84,13 +84,20 @@ class Attempt {
         }
         // Without waiting, should it be a pipe by now.
         constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-        int file = openat(folder, name, O_RDONLY | kFlags);
+        const auto openFor = [&](int access) {
+            int opened = -1;
+            do {
+                opened = openat(folder, name, access | kFlags);
+            } while (opened < 0 && errno == EINTR);
+            return opened;
+        };
+        int file = openFor(O_RDONLY);
         const bool isReadable = file >= 0;
-        if (file < 0 && errno == EACCES) file = openat(folder, name, O_WRONLY | kFlags);
+        if (file < 0 && errno == EACCES) file = openFor(O_WRONLY);
         if (file < 0) {
             if (errno == EWOULDBLOCK)
                 return Failed(Fail(Reason::Busy, "another process has a lease on the file"));
-            if (errno == ENOENT || errno == ELOOP || errno == EINTR) return Outcome::Again;
+            if (errno == ENOENT || errno == ELOOP) return Outcome::Again;
             return Failed(FailBySystemError(Reason::ReadFailed, "cannot open the file"));
         }
         OpenFile opened(file);
@@ -142,7 +149,7 @@ class Attempt {
             CopyUserAttributes(old_.File(), file);
             if (!access_.GiveTo(file)) return failBySystem("cannot set the access rights of the file");
         }
-        if (fsync(file.Get()) != 0) return failBySystem("cannot flush the file");
+        if (!FlushFile(file)) return failBySystem("cannot flush the file");
         if (StampFile(file, stamp) != FileType::Regular) return failBySystem("cannot examine the file");
         DescribeContent(bytes, stamp);
 

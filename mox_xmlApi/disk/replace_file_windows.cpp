@@ -155,7 +155,7 @@ class Attempt {
         const OpenFile& file = temporary.File();
         if (!WriteAll(file, bytes)) return failBySystem("cannot write the file");
         if (!isNew && !access_.GiveTo(file)) return failBySystem("cannot set the access rights of the file");
-        if (FlushFileBuffers(file.Get()) == 0) return failBySystem("cannot flush the file");
+        if (!FlushFile(file)) return failBySystem("cannot flush the file");
         if (StampFile(file, stamp) != FileType::Regular) return failBySystem("cannot examine the file");
         DescribeContent(bytes, stamp);
         const SystemError error = Rename(temporary, name, !isNew);

@@ -12,6 +12,7 @@
 #include <cstdarg>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -38,6 +39,8 @@ decltype(&CreateFileW) realCreateFile = nullptr;
 decltype(&GetFileSizeEx) realGetFileSize = nullptr;
 decltype(&ReadFile) realReadFile = nullptr;
 decltype(&WriteFile) realWriteFile = nullptr;
+decltype(&FlushFileBuffers) realFlushFileBuffers = nullptr;
+decltype(&SetFileInformationByHandle) realSetFileInformation = nullptr;
 decltype(&CloseHandle) realCloseHandle = nullptr;
 
 BOOL Refuse(DWORD error) {
@@ -72,6 +75,18 @@ BOOL WINAPI WatchedWriteFile(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD cou
     return Refuse(ERROR_DISK_FULL);
 }
 
+BOOL WINAPI WatchedFlushFileBuffers(HANDLE file) {
+    return Ask(FileCall::Flush) == Answer::Plain ? realFlushFileBuffers(file) : Refuse(ERROR_DISK_FULL);
+}
+
+BOOL WINAPI WatchedSetFileInformation(HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, LPVOID information,
+                                      DWORD size) {
+    // The other use, which removes a file, is what is done after a failure.
+    if (what != FileRenameInfo || Ask(FileCall::Rename) == Answer::Plain)
+        return realSetFileInformation(file, what, information, size);
+    return Refuse(ERROR_DISK_FULL);
+}
+
 BOOL WINAPI WatchedCloseHandle(HANDLE handle) {
     const Answer answer = Ask(FileCall::Close);
     const BOOL closed = realCloseHandle(handle);
@@ -88,6 +103,8 @@ void Install(const char* name, Function* replacement, Function*& original) {
     Install("GetFileSizeEx", &WatchedGetFileSize, realGetFileSize);
     Install("ReadFile", &WatchedReadFile, realReadFile);
     Install("WriteFile", &WatchedWriteFile, realWriteFile);
+    Install("FlushFileBuffers", &WatchedFlushFileBuffers, realFlushFileBuffers);
+    Install("SetFileInformationByHandle", &WatchedSetFileInformation, realSetFileInformation);
     Install("CloseHandle", &WatchedCloseHandle, realCloseHandle);
     return true;
 }();
@@ -98,7 +115,7 @@ void Install(const char* name, Function* replacement, Function*& original) {
 bool GoesOn(FileCall call, int error) {
     const Answer answer = Ask(call);
     if (answer == Answer::Plain) return true;
-    errno = answer == Answer::Interrupted ? EINTR : error;
+    errno = answer == Answer::Interrupted ? EINTR : answer == Answer::Unsupported ? EINVAL : error;
     return false;
 }
 
@@ -145,6 +162,38 @@ int open(const char* path, int flags, ...) {
     }
     if (!faults::GoesOn(faults::FileCall::Open, EMFILE)) return -1;
     return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
+int openat(int folder, const char* path, int flags, ...) {
+    mode_t mode = 0;
+    if ((flags & O_CREAT) != 0) {
+        std::va_list arguments;
+        va_start(arguments, flags);
+        mode = va_arg(arguments, mode_t);
+        va_end(arguments);
+    }
+    if (!faults::GoesOn(faults::FileCall::Open, EMFILE)) return -1;
+    return static_cast<int>(syscall(SYS_openat, folder, path, flags, mode));
+}
+
+int fsync(int file) {
+    if (!faults::GoesOn(faults::FileCall::Flush, EIO)) return -1;
+    return static_cast<int>(syscall(SYS_fsync, file));
+}
+
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
+    if (!faults::GoesOn(faults::FileCall::Rename, EIO)) return -1;
+    return static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, 0));
+}
+
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
+    if (!faults::GoesOn(faults::FileCall::Rename, EIO)) return -1;
+    return static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
+}
+
+int memfd_create(const char* name, unsigned flags) noexcept {
+    if (!faults::GoesOn(faults::FileCall::MakeInMemory, ENOSYS)) return -1;
+    return static_cast<int>(syscall(SYS_memfd_create, name, flags));
 }
 
 int fstat(int file, struct stat* status) noexcept {

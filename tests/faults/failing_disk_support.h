@@ -1,7 +1,7 @@
 // The calls of the system that the library makes for its files, answered as a disk in trouble would.
 //
-// On Linux this program has its own open, fstat, read, write and close, through which those of the library's objects go.
-// On Windows the imports of this program are exchanged.
+// On Linux this program has its own open, openat, fstat, read, write, fsync, renameat, renameat2, memfd_create and close,
+// through which those of the library's objects go. On Windows the imports of this program are exchanged.
 #ifndef MOX_XMLAPI_TESTS_FAULTS_FAILING_DISK_SUPPORT_H
 #define MOX_XMLAPI_TESTS_FAULTS_FAILING_DISK_SUPPORT_H
 
@@ -12,12 +12,13 @@
 
 namespace faults {
 
-enum class FileCall { Open, Size, Read, Write, Close };
+enum class FileCall { Open, Size, Read, Write, Flush, Rename, Close, MakeInMemory };
 
 enum class Answer {
     Plain,        // what the system says
     Fails,        // an error of the device; a file is closed all the same
     Interrupted,  // a signal came first; Linux only
+    Unsupported,  // the file system cannot do that; Linux only
 };
 
 // While one lives, the rule is asked before each call how it is to be answered. One at a time.

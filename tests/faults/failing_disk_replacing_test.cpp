@@ -1,0 +1,345 @@
+// Every call of the system that a replacement makes for its files fails in turn, and between two calls others do what
+// they can.
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "mox_xmlApi/disk/read_file.hpp"
+#include "mox_xmlApi/disk/replace_file.hpp"
+#include "mox_xmlApi/disk/scratch_file.hpp"
+#include "tests/faults/failing_disk_support.h"
+#include "tests/host/host_support.h"
+#if !defined(_WIN32)
+#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace faults {
+namespace {
+
+namespace fs = std::filesystem;
+using mox::Reason;
+
+// A folder with a file and perhaps its backup.
+class Replacing : public testing::Test {
+  protected:
+    Replacing() {
+        fs::remove_all(folder);
+        fs::create_directory(folder);
+    }
+    ~Replacing() override { fs::remove_all(folder); }
+
+    std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder))
+            names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    // The temporary file that there is now.
+    fs::path Temporary() const {
+        for (const std::string& name : Names()) {
+            if (name.rfind(".mox-", 0) == 0) return folder / name;
+        }
+        return {};
+    }
+
+    const fs::path folder = host::ScratchFolder() / "replacing";
+    const fs::path file = folder / "f.xml";
+    const fs::path backup = folder / "f.bak";
+};
+
+TEST_F(Replacing, LeavesTheOldOrTheNewFileWhicheverCallFails) {
+    const std::uint64_t open = OpenHandles();
+    int failures = 0;
+    for (const bool isNew : {false, true}) {
+        for (std::uint64_t first = 1;; ++first) {
+            fs::remove(file);
+            if (!isNew) host::WriteBytes(file, "old");
+            host::WriteBytes(backup, "good");
+            mox::FileStamp stamp;
+            static_cast<void>(mox::readFile(file.u16string(), &stamp));
+            mox::ReplaceOptions options;
+            options.onlyIf = &stamp;
+            options.backup = mox::Text(backup.u16string());
+            options.patience = std::chrono::milliseconds(0);
+
+            std::uint64_t calls = 0;
+            std::optional<FileCall> failed;
+            mox::Problem problem;
+            bool isReplaced = false;
+            {
+                const WatchedFiles files([&](FileCall call) {
+                    if (++calls != first) return Answer::Plain;
+                    failed = call;
+                    return Answer::Fails;
+                });
+                isReplaced = mox::replaceFile(file.u16string(), "new", options, nullptr, &problem);
+            }
+            ASSERT_EQ(isReplaced, !problem);
+            // What is closed or removed is no longer needed; the folder is flushed when the file is in place.
+            if (failed && isReplaced) {
+                ASSERT_TRUE(*failed == FileCall::Close || *failed == FileCall::Flush ||
+                            *failed == FileCall::Open)
+                    << "call " << first;
+            }
+            if (!isReplaced) {
+                ASSERT_TRUE(failed.has_value()) << problem.toString();
+            }
+            if (isReplaced || !isNew) {
+                ASSERT_EQ(host::ReadBytes(file), isReplaced ? "new" : "old") << "call " << first;
+            } else {
+                ASSERT_FALSE(fs::exists(file)) << "call " << first;
+            }
+            const std::string kept = host::ReadBytes(backup);
+            ASSERT_TRUE(kept == (isNew ? "good" : "old") || (!isReplaced && kept == "good")) << kept;
+            ASSERT_EQ(OpenHandles(), open) << "call " << first;
+            // A temporary file can stay only where its removal needs the very call that failed.
+            const std::vector<std::string> names = Names();
+            ASSERT_LE(names.size(), 2U) << "call " << first << ": " << testing::PrintToString(names);
+            if (!failed) break;
+            ++failures;
+        }
+    }
+    EXPECT_GT(failures, 20);
+    RecordProperty("failures", failures);
+}
+
+#if !defined(_WIN32)
+
+TEST_F(Replacing, TakesNoHarmFromSignals) {
+    host::WriteBytes(file, "old");
+    mox::ReplaceOptions options;
+    options.backup = mox::Text(backup.u16string());
+    bool wasInterrupted = false;
+    const auto rule = [&](FileCall call) {
+        const bool canBe = call == FileCall::Open || call == FileCall::Read || call == FileCall::Write ||
+                           call == FileCall::Flush;
+        wasInterrupted = canBe && !wasInterrupted;
+        return wasInterrupted ? Answer::Interrupted : Answer::Plain;
+    };
+    {
+        const WatchedFiles files(rule, 2);
+        EXPECT_TRUE(mox::replaceFile(file.u16string(), "new text", options));
+        EXPECT_EQ(mox::readFile(file.u16string()), "new text");
+    }
+    EXPECT_EQ(host::ReadBytes(backup), "old");
+}
+
+// Does something before the call of that kind with that number.
+WatchedFiles::Rule Before(FileCall which, int number, std::function<void()> act) {
+    return [=, count = 0](FileCall call) mutable {
+        if (call == which && ++count == number) act();
+        return Answer::Plain;
+    };
+}
+
+TEST_F(Replacing, NoticesATemporaryFileThatWasExchanged) {
+    const fs::path victim = folder / "victim";
+    for (const bool isNew : {false, true}) {
+        for (const FileCall moment : {FileCall::Write, FileCall::Flush}) {
+            fs::remove(file);
+            if (!isNew) host::WriteBytes(file, "old");
+            host::WriteBytes(victim, "secret");
+            mox::Problem problem;
+            {
+                const WatchedFiles files(Before(moment, 1, [&] {
+                    const fs::path temporary = Temporary();
+                    fs::remove(temporary);
+                    fs::create_symlink("victim", temporary);
+                }));
+                EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", {}, nullptr, &problem));
+            }
+            EXPECT_EQ(problem.reason, Reason::WriteFailed);
+            EXPECT_EQ(problem.message, "another process has exchanged or removed the temporary file");
+            EXPECT_EQ(host::ReadBytes(victim), "secret");
+            EXPECT_EQ(fs::exists(file), !isNew);
+            fs::remove(Temporary());  // which is not ours
+        }
+    }
+}
+
+TEST_F(Replacing, IsNoSuccessIfTheFileWasExchangedAtTheLastMoment) {
+    const fs::path victim = folder / "victim";
+    host::WriteBytes(victim, "secret");
+    for (const bool isNew : {false, true}) {
+        fs::remove(file);
+        if (!isNew) host::WriteBytes(file, "old");
+        mox::Problem problem;
+        {
+            const WatchedFiles files(Before(FileCall::Rename, 1, [&] {
+                const fs::path temporary = Temporary();
+                fs::remove(temporary);
+                fs::create_symlink("victim", temporary);
+            }));
+            EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", {}, nullptr, &problem));
+        }
+        EXPECT_EQ(problem.reason, Reason::Changed);
+        EXPECT_EQ(host::ReadBytes(victim), "secret");
+    }
+}
+
+TEST_F(Replacing, NoticesASecondNameOfTheTemporaryFile) {
+    host::WriteBytes(file, "old");
+    mox::Problem problem;
+    {
+        const WatchedFiles files(
+            Before(FileCall::Flush, 1, [&] { fs::create_hard_link(Temporary(), folder / "second"); }));
+        EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", {}, nullptr, &problem));
+    }
+    EXPECT_EQ(problem.reason, Reason::WriteFailed);
+    EXPECT_EQ(host::ReadBytes(file), "old");
+}
+
+TEST_F(Replacing, BeginsAgainIfAnotherProgramReplacesTheFileMeanwhile) {
+    host::WriteBytes(file, "old");
+    ASSERT_EQ(chmod(file.c_str(), 0600), 0);
+    const auto replaceByOther = [&] {
+        host::WriteBytes(folder / "other", "other");
+        ASSERT_EQ(chmod((folder / "other").c_str(), 0640), 0);
+        fs::rename(folder / "other", file);
+    };
+    {
+        const WatchedFiles files(Before(FileCall::Flush, 1, replaceByOther));
+        EXPECT_TRUE(mox::replaceFile(file.u16string(), "new"));
+    }
+    EXPECT_EQ(host::ReadBytes(file), "new");
+    struct stat status {};
+    ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, mode_t{0640});
+    // The other one's file is the one that stays if only the file that was read may be replaced.
+    mox::FileStamp stamp;
+    ASSERT_TRUE(mox::readFile(file.u16string(), &stamp).has_value());
+    mox::ReplaceOptions options;
+    options.onlyIf = &stamp;
+    mox::Problem problem;
+    {
+        const WatchedFiles files(Before(FileCall::Flush, 1, replaceByOther));
+        EXPECT_FALSE(mox::replaceFile(file.u16string(), "newer", options, nullptr, &problem));
+    }
+    EXPECT_EQ(problem.reason, Reason::Changed);
+    EXPECT_EQ(host::ReadBytes(file), "other");
+}
+
+TEST_F(Replacing, DoesNotOverwriteAFileThatAppearsMeanwhile) {
+    const auto create = [&] { host::WriteBytes(file, "other"); };
+    const mox::FileStamp missing;
+    mox::ReplaceOptions options;
+    options.onlyIf = &missing;
+    mox::Problem problem;
+    {
+        const WatchedFiles files(Before(FileCall::Rename, 1, create));
+        EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", options, nullptr, &problem));
+    }
+    EXPECT_EQ(problem.reason, Reason::Changed);
+    EXPECT_EQ(host::ReadBytes(file), "other");
+    fs::remove(file);
+    {
+        const WatchedFiles files(Before(FileCall::Rename, 1, create));
+        EXPECT_TRUE(mox::replaceFile(file.u16string(), "new"));
+    }
+    EXPECT_EQ(host::ReadBytes(file), "new");
+    EXPECT_EQ(Names(), std::vector<std::string>{"f.xml"});
+}
+
+TEST_F(Replacing, HasNoFileThatOthersMayReadBeforeTheyMay) {
+    host::WriteBytes(file, "old");
+    ASSERT_EQ(chmod(file.c_str(), 0600), 0);
+    mox::ReplaceOptions options;
+    options.backup = mox::Text(backup.u16string());
+    const mode_t mask = umask(0);
+    int seen = 0;
+    {
+        const WatchedFiles files([&](FileCall) {
+            struct stat status {};
+            const fs::path temporary = Temporary();
+            if (!temporary.empty() && stat(temporary.c_str(), &status) == 0) {
+                ++seen;
+                EXPECT_EQ(status.st_mode & 0177, 0U);
+            }
+            return Answer::Plain;
+        });
+        EXPECT_TRUE(mox::replaceFile(file.u16string(), "new", options));
+    }
+    umask(mask);
+    EXPECT_GT(seen, 4);
+}
+
+// Not every file system can rename on condition that there is no such file.
+WatchedFiles::Rule WithoutConditionalRenaming(std::function<void()> act) {
+    return [=](FileCall call) {
+        if (call != FileCall::Rename) return Answer::Plain;
+        act();
+        return Answer::Unsupported;
+    };
+}
+
+TEST_F(Replacing, CreatesAFileWhereRenamingHasNoConditions) {
+    mox::FileStamp stamp;
+    mox::ReplaceOptions options;
+    options.onlyIf = &stamp;
+    {
+        const WatchedFiles files(WithoutConditionalRenaming([] {}));
+        EXPECT_TRUE(mox::replaceFile(file.u16string(), "new", options));
+    }
+    EXPECT_EQ(host::ReadBytes(file), "new");
+    EXPECT_EQ(Names(), std::vector<std::string>{"f.xml"});
+    fs::remove(file);
+    mox::Problem problem;
+    {
+        const WatchedFiles files(WithoutConditionalRenaming([&] { host::WriteBytes(file, "other"); }));
+        EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", options, nullptr, &problem));
+    }
+    EXPECT_EQ(problem.reason, Reason::Changed);
+    EXPECT_EQ(host::ReadBytes(file), "other");
+    EXPECT_EQ(Names(), std::vector<std::string>{"f.xml"});
+}
+
+TEST_F(Replacing, ScratchFilesAreInAFolderOfTheirOwnIfNotInMemory) {
+    const char* const before = std::getenv("TMPDIR");
+    const std::string old = before == nullptr ? "" : before;
+    setenv("TMPDIR", folder.c_str(), 1);
+    const mode_t mask = umask(0);
+    {
+        const WatchedFiles files(
+            [](FileCall call) { return call == FileCall::MakeInMemory ? Answer::Fails : Answer::Plain; });
+        auto scratch = mox::ScratchFile::create();
+        ASSERT_TRUE(scratch.has_value());
+        ASSERT_EQ(Names().size(), 1U);
+        struct stat status {};
+        ASSERT_EQ(stat((folder / Names()[0]).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, mode_t{0700});
+        EXPECT_TRUE(scratch->write("text"));
+        EXPECT_EQ(scratch->read(), "text");
+        mox::ScratchFile moved(std::move(*scratch));
+        EXPECT_EQ(moved.read(), "text");
+    }
+    EXPECT_EQ(Names(), std::vector<std::string>{});
+    fs::remove_all(folder);
+    mox::Problem problem;
+    {
+        const WatchedFiles files(
+            [](FileCall call) { return call == FileCall::MakeInMemory ? Answer::Fails : Answer::Plain; });
+        EXPECT_FALSE(mox::ScratchFile::create(&problem).has_value());
+    }
+    EXPECT_EQ(problem.reason, Reason::NotFound);
+    umask(mask);
+    if (before == nullptr) {
+        unsetenv("TMPDIR");
+    } else {
+        setenv("TMPDIR", old.c_str(), 1);
+    }
+}
+
+#endif
+
+}  // namespace
+}  // namespace faults
