@@ -161,13 +161,16 @@ function(build_with_pkg_config pcFolder headers libraries folder)
   if(NOT version STREQUAL VERSION)
     message(FATAL_ERROR "pkg-config says version ${version} instead of ${VERSION}")
   endif()
-  execute_process(COMMAND ${PKG_CONFIG} --cflags --libs mox_xmlApi
-    OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-  separate_arguments(flags UNIX_COMMAND "${flags}")
+  foreach(package mox_xmlApi mox_front)
+    execute_process(COMMAND ${PKG_CONFIG} --cflags --libs ${package}
+      OUTPUT_VARIABLE flags_${package} OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    separate_arguments(flags_${package} UNIX_COMMAND "${flags_${package}}")
+  endforeach()
 
   file(MAKE_DIRECTORY ${folder})
   set(consumer ${SOURCES}/tests/packaging/consumer/consumer)
-  run(${C_COMPILER} -std=c11 ${consumer}.c -o ${folder}/consumer_c${CMAKE_EXECUTABLE_SUFFIX} ${flags})
+  run(${C_COMPILER} -std=c11 ${consumer}.c -o ${folder}/consumer_c${CMAKE_EXECUTABLE_SUFFIX}
+    ${flags_mox_xmlApi})
   run(${CXX_COMPILER} -std=c++17 ${consumer}.cpp -o ${folder}/consumer_cpp${CMAKE_EXECUTABLE_SUFFIX}
-    ${flags})
+    ${flags_mox_front})
 endfunction()

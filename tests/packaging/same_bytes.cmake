@@ -17,7 +17,7 @@ execute_process(
   COMMAND ${CMAKE_COMMAND} -S ${copy} -B ${again} ${settings}
     -DMOX_BUILD_TESTS=OFF -DMOX_BUILD_EXAMPLES=OFF -DMOX_BUILD_TOOLS=OFF
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
-execute_process(COMMAND ${CMAKE_COMMAND} --build ${again} --parallel 2 --target mox_xmlApi
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${again} --parallel 2 --target mox_xmlApi mox_front
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 
 string(REPLACE "," ";" libraries "${LIBRARIES}")

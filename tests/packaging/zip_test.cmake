@@ -21,7 +21,7 @@ check_links(${prefix}/share/doc/mox_xmlApi)
 check_files(${prefix}
   bin/mox-xml.exe bin/mox_xmlApi.dll bin/mox_dbtInfo.dll bin/mox_porting.dll
   bin/libstdc++-6.dll bin/libgcc_s_seh-1.dll bin/libwinpthread-1.dll
-  lib/libmox_xmlApi.dll.a lib/libmox_dbtInfo.dll.a lib/mox_xmlApi.lib
+  lib/libmox_xmlApi.dll.a lib/libmox_dbtInfo.dll.a lib/libmox_front.a lib/mox_xmlApi.lib
   share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md share/doc/mox_xmlApi/runtime-dlls.txt)
 # Without the symbols the DLLs must still have the same imports and flags.
 run(${CMAKE_COMMAND} -DLIBRARIES=${prefix}/bin/mox_xmlApi.dll,${prefix}/bin/mox_dbtInfo.dll,${prefix}/bin/mox_porting.dll
