@@ -2,7 +2,9 @@
 #ifndef MOX_XMLAPI_DISK_REPLACE_ON_SYSTEM_H
 #define MOX_XMLAPI_DISK_REPLACE_ON_SYSTEM_H
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -27,13 +29,17 @@ inline constexpr int kMostNames = 1000;
 // The moment until which to wait for others.
 class Deadline {
   public:
+    // More than a year counts as a year, so that the sum with the present time stays in range.
     explicit Deadline(std::chrono::milliseconds patience)
-        : end_(std::chrono::steady_clock::now() + patience) {}
+        : end_(std::chrono::steady_clock::now() + std::clamp(patience, kNone, kYear)) {}
 
     bool IsOver() const { return std::chrono::steady_clock::now() >= end_; }
     std::chrono::steady_clock::time_point End() const { return end_; }
 
   private:
+    static constexpr std::chrono::milliseconds kNone{0};
+    static constexpr std::chrono::milliseconds kYear = std::chrono::hours(365 * 24);
+
     std::chrono::steady_clock::time_point end_;
 };
 

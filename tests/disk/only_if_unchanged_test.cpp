@@ -109,6 +109,14 @@ TEST_F(OnlyIfUnchanged, ThePassedStampServesForTheNextReplacement) {
     EXPECT_TRUE(stamp == before);
 }
 
+TEST_F(OnlyIfUnchanged, AnyPatienceIsAccepted) {
+    mox::ReplaceOptions options;
+    for (const auto patience : {(std::chrono::milliseconds::max)(), (std::chrono::milliseconds::min)()}) {
+        options.patience = patience;
+        EXPECT_EQ(ReasonFor(file, "new", options), Reason::None);
+    }
+}
+
 // ---- several processes
 
 fs::path Appender() {
