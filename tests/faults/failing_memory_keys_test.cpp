@@ -37,10 +37,17 @@ TEST(FailingMemory, EnumerationStaysWhereItIs) {
     FailMemoryIn("xmlEnumProfileSections", {"first step", &LoadDocument, step, {}, failed});
     const auto start = [](World& world) {
         LoadDocument(world);
-        void* first = xmlEnumProfileSections(world.profile, &world.enumeration, nullptr, 0, nullptr);
-        xmlTableDispose(&first);
+        world.section = xmlEnumProfileSections(world.profile, &world.enumeration, nullptr, 0, nullptr);
     };
-    FailMemoryIn("xmlEnumProfileSections", {"second step", start, step, {}, failed});
+    // The first handle stays in use: a released one would serve again, without memory.
+    const auto secondStep = [&](World& world) {
+        before = world.enumeration;
+        void* second = xmlEnumProfileSections(world.profile, &world.enumeration, nullptr, 0, nullptr);
+        const bool isFound = second != nullptr;
+        xmlTableDispose(&second);
+        return isFound;
+    };
+    FailMemoryIn("xmlEnumProfileSections", {"second step", start, secondStep, {}, failed});
     ExpectNoMemoryUse(
         "xmlEnumProfileSections",
         {"last step", [](World& world) { world.profile = xmlProfileNew(nullptr, nullptr, 0, 0); },
