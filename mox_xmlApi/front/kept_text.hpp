@@ -21,7 +21,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -110,10 +109,17 @@ inline BrokenRule FindBrokenRule(UnitsView text, TextPlace place, Form form) noe
     return {};
 }
 
+// "U+00FC", for example.
+inline std::string NameOfUnit(char16_t unit) {
+    std::string name = "U+";
+    for (int shift = 12; shift >= 0; shift -= 4)
+        name += "0123456789ABCDEF"[(unit >> shift) & 0xF];
+    return name;
+}
+
 // The rule as the end of a sentence that begins with what the text is: "the value " + Describe(broken).
 inline std::string Describe(const BrokenRule& broken) {
-    char unit[8];
-    std::snprintf(unit, sizeof unit, "U+%04X", static_cast<unsigned>(broken.unit));
+    const std::string unit = NameOfUnit(broken.unit);
     switch (broken.rule) {
         case TextRule::None:
             break;
@@ -122,15 +128,15 @@ inline std::string Describe(const BrokenRule& broken) {
         case TextRule::LineFeed:
             return "contains a line feed, so the file would add white space to it";
         case TextRule::ControlCharacter:
-            return std::string("contains the control character ") + unit +
+            return "contains the control character " + unit +
                    ", with which other XML programs cannot read the file";
         case TextRule::Noncharacter:
-            return std::string("contains ") + unit + ", with which other XML programs cannot read the file";
+            return "contains " + unit + ", with which other XML programs cannot read the file";
         case TextRule::UnpairedSurrogate:
-            return std::string("contains half of a surrogate pair, ") + unit +
+            return "contains half of a surrogate pair, " + unit +
                    ", with which other XML programs cannot read the file";
         case TextRule::NotAscii:
-            return std::string("contains ") + unit + ", and a narrow file keeps 7-bit text only";
+            return "contains " + unit + ", and a narrow file keeps 7-bit text only";
     }
     return "is kept";
 }

@@ -16,7 +16,6 @@
 
 #include <cerrno>
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -165,8 +164,9 @@ inline bool IsDecimal(std::string_view text) noexcept {
 // has no std::to_chars for double.
 
 inline char DecimalPoint() noexcept {
-    const std::lconv* const locale = std::localeconv();
-    return locale != nullptr && locale->decimal_point != nullptr ? *locale->decimal_point : '.';
+    char text[8] = "0.5";
+    static_cast<void>(std::snprintf(text, sizeof text, "%.1f", 0.5));
+    return text[1];
 }
 
 // Returns false if the number is too large or too small.
@@ -185,7 +185,7 @@ inline std::string FormatDoubleInC(double value) {
     char text[40];
     double read = 0;
     for (int digits = 15; digits <= 17; ++digits) {
-        std::snprintf(text, sizeof text, "%.*g", digits, value);
+        static_cast<void>(std::snprintf(text, sizeof text, "%.*g", digits, value));
         for (char& c : text)
             c = c == DecimalPoint() ? '.' : c;
         if (ParseDoubleInC(text, read) && read == value) break;
