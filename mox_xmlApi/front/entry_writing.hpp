@@ -345,8 +345,8 @@ inline bool SetEntryValue(void* handle, const Target& target, const Text& name, 
     if (!target.RequireUntroubled(goesToUi ? Troubled::kValue | Troubled::kOther : Troubled::kValue) ||
         !RequireRecordValue(target, StringOf<std::u16string>(text.units()), old.type, "the value"))
         return false;
-    if (readBack == ReadBack::Effective && text.units().empty() && !goesToUi && HasUiValue(old) &&
-        !target.IsLossy())
+    // (Where the value goes to the presentation data, an attribute "Value" of theirs, which nobody sees, would stay.)
+    if (readBack == ReadBack::Effective && text.units().empty() && HasUiValue(old) && !target.IsLossy())
         return target.Refuse(Reason::NotStored,
                              "an empty value would be read as the value that the presentation data have");
     if (!hadOwnValue && !force)

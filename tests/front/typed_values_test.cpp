@@ -270,8 +270,8 @@ TEST(FrontTypedValues, ANewKeyFollowsATableThatKeepsValuesInThePresentationData)
     Section section = *profile.findSection("S");
     EXPECT_TRUE(section.set("B", 3));
     EXPECT_EQ(profile.get<int>("S", "B"), 3);
-    EXPECT_TRUE(section.set("A", ""));
-    EXPECT_EQ(profile.getString("S", "A"), "");
+    EXPECT_FALSE(section.set("A", ""));
+    EXPECT_EQ(profile.getString("S", "A"), "1");
 }
 
 TEST(FrontTypedValues, NoNumberIsNotWritten) {
