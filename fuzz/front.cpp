@@ -13,9 +13,6 @@
 #include <vector>
 
 #include "fuzz/fuzz_input.h"
-#include "fuzz/scratch_file.h"
-#include "mox_xmlApi/document/document.hpp"
-#include "mox_xmlApi/document/inspect.hpp"
 #include "mox_xmlApi/mox_xmlApi.hpp"
 
 namespace mox::fuzz {
@@ -60,33 +57,6 @@ std::string Shown(const Profile& profile) {
     return text;
 }
 
-// Whether a value or comment has something beside its text, which changes that when it is saved.
-bool HasChildren(DocumentNode node) {
-    for (const DocumentNode child : node.children()) {
-        const bool isText = child.isElement("Value") || child.isElement("Comment");
-        if (isText && child.firstChild()) return true;
-        if (child.isElement("UI") && HasChildren(child)) return true;
-    }
-    return false;
-}
-
-// Whether the document has an entry of which a write changes another part than is read.
-bool IsOdd(std::string_view bytes) {
-    front::DocumentFindings findings;
-    if (!front::Inspect(bytes, Form::Narrow, findings)) return true;
-    for (const front::OddTable& table : findings.tables) {
-        for (const front::OddEntry& entry : table.entries)
-            if ((entry.oddities & ~std::uint32_t{front::kUnreadable}) != 0) return true;
-    }
-    const std::optional<Document> document = Document::parse(bytes, Form::Narrow);
-    if (!document.has_value()) return true;
-    for (const DocumentTable& table : document->tables()) {
-        for (const DocumentEntry& entry : table.entries)
-            if (HasChildren(entry.node)) return true;
-    }
-    return false;
-}
-
 class Writer {
   public:
     Writer(const std::uint8_t* data, std::size_t size) : input_(data, size) {}
@@ -107,6 +77,12 @@ class Writer {
   private:
     // ---- the document
 
+    static OpenOptions As(Form form) {
+        OpenOptions options;
+        options.form = form;
+        return options;
+    }
+
     void Open() {
         const std::size_t option = input_.Below(6);
         const Form form = option % 2 == 0 ? Form::Wide : Form::Narrow;
@@ -114,7 +90,7 @@ class Writer {
         if (option / 2 == 1) opened = Profile::parse(kDocument);
         if (option / 2 == 2) {
             const std::string text(input_.Until('\0'));
-            if (!text.empty() && !IsOdd(text)) opened = Profile::parse(text);
+            opened = Profile::parse(text);
         }
         profile_ = opened.has_value() ? std::move(*opened) : Profile();
         profile_->setForm(form);
@@ -123,20 +99,18 @@ class Writer {
     }
 
     Profile Saved() const {
-        file_.Remove();
-        Check(profile_->save(front::StringOf<std::u16string>(file_.Name())), "the document is saved");
-        std::optional<Profile> opened =
-            Profile::open(front::StringOf<std::u16string>(file_.Name()), profile_->form());
+        const std::optional<std::string> bytes = profile_->toBytes(profile_->form());
+        Check(bytes.has_value(), "the document is saved");
+        std::optional<Profile> opened = Profile::parse(*bytes, As(profile_->form()));
         Check(opened.has_value(), "what was saved can be opened");
         return std::move(*opened);
     }
 
     // Of a document that was not written here: whether it is the same after a save.
     bool IsKept() const {
-        file_.Remove();
-        if (!profile_->save(front::StringOf<std::u16string>(file_.Name()))) return false;
-        const std::optional<Profile> opened =
-            Profile::open(front::StringOf<std::u16string>(file_.Name()), profile_->form());
+        const std::optional<std::string> bytes = profile_->toBytes(profile_->form());
+        if (!bytes.has_value()) return false;
+        const std::optional<Profile> opened = Profile::parse(*bytes, As(profile_->form()));
         return opened.has_value() && Shown(*opened) == Shown(*profile_);
     }
 
@@ -410,7 +384,6 @@ class Writer {
     }
 
     FuzzInput input_;
-    ScratchFile file_;
     std::optional<Profile> profile_;
     Problem problem_;
 };

@@ -34,7 +34,11 @@ void RunExport(const ExportArguments& arguments) {
     RequireSettings(arguments.file.path, document);
     const Profile profile = OpenProfile(arguments.file.path, document.form());
     const Content content = arguments.isValues ? Content::Values : Content::Ui;
-    if (!profile.saveReplacing(arguments.output, document.form(), content))
+    SaveOptions options;
+    options.form = document.form();
+    options.content = content;
+    options.overwrite = true;
+    if (!profile.saveReplacing(arguments.output, options))
         throw ExitError(ExitCode::kIoError, arguments.output + ": cannot write the file");
 }
 

@@ -56,7 +56,10 @@ void RequireTable(const std::string& path, const Document& document) {
 }
 
 Profile OpenProfile(const std::string& path, Form form) {
-    std::optional<Profile> profile = Profile::open(path, form);
+    OpenOptions options;
+    options.form = form;
+    options.anyDocument = true;  // the verbs decide which documents they change
+    std::optional<Profile> profile = Profile::open(path, options);
     if (!profile.has_value()) ThrowCannotOpen(path);
     return std::move(*profile);
 }
@@ -66,7 +69,9 @@ Table OpenTableDocument(const std::string& path, Form form) {
         throw ExitError(ExitCode::kIoError,
                         path + ": a table document must be wide (see \"mox-xml convert --wide\")");
     }
-    std::optional<Table> table = Table::open(path);
+    OpenOptions options;
+    options.anyDocument = true;
+    std::optional<Table> table = Table::open(path, "", options);
     if (!table.has_value()) ThrowCannotOpen(path);
     return std::move(*table);
 }

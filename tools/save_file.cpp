@@ -10,17 +10,10 @@
 namespace mox::tool {
 namespace {
 
-// The bytes that the save writes to the file whose name it is given.
-template <class Save>
-std::string BytesOf(const std::string& path, Save save) {
-    Problem problem;
-    std::optional<ScratchFile> scratch = ScratchFile::create(&problem);
-    if (scratch.has_value() && save(Text(scratch->path()))) {
-        if (auto bytes = scratch->read(&problem)) return *std::move(bytes);
-    }
-    const std::string why = problem ? " (" + problem.toString() + ")" : "";
-    throw ExitError(ExitCode::kIoError,
-                    path + ": cannot write a temporary file" + why + "; nothing was changed");
+// The bytes of a document to save; throws if there are none.
+std::string Required(std::optional<std::string> bytes, const std::string& path, const Problem& problem) {
+    if (bytes.has_value()) return *std::move(bytes);
+    throw ExitError(ExitCode::kIoError, path + ": " + problem.message + "; nothing was changed");
 }
 
 }  // namespace
@@ -41,12 +34,13 @@ void RequireStorable(const std::string& path, Form form, const std::vector<std::
 }
 
 void SaveProfile(const Profile& profile, const std::string& path, Form form, bool withBackup) {
-    const auto save = [&](const Text& scratch) { return profile.save(scratch, form); };
-    SaveBytes(BytesOf(path, save), path, withBackup);
+    Problem problem;
+    SaveBytes(Required(profile.toBytes(form, Content::Document, &problem), path, problem), path, withBackup);
 }
 
 void SaveTable(const Table& table, const std::string& path, bool withBackup) {
-    SaveBytes(BytesOf(path, [&](const Text& scratch) { return table.save(scratch); }), path, withBackup);
+    Problem problem;
+    SaveBytes(Required(table.toBytes(&problem), path, problem), path, withBackup);
 }
 
 void SaveBytes(const std::string& bytes, const std::string& path, bool withBackup) {

@@ -50,6 +50,7 @@ class EntryInspection {
             if (child->kind != XmlNodeKind::Element) continue;
             if (SameText(child->name.View(), names::kValue)) {
                 See(kTwoValues);
+                if (!child->children.IsEmpty()) oddities_ |= kValueHasChildren;
             } else if (SameText(child->name.View(), names::kUi)) {
                 InspectUi(*child);
             }
@@ -90,7 +91,11 @@ class EntryInspection {
             if (hasUi_) See(OddityOf(name, kUiElements));
         }
         for (const XmlNode* child : uiElement.children) {
-            if (child->kind == XmlNodeKind::Element) See(OddityOf(child->name.View(), kUiElements));
+            if (child->kind != XmlNodeKind::Element) continue;
+            const std::uint32_t oddity = OddityOf(child->name.View(), kUiElements);
+            See(oddity);
+            if (oddity != 0 && !child->children.IsEmpty())
+                oddities_ |= oddity == kTwoComments ? kCommentHasChildren : kUiValueHasChildren;
         }
         hasUi_ = true;
         seen_ |= kAllUiOddities;

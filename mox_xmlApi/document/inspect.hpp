@@ -17,7 +17,8 @@
 namespace mox::front {
 
 // What is unusual about an entry. For each field that the library writes: it is there more than once, and a write changes
-// another one than is read, so that the new value is not read back.
+// another one than is read, so that the new value is not read back. Or it is an element with children, which a save puts
+// on lines of their own, so that the next open finds white space in the text.
 enum EntryOddity : std::uint32_t {
     kUnreadable = 1U << 0,  // has no known type: hosts find nothing, and exports of the section stop here
     kTwoNames = 1U << 1,    // found by the first, read with the last
@@ -31,6 +32,9 @@ enum EntryOddity : std::uint32_t {
     kTwoShownNames = 1U << 9,
     kTwoComments = 1U << 10,
     kTwoUiValues = 1U << 11,
+    kValueHasChildren = 1U << 12,
+    kCommentHasChildren = 1U << 13,
+    kUiValueHasChildren = 1U << 14,
 };
 
 struct OddEntry {

@@ -12,11 +12,12 @@
 #include <utility>
 #include <vector>
 
+#include "mox_xmlApi/front/document_file.hpp"
 #include "mox_xmlApi/front/entry_fields.hpp"
 #include "mox_xmlApi/front/entry_reading.hpp"
 #include "mox_xmlApi/front/entry_writing.hpp"
+#include "mox_xmlApi/front/file_options.hpp"
 #include "mox_xmlApi/front/problem.hpp"
-#include "mox_xmlApi/front/replacing_save.hpp"
 #include "mox_xmlApi/front/text.hpp"
 #include "mox_xmlApi/front/typed_value.hpp"
 #include "mox_xmlApi/front/write_rules.hpp"
@@ -215,14 +216,26 @@ class EntryTable {
 
     // ---- saving
 
-    // Writes the document of a table, or only the element of a section, to a wide file, which is created or overwritten
-    // in place. Returns false on failure, which may leave the file incomplete.
-    bool save(const Text& path) const { return path.isValid() && xmlTableSave(handle(), path.c_str(), 0, 0); }
+    // Writes the document of a table, or only the element of a section, to a wide file. It replaces the file atomically,
+    // or creates it: a failure leaves the old file. disk/replace_file.hpp has the details. A file that is not the one that
+    // the table was read from or saved to last is not replaced (Changed), nor is any by a section; see
+    // SaveOptions::overwrite.
+    bool saveReplacing(const Text& path, const SaveOptions& options, Problem* problem = nullptr) const {
+        const std::optional<std::string> bytes = toBytes(problem);
+        if (!bytes.has_value()) return front::FailInFile(problem, path);
+        return front::ReplaceKnownFile(path, *bytes, options,
+                                       rules_->isTableDocument ? &rules_->file : nullptr, problem);
+    }
+    bool saveReplacing(const Text& path, Problem* problem = nullptr) const {
+        return saveReplacing(path, SaveOptions(), problem);
+    }
 
-    // The same, but replaces the file atomically: a failure leaves the old file. See disk/replace_file.hpp.
-    bool saveReplacing(const Text& path) const {
+    // What saveReplacing would write.
+    std::optional<std::string> toBytes(Problem* problem = nullptr) const {
+        if (!front::RequireHandle(handle(), problem) || !front::RequireShallow(*rules_, problem))
+            return std::nullopt;
         const auto write = [this](const wchar16* scratch) { return xmlTableSave(handle(), scratch, 0, 0); };
-        return front::ReplaceBySave(path, write);
+        return front::BytesWrittenBy(write, problem);
     }
 
   protected:

@@ -14,10 +14,16 @@
 #include <utility>
 #include <vector>
 
+#include "mox_xmlApi/disk/file_stamp.hpp"
+#include "mox_xmlApi/disk/read_file.hpp"
+#include "mox_xmlApi/document/document.hpp"
+#include "mox_xmlApi/document/encoding.hpp"
+#include "mox_xmlApi/document/inspect.hpp"
+#include "mox_xmlApi/front/document_file.hpp"
+#include "mox_xmlApi/front/file_options.hpp"
 #include "mox_xmlApi/front/form.hpp"
 #include "mox_xmlApi/front/key_access.hpp"
 #include "mox_xmlApi/front/problem.hpp"
-#include "mox_xmlApi/front/replacing_save.hpp"
 #include "mox_xmlApi/front/section.hpp"
 #include "mox_xmlApi/front/section_list.hpp"
 #include "mox_xmlApi/front/table_options.hpp"
@@ -27,10 +33,6 @@
 #include "mox_xmlApi/mox_xmlApi.h"
 
 namespace mox {
-
-// What a save of a profile writes: the document, or an export of the entries' presentation data or of their values.
-// See xmlProfileSave.
-enum class Content : std::uint32_t { Document = 0, Ui = 1, Values = 2 };
 
 // A settings document. A key is identified by its section's name and its own; if several have the same name, the first
 // is used. An empty key is refused, because the exports would use the first key of the section for it.
@@ -47,22 +49,56 @@ class Profile {
     Profile& operator=(const Profile&) = delete;
     ~Profile() = default;
 
-    // Opens a file; nullopt if it cannot be read or does not parse. Without a form, the form is detected.
-    static std::optional<Profile> open(const Text& path) {
-        // Wide is tried first: narrow markup does not parse as wide, but the start of a wide file may parse as narrow.
-        auto profile = open(path, Form::Wide);
-        return profile.has_value() ? std::move(profile) : open(path, Form::Narrow);
+    // Opens a file. nullopt if it cannot be read (NotFound, NoPermission, NotRegularFile, TooLarge, ReadFailed), does not
+    // parse (Syntax, with the place and what was expected there), or is no settings document (WrongKind, Encoding); see
+    // OpenOptions for opening such a file all the same. Pipes can be opened, too.
+    static std::optional<Profile> open(const Text& path, const OpenOptions& options,
+                                       Problem* problem = nullptr) {
+        FileStamp stamp;
+        const std::optional<std::string> bytes = readFile(path, &stamp, problem);
+        if (!bytes.has_value()) return std::nullopt;
+        std::optional<Profile> profile = parse(*bytes, options, problem);
+        if (profile.has_value()) {
+            profile->rules_->file = {front::Units(path.units()), stamp};
+        } else {
+            front::FailInFile(problem, path);
+        }
+        return profile;
     }
-    static std::optional<Profile> open(const Text& path, Form form) {
-        if (!path.isValid()) return std::nullopt;
-        return FromHandle(xmlProfileNew(path.c_str(), nullptr, 0, form == Form::Wide ? 1 : 0), form);
+    static std::optional<Profile> open(const Text& path, Problem* problem = nullptr) {
+        return open(path, OpenOptions(), problem);
+    }
+    static std::optional<Profile> open(const Text& path, Form form, Problem* problem = nullptr) {
+        OpenOptions options;
+        options.form = form;
+        return open(path, options, problem);
     }
 
-    // Opens a document from 7-bit text, up to its first zero byte; nullopt if it does not parse. Its form is narrow.
-    static std::optional<Profile> parse(std::string_view text) {
-        const std::string copy(text);
-        if (copy.c_str()[0] == '\0') return FromHandle(xmlProfileNew(nullptr, "\n", 1, 0), Form::Narrow);
-        return FromHandle(xmlProfileNew(nullptr, copy.c_str(), -1, 0), Form::Narrow);
+    // The same for bytes in memory, the whole content of a file.
+    static std::optional<Profile> parse(std::string_view bytes, const OpenOptions& options,
+                                        Problem* problem = nullptr) {
+        front::DocumentFindings findings;
+        if (!front::RequireDocument(bytes, DocumentKind::Settings, options, findings, problem))
+            return std::nullopt;
+        const auto open = [](const wchar16* path, const char* buffer, std::int32_t size, std::int32_t wide) {
+            return xmlProfileNew(path, buffer, size, wide);
+        };
+        moxSettings* const handle = front::OpenBytes(bytes, findings, open, problem);
+        if (handle == nullptr) return std::nullopt;
+        Profile profile(handle, findings.encoding.form);
+        front::TakeFindings(findings, *profile.rules_);
+        front::Succeed(problem);
+        return profile;
+    }
+    static std::optional<Profile> parse(std::string_view bytes, Problem* problem = nullptr) {
+        return parse(bytes, OpenOptions(), problem);
+    }
+
+    // Opens a settings document that is stored in another encoding; see importText. Its form is wide.
+    static std::optional<Profile> import(std::string_view bytes, Encoding from, Problem* problem = nullptr) {
+        const std::optional<std::string> wide = importText(bytes, from, Form::Wide, problem);
+        if (!wide.has_value()) return std::nullopt;
+        return parse(*wide, problem);
     }
 
     // False if the object was moved from.
@@ -317,20 +353,46 @@ class Profile {
     }
 
     // ---- saving. Saving with Content::Document removes "eud" from all sections and entries, in memory as well; see
-    // xmlProfileSave.
+    // xmlProfileSave. A narrow file keeps 7-bit text only: if the document has other text, it is not saved as a narrow
+    // file (NotKept), unless isLossy().
 
-    // Writes to a file, which is created or overwritten in place. Returns false on failure, which may leave the file
-    // incomplete.
-    bool save(const Text& path) const { return save(path, form()); }
-    bool save(const Text& path, Form form, Content content = Content::Document) const {
-        return path.isValid() && Write(path.c_str(), form, content);
+    // Replaces a file atomically, or creates it: a failure leaves the old file. disk/replace_file.hpp has the details.
+    // A file that is not the one that was read or saved last is not replaced (Changed); see SaveOptions::overwrite.
+    bool saveReplacing(const Text& path, const SaveOptions& options, Problem* problem = nullptr) const {
+        const std::optional<std::string> bytes =
+            toBytes(options.form.value_or(form()), options.content, problem);
+        if (!bytes.has_value()) return front::FailInFile(problem, path);
+        const bool isDocument = options.content == Content::Document;
+        return front::ReplaceKnownFile(path, *bytes, options, isDocument ? &rules_->file : nullptr, problem);
+    }
+    bool saveReplacing(const Text& path, Problem* problem = nullptr) const {
+        return saveReplacing(path, SaveOptions(), problem);
+    }
+    bool saveReplacing(const Text& path, Form form, Problem* problem = nullptr) const {
+        SaveOptions options;
+        options.form = form;
+        return saveReplacing(path, options, problem);
     }
 
-    // The same, but replaces the file atomically: a failure leaves the old file. See disk/replace_file.hpp.
-    bool saveReplacing(const Text& path) const { return saveReplacing(path, form()); }
-    bool saveReplacing(const Text& path, Form form, Content content = Content::Document) const {
-        return front::ReplaceBySave(path,
-                                    [&](const wchar16* scratch) { return Write(scratch, form, content); });
+    // What saveReplacing would write: the content of a file in that form.
+    std::optional<std::string> toBytes(Form form, Content content = Content::Document,
+                                       Problem* problem = nullptr) const {
+        if (!front::RequireHandle(handle(), problem)) return std::nullopt;
+        if (content == Content::Document && !front::RequireShallow(*rules_, problem)) return std::nullopt;
+        if (form == Form::Narrow && !isLossy()) {
+            const std::optional<std::string> wide = Save(Form::Wide, content, problem);
+            if (!wide.has_value() || !front::RequireNarrow(*wide, problem)) return std::nullopt;
+        }
+        std::optional<std::string> bytes = Save(form, content, problem);
+        if (bytes.has_value()) front::Succeed(problem);
+        return bytes;
+    }
+
+    // The same as UTF-8, for other programs; see exportUtf8. import reads it.
+    std::optional<std::string> toUtf8(Problem* problem = nullptr) const {
+        const std::optional<std::string> bytes = toBytes(Form::Wide, Content::Document, problem);
+        if (!bytes.has_value()) return std::nullopt;
+        return exportUtf8(*bytes, Form::Wide);
     }
 
   private:
@@ -339,11 +401,6 @@ class Profile {
     Profile(moxSettings* handle, Form form)
         : handle_(handle, Dispose), rules_(std::make_shared<front::WriteRules>()) {
         rules_->form = form;
-    }
-
-    static std::optional<Profile> FromHandle(moxSettings* handle, Form form) {
-        if (handle == nullptr) return std::nullopt;
-        return Profile(handle, form);
     }
 
     front::Target TargetOf(const Text& section, const Text& key, Problem* problem) const noexcept {
@@ -385,9 +442,12 @@ class Profile {
         return Section(std::move(section), rules_);
     }
 
-    bool Write(const wchar16* path, Form form, Content content) const {
-        return xmlProfileSave(handle(), path, static_cast<std::uint32_t>(content), 0,
-                              form == Form::Wide ? 1 : 0) == 1;
+    std::optional<std::string> Save(Form form, Content content, Problem* problem) const {
+        const auto write = [&](const wchar16* path) {
+            return xmlProfileSave(handle(), path, static_cast<std::uint32_t>(content), 0,
+                                  form == Form::Wide ? 1 : 0) == 1;
+        };
+        return front::BytesWrittenBy(write, problem);
     }
 
     std::shared_ptr<moxSettings> handle_;       // shared with the sections, which must be released before it

@@ -3,12 +3,21 @@
 #ifndef MOX_XMLAPI_FRONT_TABLE_HPP
 #define MOX_XMLAPI_FRONT_TABLE_HPP
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "mox_xmlApi/disk/file_stamp.hpp"
+#include "mox_xmlApi/disk/read_file.hpp"
+#include "mox_xmlApi/document/document.hpp"
+#include "mox_xmlApi/document/inspect.hpp"
+#include "mox_xmlApi/front/document_file.hpp"
 #include "mox_xmlApi/front/entry_table.hpp"
+#include "mox_xmlApi/front/file_options.hpp"
+#include "mox_xmlApi/front/form.hpp"
+#include "mox_xmlApi/front/problem.hpp"
 #include "mox_xmlApi/front/table_options.hpp"
 #include "mox_xmlApi/front/text.hpp"
 #include "mox_xmlApi/front/write_rules.hpp"
@@ -25,20 +34,35 @@ class Table : public EntryTable {
                                  options.type, 1));
     }
 
-    // Opens a file; nullopt if it cannot be read, does not parse, or has a table of another name. The empty name
-    // accepts any. A document without a table gets an empty one of that name in memory.
-    static std::optional<Table> open(const Text& path, const Text& name = "") {
-        if (!path.isValid() || !name.isValid()) return std::nullopt;
-        return FromHandle(xmlTableNew(path.c_str(), nullptr, 0, name.c_str(), 0, 0, 0, 0));
+    // Opens a file. nullopt if it cannot be read, does not parse or is no table document, see Profile::open, or if its
+    // table has another name (WrongKind). The empty name accepts any. A document that is opened with
+    // OpenOptions::anyDocument and has no table gets an empty one of that name in memory. The form of a file is wide,
+    // because the exports open no other one (Encoding).
+    static std::optional<Table> open(const Text& path, const Text& name, const OpenOptions& options,
+                                     Problem* problem = nullptr) {
+        FileStamp stamp;
+        const std::optional<std::string> bytes = readFile(path, &stamp, problem);
+        if (!bytes.has_value()) return std::nullopt;
+        std::optional<Table> table = Parse(*bytes, name, options, true, problem);
+        if (table.has_value()) {
+            table->Rules()->file = {front::Units(path.units()), stamp};
+        } else {
+            front::FailInFile(problem, path);
+        }
+        return table;
+    }
+    static std::optional<Table> open(const Text& path, const Text& name = "", Problem* problem = nullptr) {
+        return open(path, name, OpenOptions(), problem);
     }
 
-    // Opens a document from 7-bit text, up to its first zero byte; otherwise like open.
-    static std::optional<Table> parse(std::string_view text, const Text& name = "") {
-        if (!name.isValid()) return std::nullopt;
-        const std::string copy(text);
-        const char* const source =
-            copy.c_str()[0] == '\0' ? "\n" : copy.c_str();  // an empty text would mean a new document
-        return FromHandle(xmlTableNew(nullptr, source, -1, name.c_str(), 0, 0, 0, 0));
+    // The same for bytes in memory, in either form.
+    static std::optional<Table> parse(std::string_view bytes, const Text& name, const OpenOptions& options,
+                                      Problem* problem = nullptr) {
+        return Parse(bytes, name, options, false, problem);
+    }
+    static std::optional<Table> parse(std::string_view bytes, const Text& name = "",
+                                      Problem* problem = nullptr) {
+        return parse(bytes, name, OpenOptions(), problem);
     }
 
     // Whether writes do what the exports do, see Profile::setLossy. It is not so at first.
@@ -51,11 +75,39 @@ class Table : public EntryTable {
     static void Dispose(void* handle) { xmlTableDispose(&handle); }
 
     explicit Table(void* handle)
-        : EntryTable(front::TableHandle(handle, Dispose), std::make_shared<front::WriteRules>(), {}) {}
+        : EntryTable(front::TableHandle(handle, Dispose), std::make_shared<front::WriteRules>(), {}) {
+        Rules()->isTableDocument = true;
+    }
 
-    static std::optional<Table> FromHandle(void* handle) {
-        if (handle == nullptr) return std::nullopt;
-        return Table(handle);
+    static std::optional<Table> Parse(std::string_view bytes, const Text& name, const OpenOptions& options,
+                                      bool isWideOnly, Problem* problem) {
+        if (!name.isValid()) {
+            front::Fail(problem, Reason::InvalidText, "the name is not UTF-8, contains a zero, or is null");
+            return std::nullopt;
+        }
+        front::DocumentFindings findings;
+        if (!front::RequireDocument(bytes, DocumentKind::Table, options, findings, problem))
+            return std::nullopt;
+        if (isWideOnly && findings.encoding.form == Form::Narrow) {
+            front::Fail(problem, Reason::Encoding,
+                        "found a narrow file, expected a wide one: table documents are wide");
+            return std::nullopt;
+        }
+        const auto open = [&name](const wchar16* path, const char* buffer, std::int32_t size,
+                                  std::int32_t /*wide*/) {
+            return xmlTableNew(path, buffer, size, name.c_str(), 0, 0, 0, 0);
+        };
+        front::Succeed(problem);
+        void* const handle = front::OpenBytes(bytes, findings, open, problem);
+        if (handle == nullptr) {
+            if (problem != nullptr && !*problem)
+                front::Fail(problem, Reason::WrongKind, "the table has another name");
+            return std::nullopt;
+        }
+        Table table(handle);
+        front::TakeFindings(findings, *table.Rules());
+        table.Rules()->form = Form::Wide;
+        return table;
     }
 };
 

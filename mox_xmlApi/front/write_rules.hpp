@@ -4,12 +4,14 @@
 #ifndef MOX_XMLAPI_FRONT_WRITE_RULES_HPP
 #define MOX_XMLAPI_FRONT_WRITE_RULES_HPP
 
+#include <cstdint>
 #include <functional>
 #include <iterator>
 #include <map>
 #include <string>
 #include <string_view>
 
+#include "mox_xmlApi/disk/file_stamp.hpp"
 #include "mox_xmlApi/front/form.hpp"
 #include "mox_xmlApi/front/kept_text.hpp"
 #include "mox_xmlApi/front/problem.hpp"
@@ -64,11 +66,20 @@ class Troubled {
     std::map<Units, Names, std::less<>> sections_;
 };
 
+// The file that a document was read from, or saved to last.
+struct KnownFile {
+    Units path{};
+    FileStamp stamp{};  // that of a missing file if there is none
+};
+
 // Belongs to a document and is shared by the objects that write to it.
 struct WriteRules {
     Form form = Form::Wide;  // that of the next save
     bool isLossy = false;    // write what the exports write, whether it is kept or not
     Troubled troubled{};
+    bool isTableDocument = false;
+    KnownFile file{};
+    std::uint64_t indentationUnits = 0;  // that a save would have written when the document was opened
 };
 
 // What a call is about, and where it reports why it fails.

@@ -23,6 +23,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using front_tests::Overwriting;
 using front_tests::ScratchFolder;
 using mox::Form;
 using mox::Profile;
@@ -65,11 +66,11 @@ TEST_F(FileReplacing, CreatesAMissingFile) {
 }
 
 TEST_F(FileReplacing, ServesTheSavesOfDocuments) {
-    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
+    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
     EXPECT_EQ(Profile::open(file.u16string())->getString("S", "K"), "xxxxx");
     mox::Table table = mox::Table::create("T");
     ASSERT_TRUE(table.add({"K", "xxxxx"}));
-    EXPECT_TRUE(table.saveReplacing(file.u16string()));
+    EXPECT_TRUE(table.saveReplacing(file.u16string(), Overwriting()));
     EXPECT_EQ(mox::Table::open(file.u16string(), "T")->find("K")->value, "xxxxx");
     EXPECT_EQ(folder.Names(), Names{"s.xml"});
 }
@@ -142,7 +143,8 @@ TEST_F(FileReplacing, ASuccessResetsTheProblem) {
 TEST_F(FileReplacing, AcceptsANameWithoutAFolder) {
     const fs::path before = fs::current_path();
     fs::current_path(folder.Of(""));
-    const bool isSaved = WithText(5).saveReplacing("s.xml") && WithText(6).saveReplacing("t.xml");
+    const bool isSaved = WithText(5).saveReplacing("s.xml", Overwriting()) &&
+                         WithText(6).saveReplacing("t.xml", Overwriting());
     fs::current_path(before);
     EXPECT_TRUE(isSaved);
     EXPECT_EQ(folder.Names(), (Names{"s.xml", "t.xml"}));
@@ -154,7 +156,7 @@ TEST_F(FileReplacing, AFileInUseIsNotReplaced) {
     const HANDLE handle =
         CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(handle, INVALID_HANDLE_VALUE);
-    EXPECT_FALSE(WithText(5).saveReplacing(file.u16string()));
+    EXPECT_FALSE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
     CloseHandle(handle);
     ExpectTheOldFileAlone();
 }
@@ -162,13 +164,13 @@ TEST_F(FileReplacing, AFileInUseIsNotReplaced) {
 TEST_F(FileReplacing, KeepsAttributes) {
     ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_HIDDEN));
     const DWORD attributes = GetFileAttributesW(file.c_str());
-    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
+    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
     EXPECT_EQ(GetFileAttributesW(file.c_str()), attributes);
 }
 
 TEST_F(FileReplacing, AReadOnlyFileIsNotReplaced) {
     ASSERT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY));
-    EXPECT_FALSE(WithText(5).saveReplacing(file.u16string()));
+    EXPECT_FALSE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
     EXPECT_TRUE(SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL));
     ExpectTheOldFileAlone();
 }
@@ -208,25 +210,25 @@ TEST_F(FileReplacing, AFullDiskLeavesTheOldFile) {
     ASSERT_TRUE(table.add({"K", std::string(100000, 'x')}));
     {
         const SmallDisk full(4096);
-        EXPECT_FALSE(profile.saveReplacing(file.u16string()));
-        EXPECT_FALSE(profile.saveReplacing(file.u16string(), Form::Narrow));
-        EXPECT_FALSE(table.saveReplacing(file.u16string()));
+        EXPECT_FALSE(profile.saveReplacing(file.u16string(), Overwriting()));
+        EXPECT_FALSE(profile.saveReplacing(file.u16string(), Overwriting(Form::Narrow)));
+        EXPECT_FALSE(table.saveReplacing(file.u16string(), Overwriting()));
     }
     ExpectTheOldFileAlone();
-    EXPECT_TRUE(profile.saveReplacing(file.u16string()));
+    EXPECT_TRUE(profile.saveReplacing(file.u16string(), Overwriting()));
 }
 
 TEST_F(FileReplacing, KeepsModeBits) {
     for (const mode_t mode : {0600U, 0640U, 0664U, 0755U, 0606U}) {
         ASSERT_EQ(chmod(file.c_str(), mode), 0);
-        EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
+        EXPECT_TRUE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
         EXPECT_EQ(ModeOf(file), mode);
     }
 }
 
 TEST_F(FileReplacing, GivesANewFileTheUsualModeBits) {
     const mode_t mask = umask(0027);
-    const bool isSaved = WithText(5).saveReplacing(folder.Of("new.xml").u16string());
+    const bool isSaved = WithText(5).saveReplacing(folder.Of("new.xml").u16string(), Overwriting());
     umask(mask);
     EXPECT_TRUE(isSaved);
     EXPECT_EQ(ModeOf(folder.Of("new.xml")), mode_t{0640});
@@ -235,7 +237,7 @@ TEST_F(FileReplacing, GivesANewFileTheUsualModeBits) {
 TEST_F(FileReplacing, KeepsOwnerAndGroupIfPermitted) {
     if (geteuid() != 0) GTEST_SKIP() << "only the superuser may";
     ASSERT_EQ(chown(file.c_str(), 1234, 2345), 0);
-    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
+    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
     struct stat status {};
     ASSERT_EQ(stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_uid, 1234U);
@@ -245,7 +247,7 @@ TEST_F(FileReplacing, KeepsOwnerAndGroupIfPermitted) {
 TEST_F(FileReplacing, AReadOnlyFileIsNotReplaced) {
     ASSERT_EQ(chmod(file.c_str(), 0444), 0);
     const bool mayWrite = access(file.c_str(), W_OK) == 0;  // the superuser may
-    EXPECT_EQ(WithText(5).saveReplacing(file.u16string()), mayWrite);
+    EXPECT_EQ(WithText(5).saveReplacing(file.u16string(), Overwriting()), mayWrite);
     EXPECT_EQ(ModeOf(file), mode_t{0444});
     if (!mayWrite) ExpectTheOldFileAlone();
 }
@@ -258,7 +260,7 @@ TEST_F(FileReplacing, FollowsLinksAndKeepsThem) {
     fs::remove(file);
     fs::create_symlink("far/hop.xml", file);
     fs::create_symlink(fs::absolute(target), folder.Of("far/hop.xml"));
-    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
+    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
     EXPECT_TRUE(fs::is_symlink(file) && fs::is_symlink(folder.Of("far/hop.xml")) && !fs::is_symlink(target));
     EXPECT_EQ(Profile::open(target.u16string())->getString("S", "K"), "xxxxx");
     EXPECT_EQ(ModeOf(target), mode_t{0640});
@@ -269,7 +271,7 @@ TEST_F(FileReplacing, FollowsLinksAndKeepsThem) {
 TEST_F(FileReplacing, ALinkToAMissingFileCreatesIt) {
     fs::remove(file);
     fs::create_symlink("new.xml", file);
-    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string()));
+    EXPECT_TRUE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
     EXPECT_TRUE(fs::is_symlink(file));
     EXPECT_FALSE(fs::is_symlink(folder.Of("new.xml")));
     EXPECT_EQ(folder.Names(), (Names{"new.xml", "s.xml"}));
@@ -278,7 +280,7 @@ TEST_F(FileReplacing, ALinkToAMissingFileCreatesIt) {
 TEST_F(FileReplacing, ALinkToItselfIsRefused) {
     fs::remove(file);
     fs::create_symlink("s.xml", file);
-    EXPECT_FALSE(WithText(5).saveReplacing(file.u16string()));
+    EXPECT_FALSE(WithText(5).saveReplacing(file.u16string(), Overwriting()));
     EXPECT_TRUE(fs::is_symlink(file));
     EXPECT_EQ(folder.Names(), Names{"s.xml"});
 }
@@ -286,7 +288,7 @@ TEST_F(FileReplacing, ALinkToItselfIsRefused) {
 TEST_F(FileReplacing, AFileThatIsNotRegularIsRefused) {
     const fs::path pipe = folder.Of("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    EXPECT_FALSE(WithText(5).saveReplacing(pipe.u16string()));
+    EXPECT_FALSE(WithText(5).saveReplacing(pipe.u16string(), Overwriting()));
     EXPECT_TRUE(fs::is_fifo(pipe));
     EXPECT_EQ(folder.Names(), (Names{"pipe", "s.xml"}));
 }
@@ -301,8 +303,8 @@ TEST_F(FileReplacing, ManySavesLeaveNoFilesOpen) {
     };
     const auto before = countOpen();
     for (int i = 0; i < 5; ++i) {
-        EXPECT_TRUE(profile.saveReplacing(file.u16string()));
-        EXPECT_FALSE(profile.saveReplacing(folder.Of("").u16string()));
+        EXPECT_TRUE(profile.saveReplacing(file.u16string(), Overwriting()));
+        EXPECT_FALSE(profile.saveReplacing(folder.Of("").u16string(), Overwriting()));
         EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", onlyNew));
     }
     EXPECT_EQ(countOpen(), before);

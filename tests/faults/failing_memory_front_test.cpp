@@ -63,7 +63,7 @@ std::uint64_t FailEachAllocation(std::size_t added, const PoolRoom& whole, std::
 
 template <class Call>
 void ExpectNoOtherEntryWhateverFails(std::size_t added, Call call) {
-    constexpr std::size_t kMostRoom = 1024;  // more than any of the calls needs
+    constexpr std::size_t kMostRoom = 960;  // more than any of the calls needs
     constexpr std::size_t kRoomStep = kIsThorough ? mox::XmlPool::kAlignment : 4 * mox::XmlPool::kAlignment;
     mox::Table table = NewTable();
     const PoolRoom whole = TakeAll(PoolOf(table));

@@ -149,7 +149,7 @@ void FailMemoryIn(const char* what, Promise promise, const Write& write) {
     states.valuesAfter = Values(profile);
     ASSERT_NE(states.before, states.after);
 
-    constexpr std::size_t kMostRoom = 1024;  // more than any of the calls needs
+    constexpr std::size_t kMostRoom = 960;  // more than any of the calls needs
     constexpr std::size_t kRoomStep = kIsThorough ? mox::XmlPool::kAlignment : 16 * mox::XmlPool::kAlignment;
     Profile full = NewProfile();
     const PoolRoom whole = TakeAll(PoolOf(full));

@@ -275,8 +275,6 @@ TEST(FrontEntryFields, WhatOnlyTheFileHasIsNamed) {
     EXPECT_EQ(messageOf("<Var name=\"A\" type=\"long\" x=\"1\"><Value>1</Value><UI>" + end), expected("x"));
     EXPECT_EQ(messageOf("<Key name=\"A\" type=\"long\"><Value>1</Value><UI><Comment>c</Comment></UI></Key>"),
               expected("<Key>"));
-    EXPECT_EQ(messageOf("<Var name=\"A\" type=\"long\"><Value>1</Value><Value>1</Value><UI>" + end),
-              expected("a second <Value>"));
     EXPECT_EQ(messageOf("<Var name=\"A\" type=\"long\" eud=\"true\"><Value>1</Value><UI>" + end),
               expected("eud"))
         << "the table has none, and would get one";

@@ -7,6 +7,7 @@
 
 namespace {
 
+using front_tests::Overwriting;
 using front_tests::ScratchFolder;
 using mox::Content;
 using mox::Form;
@@ -28,9 +29,9 @@ TEST(FrontFiles, ASaveWritesTheRequestedForm) {
     const ScratchFolder folder;
     const std::u16string path = folder.Of("s.xml").u16string();
     const Profile profile = Small();
-    EXPECT_TRUE(profile.save(path, Form::Narrow));
+    EXPECT_TRUE(profile.saveReplacing(path, Form::Narrow));
     EXPECT_EQ(host::ReadBytes(folder.Of("s.xml")), host::NarrowFile(kSmall));
-    EXPECT_TRUE(profile.save(path, Form::Wide));
+    EXPECT_TRUE(profile.saveReplacing(path, Form::Wide));
     EXPECT_EQ(host::ReadBytes(folder.Of("s.xml")), host::WideFile(kSmall));
     EXPECT_TRUE(profile.saveReplacing(path, Form::Narrow));
     EXPECT_EQ(host::ReadBytes(folder.Of("s.xml")), host::NarrowFile(kSmall));
@@ -40,8 +41,8 @@ TEST(FrontFiles, ASaveWritesTheRequestedForm) {
 }
 
 TEST(FrontFiles, ASaveToAnInvalidPathWritesNothing) {
-    EXPECT_FALSE(Small().save("a\xFF"));
-    EXPECT_FALSE(Table::create("T").save("a\xFF"));
+    EXPECT_FALSE(Small().saveReplacing("a\xFF"));
+    EXPECT_FALSE(Table::create("T").saveReplacing("a\xFF"));
     EXPECT_FALSE(std::filesystem::exists("a"));
 }
 
@@ -56,7 +57,7 @@ TEST(FrontFiles, TheFormIsDetectedAndKept) {
     const ScratchFolder folder;
     for (const Form form : {Form::Narrow, Form::Wide}) {
         const std::u16string path = folder.Of("s.xml").u16string();
-        ASSERT_TRUE(Small().save(path, form));
+        ASSERT_TRUE(Small().saveReplacing(path, Overwriting(form)));
         auto profile = Profile::open(path);
         ASSERT_TRUE(profile.has_value());
         EXPECT_EQ(profile->form(), form);
@@ -71,7 +72,9 @@ TEST(FrontFiles, TheFormIsDetectedAfterLeadingWhiteSpace) {
     const ScratchFolder folder;
     for (const std::string& text : {host::NarrowFile("\n <a/>"), host::WideFile("\n <a/>")}) {
         host::WriteBytes(folder.Of("s.xml"), text);
-        const auto profile = Profile::open(folder.Of("s.xml").u16string());
+        mox::OpenOptions any;
+        any.anyDocument = true;
+        const auto profile = Profile::open(folder.Of("s.xml"), any);
         ASSERT_TRUE(profile.has_value());
         EXPECT_EQ(profile->form(), text[1] == '\0' ? Form::Wide : Form::Narrow);
     }
@@ -80,10 +83,10 @@ TEST(FrontFiles, TheFormIsDetectedAfterLeadingWhiteSpace) {
 TEST(FrontFiles, AGivenFormIsNotDetected) {
     const ScratchFolder folder;
     const std::u16string path = folder.Of("s.xml").u16string();
-    ASSERT_TRUE(Small().save(path, Form::Narrow));
+    ASSERT_TRUE(Small().saveReplacing(path, Overwriting(Form::Narrow)));
     EXPECT_TRUE(Profile::open(path, Form::Narrow).has_value());
     EXPECT_FALSE(Profile::open(path, Form::Wide).has_value());
-    ASSERT_TRUE(Small().save(path, Form::Wide));
+    ASSERT_TRUE(Small().saveReplacing(path, Overwriting()));
     EXPECT_FALSE(Profile::open(path, Form::Narrow).has_value());
     EXPECT_TRUE(Profile::open(path, Form::Wide).has_value());
 }
@@ -103,14 +106,16 @@ TEST(FrontFiles, OpeningFailsForMissingAndBrokenFiles) {
     EXPECT_FALSE(Table::parse("<a").has_value());
 }
 
-TEST(FrontFiles, AnEmptyTextIsADocument) {
-    auto profile = Profile::parse("");
+TEST(FrontFiles, AnEmptyTextIsADocumentIfAnyWillDo) {
+    mox::OpenOptions any;
+    any.anyDocument = true;
+    auto profile = Profile::parse("", any);
     ASSERT_TRUE(profile.has_value());
     EXPECT_TRUE(profile->setInt("S", "K", 1));
     EXPECT_EQ(profile->getInt("S", "K"), 1);
-    EXPECT_TRUE(Profile::parse(std::string_view()).has_value());
-    EXPECT_TRUE(Profile::parse(std::string("\0<a", 3)).has_value());
-    EXPECT_TRUE(Table::parse("", "T").has_value());
+    EXPECT_TRUE(Profile::parse(std::string_view(), any).has_value());
+    EXPECT_TRUE(Profile::parse(std::string("\0<a", 3), any).has_value());
+    EXPECT_TRUE(Table::parse("", "T", any).has_value());
 }
 
 TEST(FrontFiles, ATextNeedsNoZeroAfterItsEnd) {
@@ -141,10 +146,10 @@ TEST(FrontFiles, ExportsHoldValuesOrPresentationData) {
     ui.control = mox::Control::Number;
     ASSERT_TRUE(profile.findSection("S")->add({"K", "1", mox::ValueType::Long, mox::Shape::Single, 7, ui}));
     const host::ScratchFile file;
-    ASSERT_TRUE(profile.save(file.Path().u16string(), Form::Narrow, Content::Values));
+    ASSERT_TRUE(profile.saveReplacing(file.Path().u16string(), Overwriting(Form::Narrow, Content::Values)));
     EXPECT_EQ(file.Bytes(), host::SectionFile({"\t\t<Var name=\"K\" id=\"7\" type=\"long\" array=\"\">",
                                                "\t\t\t<Value>1</Value>", "\t\t</Var>"}));
-    ASSERT_TRUE(profile.saveReplacing(file.Path().u16string(), Form::Narrow, Content::Ui));
+    ASSERT_TRUE(profile.saveReplacing(file.Path().u16string(), Overwriting(Form::Narrow, Content::Ui)));
     EXPECT_EQ(file.Bytes(), host::SectionFile({"\t\t<Var>", "\t\t\t<UI control=\"num\"/>", "\t\t</Var>"}));
 }
 
@@ -164,7 +169,7 @@ TEST(FrontFiles, ATableIsCreatedSavedAndOpened) {
          "editable=\"true\">",
          "\t<Var name=\"K\" type=\"string\" array=\"\">", "\t\t<Value>1</Value>", "\t</Var>", "</Table>"}));
     EXPECT_EQ(host::ReadBytes(folder.Of("t.xml")), expected);
-    EXPECT_TRUE(table.save(path));
+    EXPECT_TRUE(table.saveReplacing(path));
     EXPECT_EQ(host::ReadBytes(folder.Of("t.xml")), expected);
     EXPECT_EQ(Table::open(path)->find("K")->value, "1");
     EXPECT_EQ(Table::open(path, u"Tools")->find("K")->value, "1");
@@ -179,7 +184,7 @@ TEST(FrontFiles, AMovedTableKeepsItsDocument) {
     Table second = std::move(first);
     EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): its state after the move is tested
     EXPECT_FALSE(first.add({"L", "1"}));
-    EXPECT_FALSE(first.save(host::ScratchFile().Path().u16string()));
+    EXPECT_FALSE(first.saveReplacing(host::ScratchFile().Path().u16string()));
     EXPECT_TRUE(first.list().empty());
     EXPECT_FALSE(first.clear());
     EXPECT_EQ(second.find("K")->value, "1");

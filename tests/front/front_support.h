@@ -65,11 +65,21 @@ inline mox::Table TableWith(std::string_view entries) {
     return table.has_value() ? std::move(*table) : mox::Table::create("T");
 }
 
+// For saves that replace whatever is there.
+inline mox::SaveOptions Overwriting(mox::Form form = mox::Form::Wide,
+                                    mox::Content content = mox::Content::Document) {
+    mox::SaveOptions options;
+    options.form = form;
+    options.content = content;
+    options.overwrite = true;
+    return options;
+}
+
 // The bytes of the file that a save writes.
 template <class Document>
 std::string SavedBytes(const Document& document) {
     const host::ScratchFile file;
-    EXPECT_TRUE(document.save(file.Path().u16string()));
+    EXPECT_TRUE(document.saveReplacing(file.Path().u16string()));
     return file.Bytes();
 }
 

@@ -129,9 +129,11 @@ TEST(FrontKeyWrites, WhatSucceedsIsReadBackAndWhatFailsChangesNothing) {
                         ++written;
                         EXPECT_TRUE(IsKept(text, form));
                         EXPECT_TRUE(Holds(profile, call, text));
-                        const host::ScratchFile file;
-                        ASSERT_TRUE(profile.save(file.Path()));
-                        const auto opened = Profile::open(file.Path(), form);
+                        const auto bytes = profile.toBytes(form);
+                        ASSERT_TRUE(bytes.has_value());
+                        mox::OpenOptions options;
+                        options.form = form;
+                        const auto opened = Profile::parse(*bytes, options);
                         ASSERT_TRUE(opened.has_value());
                         EXPECT_TRUE(Holds(*opened, call, text));
                         if (testing::Test::HasFailure()) return;

@@ -37,7 +37,7 @@ std::chrono::microseconds SaveTime(const mox::Profile& document, const fs::path&
     constexpr int kSaves = 20;
     const auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < kSaves; ++i)
-        EXPECT_TRUE(document.saveReplacing(file.u16string()));
+        EXPECT_TRUE(document.saveReplacing(file.u16string(), front_tests::Overwriting()));
     return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start) /
            kSaves;
 }
@@ -57,7 +57,7 @@ TEST(FrontKilledSaves, AKilledProcessLeavesTheOldOrTheNewFileWhole) {
     int interrupted = 0;
     int found[3] = {};
     for (int round = 0; round < kKills; ++round) {
-        ASSERT_TRUE(initial.save(file.u16string()));
+        ASSERT_TRUE(initial.saveReplacing(file.u16string(), front_tests::Overwriting()));
         ChildProgram child("front_saver", {file, ready});
         ASSERT_TRUE(child.IsStarted() && WaitFor(ready));
         std::this_thread::sleep_for(std::chrono::microseconds(delay(random)));

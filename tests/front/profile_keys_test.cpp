@@ -184,7 +184,7 @@ TEST(FrontKeys, AnEmptyProfileFindsAndWritesNothing) {
     EXPECT_FALSE(profile.makeSection("S").has_value());
     EXPECT_TRUE(profile.sections().empty());
     const front_tests::ScratchFolder folder;
-    EXPECT_FALSE(profile.save(folder.Of("x.xml").u16string()));
+    EXPECT_FALSE(profile.saveReplacing(folder.Of("x.xml").u16string()));
     EXPECT_FALSE(profile.saveReplacing(folder.Of("x.xml").u16string()));
     EXPECT_TRUE(folder.Names().empty());
 }

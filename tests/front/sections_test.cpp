@@ -129,9 +129,9 @@ TEST(FrontSections, ANewSectionHasItsOptions) {
     EXPECT_TRUE(section->isEditable());
     EXPECT_TRUE(profile.findSection("S")->isEditable());
     EXPECT_TRUE(section->add({"K", "1"}));
-    EXPECT_TRUE(profile.save(host::ScratchFile().Path().u16string()));
+    EXPECT_TRUE(profile.saveReplacing(host::ScratchFile().Path().u16string()));
     const host::ScratchFile file;
-    ASSERT_TRUE(profile.save(file.Path().u16string(), mox::Form::Narrow));
+    ASSERT_TRUE(profile.saveReplacing(file.Path().u16string(), mox::Form::Narrow));
     EXPECT_EQ(file.Bytes(),
               host::SettingsFile({"\t<Table name=\"S\" first_id=\"100\" type=\"001F\" editable=\"true\">",
                                   "\t\t<Var name=\"K\" type=\"string\" array=\"\">", "\t\t\t<Value>1</Value>",

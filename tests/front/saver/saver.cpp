@@ -15,9 +15,13 @@ int main(int argc, char** argv) {
     const mox::Profile first = saver::Document('a');
     const mox::Profile second = saver::Document('b');
     std::ofstream(argv[2]) << "ready\n";
+    mox::SaveOptions overwriting;
+    overwriting.overwrite = true;
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (std::chrono::steady_clock::now() < end) {
-        if (!first.saveReplacing(file.u16string()) || !second.saveReplacing(file.u16string())) return 1;
+        if (!first.saveReplacing(file.u16string(), overwriting) ||
+            !second.saveReplacing(file.u16string(), overwriting))
+            return 1;
     }
     return 0;
 }

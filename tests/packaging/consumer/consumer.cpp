@@ -35,7 +35,10 @@ int main() {
     if (std::string_view(read.GetVal()) != "900") return 7;
 
     mox::Profile written;
-    if (!written.setString("Tool", "Name", "Fr\xC3\xA4ser") || !written.saveReplacing("consumer_cpp.xml"))
+    mox::SaveOptions overwriting;
+    overwriting.overwrite = true;
+    if (!written.setString("Tool", "Name", "Fr\xC3\xA4ser") ||
+        !written.saveReplacing("consumer_cpp.xml", overwriting))
         return 8;
     const auto profile = mox::Profile::open("consumer_cpp.xml");
     return profile && profile->getString("Tool", "Name") == "Fr\xC3\xA4ser" ? 0 : 9;
