@@ -1,7 +1,5 @@
-// A camera application over the C++ front: reads its settings by type, says what is wrong with them, changes some, and
-// saves the file in the form that it had.
-//
-//   camera <data folder> <scratch folder>
+// camera <data folder> <scratch folder>: a camera application over the C++ front. It reads its settings by type, says
+// what is wrong with them, changes some, and saves the file in the form that it had.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -57,19 +55,20 @@ void Print(const Camera& camera) {
 }
 
 void Run(const fs::path& path) {
-    auto settings = mox::Profile::open(path);
-    if (!settings) throw std::runtime_error("cannot open " + path.string());
+    mox::Problem problem;
+    auto settings = mox::Profile::open(path, &problem);
+    if (!settings) throw std::runtime_error(problem.toString());
     Camera camera = Read(*settings);
     Print(camera);
 
-    mox::Problem problem;  // the file is narrow, which has no room for this name
-    if (!settings->set("Camera", "Operator", "J\xC3\xBCrgen", &problem))
+    if (!settings->set("Camera", "Operator", "J\xC3\xBCrgen",
+                       &problem))  // the file is narrow: no room for this
         std::printf("%s\n", problem.toString().c_str());
     camera.exposure *= 2;
     camera.gain = 0.7;
     camera.toneCurve.resize(4);
     Write(*settings, camera);
-    if (!settings->saveReplacing(path)) throw std::runtime_error("cannot save " + path.string());
+    if (!settings->saveReplacing(path, &problem)) throw std::runtime_error(problem.toString());
     Print(Read(mox::Profile::open(path).value()));
 }
 

@@ -40,6 +40,12 @@
 //   does not ask for it pays nothing. The front throws no exceptions of its own. Those of the library, such as
 //   std::bad_alloc, pass through (see mox_xmlApi.h).
 //
+// Files
+//   open finds out what a file is and refuses what it cannot use: a document of another kind, another encoding, text that
+//   does not parse (with line and column). saveReplacing replaces a file as a whole, in the form that was opened, and
+//   only if it still has the content that was read: a file that another program has changed, or that nobody has read, is
+//   not overwritten unless the program asks for it. front/file_options.hpp has the options.
+//
 // Writes
 //   A write that succeeds has stored what was asked: the same object reads it back, and so does the next program that
 //   opens the saved file. What cannot be kept is refused: a text that the form of the file would change or lose
@@ -74,6 +80,7 @@
 #include "mox_xmlApi/document/encoding.hpp"
 #include "mox_xmlApi/front/entry.hpp"
 #include "mox_xmlApi/front/entry_table.hpp"
+#include "mox_xmlApi/front/file_options.hpp"
 #include "mox_xmlApi/front/form.hpp"
 #include "mox_xmlApi/front/problem.hpp"
 #include "mox_xmlApi/front/profile.hpp"

@@ -12,11 +12,13 @@
 #include <utility>
 #include <vector>
 
+#include "mox_xmlApi/document/encoding.hpp"
 #include "mox_xmlApi/front/document_file.hpp"
 #include "mox_xmlApi/front/entry_fields.hpp"
 #include "mox_xmlApi/front/entry_reading.hpp"
 #include "mox_xmlApi/front/entry_writing.hpp"
 #include "mox_xmlApi/front/file_options.hpp"
+#include "mox_xmlApi/front/form.hpp"
 #include "mox_xmlApi/front/problem.hpp"
 #include "mox_xmlApi/front/text.hpp"
 #include "mox_xmlApi/front/typed_value.hpp"
@@ -236,6 +238,13 @@ class EntryTable {
             return std::nullopt;
         const auto write = [this](const wchar16* scratch) { return xmlTableSave(handle(), scratch, 0, 0); };
         return front::BytesWrittenBy(write, problem);
+    }
+
+    // The same as UTF-8, for other programs; see exportUtf8.
+    std::optional<std::string> toUtf8(Problem* problem = nullptr) const {
+        const std::optional<std::string> bytes = toBytes(problem);
+        if (!bytes.has_value()) return std::nullopt;
+        return exportUtf8(*bytes, Form::Wide);
     }
 
   protected:

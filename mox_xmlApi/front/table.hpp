@@ -12,6 +12,7 @@
 #include "mox_xmlApi/disk/file_stamp.hpp"
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/document/document.hpp"
+#include "mox_xmlApi/document/encoding.hpp"
 #include "mox_xmlApi/document/inspect.hpp"
 #include "mox_xmlApi/front/document_file.hpp"
 #include "mox_xmlApi/front/entry_table.hpp"
@@ -63,6 +64,14 @@ class Table : public EntryTable {
     static std::optional<Table> parse(std::string_view bytes, const Text& name = "",
                                       Problem* problem = nullptr) {
         return parse(bytes, name, OpenOptions(), problem);
+    }
+
+    // Opens a table document that is stored in another encoding; see importText.
+    static std::optional<Table> import(std::string_view bytes, Encoding from, const Text& name = "",
+                                       Problem* problem = nullptr) {
+        const std::optional<std::string> wide = importText(bytes, from, Form::Wide, problem);
+        if (!wide.has_value()) return std::nullopt;
+        return parse(*wide, name, problem);
     }
 
     // Whether writes do what the exports do, see Profile::setLossy. It is not so at first.

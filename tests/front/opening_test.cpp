@@ -156,6 +156,18 @@ TEST_F(FrontOpening, BytesInMemoryOpenInBothForms) {
     EXPECT_EQ(Profile::parse(host::WideFile(kSettings))->getString("S", "K"), "1");
 }
 
+TEST_F(FrontOpening, ATableIsReadFromAndWrittenToUtf8) {
+    const std::string text = host::Lines({"<Table name=\"T\">", "\t<Var name=\"K\" type=\"string\">",
+                                          "\t\t<Value>\xE4\xB8\xAD</Value>", "\t</Var>", "</Table>"});
+    auto table = Table::import("\xEF\xBB\xBF" + text, Encoding::Utf8, "T");
+    ASSERT_TRUE(table.has_value());
+    EXPECT_EQ(table->find("K")->value, "\xE4\xB8\xAD");
+    EXPECT_EQ(table->toUtf8(), text);
+    Problem problem;
+    EXPECT_FALSE(Table::import("<Table name=\"\xFF\"/>", Encoding::Utf8, "", &problem).has_value());
+    EXPECT_EQ(problem.reason, Reason::Encoding);
+}
+
 TEST_F(FrontOpening, ANarrowFileWithOtherBytesKeepsThem) {
     std::string bytes = kSettings;
     bytes.replace(bytes.find(">1<"), 3, ">\xE4\x80\xFF<");
