@@ -72,7 +72,7 @@ void RunAppend(Suite& suite) {
     Row row{"append to a new section",
             std::to_string(count) + " keys",
             {},
-            {{"GKeyFile", 1.0, 2}, {"SimpleIni", 0.4, 1}}};
+            {{"GKeyFile", 1.0, 1.6}, {"SimpleIni", 0.4, 1}}};
     for (const Make make : {MakeOurs, MakeGKeyFile, MakeSimpleIni}) {
         row.participants.push_back(
             Changes(make, files, queries->front(), count, count,
@@ -121,8 +121,9 @@ void RunEmpty(Suite& suite) {
 
 void RunChange(Suite& suite) {
     if (suite.Wants("write existing key")) {
-        RunUpdate(suite, {50, 40}, {});
-        RunUpdate(suite, {1, suite.Quick() ? 1000U : 100000U}, {{"GKeyFile", 0.4, 1.0}});
+        const std::vector<Target> targets{{"GKeyFile", 1.1, 1.6}};
+        RunUpdate(suite, {50, 40}, targets);
+        RunUpdate(suite, {1, suite.Quick() ? 1000U : 100000U}, targets);
     }
     if (suite.Wants("append to a new section")) RunAppend(suite);
     if (suite.Wants("delete by name")) {

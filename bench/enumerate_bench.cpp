@@ -60,7 +60,7 @@ void RunEnumerate(Suite& suite) {
     const DocumentShape shape{1, suite.Quick() ? 1000U : 100000U};
     const DocumentFiles files(shape, {false, false});
     Row row{
-        "enumerate with both records", std::to_string(shape.keys) + " entries", {}, {{"pugixml", 0.5, 1.0}}};
+        "enumerate with both records", std::to_string(shape.keys) + " entries", {}, {{"pugixml", 0.75, 1.0}}};
     for (auto& contestant : Loaded({MakeOurs, MakePugixml}, files.Files()))
         row.participants.push_back(Enumerates(std::move(contestant), shape));
     suite.Add(row);

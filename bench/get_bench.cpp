@@ -69,10 +69,11 @@ void CountAllocations(Suite& suite, const DocumentShape& shape, const DocumentFi
     suite.Add(figure);
 }
 
-void RunShape(Suite& suite, const DocumentShape& shape, const std::vector<Target>& targets) {
+void RunShape(Suite& suite, const DocumentShape& shape, const std::vector<Target>& targets,
+              const std::vector<Target>& numberTargets = {}) {
     const DocumentFiles files(shape);
     for (const bool numbers : {false, true}) {
-        RunRow(suite, shape, files, numbers, numbers ? std::vector<Target>() : targets);
+        RunRow(suite, shape, files, numbers, numbers ? numberTargets : targets);
         CountAllocations(suite, shape, files, numbers);
     }
 }
@@ -81,14 +82,18 @@ void RunShape(Suite& suite, const DocumentShape& shape, const std::vector<Target
 
 void RunGet(Suite& suite) {
     if (!suite.Wants("get ")) return;
-    RunShape(suite, {4, 5}, {});
-    RunShape(suite, {50, 40}, {{"pugixml", 2.5, 5}, {"GKeyFile", 0.33, 0.7}});
+    const std::vector<Target> small = {
+        {"GKeyFile", 1.0, 1.3}, {"SimpleIni", 1.0, 1.3}, {"pugixml", 1.0, 1.3}};
+    const Target gKeyFile{"GKeyFile", 0.9, 1.2};
+    const Target simpleIni{"SimpleIni", 1.4, 2};
+    RunShape(suite, {4, 5}, small, small);
+    RunShape(suite, {50, 40}, {{"pugixml", 2.5, 5}, gKeyFile, simpleIni});
     if (suite.Quick()) {
         RunShape(suite, {1, 2000}, {});
         return;
     }
-    RunShape(suite, {500, 200}, {{"pugixml", 15, 30}, {"GKeyFile", 0.5, 1.0}});
-    RunShape(suite, {1, 100000}, {{"pugixml", 3000, 8000}, {"GKeyFile", 0.33, 0.7}});
+    RunShape(suite, {500, 200}, {{"pugixml", 15, 30}, gKeyFile, simpleIni});
+    RunShape(suite, {1, 100000}, {{"pugixml", 3000, 8000}, gKeyFile, simpleIni});
 }
 
 }  // namespace bench
