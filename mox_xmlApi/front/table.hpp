@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "mox_xmlApi/disk/file_stamp.hpp"
 #include "mox_xmlApi/disk/read_file.hpp"
@@ -31,8 +32,9 @@ class Table : public EntryTable {
   public:
     // A new document with an empty table.
     static Table create(const Text& name, const TableOptions& options = {}) {
-        return Table(xmlTableNew(nullptr, nullptr, 0, name.c_str(), options.editable ? 1 : 0, options.firstId,
-                                 options.type, 1));
+        void* const handle = xmlTableNew(nullptr, nullptr, 0, name.c_str(), options.editable ? 1 : 0,
+                                         options.firstId, options.type, 1);
+        return Table(front::TableHandle(handle, Dispose));
     }
 
     // Opens a file. nullopt if it cannot be read, does not parse or is no table document, see Profile::open, or if its
@@ -83,8 +85,8 @@ class Table : public EntryTable {
   private:
     static void Dispose(void* handle) { xmlTableDispose(&handle); }
 
-    explicit Table(void* handle)
-        : EntryTable(front::TableHandle(handle, Dispose), std::make_shared<front::WriteRules>(), {}) {
+    explicit Table(front::TableHandle handle)
+        : EntryTable(std::move(handle), std::make_shared<front::WriteRules>(), {}) {
         Rules()->isTableDocument = true;
     }
 
@@ -113,7 +115,7 @@ class Table : public EntryTable {
                 front::Fail(problem, Reason::WrongKind, "the table has another name");
             return std::nullopt;
         }
-        Table table(handle);
+        Table table(front::TableHandle(handle, Dispose));
         front::TakeFindings(findings, *table.Rules());
         table.Rules()->form = Form::Wide;
         return table;
