@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
+#include <thread>
 
 #include "tests/front/front_support.h"
 
@@ -133,6 +134,40 @@ TEST_F(FrontSaving, TextThatANarrowFileDoesNotKeepIsNotSavedAsOne) {
     EXPECT_EQ(Value(), "\xC3\xA4");
     profile->setLossy(true);
     EXPECT_TRUE(profile->saveReplacing(file, Form::Narrow));
+}
+
+// Reads, adds a key and saves, until nobody else has saved in between. Returns whether that succeeded.
+bool AddKey(const std::filesystem::path& file, const std::string& section, int key) {
+    constexpr int kMostTries = 10000;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        auto profile = Profile::open(file);
+        if (!profile.has_value() || !profile->set(section, std::to_string(key), key)) return false;
+        Problem problem;
+        if (profile->saveReplacing(file, &problem)) return true;
+        if (problem.reason != Reason::Changed && problem.reason != Reason::Busy) return false;
+    }
+    return false;
+}
+
+TEST_F(FrontSaving, TwoWritersOfAHundredKeysLoseNone) {
+    constexpr int kKeys = 100;
+    Write("1");
+    int added[2] = {};
+    const auto write = [&](int writer) {
+        for (int key = 0; key < kKeys; ++key)
+            added[writer] += AddKey(file, "S" + std::to_string(writer), key) ? 1 : 0;
+    };
+    std::thread other(write, 1);
+    write(0);
+    other.join();
+    EXPECT_EQ(added[0], kKeys);
+    EXPECT_EQ(added[1], kKeys);
+    const auto profile = Profile::open(file);
+    ASSERT_TRUE(profile.has_value());
+    for (const char* const section : {"S0", "S1"}) {
+        for (int key = 0; key < kKeys; ++key)
+            EXPECT_EQ(profile->get<int>(section, std::to_string(key)), key) << section;
+    }
 }
 
 TEST_F(FrontSaving, ADeepDocumentIsNotSaved) {
