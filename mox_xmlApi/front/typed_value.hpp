@@ -277,8 +277,8 @@ std::string FormatInteger(Integer value) {
 
 template <class Integer>
 constexpr ValueType TypeOfInteger() noexcept {
-    if (sizeof(Integer) == 2) return std::is_signed_v<Integer> ? ValueType::Short : ValueType::UShort;
-    if (sizeof(Integer) == 4) return std::is_signed_v<Integer> ? ValueType::Long : ValueType::ULong;
+    if (sizeof(Integer) == 2) return (std::is_signed_v<Integer>) ? ValueType::Short : ValueType::UShort;
+    if (sizeof(Integer) == 4) return (std::is_signed_v<Integer>) ? ValueType::Long : ValueType::ULong;
     return ValueType::String;
 }
 
