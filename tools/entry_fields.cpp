@@ -7,17 +7,6 @@
 namespace mox::tool {
 namespace {
 
-ValueType TypeOf(const std::string& name) {
-    const mox::Text text(name);
-    std::uint16_t code = 0;
-    if (!ValueTypeFromName(text.units(), WideView(), code))
-        throw ExitError(ExitCode::kUsageError,
-                        "unknown type " + QuotedIfNeeded(name) +
-                            " (expected short, long, double, string, bool, char, byte, ushort, ulong or "
-                            "ucstring)");
-    return static_cast<ValueType>(code);
-}
-
 Control ControlOf(const std::string& name) {
     const mox::Text text(name);
     const std::uint16_t code = ControlKindFromName(text.units());
@@ -30,6 +19,7 @@ Control ControlOf(const std::string& name) {
 }
 
 Owner OwnerOf(const std::string& name) {
+    if (name.empty()) return Owner::None;
     const mox::Text text(name);
     const std::uint8_t code = OwnerFromName(text.units());
     if (Utf8(OwnerToName(code)) != name)
@@ -40,8 +30,19 @@ Owner OwnerOf(const std::string& name) {
 
 }  // namespace
 
+ValueType ValueTypeOf(const std::string& name) {
+    const mox::Text text(name);
+    std::uint16_t code = 0;
+    if (!ValueTypeFromName(text.units(), WideView(), code))
+        throw ExitError(ExitCode::kUsageError,
+                        "unknown type " + QuotedIfNeeded(name) +
+                            " (expected short, long, double, string, bool, char, byte, ushort, ulong or "
+                            "ucstring)");
+    return static_cast<ValueType>(code);
+}
+
 void EntryFields::AddTo(CLI::App& verb) {
-    value_ = verb.add_option("VALUE", valueText_, "The value");
+    value_.AddTo(verb);
     type_ =
         verb.add_option("--type", typeText_, R"(Value type, for example "long"; a new entry has "string")");
     CLI::Option* const array = verb.add_flag("--array", isArray_, "The value is an array of that type");
@@ -57,15 +58,12 @@ void EntryFields::AddTo(CLI::App& verb) {
 }
 
 bool EntryFields::HasUi() const {
-    for (const CLI::Option* option : {control_, shownName_, comment_, provider_, providerIndex_, uiValue_}) {
-        if (option->count() > 0) return true;
-    }
-    return false;
+    const bool hasText = !shownNameText_.empty() || !commentText_.empty() || !providerText_.empty();
+    return hasText || control_->count() > 0 || providerNumber_ != 0 || uiValue_->count() > 0;
 }
 
 void EntryFields::Apply(Entry& entry) const {
-    if (HasValue()) entry.value = valueText_;
-    if (type_->count() > 0) entry.type = TypeOf(typeText_);
+    if (HasType()) entry.type = ValueTypeOf(typeText_);
     if (isArray_) entry.shape = Shape::Array;
     if (isVector_) entry.shape = Shape::Vector;
     if (id_->count() > 0) entry.id = idNumber_;
@@ -78,6 +76,35 @@ void EntryFields::Apply(Entry& entry) const {
     if (provider_->count() > 0) ui.providerOwner = OwnerOf(providerText_);
     if (providerIndex_->count() > 0) ui.providerIndex = providerNumber_;
     if (uiValue_->count() > 0) ui.value = uiValueText_;
+}
+
+bool EntryFields::Clear(EntryTable& table, const std::string& name, Problem& problem) const {
+    if (ClearsComment() && !table.setComment(name, "", &problem)) return false;
+    if (ClearsShownName() && !table.setShownName(name, "", &problem)) return false;
+    if (!ClearsProvider()) return true;
+    const std::optional<Entry> entry = table.find(name, &problem);
+    if (!entry.has_value()) return false;
+    Presentation ui = entry->ui.value_or(Presentation());
+    if (provider_->count() > 0) ui.providerOwner = OwnerOf(providerText_);
+    if (providerIndex_->count() > 0) ui.providerIndex = providerNumber_;
+    return table.setProvider(name, ui.providerOwner, ui.providerIndex, &problem);
+}
+
+bool EntryFields::AreIn(const DocumentEntry& entry) const {
+    const DocumentPresentation none;
+    const DocumentPresentation& ui = entry.ui == nullptr ? none : *entry.ui;
+    const auto isText = [](const CLI::Option* option, const std::string& given, const std::string& found) {
+        return option->count() == 0 || given == found;
+    };
+    const auto isNumber = [](const CLI::Option* option, std::uint32_t given, std::uint32_t found) {
+        return option->count() == 0 || given == found;
+    };
+    return isText(type_, typeText_, entry.type) && (!isArray_ || entry.shape == "array") &&
+           (!isVector_ || entry.shape == "vector") && isNumber(id_, idNumber_, entry.id) &&
+           isText(control_, controlText_, ui.control) && isText(shownName_, shownNameText_, ui.shownName) &&
+           isText(comment_, commentText_, ui.comment) && isText(provider_, providerText_, ui.provider) &&
+           isNumber(providerIndex_, providerNumber_, ui.providerIndex) &&
+           isText(uiValue_, uiValueText_, ui.value);
 }
 
 }  // namespace mox::tool

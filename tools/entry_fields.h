@@ -5,39 +5,53 @@
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <string>
-#include <vector>
 
+#include "mox_xmlApi/document/document.hpp"
 #include "mox_xmlApi/mox_xmlApi.hpp"
+#include "tools/value_argument.h"
 
 namespace mox::tool {
+
+// The type of that name. Throws ExitError (kUsageError) if there is none.
+ValueType ValueTypeOf(const std::string& name);
 
 // The field arguments of `entry set` and `entry add`.
 class EntryFields {
   public:
-    // Adds [VALUE] --type --array --vector --id --control --shown-name --comment --provider --provider-index --ui-value.
-    // Parsing the command line sets this object, which must live until then. The other functions need the verb, which
-    // owns the options.
+    // Adds [VALUE] --stdin --value-from --type --array --vector --id --control --shown-name --comment --provider
+    // --provider-index --ui-value. Parsing the command line sets this object, which must live until then. The other
+    // functions need the verb, which owns the options.
     void AddTo(CLI::App& verb);
 
-    bool HasValue() const { return value_->count() > 0; }
-    const std::string& Value() const noexcept { return valueText_; }
-    // Whether a field other than the value was given.
-    bool HasOthers() const { return type_->count() + id_->count() > 0 || isArray_ || isVector_ || HasUi(); }
+    const ValueArgument& Value() const noexcept { return value_; }
+    bool HasType() const { return type_->count() > 0; }
+
+    // Whether fields besides the value were given that Apply sets.
+    bool HasOthers() const { return HasType() || id_->count() > 0 || isArray_ || isVector_ || HasUi(); }
+    // Whether fields were given that only Clear sets: presentation data without a value.
+    bool HasCleared() const { return ClearsComment() || ClearsShownName() || ClearsProvider(); }
 
     // Sets the fields of the entry that were given; the others stay. Throws ExitError (kUsageError) for an unknown type,
     // control or provider.
     void Apply(Entry& entry) const;
 
-    // All texts that were given. Those that were not are empty.
-    std::vector<std::string> Texts() const {
-        return {valueText_, shownNameText_, commentText_, uiValueText_};
-    }
+    // Clears the fields of an entry in the table that were given as empty or 0. Returns false on failure.
+    bool Clear(EntryTable& table, const std::string& name, Problem& problem) const;
 
-    // Whether presentation data were given.
-    bool HasUi() const;
+    // Whether the entry has the fields that were given, not counting the value.
+    bool AreIn(const DocumentEntry& entry) const;
 
   private:
-    std::string valueText_{};
+    // Whether presentation data were given that Apply sets.
+    bool HasUi() const;
+    bool ClearsComment() const { return comment_->count() > 0 && commentText_.empty(); }
+    bool ClearsShownName() const { return shownName_->count() > 0 && shownNameText_.empty(); }
+    bool ClearsProvider() const {
+        return (provider_->count() > 0 && providerText_.empty()) ||
+               (providerIndex_->count() > 0 && providerNumber_ == 0);
+    }
+
+    ValueArgument value_{};
     std::string typeText_{};
     std::string controlText_{};
     std::string shownNameText_{};
@@ -48,7 +62,6 @@ class EntryFields {
     std::uint32_t providerNumber_ = 0;
     bool isArray_ = false;
     bool isVector_ = false;
-    CLI::Option* value_ = nullptr;
     CLI::Option* type_ = nullptr;
     CLI::Option* id_ = nullptr;
     CLI::Option* control_ = nullptr;

@@ -3,46 +3,54 @@
 #include "mox_xmlApi/document/text_format.h"
 #include "tools/exit_error.h"
 #include "tools/open_document.h"
-#include "tools/save_file.h"
 
 namespace mox::tool {
+namespace {
 
-void TargetArguments::AddTo(CLI::App& verb) {
-    AddFileArgument(verb, file);
-    sectionOption = verb.add_option("--section", section, "Work on this section of a settings file");
+void AddSectionOption(CLI::App& verb, TargetArguments& arguments) {
+    arguments.sectionOption =
+        verb.add_option("--section", arguments.section, "Work on this section of a settings file");
 }
 
-EntryTarget::EntryTarget(const TargetArguments& arguments)
-    : path_(arguments.file.path), document_(ReadDocument(path_, arguments.file.RequestedForm())) {
+}  // namespace
+
+void TargetArguments::AddForReading(CLI::App& verb) {
+    AddFileArgument(verb, edit.file);
+    AddSectionOption(verb, *this);
+}
+
+void TargetArguments::AddForWriting(CLI::App& verb) {
+    edit.AddTo(verb);
+    AddSectionOption(verb, *this);
+}
+
+const DocumentTable& FindTarget(const TargetArguments& arguments, const Document& document) {
     if (!arguments.HasSection()) {
-        RequireTable(path_, document_);
-        model_ = &document_.tables().front();
+        RequireTable(arguments.Path(), document);
+        return document.tables().front();
+    }
+    RequireSettings(arguments.Path(), document);
+    const DocumentTable* const table = document.findTable(arguments.section);
+    if (table == nullptr)
+        throw ExitError(ExitCode::kNotFound,
+                        arguments.Path() + ": no section " + QuotedIfNeeded(arguments.section));
+    return *table;
+}
+
+EditedTable::EditedTable(const TargetArguments& arguments) : arguments_(arguments), file_(arguments.edit) {
+    static_cast<void>(Before());
+    if (!arguments.HasSection()) {
+        entries_ = &file_.TableDocument();
         return;
     }
-    RequireSettings(path_, document_);
-    model_ = document_.findTable(arguments.section);
-    if (model_ == nullptr)
-        throw ExitError(ExitCode::kNotFound, path_ + ": no section " + QuotedIfNeeded(arguments.section));
+    Problem problem;
+    section_ = file_.Settings().findSection(arguments.section, &problem);
+    if (!section_.has_value()) ThrowRefused(problem);
+    entries_ = &*section_;
 }
 
-EntryTable& EntryTarget::Entries() {
-    if (section_.has_value()) return *section_;
-    if (table_.has_value()) return *table_;
-    if (document_.kind() == DocumentKind::Table)
-        return table_.emplace(OpenTableDocument(path_, document_.form()));
-    profile_.emplace(OpenProfile(path_, document_.form()));
-    section_ = profile_->findSection(model_->name);
-    if (!section_.has_value())
-        throw ExitError(ExitCode::kNotFound, path_ + ": no section " + QuotedIfNeeded(model_->name));
-    return *section_;
-}
-
-void EntryTarget::Save(bool withBackup) {
-    if (table_.has_value()) {
-        SaveTable(*table_, path_, withBackup);
-    } else if (profile_.has_value()) {
-        SaveProfile(*profile_, path_, document_.form(), withBackup);
-    }
+void EditedTable::Save(const std::function<bool(const DocumentTable& after)>& holds, Output& output) {
+    file_.Save([&](const Document& after) { return holds(FindTarget(arguments_, after)); }, output);
 }
 
 }  // namespace mox::tool

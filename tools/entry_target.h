@@ -2,51 +2,57 @@
 #ifndef MOX_XMLAPI_TOOLS_ENTRY_TARGET_H
 #define MOX_XMLAPI_TOOLS_ENTRY_TARGET_H
 
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "mox_xmlApi/document/document.hpp"
 #include "mox_xmlApi/mox_xmlApi.hpp"
-#include "tools/command_line.h"
+#include "tools/edited_file.h"
 
 namespace mox::tool {
 
 // The arguments that select the table.
 struct TargetArguments {
-    FileArgument file{};
+    EditArguments edit{};
     std::string section{};
-    CLI::Option* sectionOption = nullptr;  // null until AddTo; belongs to the verb
+    CLI::Option* sectionOption = nullptr;  // null until one of the next two; belongs to the verb
 
-    // Adds FILE, --wide, --narrow and --section. This object must live until the command line is parsed.
-    void AddTo(CLI::App& verb);
+    // Add the arguments of a verb that reads or changes the table. This object must live until the command line is
+    // parsed.
+    void AddForReading(CLI::App& verb);
+    void AddForWriting(CLI::App& verb);
+
     bool HasSection() const { return sectionOption != nullptr && sectionOption->count() > 0; }
+    const std::string& Path() const noexcept { return edit.file.path; }
 };
 
-class EntryTarget {
+// The table in a document that was read. Throws ExitError if the document is of the wrong kind (kUsageError) or lacks the
+// section (kNotFound).
+const DocumentTable& FindTarget(const TargetArguments& arguments, const Document& document);
+
+class EditedTable {
   public:
-    // Reads the file. Throws ExitError if it cannot be read (kIoError), does not parse (kSyntaxError), is of the wrong
-    // kind (kUsageError), or lacks the section (kNotFound).
-    explicit EntryTarget(const TargetArguments& arguments);
+    // Reads the file. Throws what EditedFile and FindTarget throw.
+    explicit EditedTable(const TargetArguments& arguments);
 
-    // The table as it is in the file. It belongs to this object.
-    const DocumentTable& Model() const noexcept { return *model_; }
+    // The table for changes. It belongs to this object.
+    EntryTable& Entries() noexcept { return *entries_; }
 
-    // The table for changes, opened by the first call. It belongs to this object. Throws ExitError if it cannot be
-    // opened.
-    EntryTable& Entries();
-    Form GetForm() const noexcept { return document_.form(); }
+    // The table as it was read.
+    const DocumentTable& Before() const { return FindTarget(arguments_, *file_.Before()); }
 
-    // Replaces the file with the changed document, if Entries was called. Throws ExitError (kIoError) on failure; the
-    // file is then unchanged.
-    void Save(bool withBackup);
+    // Ends the verb with a problem about an entry.
+    [[noreturn]] void ThrowRefused(const Problem& problem) const { tool::ThrowRefused(file_, problem); }
+
+    // See EditedFile::Save; `holds` gets the table.
+    void Save(const std::function<bool(const DocumentTable& after)>& holds, Output& output);
 
   private:
-    std::string path_;
-    Document document_;
-    const DocumentTable* model_ = nullptr;
-    std::optional<Profile> profile_;
-    std::optional<Section> section_;
-    std::optional<Table> table_;
+    const TargetArguments& arguments_;
+    EditedFile file_;
+    std::optional<Section> section_{};
+    EntryTable* entries_ = nullptr;
 };
 
 }  // namespace mox::tool

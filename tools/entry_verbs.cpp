@@ -1,11 +1,14 @@
-// entries, entry get|set|add|remove: read and change table documents, and sections of settings documents.
+// entries, entry get|set|add|rename|remove: read and change table documents, and sections of settings documents.
+#include <algorithm>
+#include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "mox_xmlApi/document/text_format.h"
 #include "tools/entry_fields.h"
 #include "tools/entry_target.h"
 #include "tools/json_output.h"
-#include "tools/save_file.h"
+#include "tools/open_document.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -15,31 +18,31 @@ struct EntryArguments {
     TargetArguments target{};
     EntryFields fields{};
     std::string name{};
+    std::string newName{};
     std::string before{};
     bool isJson = false;
-    bool withBackup = false;
     bool isAll = false;
 };
 
 [[noreturn]] void ThrowNoEntry(const EntryArguments& arguments, const std::string& name) {
-    throw ExitError(ExitCode::kNotFound, arguments.target.file.path + ": no entry " + QuotedIfNeeded(name));
+    throw ExitError(ExitCode::kNotFound, arguments.target.Path() + ": no entry " + QuotedIfNeeded(name));
 }
 
-[[noreturn]] void ThrowNotStored(const EntryArguments& arguments) {
-    throw ExitError(ExitCode::kIoError, arguments.target.file.path + ": the table cannot store entry " +
-                                            QuotedIfNeeded(arguments.name) +
-                                            " with these fields; nothing was changed");
+// Ends the verb with the problem about the entry.
+[[noreturn]] void ThrowRefused(const EntryArguments& arguments, const EditedTable& table,
+                               const std::string& name, const Problem& problem) {
+    if (problem.reason == Reason::NoSuchKey) ThrowNoEntry(arguments, name);
+    table.ThrowRefused(problem);
 }
 
-void RequireTextsStorable(const EntryArguments& arguments, const EntryTarget& target) {
-    RequireStorable(arguments.target.file.path, target.GetForm(), {arguments.name});
-    RequireStorable(arguments.target.file.path, target.GetForm(), arguments.fields.Texts());
+Document Read(const TargetArguments& target) {
+    return ReadDocument(target.Path(), target.edit.file.RequestedForm());
 }
 
 void RunEntries(const EntryArguments& arguments, Output& output) {
-    const EntryTarget target(arguments.target);
+    const Document document = Read(arguments.target);
     Json json = Json::array();
-    for (const DocumentEntry& entry : target.Model().entries) {
+    for (const DocumentEntry& entry : FindTarget(arguments.target, document).entries) {
         if (arguments.isJson) {
             json.push_back(EntryJson(entry));
         } else if (entry.isReadable) {
@@ -50,8 +53,9 @@ void RunEntries(const EntryArguments& arguments, Output& output) {
 }
 
 void RunGet(const EntryArguments& arguments, Output& output) {
-    const EntryTarget target(arguments.target);
-    const DocumentEntry* const entry = arguments.name.empty() ? nullptr : target.Model().find(arguments.name);
+    const Document document = Read(arguments.target);
+    const DocumentTable& table = FindTarget(arguments.target, document);
+    const DocumentEntry* const entry = arguments.name.empty() ? nullptr : table.find(arguments.name);
     if (entry == nullptr) ThrowNoEntry(arguments, arguments.name);
     if (arguments.isJson) {
         output.PrintLines(JsonText(EntryJson(*entry)));
@@ -60,57 +64,109 @@ void RunGet(const EntryArguments& arguments, Output& output) {
     }
 }
 
-void RunSet(const EntryArguments& arguments) {
-    if (!arguments.fields.HasValue() && !arguments.fields.HasOthers())
-        throw ExitError(ExitCode::kUsageError, "entry set requires a value or another field to change");
-    EntryTarget target(arguments.target);
-    EntryTable& table = target.Entries();
-    std::optional<Entry> entry = table.find(arguments.name);
-    if (!entry.has_value()) ThrowNoEntry(arguments, arguments.name);
-    RequireTextsStorable(arguments, target);
-    bool isStored = true;
-    if (arguments.fields.HasOthers()) {
-        // A field that is missing here stays as it is in the file.
-        if (entry->ui.has_value()) entry->ui->value.reset();
-        if (!arguments.fields.HasUi()) entry->ui.reset();
-        entry->value.reset();
-        arguments.fields.Apply(*entry);
-        isStored = table.put(*entry);
-    }
-    if (isStored && arguments.fields.HasValue())
-        isStored = table.setValue(arguments.name, arguments.fields.Value());
-    if (!isStored) ThrowNotStored(arguments);
-    target.Save(arguments.withBackup);
+// Whether the table has the entry with these fields and, unless it is null, this value.
+bool HasEntry(const DocumentTable& table, const EntryArguments& arguments, const std::string* value) {
+    const DocumentEntry* const entry = table.find(arguments.name);
+    return entry != nullptr && arguments.fields.AreIn(*entry) &&
+           (value == nullptr || entry->effectiveValue() == *value);
 }
 
-void RunAdd(const EntryArguments& arguments) {
-    if (arguments.name.empty()) throw ExitError(ExitCode::kUsageError, "the entry name must not be empty");
-    EntryTarget target(arguments.target);
-    EntryTable& table = target.Entries();
-    if (table.contains(arguments.name)) {
-        throw ExitError(ExitCode::kUsageError, arguments.target.file.path + ": entry " +
-                                                   QuotedIfNeeded(arguments.name) +
-                                                   " already exists (see \"mox-xml entry set\")");
+// The entry as it is, without what need not be written again. An entry without a known type can be given one.
+Entry FindForChange(const EntryArguments& arguments, const EditedTable& edited, EntryTable& table) {
+    Problem problem;
+    std::optional<Entry> entry = table.find(arguments.name, &problem);
+    if (!entry.has_value()) {
+        if (problem.reason != Reason::Unreadable || !arguments.fields.HasType())
+            ThrowRefused(arguments, edited, arguments.name, problem);
+        entry.emplace().name = arguments.name;
     }
-    if (!arguments.before.empty() && !table.find(arguments.before).has_value())
-        ThrowNoEntry(arguments, arguments.before);
-    RequireTextsStorable(arguments, target);
+    entry->value.reset();
+    if (entry->ui.has_value()) entry->ui->value.reset();
+    return *std::move(entry);
+}
+
+void RunSet(const EntryArguments& arguments, Output& output) {
+    const EntryFields& fields = arguments.fields;
+    const bool hasValue = fields.Value().IsGiven();
+    if (!hasValue && !fields.HasOthers() && !fields.HasCleared())
+        throw ExitError(ExitCode::kUsageError, "entry set requires a value or another field to change");
+    EditedTable edited(arguments.target);
+    EntryTable& table = edited.Entries();
+    Entry entry = FindForChange(arguments, edited, table);
+    std::optional<std::string> value;
+    if (hasValue) value = fields.Value().Read();
+    Problem problem;
+    bool isDone = true;
+    if (fields.HasOthers()) {
+        std::optional<Presentation> ui;
+        ui.swap(entry.ui);
+        fields.Apply(entry);
+        if (entry.ui.has_value()) {  // some of it is changed
+            entry.ui = ui;
+            fields.Apply(entry);
+        }
+        isDone = table.put(entry, Eud::DoNotSet, &problem);
+    }
+    isDone = isDone && fields.Clear(table, arguments.name, problem);
+    if (isDone && hasValue) isDone = table.setValue(arguments.name, *value, Eud::DoNotSet, &problem);
+    if (!isDone) ThrowRefused(arguments, edited, arguments.name, problem);
+    const std::string* const written = hasValue ? &*value : nullptr;
+    edited.Save([&](const DocumentTable& after) { return HasEntry(after, arguments, written); }, output);
+}
+
+void RunAdd(const EntryArguments& arguments, Output& output) {
+    if (arguments.name.empty()) throw ExitError(ExitCode::kUsageError, "the entry name must not be empty");
+    const bool hasValue = arguments.fields.Value().IsGiven();
+    EditedTable edited(arguments.target);
+    EntryTable& table = edited.Entries();
     Entry entry;
     entry.name = arguments.name;
-    entry.value = std::string();
     arguments.fields.Apply(entry);
-    const bool isStored =
-        arguments.before.empty() ? table.add(entry) : table.addBefore(arguments.before, entry);
-    if (!isStored) ThrowNotStored(arguments);
-    target.Save(arguments.withBackup);
+    entry.value = hasValue ? arguments.fields.Value().Read() : std::string();
+    Problem problem;
+    const bool isAdded = arguments.before.empty()
+                             ? table.add(entry, Eud::DoNotSet, &problem)
+                             : table.addBefore(arguments.before, entry, Eud::DoNotSet, &problem);
+    if (!isAdded) ThrowRefused(arguments, edited, arguments.before, problem);
+    const std::string* const written = hasValue ? &*entry.value : nullptr;
+    edited.Save([&](const DocumentTable& after) { return HasEntry(after, arguments, written); }, output);
 }
 
-void RunRemove(const EntryArguments& arguments) {
-    EntryTarget target(arguments.target);
-    EntryTable& table = target.Entries();
-    const bool isRemoved = arguments.isAll ? table.removeAll(arguments.name) : table.remove(arguments.name);
-    if (!isRemoved) ThrowNoEntry(arguments, arguments.name);
-    target.Save(arguments.withBackup);
+void RunRename(const EntryArguments& arguments, Output& output) {
+    EditedTable edited(arguments.target);
+    Problem problem;
+    if (!edited.Entries().rename(arguments.name, arguments.newName, &problem))
+        ThrowRefused(arguments, edited, arguments.name, problem);
+    const DocumentEntry* const before = edited.Before().find(arguments.name);
+    edited.Save(
+        [&](const DocumentTable& after) {
+            const DocumentEntry* const renamed = after.find(arguments.newName);
+            return renamed != nullptr && before != nullptr &&
+                   renamed->effectiveValue() == before->effectiveValue();
+        },
+        output);
+}
+
+std::size_t CountNamed(const DocumentTable& table, const std::string& name) {
+    return static_cast<std::size_t>(std::count_if(
+        table.entries.begin(), table.entries.end(),
+        [&](const DocumentEntry& entry) { return (entry.hasName || name.empty()) && entry.name == name; }));
+}
+
+void RunRemove(const EntryArguments& arguments, Output& output) {
+    EditedTable edited(arguments.target);
+    EntryTable& table = edited.Entries();
+    Problem problem;
+    const bool isRemoved = arguments.isAll ? table.removeAll(arguments.name, &problem)
+                                           : table.remove(arguments.name, 0, &problem);
+    if (!isRemoved) ThrowRefused(arguments, edited, arguments.name, problem);
+    const std::size_t count = CountNamed(edited.Before(), arguments.name);
+    edited.Save(
+        [&](const DocumentTable& after) {
+            const std::size_t left = CountNamed(after, arguments.name);
+            return arguments.isAll ? left == 0 : left < count;
+        },
+        output);
 }
 
 void AddName(CLI::App& verb, EntryArguments& arguments) {
@@ -120,45 +176,53 @@ void AddName(CLI::App& verb, EntryArguments& arguments) {
 // Each verb has its own arguments, because their options tell which of them were given.
 std::shared_ptr<EntryArguments> AddReadingVerb(CLI::App& verb, Output& output) {
     auto arguments = std::make_shared<EntryArguments>();
-    arguments->target.AddTo(verb);
+    arguments->target.AddForReading(verb);
     AddItemOptions(verb, arguments->isJson, output);
     return arguments;
 }
 
 std::shared_ptr<EntryArguments> AddWritingVerb(CLI::App& verb) {
     auto arguments = std::make_shared<EntryArguments>();
-    arguments->target.AddTo(verb);
+    arguments->target.AddForWriting(verb);
     AddName(verb, *arguments);
-    AddBackupOption(verb, arguments->withBackup);
     return arguments;
 }
 
-void AddEntrySet(CLI::App& group) {
+void AddEntrySet(CLI::App& group, Output& output) {
     CLI::App& set = AddVerb(group, "set", "Change an entry",
                             "mox-xml entry set tools.xml \"Drill 3\" 3.2\n"
                             "mox-xml entry set tools.xml \"Drill 3\" --comment \"diameter in mm\"");
     const auto arguments = AddWritingVerb(set);
     arguments->fields.AddTo(set);
-    set.callback([arguments] { RunSet(*arguments); });
+    set.callback([arguments, &output] { RunSet(*arguments, output); });
 }
 
-void AddEntryAdd(CLI::App& group) {
+void AddEntryAdd(CLI::App& group, Output& output) {
     CLI::App& add = AddVerb(group, "add", "Add an entry, at the end or before another one",
                             "mox-xml entry add tools.xml \"Drill 4\" 4.0 --type double --id 2\n"
                             "mox-xml entry add tools.xml \"Drill 2\" 2.0 --before \"Drill 3\"");
     const auto arguments = AddWritingVerb(add);
     arguments->fields.AddTo(add);
     add.add_option("--before", arguments->before, "Insert before this entry");
-    add.callback([arguments] { RunAdd(*arguments); });
+    add.callback([arguments, &output] { RunAdd(*arguments, output); });
 }
 
-void AddEntryRemove(CLI::App& group) {
+void AddEntryRename(CLI::App& group, Output& output) {
+    CLI::App& rename = AddVerb(group, "rename", "Give an entry another name, in its place",
+                               "mox-xml entry rename tools.xml \"Drill 3\" \"Drill 4\"\n"
+                               "mox-xml entry rename camera.xml Gain Amplification --section Camera");
+    const auto arguments = AddWritingVerb(rename);
+    rename.add_option("NEW", arguments->newName, "The new name")->required();
+    rename.callback([arguments, &output] { RunRename(*arguments, output); });
+}
+
+void AddEntryRemove(CLI::App& group, Output& output) {
     CLI::App& remove = AddVerb(group, "remove", "Remove an entry",
                                "mox-xml entry remove tools.xml \"Drill 3\"\n"
                                "mox-xml entry remove tools.xml \"Drill 3\" --all --backup");
     const auto arguments = AddWritingVerb(remove);
     remove.add_flag("--all", arguments->isAll, "Remove all entries of that name, not only the first");
-    remove.callback([arguments] { RunRemove(*arguments); });
+    remove.callback([arguments, &output] { RunRemove(*arguments, output); });
 }
 
 }  // namespace
@@ -170,9 +234,10 @@ void AddEntryVerbs(CLI::App& app, Output& output) {
     const auto listed = AddReadingVerb(entries, output);
     entries.callback([listed, &output] { RunEntries(*listed, output); });
 
-    CLI::App& group = AddVerb(app, "entry", "Work on one entry of a table file: get, set, add, remove",
-                              "mox-xml entry get tools.xml \"Drill 3\"\n"
-                              "mox-xml entry set tools.xml \"Drill 3\" 3.2");
+    CLI::App& group =
+        AddVerb(app, "entry", "Work on one entry of a table file: get, set, add, rename, remove",
+                "mox-xml entry get tools.xml \"Drill 3\"\n"
+                "mox-xml entry set tools.xml \"Drill 3\" 3.2");
     group.require_subcommand(1);
     CLI::App& get = AddVerb(group, "get", "Print the value of an entry; with --json the whole entry",
                             "mox-xml entry get tools.xml \"Drill 3\"\n"
@@ -180,9 +245,10 @@ void AddEntryVerbs(CLI::App& app, Output& output) {
     const auto read = AddReadingVerb(get, output);
     AddName(get, *read);
     get.callback([read, &output] { RunGet(*read, output); });
-    AddEntrySet(group);
-    AddEntryAdd(group);
-    AddEntryRemove(group);
+    AddEntrySet(group, output);
+    AddEntryAdd(group, output);
+    AddEntryRename(group, output);
+    AddEntryRemove(group, output);
 }
 
 }  // namespace mox::tool

@@ -2,9 +2,11 @@
 #include <algorithm>
 #include <memory>
 
+#include "mox_xmlApi/platform/wide_text.h"
 #include "tools/command_line.h"
 #include "tools/open_document.h"
 #include "tools/save_file.h"
+#include "tools/system.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -15,6 +17,7 @@ struct ExportArguments {
     std::string output{};
     bool isValues = false;
     bool isUi = false;
+    bool withBackup = false;
 };
 
 struct ConvertArguments {
@@ -30,16 +33,27 @@ struct ConvertArguments {
 void RunExport(const ExportArguments& arguments) {
     if (arguments.isValues == arguments.isUi)
         throw ExitError(ExitCode::kUsageError, "export requires either --values or --ui");
-    const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
-    RequireSettings(arguments.file.path, document);
-    const Profile profile = OpenProfile(arguments.file.path, document.form());
-    const Content content = arguments.isValues ? Content::Values : Content::Ui;
-    SaveOptions options;
+    const std::string& path = arguments.file.path;
+    const std::string bytes = ReadBytes(path);
+    const Document document = ParseDocument(path, bytes, arguments.file.RequestedForm());
+    RequireSettings(path, document);
+    if (IsSameFile(path, arguments.output))
+        throw ExitError(ExitCode::kUsageError, arguments.output + ": the output would replace FILE itself");
+    OpenOptions options;
     options.form = document.form();
-    options.content = content;
-    options.overwrite = true;
-    if (!profile.saveReplacing(arguments.output, options))
-        throw ExitError(ExitCode::kIoError, arguments.output + ": cannot write the file");
+    Problem problem;
+    const std::optional<Profile> profile = Profile::parse(bytes, options, &problem);
+    if (!profile.has_value()) ThrowProblem(path, problem);
+    const Content content = arguments.isValues ? Content::Values : Content::Ui;
+    const std::optional<std::string> exported = profile->toBytes(document.form(), content, &problem);
+    if (!exported.has_value()) ThrowProblem(path, problem);
+    SaveBytes(*exported, arguments.output, arguments.withBackup);
+}
+
+// Whether the unit reads back from a narrow file as it was. The library reads the bytes from 0x80 on as U+FF80 to U+FFFF,
+// and writes these as the bytes again.
+bool FitsNarrowForm(wchar16 unit) noexcept {
+    return unit < 0x80 || (unit & 0xFFFF) >= 0xFF80;
 }
 
 // The bytes of a file with this text, terminated by a zero unit.
@@ -99,6 +113,7 @@ void AddExport(CLI::App& app) {
     verb.add_option("OUTPUT", arguments->output, "The file to write, in the form of FILE")->required();
     verb.add_flag("--values", arguments->isValues, "Export the names, types and values of all entries");
     verb.add_flag("--ui", arguments->isUi, "Export the presentation data of all entries");
+    verb.add_flag("--backup", arguments->withBackup, "Keep an old OUTPUT as OUTPUT.bak");
     verb.callback([arguments] { RunExport(*arguments); });
 }
 

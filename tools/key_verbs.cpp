@@ -55,8 +55,10 @@ void RunKeys(const KeyArguments& arguments, Output& output) {
 void RunGet(const KeyArguments& arguments, Output& output) {
     const Document document = ReadDocument(arguments.file.path, arguments.file.RequestedForm());
     RequireSettings(arguments.file.path, document);
-    const Profile profile = OpenProfile(arguments.file.path, document.form());
-    std::optional<std::string> value = profile.getString(arguments.section, arguments.key);
+    const DocumentEntry* const entry =
+        arguments.key.empty() ? nullptr : document.findEntry(arguments.section, arguments.key);
+    std::optional<std::string> value;
+    if (entry != nullptr) value = entry->effectiveValue();
     if (!value.has_value() && arguments.hasDefault) value = arguments.defaultValue;
     if (!value.has_value()) {
         throw ExitError(ExitCode::kNotFound, arguments.file.path + ": no key " +

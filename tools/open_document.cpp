@@ -4,40 +4,54 @@
 
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "tools/exit_error.h"
+#include "tools/system.h"
 
 namespace mox::tool {
 namespace {
 
-[[noreturn]] void ThrowCannotOpen(const std::string& path) {
-    throw ExitError(ExitCode::kIoError, path + ": cannot open the document");
-}
-
 [[noreturn]] void ThrowWrongKind(const std::string& path, const Document& document,
                                  const std::string& expected) {
-    throw ExitError(ExitCode::kUsageError,
-                    path + ": found a " + describe(document.kind()) + ", expected " + expected);
+    const EncodingReport& encoding = document.encoding();
+    const bool isOther = encoding.encoding == Encoding::Utf16Be || encoding.encoding == Encoding::Zeros;
+    const std::string found = isOther ? mox::describe(encoding) : "a " + mox::describe(document.kind());
+    throw ExitError(ExitCode::kUsageError, path + ": found " + found + ", expected " + expected);
+}
+
+ExitCode CodeOf(Reason reason) noexcept {
+    switch (reason) {
+        case Reason::NoSuchSection:
+        case Reason::NoSuchKey:
+            return ExitCode::kNotFound;
+        case Reason::WrongKind:
+        case Reason::NameTaken:
+            return ExitCode::kUsageError;
+        case Reason::Syntax:
+            return ExitCode::kSyntaxError;
+        default:
+            return ExitCode::kIoError;
+    }
 }
 
 }  // namespace
 
 std::string ReadBytes(const std::string& path) {
+    if (path == kStdinPath) return ReadStdin();
     Problem problem;
     std::optional<std::string> bytes = readFile(path, nullptr, &problem);
-    if (bytes.has_value()) return std::move(*bytes);
-    // The system's errors say what failed; the others say what the file is.
-    const bool isBySystem = problem.reason == Reason::NotFound || problem.reason == Reason::NoPermission ||
-                            problem.reason == Reason::ReadFailed;
-    const char* const what = isBySystem ? ": " : ": cannot read the file: ";
-    throw ExitError(ExitCode::kIoError, path + what + problem.message);
+    if (!bytes.has_value()) ThrowUnread(path, problem);
+    return std::move(*bytes);
 }
 
 Document ReadDocument(const std::string& path, std::optional<Form> form) {
+    return ParseDocument(path, ReadBytes(path), form);
+}
+
+Document ParseDocument(const std::string& path, const std::string& bytes, std::optional<Form> form) {
     Problem problem;
-    std::optional<Document> document = Document::parse(ReadBytes(path), form, &problem);
+    std::optional<Document> document = Document::parse(bytes, form, &problem);
     if (document.has_value()) return std::move(*document);
     throw ExitError(ExitCode::kSyntaxError,
-                    AtPosition(path, {problem.line, problem.column},
-                               "found " + problem.found + ", expected " + problem.expected));
+                    AtPosition(path, {problem.line, problem.column}, problem.message));
 }
 
 std::string AtPosition(const std::string& path, Position position, const std::string& message) {
@@ -55,25 +69,18 @@ void RequireTable(const std::string& path, const Document& document) {
     ThrowWrongKind(path, document, "a table document (for a section of a settings document, use --section)");
 }
 
-Profile OpenProfile(const std::string& path, Form form) {
-    OpenOptions options;
-    options.form = form;
-    options.anyDocument = true;  // the verbs decide which documents they change
-    std::optional<Profile> profile = Profile::open(path, options);
-    if (!profile.has_value()) ThrowCannotOpen(path);
-    return std::move(*profile);
+void ThrowProblem(const std::string& path, const Problem& problem, const char* rest) {
+    Problem named = problem;
+    if (named.file.empty()) named.file = path;
+    throw ExitError(CodeOf(problem.reason), named.toString() + rest);
 }
 
-Table OpenTableDocument(const std::string& path, Form form) {
-    if (form == Form::Narrow) {
-        throw ExitError(ExitCode::kIoError,
-                        path + ": a table document must be wide (see \"mox-xml convert --wide\")");
-    }
-    OpenOptions options;
-    options.anyDocument = true;
-    std::optional<Table> table = Table::open(path, "", options);
-    if (!table.has_value()) ThrowCannotOpen(path);
-    return std::move(*table);
+void ThrowUnread(const std::string& path, const Problem& problem) {
+    // The system's errors say what failed; the others say what the file is.
+    const bool isBySystem = problem.reason == Reason::NotFound || problem.reason == Reason::NoPermission ||
+                            problem.reason == Reason::ReadFailed;
+    const char* const what = isBySystem ? ": " : ": cannot read the file: ";
+    throw ExitError(ExitCode::kIoError, path + what + problem.message);
 }
 
 }  // namespace mox::tool

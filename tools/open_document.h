@@ -1,4 +1,4 @@
-// Reads files, and opens documents through the C++ front for verbs that change them or read single keys.
+// Reads files, and the documents in them.
 #ifndef MOX_XMLAPI_TOOLS_OPEN_DOCUMENT_H
 #define MOX_XMLAPI_TOOLS_OPEN_DOCUMENT_H
 
@@ -10,26 +10,33 @@
 
 namespace mox::tool {
 
-// The content of a file. Throws ExitError (kIoError) if it cannot be read.
+// The path that means stdin, for verbs that only read the file.
+inline constexpr const char* kStdinPath = "-";
+
+// The content of a file, or of stdin. Throws ExitError (kIoError) if it cannot be read.
 std::string ReadBytes(const std::string& path);
 
-// Reads the document of a file. Without a form it is detected. Throws ExitError if the file cannot be read (kIoError) or
-// does not parse (kSyntaxError, with the position and the reason).
+// Reads the document of a file, or of stdin. Without a form it is detected. Throws ExitError if the file cannot be read
+// (kIoError) or does not parse (kSyntaxError, with the position and the reason).
 Document ReadDocument(const std::string& path, std::optional<Form> form);
+
+// The same for a content that was read from the file. Throws ExitError (kSyntaxError).
+Document ParseDocument(const std::string& path, const std::string& bytes, std::optional<Form> form);
 
 // "path:line:column: message"
 std::string AtPosition(const std::string& path, Position position, const std::string& message);
 
-// Throw ExitError (kUsageError) unless the document of the file is of that kind.
+// Throw ExitError (kUsageError) unless the document of the file is of that kind. The message names the encoding if that
+// is the reason.
 void RequireSettings(const std::string& path, const Document& document);
 void RequireTable(const std::string& path, const Document& document);
 
-// Opens a settings document in the form that the file has. Throws ExitError (kIoError) if that fails.
-Profile OpenProfile(const std::string& path, Form form);
+// Ends the verb with the problem that the library reports about the file or what is in it, and the exit code for that.
+// `rest` is the end of the message.
+[[noreturn]] void ThrowProblem(const std::string& path, const Problem& problem, const char* rest = "");
 
-// Opens a table document. Throws ExitError (kIoError) if that fails, and for a narrow file: the library opens wide
-// table documents only.
-Table OpenTableDocument(const std::string& path, Form form);
+// Ends the verb because a file cannot be read.
+[[noreturn]] void ThrowUnread(const std::string& path, const Problem& problem);
 
 }  // namespace mox::tool
 

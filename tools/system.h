@@ -19,8 +19,12 @@ bool IsStdoutTerminal();
 // characters, whatever its code page is. Returns whether all data were written.
 bool WriteStandardStreams(const std::string& data, const std::string& messages);
 
-// Whether the path (UTF-8) exists. Also true when the system cannot tell, for lack of permission for example.
-bool Exists(const std::string& path);
+// Whether both paths (UTF-8) lead to the same file. False if one of them does not exist.
+bool IsSameFile(const std::string& one, const std::string& other);
+
+// All bytes of stdin. Throws ExitError: kIoError if they cannot be read or are too many (kLargestStream), kUsageError if
+// stdin was read before.
+std::string ReadStdin();
 
 }  // namespace mox::tool
 

@@ -14,7 +14,8 @@ namespace mox::tool {
 
 void AddKeyVerbs(CLI::App& app, Output& output);         // sections, keys, get
 void AddKeyWritingVerbs(CLI::App& app, Output& output);  // set, delete
-void AddEntryVerbs(CLI::App& app, Output& output);       // entries, entry get|set|add|remove
+void AddEntryVerbs(CLI::App& app, Output& output);       // entries, entry get|set|add|rename|remove
+void AddDocumentVerbs(CLI::App& app, Output& output);    // new, section add|set|remove
 void AddShowVerb(CLI::App& app, Output& output);         // show
 void AddFileVerbs(CLI::App& app, Output& output);        // export, convert
 void AddDiffVerb(CLI::App& app, Output& output);         // diff
@@ -22,7 +23,8 @@ void AddCheckVerb(CLI::App& app, Output& output);        // check
 
 // In the order of --help.
 inline constexpr void (*kVerbSources[])(CLI::App& app, Output& output) = {
-    AddKeyVerbs, AddKeyWritingVerbs, AddEntryVerbs, AddShowVerb, AddFileVerbs, AddDiffVerb, AddCheckVerb};
+    AddKeyVerbs, AddKeyWritingVerbs, AddEntryVerbs, AddDocumentVerbs,
+    AddShowVerb, AddFileVerbs,       AddDiffVerb,   AddCheckVerb};
 
 }  // namespace mox::tool
 

@@ -19,8 +19,9 @@ TEST_F(CommandLine, NamesTheVerbsNearestToAnUnknownOne) {
     Fails(2, {"entires"}, "unknown verb entires; the nearest is entries (see");
     Fails(2, {"entr"}, "unknown verb entr; the nearest are entries and entry (see");
     Fails(2, {"convret"}, "unknown verb convret; the nearest is convert (see");
-    Fails(2, {"sec", "a.xml"}, "unknown verb sec; the nearest is sections (see");
-    Fails(2, {"remove", "a.xml"}, "unknown verb remove; the nearest is entry remove (see");
+    Fails(2, {"sec", "a.xml"}, "unknown verb sec; the nearest are sections and section (see");
+    Fails(2, {"remove", "a.xml"},
+          "unknown verb remove; the nearest are entry remove and section remove (see");
     Fails(2, {"entry", "sett"},
           "mox-xml: unknown verb sett; the nearest is entry set (see \"mox-xml entry --help\")\n");
     Fails(2, {"frobnicate"}, "mox-xml: unknown verb frobnicate (see \"mox-xml --help\")\n");

@@ -62,10 +62,11 @@ class Completion : public ToolTest {
 
 TEST_F(Completion, OffersVerbs) {
     Bash bash;
-    EXPECT_EQ(bash.AfterTab("mox-xml sec"), "mox-xml sections ");
-    EXPECT_EQ(bash.AfterTab("mox-xml --json sec"), "mox-xml --json sections ");
-    EXPECT_EQ(bash.AfterTab("mox-xml entry re"), "mox-xml entry remove ");
-    EXPECT_EQ(bash.AllAfter("mox-xml entry "), "mox-xml entry add get remove set ");
+    EXPECT_EQ(bash.AfterTab("mox-xml sections"), "mox-xml sections ");
+    EXPECT_EQ(bash.AfterTab("mox-xml --json exp"), "mox-xml --json export ");
+    EXPECT_EQ(bash.AfterTab("mox-xml entry rem"), "mox-xml entry remove ");
+    EXPECT_EQ(bash.AllAfter("mox-xml entry "), "mox-xml entry add get remove rename set ");
+    EXPECT_EQ(bash.AllAfter("mox-xml section "), "mox-xml section add remove set ");
 }
 
 TEST_F(Completion, OffersFiles) {

@@ -1,0 +1,134 @@
+#include "tools/edited_file.h"
+
+#include <cstddef>
+#include <utility>
+
+#include "mox_xmlApi/disk/read_file.hpp"
+#include "tools/exit_error.h"
+#include "tools/open_document.h"
+#include "tools/save_file.h"
+
+namespace mox::tool {
+namespace {
+
+void RefuseStdin(const std::string& path) {
+    if (path == kStdinPath)
+        throw ExitError(ExitCode::kUsageError,
+                        "\"-\" is stdin, which cannot be changed (a file of that name is \"./-\")");
+}
+
+// How many sections and entries have "eud" in one document and are there without it in the other.
+std::size_t CountLostEud(const Document& before, const Document& after) {
+    std::size_t count = 0;
+    for (const DocumentTable& table : before.tables()) {
+        if (before.findTable(table.name) != &table) continue;
+        const DocumentTable* const left = after.findTable(table.name);
+        if (left == nullptr) continue;
+        if (table.hasEud && !left->hasEud) ++count;
+        for (const DocumentEntry& entry : table.entries) {
+            if (!entry.hasEud) continue;
+            const DocumentEntry* const leftEntry = left->findElement(entry.name);
+            if (leftEntry != nullptr && !leftEntry->hasEud) ++count;
+        }
+    }
+    return count;
+}
+
+void PrintEudNote(const std::string& path, std::size_t count, Output& output) {
+    if (count == 0) return;
+    output.PrintMessage(path + ": note: saving removed the attribute \"eud\" from " + std::to_string(count) +
+                        (count == 1 ? " section or entry" : " sections and entries"));
+}
+
+}  // namespace
+
+void EditArguments::AddTo(CLI::App& verb) {
+    AddFileArgument(verb, file);
+    AddBackupOption(verb, withBackup);
+    verb.add_flag("--overwrite", mayOverwrite,
+                  "Replace the file even if another program has changed it meanwhile");
+}
+
+EditedFile::EditedFile(const EditArguments& arguments, Missing missing)
+    : arguments_(arguments), missing_(missing) {
+    RefuseStdin(Path());
+    Problem problem;
+    std::optional<std::string> bytes = readFile(Path(), &stamp_, &problem);
+    if (!bytes.has_value()) {
+        if (problem.reason != Reason::NotFound || missing == Missing::Refuse) ThrowUnread(Path(), problem);
+        profile_.emplace();
+        profile_->setForm(arguments.file.RequestedForm().value_or(Form::Wide));
+        return;
+    }
+    bytes_ = std::move(*bytes);
+    before_.emplace(ParseDocument(Path(), bytes_, arguments.file.RequestedForm()));
+}
+
+EditedFile::EditedFile(const EditArguments& arguments, Profile&& profile)
+    : arguments_(arguments), profile_(std::move(profile)) {
+    RefuseStdin(Path());
+    profile_->setForm(arguments.file.RequestedForm().value_or(Form::Wide));
+}
+
+EditedFile::EditedFile(const EditArguments& arguments, Table&& table)
+    : arguments_(arguments), table_(std::move(table)) {
+    RefuseStdin(Path());
+}
+
+Profile& EditedFile::Settings() {
+    if (profile_.has_value()) return *profile_;
+    OpenOptions options;
+    options.form = before_->form();
+    Problem problem;
+    profile_ = Profile::parse(bytes_, options, &problem);
+    const bool mayAddRoot = missing_ == Missing::Create && before_->kind() == DocumentKind::Other;
+    if (!profile_.has_value() && problem.reason == Reason::WrongKind && mayAddRoot) {
+        options.anyDocument = true;  // a save then adds the root element
+        profile_ = Profile::parse(bytes_, options, &problem);
+    }
+    if (profile_.has_value()) return *profile_;
+    if (problem.reason == Reason::WrongKind) RequireSettings(Path(), *before_);
+    ThrowProblem(Path(), problem, kNothingChanged);
+}
+
+Table& EditedFile::TableDocument() {
+    if (table_.has_value()) return *table_;
+    OpenOptions options;
+    options.form = before_->form();
+    Problem problem;
+    table_ = Table::parse(bytes_, "", options, &problem);
+    if (!table_.has_value()) {
+        if (problem.reason == Reason::WrongKind) RequireTable(Path(), *before_);
+        ThrowProblem(Path(), problem, kNothingChanged);
+    }
+    if (before_->form() == Form::Narrow) {
+        throw ExitError(ExitCode::kIoError,
+                        Path() + ": a table document must be wide (see \"mox-xml convert --wide\")");
+    }
+    return *table_;
+}
+
+void EditedFile::Save(const std::function<bool(const Document& after)>& holds, Output& output) {
+    const Form form = profile_.has_value() ? profile_->form() : Form::Wide;
+    Problem problem;
+    const std::optional<std::string> bytes = profile_.has_value()
+                                                 ? profile_->toBytes(form, Content::Document, &problem)
+                                                 : table_->toBytes(&problem);
+    if (!bytes.has_value()) ThrowProblem(Path(), problem, kNothingChanged);
+    const Document after = ParseDocument(Path(), *bytes, form);
+    if (!holds(after)) {
+        throw ExitError(ExitCode::kIoError,
+                        Path() + ": the file would not contain what was to be written" + kNothingChanged);
+    }
+    const std::size_t lostEud = before_.has_value() ? CountLostEud(*before_, after) : 0;
+    SaveBytes(*bytes, Path(), arguments_.withBackup, arguments_.mayOverwrite ? nullptr : &stamp_);
+    PrintEudNote(Path(), lostEud, output);
+}
+
+void ThrowRefused(const EditedFile& file, const Problem& problem) {
+    const bool isForm =
+        problem.reason == Reason::NotKept && problem.message.find("a narrow file keeps") != std::string::npos;
+    ThrowProblem(file.Path(), problem, isForm ? " (see \"mox-xml convert --wide\")" : "");
+}
+
+}  // namespace mox::tool
