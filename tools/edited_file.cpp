@@ -1,6 +1,8 @@
 #include "tools/edited_file.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <utility>
 
 #include "mox_xmlApi/disk/read_file.hpp"
@@ -34,10 +36,46 @@ std::size_t CountLostEud(const Document& before, const Document& after) {
     return count;
 }
 
-void PrintEudNote(const std::string& path, std::size_t count, Output& output) {
+// Whether the text has become another one only by white space that the layout of the file has added to its line breaks.
+bool HasMoreSpace(const std::string& before, const std::string& after) {
+    if (before == after || after.find('\n') == std::string::npos) return false;
+    const auto withoutSpace = [](std::string text) {
+        text.erase(
+            std::remove_if(text.begin(), text.end(),
+                           [](char character) { return std::strchr(" \t\r\n", character) != nullptr; }),
+            text.end());
+        return text;
+    };
+    return withoutSpace(before) == withoutSpace(after);
+}
+
+// How many values and comments of one document have more white space in the other.
+std::size_t CountAddedSpace(const Document& before, const Document& after) {
+    const DocumentPresentation none;
+    std::size_t count = 0;
+    for (const DocumentTable& table : before.tables()) {
+        const DocumentTable* const left = after.findTable(table.name);
+        if (left == nullptr) continue;
+        for (const DocumentEntry& entry : table.entries) {
+            if (table.find(entry.name) != &entry) continue;
+            const DocumentEntry* const leftEntry = left->find(entry.name);
+            if (leftEntry == nullptr) continue;
+            const DocumentPresentation& ui = entry.ui == nullptr ? none : *entry.ui;
+            const DocumentPresentation& leftUi = leftEntry->ui == nullptr ? none : *leftEntry->ui;
+            if (HasMoreSpace(entry.value, leftEntry->value)) ++count;
+            if (HasMoreSpace(ui.value, leftUi.value)) ++count;
+            if (HasMoreSpace(ui.comment, leftUi.comment)) ++count;
+        }
+    }
+    return count;
+}
+
+// Prints "<what> <count> <one>" or, unless it is one, "... <several>".
+void PrintNote(const std::string& path, const char* what, std::size_t count, const char* one,
+               const char* several, Output& output) {
     if (count == 0) return;
-    output.PrintMessage(path + ": note: saving removed the attribute \"eud\" from " + std::to_string(count) +
-                        (count == 1 ? " section or entry" : " sections and entries"));
+    output.PrintMessage(path + ": note: saving " + what + " " + std::to_string(count) + " " +
+                        (count == 1 ? one : several));
 }
 
 }  // namespace
@@ -120,9 +158,12 @@ void EditedFile::Save(const std::function<bool(const Document& after)>& holds, O
         throw ExitError(ExitCode::kIoError,
                         Path() + ": the file would not contain what was to be written" + kNothingChanged);
     }
-    const std::size_t lostEud = before_.has_value() ? CountLostEud(*before_, after) : 0;
     SaveBytes(*bytes, Path(), arguments_.withBackup, arguments_.mayOverwrite ? nullptr : &stamp_);
-    PrintEudNote(Path(), lostEud, output);
+    if (!before_.has_value()) return;
+    PrintNote(Path(), "removed the attribute \"eud\" from", CountLostEud(*before_, after), "section or entry",
+              "sections and entries", output);
+    PrintNote(Path(), "added white space to", CountAddedSpace(*before_, after),
+              "value or comment with a line break", "values and comments with line breaks", output);
 }
 
 void ThrowRefused(const EditedFile& file, const Problem& problem) {

@@ -38,13 +38,14 @@ const DocumentTable& FindTarget(const TargetArguments& arguments, const Document
 }
 
 EditedTable::EditedTable(const TargetArguments& arguments) : arguments_(arguments), file_(arguments.edit) {
-    static_cast<void>(Before());
     if (!arguments.HasSection()) {
         entries_ = &file_.TableDocument();
         return;
     }
+    const Profile& profile = file_.Settings();
+    static_cast<void>(Before());  // requires the section
     Problem problem;
-    section_ = file_.Settings().findSection(arguments.section, &problem);
+    section_ = profile.findSection(arguments.section, &problem);
     if (!section_.has_value()) ThrowRefused(problem);
     entries_ = &*section_;
 }

@@ -11,10 +11,8 @@ namespace {
 
 [[noreturn]] void ThrowWrongKind(const std::string& path, const Document& document,
                                  const std::string& expected) {
-    const EncodingReport& encoding = document.encoding();
-    const bool isOther = encoding.encoding == Encoding::Utf16Be || encoding.encoding == Encoding::Zeros;
-    const std::string found = isOther ? mox::describe(encoding) : "a " + mox::describe(document.kind());
-    throw ExitError(ExitCode::kUsageError, path + ": found " + found + ", expected " + expected);
+    throw ExitError(ExitCode::kUsageError,
+                    path + ": found a " + describe(document.kind()) + ", expected " + expected);
 }
 
 ExitCode CodeOf(Reason reason) noexcept {
@@ -34,10 +32,10 @@ ExitCode CodeOf(Reason reason) noexcept {
 
 }  // namespace
 
-std::string ReadBytes(const std::string& path) {
+std::string ReadBytes(const std::string& path, FileStamp* stamp) {
     if (path == kStdinPath) return ReadStdin();
     Problem problem;
-    std::optional<std::string> bytes = readFile(path, nullptr, &problem);
+    std::optional<std::string> bytes = readFile(path, stamp, &problem);
     if (!bytes.has_value()) ThrowUnread(path, problem);
     return std::move(*bytes);
 }
@@ -46,7 +44,7 @@ Document ReadDocument(const std::string& path, std::optional<Form> form) {
     return ParseDocument(path, ReadBytes(path), form);
 }
 
-Document ParseDocument(const std::string& path, const std::string& bytes, std::optional<Form> form) {
+Document ParseDocument(const std::string& path, std::string_view bytes, std::optional<Form> form) {
     Problem problem;
     std::optional<Document> document = Document::parse(bytes, form, &problem);
     if (document.has_value()) return std::move(*document);

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "mox_xmlApi/document/document.hpp"
 #include "mox_xmlApi/mox_xmlApi.hpp"
@@ -13,21 +14,21 @@ namespace mox::tool {
 // The path that means stdin, for verbs that only read the file.
 inline constexpr const char* kStdinPath = "-";
 
-// The content of a file, or of stdin. Throws ExitError (kIoError) if it cannot be read.
-std::string ReadBytes(const std::string& path);
+// The content of a file, or of stdin, and in `stamp`, unless null, its state; that of stdin is that of a missing file.
+// Throws ExitError (kIoError) if it cannot be read.
+std::string ReadBytes(const std::string& path, FileStamp* stamp = nullptr);
 
 // Reads the document of a file, or of stdin. Without a form it is detected. Throws ExitError if the file cannot be read
 // (kIoError) or does not parse (kSyntaxError, with the position and the reason).
 Document ReadDocument(const std::string& path, std::optional<Form> form);
 
 // The same for a content that was read from the file. Throws ExitError (kSyntaxError).
-Document ParseDocument(const std::string& path, const std::string& bytes, std::optional<Form> form);
+Document ParseDocument(const std::string& path, std::string_view bytes, std::optional<Form> form);
 
 // "path:line:column: message"
 std::string AtPosition(const std::string& path, Position position, const std::string& message);
 
-// Throw ExitError (kUsageError) unless the document of the file is of that kind. The message names the encoding if that
-// is the reason.
+// Throw ExitError (kUsageError) unless the document of the file is of that kind.
 void RequireSettings(const std::string& path, const Document& document);
 void RequireTable(const std::string& path, const Document& document);
 
