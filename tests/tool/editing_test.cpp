@@ -5,6 +5,8 @@
 
 #include "tests/tool/tool_support.h"
 #if !defined(_WIN32)
+#include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -367,6 +369,31 @@ TEST_F(Editing, ABackupReplacesALinkInsteadOfWhatItRefersTo) {
     EXPECT_EQ(fs::status("other").permissions(), fs::perms(0600));
     EXPECT_FALSE(fs::is_symlink("a.xml.bak"));
     EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kText));
+}
+
+TEST_F(Editing, AFullDiskLeavesTheFileAndItsOldBackup) {
+    const std::string bytes =
+        Narrow(Settings("<Table name=\"S\">" + Var("k", std::string(6000, '1')) + "</Table>\n"));
+    WriteBytes("a.xml", bytes);
+    WriteBytes("a.xml.bak", "the good backup");
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit small{2048, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);  // so that the write fails instead
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    std::vector<Result> results;
+    for (auto call : EditingCalls("a.xml")) {
+        call.emplace_back("--backup");
+        results.push_back(RunTool(call));
+    }
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    for (const Result& result : results) {
+        EXPECT_EQ(result.code, 4) << result;
+        EXPECT_NE(result.err.find("; nothing was changed\n"), std::string::npos) << result;
+    }
+    EXPECT_EQ(ReadBytes("a.xml"), bytes);
+    EXPECT_EQ(ReadBytes("a.xml.bak"), "the good backup");
 }
 
 // Runs "set a.xml S k --value-from pipe", and writes `other` to a.xml after the tool has read it.
