@@ -5,6 +5,7 @@
 
 #include "mox_xmlApi/document/diagnose.hpp"
 #include "tools/command_line.h"
+#include "tools/import_hint.h"
 #include "tools/json_output.h"
 #include "tools/open_document.h"
 #include "tools/verbs.h"
@@ -24,13 +25,17 @@ std::string SeverityName(Severity severity) {
     return severity == Severity::Warning ? "warning" : "note";
 }
 
+std::string MessageOf(const Diagnostic& diagnostic) {
+    return diagnostic.message + (diagnostic.encoding.has_value() ? ImportHint(*diagnostic.encoding) : "");
+}
+
 Json JsonOf(const std::string& path, const Diagnostic& diagnostic) {
     Json json = Json::object();
     json["file"] = path;
     json["line"] = diagnostic.position.line;
     json["column"] = diagnostic.position.column;
     json["severity"] = SeverityName(diagnostic.severity);
-    json["message"] = diagnostic.message;
+    json["message"] = MessageOf(diagnostic);
     return json;
 }
 
@@ -45,7 +50,7 @@ ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Out
             json.push_back(JsonOf(path, diagnostic));
         } else {
             const std::string prefix = isError ? "" : SeverityName(diagnostic.severity) + ": ";
-            output.PrintLine(AtPosition(path, diagnostic.position, prefix + diagnostic.message));
+            output.PrintLine(AtPosition(path, diagnostic.position, prefix + MessageOf(diagnostic)));
         }
     }
     return code;

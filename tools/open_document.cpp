@@ -4,6 +4,7 @@
 
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "tools/exit_error.h"
+#include "tools/import_hint.h"
 
 namespace mox::tool {
 namespace {
@@ -20,9 +21,9 @@ namespace {
 
 }  // namespace
 
-std::string ReadBytes(const std::string& path) {
+std::string ReadBytes(const std::string& path, FileStamp* stamp) {
     Problem problem;
-    std::optional<std::string> bytes = readFile(path, nullptr, &problem);
+    std::optional<std::string> bytes = readFile(path, stamp, &problem);
     if (bytes.has_value()) return std::move(*bytes);
     // The system's errors say what failed; the others say what the file is.
     const bool isBySystem = problem.reason == Reason::NotFound || problem.reason == Reason::NoPermission ||
@@ -31,13 +32,20 @@ std::string ReadBytes(const std::string& path) {
     throw ExitError(ExitCode::kIoError, path + what + problem.message);
 }
 
-Document ReadDocument(const std::string& path, std::optional<Form> form) {
+Document ParseDocument(const std::string& path, std::string_view bytes, std::optional<Form> form) {
     Problem problem;
-    std::optional<Document> document = Document::parse(ReadBytes(path), form, &problem);
-    if (document.has_value()) return std::move(*document);
+    std::optional<Document> document = Document::parse(bytes, form, &problem);
+    if (document.has_value()) {
+        RequireReadEncoding(path, *document);
+        return std::move(*document);
+    }
+    const std::string hint = problem.reason == Reason::Encoding ? ImportHint(bytes, form) : "";
     throw ExitError(ExitCode::kSyntaxError,
-                    AtPosition(path, {problem.line, problem.column},
-                               "found " + problem.found + ", expected " + problem.expected));
+                    AtPosition(path, {problem.line, problem.column}, problem.message + hint));
+}
+
+Document ReadDocument(const std::string& path, std::optional<Form> form) {
+    return ParseDocument(path, ReadBytes(path), form);
 }
 
 std::string AtPosition(const std::string& path, Position position, const std::string& message) {

@@ -4,17 +4,21 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "mox_xmlApi/document/document.hpp"
 #include "mox_xmlApi/mox_xmlApi.hpp"
 
 namespace mox::tool {
 
-// The content of a file. Throws ExitError (kIoError) if it cannot be read.
-std::string ReadBytes(const std::string& path);
+// The content of a file, and in `stamp`, unless null, its state. Throws ExitError (kIoError) if it cannot be read.
+std::string ReadBytes(const std::string& path, FileStamp* stamp = nullptr);
+
+// The document that these bytes, the content of the file, contain; see ReadDocument.
+Document ParseDocument(const std::string& path, std::string_view bytes, std::optional<Form> form);
 
 // Reads the document of a file. Without a form it is detected. Throws ExitError if the file cannot be read (kIoError) or
-// does not parse (kSyntaxError, with the position and the reason).
+// does not parse (kSyntaxError, with the position and the reason), or is in an encoding that the library does not read.
 Document ReadDocument(const std::string& path, std::optional<Form> form);
 
 // "path:line:column: message"

@@ -1,6 +1,8 @@
 #include "tools/system.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 #if defined(_WIN32)
 #include <algorithm>
@@ -9,8 +11,6 @@
 #include <optional>
 #include <windows.h>
 #else
-#include <filesystem>
-#include <system_error>
 #include <unistd.h>
 #endif
 
@@ -102,5 +102,17 @@ bool Exists(const std::string& path) {
 }
 
 #endif
+
+bool IsSameFile(const std::string& left, const std::string& right) {
+#if defined(_WIN32)
+    const auto pathOf = [](const std::string& path) {
+        return std::filesystem::path(front::UnitsOf<wchar_t>(path).value_or(L""));
+    };
+#else
+    const auto pathOf = [](const std::string& path) { return std::filesystem::path(path); };
+#endif
+    std::error_code error;
+    return std::filesystem::equivalent(pathOf(left), pathOf(right), error) && !error;
+}
 
 }  // namespace mox::tool

@@ -22,6 +22,9 @@ bool WriteStandardStreams(const std::string& data, const std::string& messages);
 // Whether the path (UTF-8) exists. Also true when the system cannot tell, for lack of permission for example.
 bool Exists(const std::string& path);
 
+// Whether both paths (UTF-8) name the same existing file.
+bool IsSameFile(const std::string& left, const std::string& right);
+
 }  // namespace mox::tool
 
 #endif

@@ -16,13 +16,15 @@ void AddKeyVerbs(CLI::App& app, Output& output);         // sections, keys, get
 void AddKeyWritingVerbs(CLI::App& app, Output& output);  // set, delete
 void AddEntryVerbs(CLI::App& app, Output& output);       // entries, entry get|set|add|remove
 void AddShowVerb(CLI::App& app, Output& output);         // show
-void AddFileVerbs(CLI::App& app, Output& output);        // export, convert
+void AddFileVerbs(CLI::App& app, Output& output);        // export
+void AddConvertVerb(CLI::App& app, Output& output);      // convert
 void AddDiffVerb(CLI::App& app, Output& output);         // diff
 void AddCheckVerb(CLI::App& app, Output& output);        // check
 
 // In the order of --help.
 inline constexpr void (*kVerbSources[])(CLI::App& app, Output& output) = {
-    AddKeyVerbs, AddKeyWritingVerbs, AddEntryVerbs, AddShowVerb, AddFileVerbs, AddDiffVerb, AddCheckVerb};
+    AddKeyVerbs,  AddKeyWritingVerbs, AddEntryVerbs, AddShowVerb,
+    AddFileVerbs, AddConvertVerb,     AddDiffVerb,   AddCheckVerb};
 
 }  // namespace mox::tool
 

@@ -18,6 +18,7 @@ class Checker {
     explicit Checker(const Document& document) : document_(document) {}
 
     std::vector<Diagnostic> Run() {
+        if (!CheckEncoding()) return std::move(diagnostics_);
         CheckTopLevel();
         CheckTables();
         CheckNonAscii();
@@ -32,7 +33,7 @@ class Checker {
 
   private:
     void Add(Position position, const std::string& message, Severity severity = Severity::Warning) {
-        diagnostics_.push_back({severity, position, message});
+        diagnostics_.push_back({severity, position, message, std::nullopt});
     }
     void Warn(DocumentNode node, const std::string& message) { Add(node.position(), message); }
 
@@ -43,6 +44,15 @@ class Checker {
     }
 
     bool IsTableDocument() const noexcept { return document_.kind() == DocumentKind::Table; }
+
+    // Returns whether the library reads the text at all.
+    bool CheckEncoding() {
+        const EncodingReport& report = document_.encoding();
+        if (report.encoding != Encoding::Utf16Be && report.encoding != Encoding::Zeros) return true;
+        Add(Position(), "the text is " + describe(report), Severity::Error);
+        if (report.encoding != Encoding::Zeros) diagnostics_.back().encoding = report.encoding;
+        return false;
+    }
 
     void CheckTopLevel() {
         for (const DocumentNode node : document_.nodes()) {
@@ -139,7 +149,8 @@ class Checker {
         if (document_.form() == Form::Narrow) {
             Add(position, "non-ASCII text (" + Counted(count, "byte") +
                               " in the whole file): hosts read byte " + ByteText(*first) + " as " +
-                              UnitText(*first));
+                              UnitText(*first) + "; the text is " + describe(document_.encoding()));
+            diagnostics_.back().encoding = document_.encoding().encoding;
         } else if (!IsTableDocument()) {
             Add(position,
                 "non-ASCII text (" + Counted(count, "unit") +
@@ -169,8 +180,9 @@ std::vector<Diagnostic> diagnose(std::string_view bytes, std::optional<Form> for
     Problem problem;
     const std::optional<Document> document = Document::parse(bytes, form, &problem);
     if (document.has_value()) return diagnose(*document);
-    const Position position{problem.line, problem.column};
-    return {{Severity::Error, position, "found " + problem.found + ", expected " + problem.expected}};
+    Diagnostic error{Severity::Error, {problem.line, problem.column}, problem.message, std::nullopt};
+    if (problem.reason == Reason::Encoding) error.encoding = detectEncoding(bytes, form).encoding;
+    return {error};
 }
 
 }  // namespace mox

@@ -111,7 +111,7 @@ TEST_F(FileVerbs, ConvertLosesTextOnlyWithLossy) {
     EXPECT_EQ(back.code, 0);
     EXPECT_EQ(back.err,
               "mox-xml: n.xml: warning: the bytes from 0x80 on become U+FF80 to U+FFFF, as the library reads "
-              "them\n");
+              "them (see \"mox-xml convert --from latin1\")\n");
     EXPECT_EQ(ReadBytes("n.xml"), Wide(Settings("<Table name=\"\xEF\xBF\x96l\"/>\n")));
 }
 
