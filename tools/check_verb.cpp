@@ -39,6 +39,15 @@ Json JsonOf(const std::string& path, const Diagnostic& diagnostic) {
     return json;
 }
 
+// A file that cannot be read has no position.
+Json UnreadJson(const std::string& path, const std::string& message) {
+    Json json = Json::object();
+    json["file"] = path;
+    json["severity"] = "error";
+    json["message"] = message;
+    return json;
+}
+
 // Prints the diagnostics of one file, to `json` if JSON is wanted. Returns the exit code for the file.
 ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Output& output, Json& json) {
     ExitCode code = ExitCode::kSuccess;
@@ -63,6 +72,7 @@ void RunCheck(const CheckArguments& arguments, Output& output) {
         try {
             code = CheckFile(path, arguments, output, json);
         } catch (const ExitError& error) {
+            if (arguments.isJson) json.push_back(UnreadJson(path, error.what()));
             output.PrintMessage(error.what());
             code = error.Code();
         }

@@ -7,7 +7,6 @@
 #include "tools/command_line.h"
 #include "tools/import_hint.h"
 #include "tools/open_document.h"
-#include "tools/save_file.h"
 #include "tools/system.h"
 #include "tools/verbs.h"
 
@@ -57,10 +56,16 @@ std::string BytesOf(WideView text, Form form) {
     return bytes;
 }
 
+// Whether the unit reads back from a narrow file as it was: the library reads the bytes from 0x80 on as U+FF80 to
+// U+FFFF, and writes these as the bytes again.
+bool FitsNarrow(wchar16 unit) noexcept {
+    return unit < 0x80 || (unit & 0xFFFF) >= 0xFF80;
+}
+
 // Throws ExitError unless a narrow file can store the whole text.
 void RequireLossless(const std::string& path, const Document& document) {
     const WideView text = document.units();
-    const auto lost = std::find_if_not(text.begin(), text.end(), FitsNarrowForm);
+    const auto lost = std::find_if_not(text.begin(), text.end(), FitsNarrow);
     if (lost == text.end()) return;
     throw ExitError(
         ExitCode::kIoError,
