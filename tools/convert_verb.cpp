@@ -108,6 +108,8 @@ void WarnOfHighBytes(const std::string& path, const Document& document, Output& 
 }
 
 void RunConvert(const ConvertArguments& arguments, Output& output) {
+    if (arguments.path == kStdinPath && arguments.output.empty())
+        throw ExitError(ExitCode::kUsageError, "stdin requires an OUTPUT (a file named \"-\" is \"./-\")");
     FileStamp stamp;
     const std::string bytes = ReadBytes(arguments.path, &stamp);
     const std::optional<Encoding> encoding = EncodingToImport(arguments.from, bytes);

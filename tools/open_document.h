@@ -11,6 +11,9 @@
 
 namespace mox::tool {
 
+// The path that means stdin, for verbs that only read the file.
+inline constexpr const char* kStdinPath = "-";
+
 // The content of a file, and in `stamp`, unless null, its state. Throws ExitError (kIoError) if it cannot be read.
 std::string ReadBytes(const std::string& path, FileStamp* stamp = nullptr);
 

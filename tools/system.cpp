@@ -1,6 +1,9 @@
 #include "tools/system.h"
 
+#include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -14,7 +17,9 @@
 #include <unistd.h>
 #endif
 
+#include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/front/text.hpp"
+#include "tools/exit_error.h"
 
 namespace mox::tool {
 
@@ -103,16 +108,35 @@ bool Exists(const std::string& path) {
 
 #endif
 
-bool IsSameFile(const std::string& left, const std::string& right) {
+bool IsSameFile(const std::string& one, const std::string& other) {
 #if defined(_WIN32)
-    const auto pathOf = [](const std::string& path) {
-        return std::filesystem::path(front::UnitsOf<wchar_t>(path).value_or(L""));
-    };
+    const std::filesystem::path onePath(front::UnitsOf<wchar_t>(one).value_or(L""));
+    const std::filesystem::path otherPath(front::UnitsOf<wchar_t>(other).value_or(L""));
 #else
-    const auto pathOf = [](const std::string& path) { return std::filesystem::path(path); };
+    const std::filesystem::path onePath(one);
+    const std::filesystem::path otherPath(other);
 #endif
     std::error_code error;
-    return std::filesystem::equivalent(pathOf(left), pathOf(right), error) && !error;
+    return std::filesystem::equivalent(onePath, otherPath, error) && !error;
+}
+
+std::string ReadStdin() {
+    static bool wasRead = false;
+    if (wasRead) throw ExitError(ExitCode::kUsageError, "stdin can be used only once");
+    wasRead = true;
+#if defined(_WIN32)
+    _setmode(_fileno(stdin), _O_BINARY);
+#endif
+    std::string bytes;
+    std::array<char, 65536> buffer;
+    for (std::size_t count = 0; (count = std::fread(buffer.data(), 1, buffer.size(), stdin)) > 0;) {
+        if (bytes.size() + count > kLargestStream)
+            throw ExitError(ExitCode::kIoError, "cannot read stdin: there are too many bytes");
+        bytes.append(buffer.data(), count);
+    }
+    if (std::ferror(stdin) != 0)
+        throw ExitError(ExitCode::kIoError, std::string("cannot read stdin: ") + std::strerror(errno));
+    return bytes;
 }
 
 }  // namespace mox::tool

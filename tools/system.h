@@ -23,7 +23,11 @@ bool WriteStandardStreams(const std::string& data, const std::string& messages);
 bool Exists(const std::string& path);
 
 // Whether both paths (UTF-8) name the same existing file.
-bool IsSameFile(const std::string& left, const std::string& right);
+bool IsSameFile(const std::string& one, const std::string& other);
+
+// All bytes of stdin. Throws ExitError: kIoError if they cannot be read or are too many (kLargestStream), kUsageError if
+// stdin was read before.
+std::string ReadStdin();
 
 }  // namespace mox::tool
 

@@ -19,12 +19,13 @@ void AddShowVerb(CLI::App& app, Output& output);         // show
 void AddFileVerbs(CLI::App& app, Output& output);        // export
 void AddConvertVerb(CLI::App& app, Output& output);      // convert
 void AddDiffVerb(CLI::App& app, Output& output);         // diff
+void AddApplyVerb(CLI::App& app, Output& output);        // apply
 void AddCheckVerb(CLI::App& app, Output& output);        // check
 
 // In the order of --help.
 inline constexpr void (*kVerbSources[])(CLI::App& app, Output& output) = {
-    AddKeyVerbs,  AddKeyWritingVerbs, AddEntryVerbs, AddShowVerb,
-    AddFileVerbs, AddConvertVerb,     AddDiffVerb,   AddCheckVerb};
+    AddKeyVerbs,    AddKeyWritingVerbs, AddEntryVerbs, AddShowVerb, AddFileVerbs,
+    AddConvertVerb, AddDiffVerb,        AddApplyVerb,  AddCheckVerb};
 
 }  // namespace mox::tool
 

@@ -27,7 +27,7 @@ std::string NameIn(const std::string& line) {
 
 std::vector<std::string> Verbs() {
     return {"sections",  "keys",         "get",  "set",    "delete",  "entries", "entry get", "entry set",
-            "entry add", "entry remove", "show", "export", "convert", "diff",    "check"};
+            "entry add", "entry remove", "show", "export", "convert", "diff", "apply",   "check"};
 }
 
 std::string HelpOf(const std::string& verb) {
