@@ -18,6 +18,7 @@ struct CheckArguments {
     FileArgument form{};
     bool isJson = false;
     bool isQuiet = false;
+    bool withValues = false;
 };
 
 std::string SeverityName(Severity severity) {
@@ -51,7 +52,9 @@ Json UnreadJson(const std::string& path, const std::string& message) {
 // Prints the diagnostics of one file, to `json` if JSON is wanted. Returns the exit code for the file.
 ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Output& output, Json& json) {
     ExitCode code = ExitCode::kSuccess;
-    for (const Diagnostic& diagnostic : diagnose(ReadBytes(path), arguments.form.RequestedForm())) {
+    DiagnoseOptions options;
+    options.values = arguments.withValues;
+    for (const Diagnostic& diagnostic : diagnose(ReadBytes(path), arguments.form.RequestedForm(), options)) {
         const bool isError = diagnostic.severity == Severity::Error;
         if (isError) code = ExitCode::kSyntaxError;
         if (arguments.isQuiet && !isError) continue;
@@ -99,6 +102,8 @@ void AddCheckVerb(CLI::App& app, Output& output) {
                   "The files are narrow (one byte per unit); do not detect their form")
         ->excludes(wide);
     check.add_flag("--quiet", arguments->isQuiet, "Report errors only, no warnings or notes");
+    check.add_flag("--values", arguments->withValues,
+                   "Check values against the type, the minimum and maximum, and the control of the entry");
     AddJsonOption(check, arguments->isJson);
     check.callback([arguments, &check, &output] {
         const std::vector<std::string> remaining = check.remaining();  // begins with "--"

@@ -27,12 +27,19 @@ struct Diagnostic {
     std::optional<Encoding> encoding{};
 };
 
+struct DiagnoseOptions {
+    // Also checks whether values suit the types, limits and controls of their entries, to which the library is
+    // indifferent.
+    bool values = false;
+};
+
 // Returns the diagnostics of a file with this content, sorted by position. A file with an error has no other
 // diagnostics. Without a form, it is that of detectEncoding. Throws what Document::parse throws.
-std::vector<Diagnostic> diagnose(std::string_view bytes, std::optional<Form> form = std::nullopt);
+std::vector<Diagnostic> diagnose(std::string_view bytes, std::optional<Form> form = std::nullopt,
+                                 const DiagnoseOptions& options = {});
 
 // The same for a document that was read. Throws std::bad_alloc.
-std::vector<Diagnostic> diagnose(const Document& document);
+std::vector<Diagnostic> diagnose(const Document& document, const DiagnoseOptions& options = {});
 
 }  // namespace mox
 

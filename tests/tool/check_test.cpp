@@ -122,11 +122,13 @@ TEST_F(Check, ByteOrderMarksAndOtherEncodings) {
     EXPECT_EQ(
         RunTool({"check", "utf16.xml"}).out,
         "utf16.xml:1:1: found a byte-order mark, expected \"<\" (byte-order marks are not supported); the "
-        "text is UTF-16 with the low byte first and a byte-order mark (see \"mox-xml convert --from utf-16\")\n");
+        "text is UTF-16 with the low byte first and a byte-order mark (see \"mox-xml convert --from "
+        "utf-16\")\n");
     WriteBytes("utf8.xml", "\xEF\xBB\xBF<a/>");
-    EXPECT_EQ(RunTool({"check", "utf8.xml"}).out,
-              "utf8.xml:1:1: found a byte-order mark, expected \"<\" (byte-order marks are not supported); the "
-              "text is UTF-8 with a byte-order mark (see \"mox-xml convert --from utf-8\")\n");
+    EXPECT_EQ(
+        RunTool({"check", "utf8.xml"}).out,
+        "utf8.xml:1:1: found a byte-order mark, expected \"<\" (byte-order marks are not supported); the "
+        "text is UTF-8 with a byte-order mark (see \"mox-xml convert --from utf-8\")\n");
     WriteBytes("byte.xml", "\xEF<a/>");
     EXPECT_EQ(RunTool({"check", "byte.xml"}).out,
               "byte.xml:1:1: found byte 0xEF, expected \"<\" or the end of the file\n");
