@@ -109,7 +109,7 @@ void CheckAttributes(DocumentNode element, const Warner& warn) {
 
 void CheckNumber(DocumentNode element, const char* attribute, std::uint32_t read, const Warner& warn) {
     const std::string text = element.attribute(attribute).value_or("");
-    const std::size_t begin = text.find_first_not_of("0");
+    const std::size_t begin = text.find_first_not_of('0');
     const std::size_t digits = begin == std::string::npos ? 0 : text.size() - begin;
     const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
     constexpr const char* kMost = "4294967295";
