@@ -5,6 +5,7 @@
 
 #include "mox_xmlApi/document/diagnose.hpp"
 #include "tools/command_line.h"
+#include "tools/import_hint.h"
 #include "tools/json_output.h"
 #include "tools/open_document.h"
 #include "tools/verbs.h"
@@ -17,11 +18,16 @@ struct CheckArguments {
     FileArgument form{};
     bool isJson = false;
     bool isQuiet = false;
+    bool withValues = false;
 };
 
 std::string SeverityName(Severity severity) {
     if (severity == Severity::Error) return "error";
     return severity == Severity::Warning ? "warning" : "note";
+}
+
+std::string MessageOf(const Diagnostic& diagnostic) {
+    return diagnostic.message + (diagnostic.encoding.has_value() ? ImportHint(*diagnostic.encoding) : "");
 }
 
 Json JsonOf(const std::string& path, const Diagnostic& diagnostic) {
@@ -30,14 +36,25 @@ Json JsonOf(const std::string& path, const Diagnostic& diagnostic) {
     json["line"] = diagnostic.position.line;
     json["column"] = diagnostic.position.column;
     json["severity"] = SeverityName(diagnostic.severity);
-    json["message"] = diagnostic.message;
+    json["message"] = MessageOf(diagnostic);
+    return json;
+}
+
+// A file that cannot be read has no position.
+Json UnreadJson(const std::string& path, const std::string& message) {
+    Json json = Json::object();
+    json["file"] = path;
+    json["severity"] = "error";
+    json["message"] = message;
     return json;
 }
 
 // Prints the diagnostics of one file, to `json` if JSON is wanted. Returns the exit code for the file.
 ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Output& output, Json& json) {
     ExitCode code = ExitCode::kSuccess;
-    for (const Diagnostic& diagnostic : diagnose(ReadBytes(path), arguments.form.RequestedForm())) {
+    DiagnoseOptions options;
+    options.values = arguments.withValues;
+    for (const Diagnostic& diagnostic : diagnose(ReadBytes(path), arguments.form.RequestedForm(), options)) {
         const bool isError = diagnostic.severity == Severity::Error;
         if (isError) code = ExitCode::kSyntaxError;
         if (arguments.isQuiet && !isError) continue;
@@ -45,7 +62,7 @@ ExitCode CheckFile(const std::string& path, const CheckArguments& arguments, Out
             json.push_back(JsonOf(path, diagnostic));
         } else {
             const std::string prefix = isError ? "" : SeverityName(diagnostic.severity) + ": ";
-            output.PrintLine(AtPosition(path, diagnostic.position, prefix + diagnostic.message));
+            output.PrintLine(AtPosition(path, diagnostic.position, prefix + MessageOf(diagnostic)));
         }
     }
     return code;
@@ -58,6 +75,7 @@ void RunCheck(const CheckArguments& arguments, Output& output) {
         try {
             code = CheckFile(path, arguments, output, json);
         } catch (const ExitError& error) {
+            if (arguments.isJson) json.push_back(UnreadJson(path, error.what()));
             output.PrintMessage(error.what());
             code = error.Code();
         }
@@ -84,6 +102,8 @@ void AddCheckVerb(CLI::App& app, Output& output) {
                   "The files are narrow (one byte per unit); do not detect their form")
         ->excludes(wide);
     check.add_flag("--quiet", arguments->isQuiet, "Report errors only, no warnings or notes");
+    check.add_flag("--values", arguments->withValues,
+                   "Check values against the type, the minimum and maximum, and the control of the entry");
     AddJsonOption(check, arguments->isJson);
     check.callback([arguments, &check, &output] {
         const std::vector<std::string> remaining = check.remaining();  // begins with "--"

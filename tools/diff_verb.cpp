@@ -1,7 +1,6 @@
 // diff: compares the contents of two files.
 #include <memory>
 
-#include "mox_xmlApi/document/text_format.h"
 #include "tools/command_line.h"
 #include "tools/document_diff.h"
 #include "tools/json_output.h"
@@ -15,28 +14,8 @@ struct DiffArguments {
     FileArgument before{};
     std::string after{};
     bool isJson = false;
+    bool withEud = false;
 };
-
-std::string LocationOf(const Difference& difference) {
-    std::string location = QuotedIfNeeded(difference.table);
-    if (difference.hasEntry) location += "/" + QuotedIfNeeded(difference.entry);
-    if (difference.occurrence > 1) location += "#" + std::to_string(difference.occurrence);
-    return location;
-}
-
-std::string LineOf(const Difference& difference) {
-    if (difference.field == "kind") return "~ a " + difference.before + " -> a " + difference.after;
-    const std::string location = LocationOf(difference);
-    if (difference.change == Change::Changed) {
-        return "~ " + location + " " + difference.field + ": " + Quoted(difference.before) + " -> " +
-               Quoted(difference.after);
-    }
-    const bool isAdded = difference.change == Change::Added;
-    const std::string sign = isAdded ? "+ " : "- ";
-    if (!difference.hasEntry) return sign + location;
-    return sign + location + " " + difference.field + ": " +
-           Quoted(isAdded ? difference.after : difference.before);
-}
 
 Json JsonOf(const Difference& difference) {
     constexpr const char* kChanges[] = {"added", "removed", "changed"};  // indexed by Change
@@ -51,13 +30,15 @@ Json JsonOf(const Difference& difference) {
         if (difference.change != Change::Added) json["before"] = difference.before;
         if (difference.change != Change::Removed) json["after"] = difference.after;
     }
+    for (const auto& [name, text] : difference.fields)
+        json["fields"][name] = text;
     return json;
 }
 
 void RunDiff(const DiffArguments& arguments, Output& output) {
     const Document before = ReadDocument(arguments.before.path, arguments.before.RequestedForm());
     const Document after = ReadDocument(arguments.after, arguments.before.RequestedForm());
-    const std::vector<Difference> differences = CompareDocuments(before, after);
+    const std::vector<Difference> differences = CompareDocuments(before, after, arguments.withEud);
     Json json = Json::array();
     for (const Difference& difference : differences) {
         if (arguments.isJson) {
@@ -76,9 +57,10 @@ void AddDiffVerb(CLI::App& app, Output& output) {
     const auto arguments = std::make_shared<DiffArguments>();
     CLI::App& diff =
         AddVerb(app, "diff", "Compare the contents of two files; the exit code is 1 if they differ",
-                "mox-xml diff old.xml new.xml\nmox-xml diff old.xml new.xml --json");
+                "mox-xml diff old.xml new.xml\nmox-xml diff old.xml new.xml --json >changes.json");
     AddFileArgument(diff, arguments->before);
     diff.add_option("OTHER", arguments->after, "The other file")->required();
+    diff.add_flag("--eud", arguments->withEud, "Compare the attribute \"eud\", too, which saving removes");
     AddJsonOption(diff, arguments->isJson);
     diff.callback([arguments, &output] { RunDiff(*arguments, output); });
 }

@@ -8,35 +8,17 @@
 namespace mox::tool {
 namespace {
 
-using Fields = std::vector<std::pair<std::string, std::string>>;
+constexpr const char* kEud = "eud";
+
+std::string LocationOf(const Difference& difference) {
+    std::string location = QuotedIfNeeded(difference.table);
+    if (difference.hasEntry) location += "/" + QuotedIfNeeded(difference.entry);
+    if (difference.occurrence > 1) location += "#" + std::to_string(difference.occurrence);
+    return location;
+}
 
 std::string Number(std::uint32_t number) {
     return std::to_string(number);
-}
-
-Fields FieldsOf(const DocumentTable& table) {
-    return {{"first_id", Number(table.firstId)},
-            {"type", Hex(table.type, 4)},
-            {"editable", table.isEditable ? "true" : "false"}};
-}
-
-// The same fields with and without presentation data, so that CompareFields can compare them by index.
-Fields FieldsOf(const DocumentEntry& entry) {
-    const DocumentPresentation ui = entry.ui != nullptr ? *entry.ui : DocumentPresentation();
-    return {{"type", entry.describeType()},
-            {"id", Number(entry.id)},
-            {"value", entry.value},
-            {"ui.control", ui.control},
-            {"ui.shown_name", ui.shownName},
-            {"ui.comment", ui.comment},
-            {"ui.value", ui.value},
-            {"ui.provider", ui.provider},
-            {"ui.provider_index", Number(ui.providerIndex)},
-            {"ui.access", ui.access},
-            {"ui.flags", ui.flags == 0 ? "" : Hex(ui.flags, 4)},
-            {"ui.regen", ui.regen},
-            {"ui.minimum", ui.minimum},
-            {"ui.maximum", ui.maximum}};
 }
 
 // Numbers the items of the same name, from 1 on. The n-th item of a name in one document is compared with the n-th in
@@ -69,8 +51,20 @@ class Occurrences {
     std::map<std::pair<std::string, std::size_t>, const Item*> index_;
 };
 
+// The fields of something new: not those that are empty, 0 or false, and not the type, which is told apart.
+Fields FieldsToAdd(Fields all, const char* apart) {
+    Fields fields;
+    for (auto& [name, text] : all) {
+        const bool isDefault = text.empty() || text == "0" || text == "0000" || text == "false";
+        if (!isDefault && name != apart) fields.emplace_back(std::move(name), std::move(text));
+    }
+    return fields;
+}
+
 class Comparison {
   public:
+    explicit Comparison(bool withEud) : withEud_(withEud) {}
+
     std::vector<Difference> TakeDifferences() { return std::move(differences_); }
 
     void CompareKinds(const Document& before, const Document& after) {
@@ -122,6 +116,7 @@ class Comparison {
         difference.change = change;
         difference.table = table.name;
         difference.occurrence = occurrence;
+        if (change == Change::Added) difference.fields = FieldsToAdd(Compared(FieldsOf(table)), "");
         differences_.push_back(difference);
         const Occurrences<DocumentEntry> entries(EntriesOf(table));
         for (const auto& [entry, entryOccurrence] : entries.List())
@@ -138,6 +133,7 @@ class Comparison {
         difference.occurrence = occurrence;
         difference.field = entry.describeType();
         (change == Change::Added ? difference.after : difference.before) = entry.effectiveValue();
+        if (change == Change::Added) difference.fields = FieldsToAdd(Compared(FieldsOf(entry)), "type");
         differences_.push_back(difference);
     }
 
@@ -165,10 +161,15 @@ class Comparison {
         }
     }
 
+    Fields Compared(Fields fields) const {
+        if (!withEud_) fields.pop_back();  // the last one
+        return fields;
+    }
+
     // Adds a difference for each field that differs: a copy of `changed` with the field and its values.
     void CompareFields(const Difference& changed, const Fields& before, const Fields& after) {
         for (std::size_t i = 0; i < before.size(); ++i) {
-            if (before[i].second == after[i].second) continue;
+            if (before[i].second == after[i].second || (!withEud_ && before[i].first == kEud)) continue;
             Difference difference = changed;
             difference.field = before[i].first;
             difference.before = before[i].second;
@@ -177,13 +178,55 @@ class Comparison {
         }
     }
 
+    bool withEud_;
     std::vector<Difference> differences_;
 };
 
 }  // namespace
 
-std::vector<Difference> CompareDocuments(const Document& before, const Document& after) {
-    Comparison comparison;
+std::string LineOf(const Difference& difference) {
+    if (difference.field == "kind") return "~ a " + difference.before + " -> a " + difference.after;
+    const std::string location = LocationOf(difference);
+    if (difference.change == Change::Changed) {
+        return "~ " + location + " " + difference.field + ": " + Quoted(difference.before) + " -> " +
+               Quoted(difference.after);
+    }
+    const bool isAdded = difference.change == Change::Added;
+    const std::string sign = isAdded ? "+ " : "- ";
+    if (!difference.hasEntry) return sign + location;
+    return sign + location + " " + difference.field + ": " +
+           Quoted(isAdded ? difference.after : difference.before);
+}
+
+Fields FieldsOf(const DocumentTable& table) {
+    return {{"first_id", Number(table.firstId)},
+            {"type", Hex(table.type, 4)},
+            {"editable", table.isEditable ? "true" : "false"},
+            {kEud, table.hasEud ? "true" : "false"}};
+}
+
+// The same fields with and without presentation data, so that CompareFields can compare them by index.
+Fields FieldsOf(const DocumentEntry& entry) {
+    const DocumentPresentation ui = entry.ui != nullptr ? *entry.ui : DocumentPresentation();
+    return {{"type", entry.describeType()},
+            {"id", Number(entry.id)},
+            {"value", entry.value},
+            {"ui.control", ui.control},
+            {"ui.shown_name", ui.shownName},
+            {"ui.comment", ui.comment},
+            {"ui.value", ui.value},
+            {"ui.provider", ui.provider},
+            {"ui.provider_index", Number(ui.providerIndex)},
+            {"ui.access", ui.access},
+            {"ui.flags", ui.flags == 0 ? "" : Hex(ui.flags, 4)},
+            {"ui.regen", ui.regen},
+            {"ui.minimum", ui.minimum},
+            {"ui.maximum", ui.maximum},
+            {kEud, entry.hasEud ? "true" : "false"}};
+}
+
+std::vector<Difference> CompareDocuments(const Document& before, const Document& after, bool withEud) {
+    Comparison comparison(withEud);
     comparison.CompareKinds(before, after);
     comparison.CompareTables(before, after);
     return comparison.TakeDifferences();

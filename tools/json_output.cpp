@@ -1,6 +1,12 @@
 #include "tools/json_output.h"
 
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
 #include "mox_xmlApi/document/text_format.h"
+#include "mox_xmlApi/mox_xmlApi.hpp"
 
 namespace mox::tool {
 namespace {
@@ -11,6 +17,121 @@ void PutIfNotEmpty(Json& json, const char* name, const std::string& text) {
 
 void PutIfTrue(Json& json, const char* name, bool value) {
     if (value) json[name] = true;
+}
+
+// ---- values
+
+// The value as a T if it is one, together with the text that the library would write for it.
+template <class T>
+std::optional<T> ValueAs(const std::string& text) {
+    Entry entry;
+    entry.value = text;
+    return entry.valueAs<T>();
+}
+
+bool IsIntegerType(const std::string& type) {
+    for (const char* const known : {"short", "long", "char", "byte", "ushort", "ulong"}) {
+        if (type == known) return true;
+    }
+    return false;
+}
+
+// Sets `number` and `canonical`, the text that the number alone stands for. Returns whether the text is a number.
+bool ReadNumber(const std::string& type, const std::string& text, Json& number, std::string& canonical) {
+    if (type == "double") {
+        const std::optional<double> value = ValueAs<double>(text);
+        if (!value.has_value()) return false;
+        number = *value;
+        canonical = number.dump();
+        return true;
+    }
+    const std::optional<std::int64_t> value =
+        IsIntegerType(type) ? ValueAs<std::int64_t>(text) : std::nullopt;
+    if (!value.has_value()) return false;
+    number = *value;
+    // Beyond this many programs read another number.
+    constexpr std::int64_t kMostExact = std::int64_t{1} << 53;
+    if (*value <= kMostExact && *value >= -kMostExact) canonical = number.dump();
+    return true;
+}
+
+bool ReadBytesValue(const std::string& text, Json& numbers, std::string& canonical) {
+    const std::optional<std::vector<std::uint8_t>> bytes = ValueAs<std::vector<std::uint8_t>>(text);
+    if (!bytes.has_value()) return false;
+    numbers = Json::array();
+    for (const std::uint8_t byte : *bytes) {
+        numbers.push_back(byte);
+        canonical += Hex(byte, 2);
+    }
+    return true;
+}
+
+// Sets "value", typed, and "text" if that alone does not tell the text in the file.
+void PutValue(Json& json, const DocumentEntry& entry) {
+    const std::string& text = entry.value;
+    Json value = text;
+    std::string canonical = text;
+    if (!text.empty() && entry.shape.empty() && entry.type == "bool") {
+        if (const std::optional<bool> flag = ValueAs<bool>(text); flag.has_value()) {
+            value = *flag;
+            canonical = *flag ? "1" : "0";
+        }
+    } else if (!text.empty()) {
+        Json typed;
+        std::string typedText;
+        const bool isByteArray = !entry.shape.empty() && entry.type == "byte";
+        const bool isTyped = isByteArray
+                                 ? ReadBytesValue(text, typed, typedText)
+                                 : entry.shape.empty() && ReadNumber(entry.type, text, typed, typedText);
+        if (isTyped) {
+            value = std::move(typed);
+            canonical = std::move(typedText);
+        }
+    }
+    json["value"] = std::move(value);
+    if (canonical != text) json["text"] = text;
+}
+
+// ---- comments and other elements
+
+Json NodeJson(DocumentNode node) {
+    Json json = Json::object();
+    if (node.kind() == NodeKind::Comment) {
+        json["comment"] = node.text();
+        return json;
+    }
+    json["element"] = node.name();
+    for (const DocumentAttribute& attribute : node.attributes())
+        json["attributes"].push_back({{"name", attribute.name}, {"value", attribute.value}});
+    PutIfNotEmpty(json, "text", node.text());
+    return json;
+}
+
+// Adds the node and all nodes in it to `list`: one after the other, because a file may be nested to any depth.
+void AddNodes(Json& list, DocumentNode top, std::size_t index) {
+    std::size_t depth = 0;
+    for (DocumentNode node = top;;) {
+        Json json = Json::object();
+        json["index"] = index;
+        json["depth"] = depth;
+        json.update(NodeJson(node));
+        list.push_back(std::move(json));
+        if (const DocumentNode child = node.firstChild()) {
+            node = child;
+            ++depth;
+            continue;
+        }
+        while (node != top && !node.next()) {
+            node = node.parent();
+            --depth;
+        }
+        if (node == top) return;
+        node = node.next();
+    }
+}
+
+void PutOthers(Json& json, Json&& others) {
+    if (!others.empty()) json["other"] = std::move(others);
 }
 
 Json UiJson(const DocumentPresentation& ui) {
@@ -39,7 +160,43 @@ Json TableJson(const DocumentTable& table) {
     json["entries"] = Json::array();
     for (const DocumentEntry& entry : table.entries)
         json["entries"].push_back(EntryJson(entry));
+    Json others = Json::array();
+    std::size_t index = 0;
+    for (const DocumentNode child : table.node.children()) {
+        if (child.kind() == NodeKind::Comment) {
+            AddNodes(others, child, index);
+        } else {
+            ++index;
+        }
+    }
+    PutOthers(json, std::move(others));
     return json;
+}
+
+// What is beside the root, and what is in the root of a settings document beside its sections.
+void PutOtherNodes(Json& json, const Document& document) {
+    Json outside = Json::array();
+    std::size_t index = 0;
+    for (const DocumentNode node : document.nodes()) {
+        if (node == document.root()) {
+            ++index;
+        } else if (node.kind() != NodeKind::Declaration) {
+            AddNodes(outside, node, index);
+        }
+    }
+    if (!outside.empty()) json["outside"] = std::move(outside);
+    if (document.kind() != DocumentKind::Settings) return;
+    Json others = Json::array();
+    std::size_t sections = 0;
+    auto table = document.tables().begin();
+    for (const DocumentNode node : document.root().children()) {
+        if (node.kind() == NodeKind::Element && table++->isTable) {
+            ++sections;
+        } else {
+            AddNodes(others, node, sections);
+        }
+    }
+    PutOthers(json, std::move(others));
 }
 
 }  // namespace
@@ -54,13 +211,19 @@ Json EntryJson(const DocumentEntry& entry) {
     json["type"] = entry.type;
     if (!entry.isReadable) {
         json["readable"] = false;
+        AddNodes(json["other"], entry.node, 0);
         return json;
     }
     PutIfNotEmpty(json, "shape", entry.shape);
     if (entry.id != 0) json["id"] = entry.id;
     PutIfTrue(json, "eud", entry.hasEud);
-    json["value"] = entry.value;
+    PutValue(json, entry);
     if (entry.ui != nullptr) json["ui"] = UiJson(*entry.ui);
+    Json others = Json::array();
+    for (const DocumentNode child : entry.node.children()) {
+        if (!child.isElement("Value") && !child.isElement("UI")) AddNodes(others, child, 0);
+    }
+    PutOthers(json, std::move(others));
     return json;
 }
 
@@ -79,6 +242,7 @@ Json DocumentJson(const Document& document) {
             json["sections"].push_back(TableJson(table));
         }
     }
+    PutOtherNodes(json, document);
     return json;
 }
 

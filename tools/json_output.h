@@ -17,6 +17,14 @@ std::string JsonText(const Json& json);
 
 // The members are the fields of the document, in snake case. Optional ones are left out: empty texts, the numbers and
 // flags that are 0 or false, and what an unreadable entry does not have.
+//
+// "value" is a number if the type of the entry is one and the text says one, true or false for "bool", and a list of
+// numbers for an array or vector of "byte"; otherwise it is the text. "text" is the text in the file where "value" does
+// not tell it: "1.50", " 7", "true", or an integer beyond 2^53.
+//
+// "other" lists the comments and elements that are neither sections nor entries nor known parts of an entry, also those
+// of an entry that is not readable; "outside" those beside the root. Each is one object, followed by those of the nodes
+// in it: "index" is the number of sections or entries before it, "depth" how deeply it is nested in the first.
 Json EntryJson(const DocumentEntry& entry);
 Json DocumentJson(const Document& document);
 

@@ -4,6 +4,7 @@
 
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "tools/exit_error.h"
+#include "tools/import_hint.h"
 #include "tools/system.h"
 
 namespace mox::tool {
@@ -47,9 +48,13 @@ Document ReadDocument(const std::string& path, std::optional<Form> form) {
 Document ParseDocument(const std::string& path, std::string_view bytes, std::optional<Form> form) {
     Problem problem;
     std::optional<Document> document = Document::parse(bytes, form, &problem);
-    if (document.has_value()) return std::move(*document);
+    if (document.has_value()) {
+        RequireReadEncoding(path, *document);
+        return std::move(*document);
+    }
+    const std::string hint = problem.reason == Reason::Encoding ? ImportHint(bytes, form) : "";
     throw ExitError(ExitCode::kSyntaxError,
-                    AtPosition(path, {problem.line, problem.column}, problem.message));
+                    AtPosition(path, {problem.line, problem.column}, problem.message + hint));
 }
 
 std::string AtPosition(const std::string& path, Position position, const std::string& message) {

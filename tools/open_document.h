@@ -19,7 +19,8 @@ inline constexpr const char* kStdinPath = "-";
 std::string ReadBytes(const std::string& path, FileStamp* stamp = nullptr);
 
 // Reads the document of a file, or of stdin. Without a form it is detected. Throws ExitError if the file cannot be read
-// (kIoError) or does not parse (kSyntaxError, with the position and the reason).
+// (kIoError), does not parse (kSyntaxError, with the position and the reason), or is in an encoding that the library does
+// not read.
 Document ReadDocument(const std::string& path, std::optional<Form> form);
 
 // The same for a content that was read from the file. Throws ExitError (kSyntaxError).

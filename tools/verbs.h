@@ -17,14 +17,16 @@ void AddKeyWritingVerbs(CLI::App& app, Output& output);  // set, delete
 void AddEntryVerbs(CLI::App& app, Output& output);       // entries, entry get|set|add|rename|remove
 void AddDocumentVerbs(CLI::App& app, Output& output);    // new, section add|set|remove
 void AddShowVerb(CLI::App& app, Output& output);         // show
-void AddFileVerbs(CLI::App& app, Output& output);        // export, convert
+void AddFileVerbs(CLI::App& app, Output& output);        // export
+void AddConvertVerb(CLI::App& app, Output& output);      // convert
 void AddDiffVerb(CLI::App& app, Output& output);         // diff
+void AddApplyVerb(CLI::App& app, Output& output);        // apply
 void AddCheckVerb(CLI::App& app, Output& output);        // check
 
 // In the order of --help.
 inline constexpr void (*kVerbSources[])(CLI::App& app, Output& output) = {
-    AddKeyVerbs, AddKeyWritingVerbs, AddEntryVerbs, AddDocumentVerbs,
-    AddShowVerb, AddFileVerbs,       AddDiffVerb,   AddCheckVerb};
+    AddKeyVerbs,  AddKeyWritingVerbs, AddEntryVerbs, AddDocumentVerbs, AddShowVerb,
+    AddFileVerbs, AddConvertVerb,     AddDiffVerb,   AddApplyVerb,     AddCheckVerb};
 
 }  // namespace mox::tool
 

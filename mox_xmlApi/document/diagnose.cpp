@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "mox_xmlApi/document/document_content.h"
+#include "mox_xmlApi/document/entry_check.h"
 #include "mox_xmlApi/document/text_format.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
@@ -15,12 +16,16 @@ namespace {
 // Collects the diagnostics of a file that parses.
 class Checker {
   public:
-    explicit Checker(const Document& document) : document_(document) {}
+    Checker(const Document& document, const DiagnoseOptions& options)
+        : document_(document), options_(options) {}
 
     std::vector<Diagnostic> Run() {
+        if (!CheckEncoding()) return std::move(diagnostics_);
         CheckTopLevel();
         CheckTables();
+        CheckNodes();
         CheckNonAscii();
+        CheckControlCharacters();
         CheckEnd();
         const auto isBefore = [](const Diagnostic& a, const Diagnostic& b) {
             return std::tie(a.position.line, a.position.column) <
@@ -32,7 +37,7 @@ class Checker {
 
   private:
     void Add(Position position, const std::string& message, Severity severity = Severity::Warning) {
-        diagnostics_.push_back({severity, position, message});
+        diagnostics_.push_back({severity, position, message, std::nullopt});
     }
     void Warn(DocumentNode node, const std::string& message) { Add(node.position(), message); }
 
@@ -43,6 +48,15 @@ class Checker {
     }
 
     bool IsTableDocument() const noexcept { return document_.kind() == DocumentKind::Table; }
+
+    // Returns whether the library reads the text at all.
+    bool CheckEncoding() {
+        const EncodingReport& report = document_.encoding();
+        if (report.encoding != Encoding::Utf16Be && report.encoding != Encoding::Zeros) return true;
+        Add(Position(), "the text is " + describe(report), Severity::Error);
+        if (report.encoding != Encoding::Zeros) diagnostics_.back().encoding = report.encoding;
+        return false;
+    }
 
     void CheckTopLevel() {
         for (const DocumentNode node : document_.nodes()) {
@@ -89,6 +103,8 @@ class Checker {
                 Warn(table.node, "duplicate section " + QuotedIfNeeded(table.name) +
                                      ": hosts read only the one on " + LineOf(first->second));
             }
+            CheckNumber(table.node, "first_id", table.firstId,
+                        [this](DocumentNode node, const std::string& message) { Warn(node, message); });
             CheckEntries(table);
         }
     }
@@ -109,6 +125,11 @@ class Checker {
                          "duplicate entry" + name + ": hosts read only the one on " + LineOf(first->second));
             }
             CheckShape(entry, name);
+            const Warner warn = [this](DocumentNode node, const std::string& message) {
+                Warn(node, message);
+            };
+            CheckParts(entry, name, warn);
+            if (options_.values) CheckValue(entry, name, warn);
             if (entry.value.find('\n') != std::string::npos)
                 Warn(entry.node,
                      "the value of entry" + name + " contains line breaks: each save adds indentation to it");
@@ -129,6 +150,48 @@ class Checker {
                                  R"(, which is neither "array" nor "vector" and has no effect)");
     }
 
+    // All elements, whatever they are.
+    void CheckNodes() {
+        constexpr std::size_t kDeep = 256;
+        const Warner warn = [this](DocumentNode node, const std::string& message) { Warn(node, message); };
+        DocumentNode firstDeep;
+        std::size_t deepest = 0;
+        std::size_t depth = 1;
+        for (DocumentNode node = *document_.nodes().begin(); node;) {
+            if (node.kind() == NodeKind::Element) CheckAttributes(node, warn);
+            deepest = std::max(deepest, depth);
+            if (depth > kDeep && !firstDeep) firstDeep = node;
+            if (const DocumentNode child = node.firstChild()) {
+                node = child;
+                ++depth;
+                continue;
+            }
+            while (node && !node.next()) {
+                node = node.parent();
+                --depth;
+            }
+            if (node) node = node.next();
+        }
+        if (firstDeep) {
+            Warn(firstDeep, "elements are nested " + std::to_string(deepest) +
+                                " levels deep: each save indents every line by its level");
+        }
+    }
+
+    // XML allows only the tab and line breaks.
+    void CheckControlCharacters() {
+        const WideView text = document_.units();
+        const auto isControl = [](wchar16 unit) {
+            return unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r';
+        };
+        const auto first = std::find_if(text.begin(), text.end(), isControl);
+        if (first == text.end()) return;
+        const auto count = static_cast<std::size_t>(std::count_if(first, text.end(), isControl));
+        Add(document_.positionAt(static_cast<std::size_t>(first - text.begin())),
+            "control character " + UnitText(*first) + " (" + Counted(count, "such character") +
+                " in the whole file): no XML parser reads it");
+    }
+
     void CheckNonAscii() {
         const WideView text = document_.units();
         const auto isNonAscii = [](wchar16 unit) { return (unit & 0xFFFF) >= 0x80; };
@@ -139,7 +202,8 @@ class Checker {
         if (document_.form() == Form::Narrow) {
             Add(position, "non-ASCII text (" + Counted(count, "byte") +
                               " in the whole file): hosts read byte " + ByteText(*first) + " as " +
-                              UnitText(*first));
+                              UnitText(*first) + "; the text is " + describe(document_.encoding()));
+            diagnostics_.back().encoding = document_.encoding().encoding;
         } else if (!IsTableDocument()) {
             Add(position,
                 "non-ASCII text (" + Counted(count, "unit") +
@@ -156,21 +220,24 @@ class Checker {
     }
 
     const Document& document_;
+    DiagnoseOptions options_;
     std::vector<Diagnostic> diagnostics_;
 };
 
 }  // namespace
 
-std::vector<Diagnostic> diagnose(const Document& document) {
-    return Checker(document).Run();
+std::vector<Diagnostic> diagnose(const Document& document, const DiagnoseOptions& options) {
+    return Checker(document, options).Run();
 }
 
-std::vector<Diagnostic> diagnose(std::string_view bytes, std::optional<Form> form) {
+std::vector<Diagnostic> diagnose(std::string_view bytes, std::optional<Form> form,
+                                 const DiagnoseOptions& options) {
     Problem problem;
     const std::optional<Document> document = Document::parse(bytes, form, &problem);
-    if (document.has_value()) return diagnose(*document);
-    const Position position{problem.line, problem.column};
-    return {{Severity::Error, position, "found " + problem.found + ", expected " + problem.expected}};
+    if (document.has_value()) return diagnose(*document, options);
+    Diagnostic error{Severity::Error, {problem.line, problem.column}, problem.message, std::nullopt};
+    if (problem.reason == Reason::Encoding) error.encoding = detectEncoding(bytes, form).encoding;
+    return {error};
 }
 
 }  // namespace mox

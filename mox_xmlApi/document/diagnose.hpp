@@ -14,7 +14,7 @@
 namespace mox {
 
 enum class Severity : std::uint8_t {
-    Error,    // the file does not parse
+    Error,    // the file does not parse, or is in an encoding of which the library reads nothing
     Warning,  // hosts do not read, or do not keep, all that the file contains
     Note,     // a restriction that takes effect only when the file is converted
 };
@@ -23,14 +23,23 @@ struct Diagnostic {
     Severity severity = Severity::Warning;
     Position position{};
     std::string message{};  // in plain English, on one line
+    // If the text is in another encoding than documents are: the one with which importText makes a document of it.
+    std::optional<Encoding> encoding{};
 };
 
-// Returns the diagnostics of a file with this content, sorted by position. A file that does not parse has one error and
-// nothing else. Without a form, it is that of detectEncoding. Throws what Document::parse throws.
-std::vector<Diagnostic> diagnose(std::string_view bytes, std::optional<Form> form = std::nullopt);
+struct DiagnoseOptions {
+    // Also checks whether values suit the types, limits and controls of their entries, to which the library is
+    // indifferent.
+    bool values = false;
+};
+
+// Returns the diagnostics of a file with this content, sorted by position. A file with an error has no other
+// diagnostics. Without a form, it is that of detectEncoding. Throws what Document::parse throws.
+std::vector<Diagnostic> diagnose(std::string_view bytes, std::optional<Form> form = std::nullopt,
+                                 const DiagnoseOptions& options = {});
 
 // The same for a document that was read. Throws std::bad_alloc.
-std::vector<Diagnostic> diagnose(const Document& document);
+std::vector<Diagnostic> diagnose(const Document& document, const DiagnoseOptions& options = {});
 
 }  // namespace mox
 

@@ -194,6 +194,7 @@ struct DocumentEntry {
 
     // The value that hosts read from the key: that of the entry or, if it is empty, that of the presentation data.
     const std::string& effectiveValue() const noexcept {
+        // NOLINTNEXTLINE(clang-analyzer-core.uninitialized.UndefReturn): "ui" is not null there
         return value.empty() && ui != nullptr ? ui->value : value;
     }
     // The type with its shape: "string", "long array", "unknown type complex" or "no type".

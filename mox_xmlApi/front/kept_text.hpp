@@ -51,10 +51,6 @@ struct BrokenRule {
     explicit operator bool() const noexcept { return rule != TextRule::None; }
 };
 
-inline bool IsSpace(char32_t unit) noexcept {
-    return unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r';
-}
-
 // Returns how many units at the beginning of the text are from U+0020 to U+007F, which are kept everywhere.
 inline std::size_t CountPlain(UnitsView text) noexcept {
     constexpr std::uint64_t kEach = 0x0001000100010001U;

@@ -28,6 +28,10 @@ namespace front {
 using Units = std::basic_string<wchar16>;
 using UnitsView = std::basic_string_view<wchar16>;
 
+inline bool IsSpace(char32_t unit) noexcept {
+    return unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r';
+}
+
 inline bool IsLeadSurrogate(char32_t unit) noexcept {
     return unit >= 0xD800 && unit <= 0xDBFF;
 }

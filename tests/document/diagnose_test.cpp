@@ -49,5 +49,24 @@ TEST(Diagnose, DiagnosticsAreSortedByPosition) {
               "hosts see an empty document\n");
 }
 
+TEST(Diagnose, AnEncodingThatIsNotReadIsTheOnlyDiagnostic) {
+    const std::vector<mox::Diagnostic> found = mox::diagnose(Utf16Be(Settings("")));
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].severity, mox::Severity::Error);
+    EXPECT_EQ(found[0].message, "the text is UTF-16 with the high byte first");
+    EXPECT_EQ(found[0].encoding, mox::Encoding::Utf16Be);
+    EXPECT_EQ(Diagnosed(std::string(434, '\0')), "1:1: error: the text is nothing but zeros\n");
+}
+
+TEST(Diagnose, ValuesAreCheckedOnlyIfAsked) {
+    const mox::Document document = Parsed(Section("<Var name=\"a\" type=\"long\"><Value>x</Value></Var>"));
+    EXPECT_TRUE(mox::diagnose(document).empty());
+    mox::DiagnoseOptions options;
+    options.values = true;
+    const std::vector<mox::Diagnostic> found = mox::diagnose(document, options);
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].message, "the value of entry a, \"x\", is not a value of its type long");
+}
+
 }  // namespace
 }  // namespace document_tests

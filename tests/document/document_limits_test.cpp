@@ -42,7 +42,7 @@ TEST(DocumentLimits, AHundredThousandLevelsAreInspected) {
     }));
     EXPECT_EQ(findings.depth, kDeep);
     EXPECT_EQ(findings.indentationUnits, 9999800001U);
-    EXPECT_EQ(diagnostics, 1U);
+    EXPECT_EQ(diagnostics, 2U);
     EXPECT_EQ(problem.column, 7 * kDeep + 1);
 }
 

@@ -121,10 +121,14 @@ TEST_F(Check, ByteOrderMarksAndOtherEncodings) {
     WriteBytes("utf16.xml", "\xFF\xFE" + Wide("<a/>"));
     EXPECT_EQ(
         RunTool({"check", "utf16.xml"}).out,
-        "utf16.xml:1:1: found a byte-order mark, expected \"<\" (byte-order marks are not supported)\n");
+        "utf16.xml:1:1: found a byte-order mark, expected \"<\" (byte-order marks are not supported); the "
+        "text is UTF-16 with the low byte first and a byte-order mark (see \"mox-xml convert --from "
+        "utf-16\")\n");
     WriteBytes("utf8.xml", "\xEF\xBB\xBF<a/>");
-    EXPECT_EQ(RunTool({"check", "utf8.xml"}).out,
-              "utf8.xml:1:1: found a byte-order mark, expected \"<\" (byte-order marks are not supported)\n");
+    EXPECT_EQ(
+        RunTool({"check", "utf8.xml"}).out,
+        "utf8.xml:1:1: found a byte-order mark, expected \"<\" (byte-order marks are not supported); the "
+        "text is UTF-8 with a byte-order mark (see \"mox-xml convert --from utf-8\")\n");
     WriteBytes("byte.xml", "\xEF<a/>");
     EXPECT_EQ(RunTool({"check", "byte.xml"}).out,
               "byte.xml:1:1: found byte 0xEF, expected \"<\" or the end of the file\n");
@@ -188,7 +192,7 @@ TEST_F(Check, NonAsciiText) {
     WriteBytes("n.xml", Narrow(Settings("<!-- \xE4\xE5 -->\n")));
     EXPECT_EQ(Succeeds({"check", "n.xml"}),
               "n.xml:3:6: warning: non-ASCII text (2 bytes in the whole file): hosts read byte 0xE4 as "
-              "U+FFE4\n");
+              "U+FFE4; the text is 8-bit text other than UTF-8 (see \"mox-xml convert --from latin1\")\n");
     WriteBytes("w.xml", Wide(Settings("<!-- ä -->\n")));
     EXPECT_EQ(Succeeds({"check", "w.xml"}),
               "w.xml:3:6: note: non-ASCII text (1 unit in the whole file): a narrow file cannot store it\n");

@@ -120,7 +120,8 @@ TEST_F(Completion, WorksAfterOptionsWithValues) {
               "mox-xml entry set tools.xml Saw --type double ");
     EXPECT_EQ(bash.AfterTab("mox-xml entry set tools.xml Saw --type=do"),
               "mox-xml entry set tools.xml Saw --type=double ");
-    EXPECT_EQ(bash.AllAfter("mox-xml convert a.xml --from="), "mox-xml convert a.xml --from=narrow wide ");
+    EXPECT_EQ(bash.AllAfter("mox-xml convert a.xml --from="),
+              "mox-xml convert a.xml --from=latin1 narrow utf-16 utf-8 wide ");
     EXPECT_EQ(bash.AfterTab("mox-xml get a.xml Camera Gain --default G"),
               "mox-xml get a.xml Camera Gain --default G");
 }

@@ -22,7 +22,7 @@ TEST_F(EntryVerbs, EntriesListsNameTypeAndValue) {
 TEST_F(EntryVerbs, JsonHasAllFieldsOfAnEntry) {
     WriteBytes("t.xml", Wide(TableDocument(kDrill)));
     const std::string entry =
-        "\"name\": \"Drill 3\",\n  \"type\": \"double\",\n  \"id\": 1,\n  \"value\": \"3.0\",\n  \"ui\": {\n"
+        "\"name\": \"Drill 3\",\n  \"type\": \"double\",\n  \"id\": 1,\n  \"value\": 3.0,\n  \"ui\": {\n"
         "    \"control\": \"num\",\n    \"provider\": \"app\",\n    \"provider_index\": 7,\n    \"minimum\": "
         "\"1\",\n"
         "    \"shown_name\": \"Drill\",\n    \"comment\": \"in mm\"\n  }\n}\n";
@@ -72,7 +72,8 @@ TEST_F(EntryVerbs, AddInsertsAtTheEndOrBeforeAnotherEntry) {
     Succeeds({"entry", "add", "t.xml", "ä ", "1", "--before", "b", "--type", "byte", "--array"});
     EXPECT_EQ(Succeeds({"entries", "t.xml"}), "ä \tbyte array\t1\nb\tdouble\t2\nc\tstring\t\n");
     EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "b", "--json"}),
-              "{\n  \"name\": \"b\",\n  \"type\": \"double\",\n  \"id\": 5,\n  \"value\": \"2\"\n}\n");
+              "{\n  \"name\": \"b\",\n  \"type\": \"double\",\n  \"id\": 5,\n  \"value\": 2.0,\n  \"text\": "
+              "\"2\"\n}\n");
 }
 
 TEST_F(EntryVerbs, AddStoresPresentationData) {

@@ -47,17 +47,23 @@ TEST_F(FileVerbs, ShowAsJson) {
     WriteBytes("a.xml",
                Wide(Settings("<Table name=\"Ä\"><Var name=\"k\" type=\"byte\" array=\"array\" eud=\"true\">"
                              "<Value>00</Value></Var><Var name=\"x\" type=\"what\"/></Table>")));
-    EXPECT_EQ(Succeeds({"show", "a.xml", "--json"}),
-              "{\n  \"kind\": \"settings\",\n  \"form\": \"wide\",\n  \"sections\": [\n    {\n      "
-              "\"name\": \"Ä\",\n"
-              "      \"first_id\": 0,\n      \"type\": \"0000\",\n      \"editable\": false,\n      "
-              "\"entries\": [\n"
-              "        {\n          \"name\": \"k\",\n          \"type\": \"byte\",\n          \"shape\": "
-              "\"array\",\n"
-              "          \"eud\": true,\n          \"value\": \"00\"\n        },\n"
-              "        {\n          \"name\": \"x\",\n          \"type\": \"what\",\n          \"readable\": "
-              "false\n"
-              "        }\n      ]\n    }\n  ]\n}\n");
+    EXPECT_EQ(
+        Succeeds({"show", "a.xml", "--json"}),
+        "{\n  \"kind\": \"settings\",\n  \"form\": \"wide\",\n  \"sections\": [\n    {\n      "
+        "\"name\": \"Ä\",\n"
+        "      \"first_id\": 0,\n      \"type\": \"0000\",\n      \"editable\": false,\n      "
+        "\"entries\": [\n"
+        "        {\n          \"name\": \"k\",\n          \"type\": \"byte\",\n          \"shape\": "
+        "\"array\",\n"
+        "          \"eud\": true,\n          \"value\": [\n            0\n          ]\n        },\n"
+        "        {\n          \"name\": \"x\",\n          \"type\": \"what\",\n          \"readable\": "
+        "false,\n          \"other\": [\n            {\n              \"index\": 0,\n              "
+        "\"depth\": 0,\n"
+        "              \"element\": \"Var\",\n              \"attributes\": [\n                {\n"
+        "                  \"name\": \"name\",\n                  \"value\": \"x\"\n                },\n"
+        "                {\n                  \"name\": \"type\",\n                  \"value\": \"what\"\n"
+        "                }\n              ]\n            }\n          ]\n"
+        "        }\n      ]\n    }\n  ]\n}\n");
 }
 
 TEST_F(FileVerbs, PrintsASurrogateWithoutAPartner) {
@@ -111,7 +117,7 @@ TEST_F(FileVerbs, ConvertLosesTextOnlyWithLossy) {
     EXPECT_EQ(back.code, 0);
     EXPECT_EQ(back.err,
               "mox-xml: n.xml: warning: the bytes from 0x80 on become U+FF80 to U+FFFF, as the library reads "
-              "them\n");
+              "them (see \"mox-xml convert --from latin1\")\n");
     EXPECT_EQ(ReadBytes("n.xml"), Wide(Settings("<Table name=\"\xEF\xBF\x96l\"/>\n")));
 }
 

@@ -26,10 +26,10 @@ std::string NameIn(const std::string& line) {
 }  // namespace
 
 std::vector<std::string> Verbs() {
-    return {"sections",     "keys",      "get",         "set",         "delete",
-            "entries",      "entry get", "entry set",   "entry add",   "entry rename",
-            "entry remove", "new",       "section add", "section set", "section remove",
-            "show",         "export",    "convert",     "diff",        "check"};
+    return {
+        "sections",       "keys",      "get",          "set",          "delete", "entries",     "entry get",
+        "entry set",      "entry add", "entry rename", "entry remove", "new",    "section add", "section set",
+        "section remove", "show",      "export",       "convert",      "diff",   "apply",       "check"};
 }
 
 std::string HelpOf(const std::string& verb) {

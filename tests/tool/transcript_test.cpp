@@ -68,6 +68,14 @@ TEST_F(Transcript, OfTheReadmeMatchesTheOutputOfTheTool) {
     std::string broken = ReadBytes("camera.xml");
     WriteBytes("broken.xml", broken.replace(broken.find("</Table>"), 8, "</Tabel>"));
 
+    std::string edited = ReadBytes("camera.xml");
+    edited.replace(edited.find("belt encoder"), 12, "Förderband").resize(edited.find('\0'));
+    WriteBytes("edited.xml", "\xEF\xBB\xBF" + edited);
+    WriteBytes(
+        "changes.json",
+        R"([{"change": "changed", "section": "Trigger", "entry": "Delay", "field": "value", "before": "-120",)"
+        R"( "after": "-80"}, {"section": "Trigger", "entry": "Armed", "value": false}])");
+
     const std::string written = readme.substr(textBegin, textEnd - textBegin);
     const std::string replayed = Replay(written);
     if (std::getenv("MOX_WRITE_TRANSCRIPT") != nullptr) {
