@@ -235,7 +235,7 @@ class Profile {
     // Takes the integers that fit into 32 bits with a sign; set takes others, too.
     template <class Integer>
     bool setInt(const Text& section, const Text& key, Integer value, Problem* problem = nullptr) {
-        static_assert(front::kIsInteger<Integer> && sizeof(Integer) <= (std::is_signed_v<Integer> ? 4 : 2),
+        static_assert(front::kFitsInt32<Integer>,
                       "setInt takes integers that fit into 32 bits with a sign; use set for others");
         return setString(section, key, front::FormatInteger(value), problem);
     }

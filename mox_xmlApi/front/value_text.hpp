@@ -28,6 +28,11 @@ template <class T>
 inline constexpr bool kIsInteger =
     kIsOneOf<T, short, unsigned short, int, unsigned, long, unsigned long, long long, unsigned long long>;
 
+// Whether every value of the integer type fits into 32 bits with a sign.
+template <class T>
+inline constexpr bool kFitsInt32 = kIsOneOf<T, short, unsigned short, int> ||
+                                   (std::is_same_v<T, long> && sizeof(long) == sizeof(int));
+
 // Why a text is no value of a type; None if it is one. `what` ends the sentence that begins with the value.
 struct Misfit {
     Reason reason = Reason::None;
