@@ -120,7 +120,7 @@ std::string RequestedChange::Location() const {
 std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_view text) {
     ChangeJson list;
     try {
-        list = ChangeJson::parse(text.begin(), text.end());
+        list = ChangeJson::parse(text);
     } catch (const ChangeJson::exception& error) {
         const std::string what = error.what();
         const std::size_t end = what.find("] ");  // of the name of the exception
