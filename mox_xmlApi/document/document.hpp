@@ -218,7 +218,7 @@ struct DocumentTable {
     // empty, the first that has any name. Null if there is none, and if that element is not readable: hosts then find
     // nothing. It belongs to this table. Many calls together take linear time, however many entries there are.
     const DocumentEntry* find(std::string_view wanted) const;
-    // The same, but also returns an element that is not readable: a new entry of this name would be found behind it.
+    // The same, but also returns an element that is not readable. Such an element hides every later entry of that name.
     const DocumentEntry* findElement(std::string_view wanted) const;
 };
 

@@ -75,8 +75,8 @@ auto OpenBytes(std::string_view bytes, const DocumentFindings& findings, Open op
     return open(nullptr, buffer.data(), static_cast<std::int32_t>(buffer.size()), 0);
 }
 
-// Remembers what was found out about a document that has been opened. Entries are known by their names and those of
-// their sections: one that is found by them and is in order is treated like one behind it that is not.
+// Stores the findings about a document that has been opened. Odd entries are recorded by section and name only. If one of
+// several entries with the same name is odd, writes to all of them are refused.
 inline void TakeFindings(const DocumentFindings& findings, WriteRules& rules) {
     constexpr std::uint32_t kValueOddities = kTwoTypes | kTwoValues | kValueHasChildren;
     rules.form = findings.encoding.form;

@@ -23,8 +23,8 @@ namespace mox::front {
 
 // ---- what an entry has
 
-// Returns the first attribute that is none of the names, which are parted by blanks; empty if there is none. An empty
-// "loc" says nothing.
+// Returns the name of the first attribute that is not in `names`, a list with a space before and after each name. Returns
+// an empty string if there is no such attribute. An empty "loc" is ignored.
 inline std::string FindOtherAttribute(DocumentNode node, std::string_view names) {
     for (const DocumentAttribute& attribute : node.attributes()) {
         if (attribute.name == "loc" && attribute.value.empty()) continue;
@@ -131,8 +131,9 @@ inline Text UnusedName(void* handle) {
     }
 }
 
-// A new entry that takes the place of the one behind it. It is made under another name; when it is renamed, two entries
-// have the same. The destructor removes one of the two: the new one, unless Keep was called. It needs no memory.
+// Replaces an entry by a new one that was added directly before it under a temporary name. After the new entry has been
+// renamed, both have the same name. The destructor removes one of them: the old one if Keep was called, the new one
+// otherwise. It allocates no memory.
 class Replacement {
   public:
     Replacement(void* handle, const Text& temporary, const Text& name) noexcept : handle_(handle) {

@@ -345,7 +345,7 @@ inline bool SetEntryValue(void* handle, const Target& target, const Text& name, 
     if (!target.RequireUntroubled(goesToUi ? Troubled::kValue | Troubled::kOther : Troubled::kValue) ||
         !RequireRecordValue(target, StringOf<std::u16string>(text.units()), old.type, "the value"))
         return false;
-    // (Where the value goes to the presentation data, an attribute "Value" of theirs, which nobody sees, would stay.)
+    // (Where the value goes to the presentation data, their attribute "Value", which no read returns, would stay.)
     if (readBack == ReadBack::Effective && text.units().empty() && HasUiValue(old) && !target.IsLossy())
         return target.Refuse(Reason::NotStored,
                              "an empty value would be read as the value that the presentation data have");
