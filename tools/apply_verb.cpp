@@ -1,4 +1,5 @@
 // apply: makes many changes to a file, all or none.
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <map>
@@ -53,7 +54,7 @@ std::uint32_t NumberOf(const std::string& text, int base = 10) {
     const char* const end = text.data() + text.size();
     const auto [parsedEnd, error] = std::from_chars(text.data(), end, number, base);
     if (error == std::errc() && parsedEnd == end) return number;
-    Refuse(ExitCode::kUsageError, Quoted(text) + " is not a number of 32 bits");
+    Refuse(ExitCode::kUsageError, Quoted(text) + " is not a 32-bit number");
 }
 
 // ---- names in files
@@ -95,38 +96,72 @@ class Expectations {
     void Set(const RequestedChange& change, const std::string& field, const std::string& text) {
         fields_[{change.section, change.entry, field}] = text;
     }
+    // A section; empty for the table of a table document.
+    void SetSection(const std::string& section, const std::string& field, const std::string& text) {
+        sectionFields_[{section, field}] = text;
+    }
+    void SetGone(const std::string& section) {
+        Forget(section);
+        gone_.insert({section, std::nullopt});
+    }
+    void SetGone(const std::string& section, const std::string& entry) {
+        Forget(section, entry);
+        gone_.insert({section, entry});
+    }
+
     void Forget(const std::string& section) {
+        gone_.erase({section, std::nullopt});
+        sectionFields_.erase(sectionFields_.lower_bound({section, ""}),
+                             sectionFields_.lower_bound({section + '\0', ""}));
         fields_.erase(fields_.lower_bound({section, "", ""}), fields_.lower_bound({section + '\0', "", ""}));
     }
     void Forget(const std::string& section, const std::string& entry) {
+        gone_.erase({section, entry});
         fields_.erase(fields_.lower_bound({section, entry, ""}),
                       fields_.lower_bound({section, entry + '\0', ""}));
     }
 
-    // The place of a field that the document does not have so; empty if there is none. A change that names no section
-    // means the table.
+    // Returns what the document does not have as expected, or an empty string. A change that names no section means the
+    // table.
     std::string FindBroken(const Document& document) const {
+        for (const auto& [section, entry] : gone_) {
+            const DocumentTable* const table = TableIn(document, section);
+            if (entry.has_value() ? table != nullptr && table->findElement(*entry) != nullptr
+                                  : table != nullptr)
+                return "that " + QuotedIfNeeded(section) +
+                       (entry.has_value() ? "/" + QuotedIfNeeded(*entry) : "") + " is removed";
+        }
+        for (const auto& [place, text] : sectionFields_) {
+            const DocumentTable* const table = TableIn(document, place.first);
+            if (table == nullptr || FieldIn(FieldsOf(*table), place.second) != text)
+                return QuotedIfNeeded(place.first) + " " + place.second;
+        }
         for (const auto& [place, text] : fields_) {
             const auto& [section, entryName, field] = place;
-            const DocumentTable* const table = document.kind() == DocumentKind::Table
-                                                   ? &document.tables().front()
-                                                   : document.findTable(section);
+            const DocumentTable* const table = TableIn(document, section);
             const DocumentEntry* const entry = table == nullptr ? nullptr : table->find(entryName);
-            if (entry == nullptr || FieldIn(*entry, field) != text)
+            if (entry == nullptr ||
+                (field == kEffective ? entry->effectiveValue() : FieldIn(FieldsOf(*entry), field)) != text)
                 return QuotedIfNeeded(section) + "/" + QuotedIfNeeded(entryName) + " " + field;
         }
         return "";
     }
 
   private:
-    static std::string FieldIn(const DocumentEntry& entry, const std::string& field) {
-        if (field == kEffective) return entry.effectiveValue();
-        for (auto& [name, text] : FieldsOf(entry)) {
+    static const DocumentTable* TableIn(const Document& document, const std::string& section) {
+        return document.kind() == DocumentKind::Table ? &document.tables().front()
+                                                      : document.findTable(section);
+    }
+
+    static std::string FieldIn(const Fields& fields, const std::string& field) {
+        for (const auto& [name, text] : fields) {
             if (name == field) return text;
         }
         return "";
     }
 
+    std::set<std::pair<std::string, std::optional<std::string>>> gone_;
+    std::map<std::pair<std::string, std::string>, std::string> sectionFields_;
     std::map<std::tuple<std::string, std::string, std::string>, std::string> fields_;
 
   public:
@@ -158,6 +193,9 @@ class Changer {
     }
 
     void Make(const RequestedChange& change) {
+        const bool isRemoval = change.kind.has_value() && *change.kind == Change::Removed;
+        if (isRemoval && change.hasEntry && removedSections_.count(change.section) != 0)
+            return RequireRemoved(change);
         if (change.occurrence > 1)
             Refuse(ExitCode::kIoError, "only the first one of several with the same name can be changed");
         if (!change.hasSection && profile_.has_value())
@@ -167,11 +205,24 @@ class Changer {
         if (!change.hasEntry) return ChangeSection(change);
         if (!change.kind.has_value()) return SetValue(change);
         if (*change.kind == Change::Added) return AddEntry(change);
-        // Its entries went with it.
-        if (*change.kind == Change::Removed && removedSections_.count(change.section) != 0) return;
         EntryTable& table = TableOf(change);
-        if (*change.kind == Change::Removed) return RemoveEntry(change, table);
+        if (isRemoval) return RemoveEntry(change, table);
         ChangeField(change, table);
+    }
+
+    // Throws ExitError if a section was removed with an entry that the changes do not remove.
+    void RequireAllRemoved(const std::string& path) const {
+        for (const auto& [section, removed] : removedSections_) {
+            std::map<std::string, std::size_t> counts;
+            for (const DocumentEntry& entry : before_.findTable(section)->entries) {
+                if (!entry.isReadable && !entry.hasName) continue;
+                if (removed.count({entry.name, ++counts[entry.name]}) != 0) continue;
+                throw ExitError(ExitCode::kNotFound,
+                                path + ": section " + QuotedIfNeeded(section) + " has the entry " +
+                                    QuotedIfNeeded(entry.name) +
+                                    ", which the changes do not remove; nothing was changed");
+            }
+        }
     }
 
     // The bytes of the changed file. Throws ExitError if they would not have what was asked for.
@@ -204,24 +255,50 @@ class Changer {
             Refuse(ExitCode::kNotFound, "found " + Quoted(found) + ", expected " + Quoted(*change.before));
     }
 
+    // The entry of a section that was removed: whether it was there, with the value that the change expects.
+    void RequireRemoved(const RequestedChange& change) {
+        std::size_t occurrence = 0;
+        for (const DocumentEntry& entry : before_.findTable(change.section)->entries) {
+            if ((!entry.isReadable && !entry.hasName) || entry.name != change.entry) continue;
+            if (++occurrence != change.occurrence) continue;
+            RequireBefore(change, entry.effectiveValue());
+            removedSections_[change.section].insert({change.entry, occurrence});
+            return;
+        }
+        Refuse(ExitCode::kNotFound, "there is no such entry");
+    }
+
     // ---- sections
+
+    // Whether there is one section of that name. Of several, the removal of the first leaves the next one.
+    bool IsOnlySection(const std::string& name) const {
+        const auto& tables = before_.tables();
+        return std::count_if(tables.begin(), tables.end(), [&](const DocumentTable& table) {
+                   return table.isTable && table.hasName && table.name == name;
+               }) == 1;
+    }
 
     void ChangeSection(const RequestedChange& change) {
         if (!profile_.has_value() || !change.kind.has_value())
             Refuse(ExitCode::kUsageError, "only sections of settings documents can be changed");
         Problem problem;
         if (*change.kind == Change::Removed) {
+            if (before_.findTable(change.section) == nullptr)
+                Refuse(ExitCode::kNotFound, "there is no such section in the file");
             Require(profile_->removeSection(change.section, &problem), problem);
-            removedSections_.insert(change.section);
+            removedSections_.try_emplace(change.section);
             expectations_.Forget(change.section);
+            if (IsOnlySection(change.section)) expectations_.SetGone(change.section);
         } else if (*change.kind == Change::Added) {
             if (profile_->findSection(change.section).has_value())
-                Refuse(ExitCode::kNotFound, "there is such a section already");
+                Refuse(ExitCode::kNotFound, "the section already exists");
             TableOptions options;
             for (const auto& [field, text] : change.fields)
                 SetSectionField(options, field, text);
             Require(profile_->makeSection(change.section, options, &problem).has_value(), problem);
-            removedSections_.erase(change.section);
+            expectations_.Forget(change.section);
+            for (const auto& [field, text] : change.fields)
+                expectations_.SetSection(change.section, field, text);
         } else {
             ChangeSectionField(change);
         }
@@ -231,8 +308,13 @@ class Changer {
         if (field == "first_id") {
             options.firstId = NumberOf(text);
         } else if (field == "type") {
-            options.type = static_cast<std::uint16_t>(NumberOf(text, 16));
+            const std::uint32_t type = NumberOf(text, 16);
+            if (type > 0xFFFF)
+                Refuse(ExitCode::kUsageError, Quoted(text) + " is not a hexadecimal 16-bit number");
+            options.type = static_cast<std::uint16_t>(type);
         } else if (field == "editable") {
+            if (text != "true" && text != "false")
+                Refuse(ExitCode::kUsageError, Quoted(text) + " is neither true nor false");
             options.editable = text == "true";
         } else {
             Refuse(ExitCode::kIoError, "the library cannot write the field " + Quoted(field));
@@ -252,9 +334,12 @@ class Changer {
         }
         RequireBefore(change,
                       change.field == "type" ? Hex(options.type, 4) : std::to_string(options.firstId));
-        SetSectionField(options, change.field, change.after);
+        SetSectionField(options, change.field, *change.after);
         Problem problem;
         Require(profile_->makeSection(change.section, options, &problem).has_value(), problem);
+        expectations_.SetSection(
+            change.section, change.field,
+            change.field == "type" ? Hex(options.type, 4) : std::to_string(options.firstId));
     }
 
     // ---- entries
@@ -283,7 +368,7 @@ class Changer {
         std::vector<std::uint8_t> bytes;
         for (const nlohmann::json& byte : change.value) {
             if (!byte.is_number_unsigned() || byte.get<std::uint64_t>() > 0xFF)
-                Refuse(ExitCode::kUsageError, "the list has something else than numbers from 0 to 255");
+                Refuse(ExitCode::kUsageError, "the list may contain only numbers from 0 to 255");
             bytes.push_back(byte.get<std::uint8_t>());
         }
         Write(change, bytes);
@@ -318,7 +403,10 @@ class Changer {
     void AddEntry(const RequestedChange& change) {
         Entry entry;
         entry.name = change.entry;
-        entry.value = change.fields.empty() ? change.after : std::string();
+        const bool hasValue = std::any_of(change.fields.begin(), change.fields.end(), [](const auto& field) {
+            return field.first == "value" || field.first == "ui.value";
+        });
+        entry.value = hasValue ? std::string() : change.after.value_or("");
         SetType(entry, change.type);
         for (const auto& [field, text] : change.fields)
             SetField(entry, field, text);
@@ -328,8 +416,9 @@ class Changer {
         } else {
             Refuse(ExitCode::kNotFound, "there is no such section");
         }
+        expectations_.Forget(change.section, change.entry);
         expectations_.Set(change, "type", change.type);
-        if (change.fields.empty()) expectations_.Set(change, Expectations::kEffective, change.after);
+        if (change.after.has_value()) expectations_.Set(change, Expectations::kEffective, *change.after);
         for (const auto& [field, text] : change.fields)
             expectations_.Set(change, field, text);
     }
@@ -368,6 +457,8 @@ class Changer {
         Problem problem;
         Require(table.remove(change.entry, 0, &problem), problem);
         expectations_.Forget(change.section, change.entry);
+        if (!table.contains(change.entry) && !change.entry.empty())
+            expectations_.SetGone(change.section, change.entry);
     }
 
     void ChangeField(const RequestedChange& change, EntryTable& table) {
@@ -376,7 +467,7 @@ class Changer {
         std::optional<Entry> entry = table.find(change.entry, &problem);
         if (!entry.has_value()) Refuse(problem);
         const std::string& field = change.field;
-        const std::string& text = change.after;
+        const std::string& text = *change.after;
         bool isDone = false;
         if (field == "value") {
             isDone = table.setValue(change.entry, text, Eud::DoNotSet, &problem);
@@ -406,8 +497,8 @@ class Changer {
         expectations_.Set(change, field, text);
     }
 
-    // Throws a Refusal unless the entry has the field that the change expects. Only what was read is compared: a change
-    // of something that an earlier change has written is not.
+    // Throws a Refusal unless the entry, as it was read from the file, has the text that the change expects in the field.
+    // Earlier changes in the list are not taken into account.
     void RequireOldField(const RequestedChange& change) const {
         if (!change.before.has_value()) return;
         const DocumentTable* const table =
@@ -423,7 +514,8 @@ class Changer {
     std::optional<Profile> profile_{};
     std::optional<Table> table_{};
     std::optional<Section> section_{};  // of the last change
-    std::set<std::string> removedSections_{};
+    // The names and occurrences of the entries that the changes remove with each section.
+    std::map<std::string, std::set<std::pair<std::string, std::size_t>>> removedSections_{};
     std::map<std::string, TableOptions> sections_{};  // whose fields were changed
     Expectations expectations_{};
 };
@@ -477,9 +569,12 @@ void RunApply(const ApplyArguments& arguments, Output& output) {
     const Document before = ParseDocument(arguments.file.path, bytes, arguments.file.RequestedForm());
     Changer changer(arguments.file.path, bytes, before);
     MakeAll(arguments, changes, changer);
+    changer.RequireAllRemoved(arguments.file.path);
     const std::string newBytes = changer.Bytes(arguments.file.path);
     const Document after = ParseDocument(arguments.file.path, newBytes, before.form());
-    const std::vector<Difference> differences = CompareDocuments(before, after);
+    // A save of settings removes every "eud", which is no change that was asked for.
+    const bool isTable = before.kind() == DocumentKind::Table;
+    const std::vector<Difference> differences = CompareDocuments(before, after, isTable);
     if (arguments.isDryRun) {
         for (const Difference& difference : differences)
             output.PrintLine(LineOf(difference));
@@ -487,7 +582,7 @@ void RunApply(const ApplyArguments& arguments, Output& output) {
     }
     if (differences.empty()) return;  // a save would change only the layout
     Replace(arguments, newBytes, stamp);
-    PrintLostEud(arguments.file.path, before, after, output);
+    if (!isTable) PrintLostEud(arguments.file.path, before, after, output);
 }
 
 }  // namespace
@@ -502,7 +597,7 @@ void AddApplyVerb(CLI::App& app, Output& output) {
         ->required();
     apply.add_flag("--dry-run", arguments->isDryRun, "Print what would change, and change nothing");
     apply.add_flag("--overwrite", arguments->mayOverwrite,
-                   "Replace the file even if another program has changed it meanwhile");
+                   "Replace the file even if another program has changed it in the meantime");
     AddBackupOption(apply, arguments->withBackup);
     apply.callback([arguments, &output] { RunApply(*arguments, output); });
 }

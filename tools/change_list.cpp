@@ -52,7 +52,7 @@ class Reader {
     std::optional<std::string> Text(const char* name) const {
         const auto found = object_.find(name);
         if (found == object_.end()) return std::nullopt;
-        if (!found->is_string()) Fail(std::string("\"") + name + "\" is not a text");
+        if (!found->is_string()) Fail(std::string("\"") + name + "\" is not a string");
         return found->get<std::string>();
     }
 
@@ -74,7 +74,7 @@ class Reader {
         if (found == object_.end()) return;
         if (!found->is_object()) Fail("\"fields\" is not an object");
         for (const auto& [name, text] : found->items()) {
-            if (!text.is_string()) Fail("the field " + Quoted(name) + " is not a text");
+            if (!text.is_string()) Fail("the field " + Quoted(name) + " is not a string");
             change.fields.emplace_back(name, text.get<std::string>());
         }
     }
@@ -95,7 +95,7 @@ class Reader {
         } else if (*kind == "added") {
             change.kind = Change::Added;
             if (change.hasEntry) change.type = RequiredText("type");
-            change.after = Text("after").value_or("");
+            change.after = Text("after");
         } else if (*kind == "removed") {
             change.kind = Change::Removed;
         } else {

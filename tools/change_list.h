@@ -23,9 +23,9 @@ struct RequestedChange {
     std::string field{};                  // Changed
     std::string type{};                   // Added
     std::optional<std::string> before{};  // if given, the file must have it
-    std::string after{};
-    Fields fields{};         // Added
-    nlohmann::json value{};  // without a kind: a text, number, truth value or list of bytes
+    std::optional<std::string> after{};   // Changed: always given
+    Fields fields{};                      // Added
+    nlohmann::json value{};               // without a kind: a text, number, truth value or list of bytes
 
     // "Camera/Exposure"
     std::string Location() const;

@@ -51,12 +51,12 @@ class Occurrences {
     std::map<std::pair<std::string, std::size_t>, const Item*> index_;
 };
 
-// The fields of something new: not those that are empty, 0 or false, and not the type, which is told apart.
-Fields FieldsToAdd(Fields all, const char* apart) {
+// The fields of something new that differ from the defaults, without the one that is printed separately.
+Fields FieldsToAdd(Fields all, const Fields& defaults, const char* separate) {
     Fields fields;
-    for (auto& [name, text] : all) {
-        const bool isDefault = text.empty() || text == "0" || text == "0000" || text == "false";
-        if (!isDefault && name != apart) fields.emplace_back(std::move(name), std::move(text));
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (all[i].second != defaults[i].second && all[i].first != separate)
+            fields.push_back(std::move(all[i]));
     }
     return fields;
 }
@@ -116,7 +116,8 @@ class Comparison {
         difference.change = change;
         difference.table = table.name;
         difference.occurrence = occurrence;
-        if (change == Change::Added) difference.fields = FieldsToAdd(Compared(FieldsOf(table)), "");
+        if (change == Change::Added)
+            difference.fields = FieldsToAdd(Compared(FieldsOf(table)), FieldsOf(DocumentTable()), "");
         differences_.push_back(difference);
         const Occurrences<DocumentEntry> entries(EntriesOf(table));
         for (const auto& [entry, entryOccurrence] : entries.List())
@@ -133,7 +134,8 @@ class Comparison {
         difference.occurrence = occurrence;
         difference.field = entry.describeType();
         (change == Change::Added ? difference.after : difference.before) = entry.effectiveValue();
-        if (change == Change::Added) difference.fields = FieldsToAdd(Compared(FieldsOf(entry)), "type");
+        if (change == Change::Added)
+            difference.fields = FieldsToAdd(Compared(FieldsOf(entry)), FieldsOf(DocumentEntry()), "type");
         differences_.push_back(difference);
     }
 

@@ -84,7 +84,7 @@ void EditArguments::AddTo(CLI::App& verb) {
     AddFileArgument(verb, file);
     AddBackupOption(verb, withBackup);
     verb.add_flag("--overwrite", mayOverwrite,
-                  "Replace the file even if another program has changed it meanwhile");
+                  "Replace the file even if another program has changed it in the meantime");
 }
 
 EditedFile::EditedFile(const EditArguments& arguments, Missing missing)

@@ -26,13 +26,6 @@ bool IsSameFile(const std::string& one, const std::string& other);
 // stdin was read before.
 std::string ReadStdin();
 
-// Whether both paths (UTF-8) name the same existing file.
-bool IsSameFile(const std::string& one, const std::string& other);
-
-// All bytes of stdin. Throws ExitError: kIoError if they cannot be read or are too many (kLargestStream), kUsageError if
-// stdin was read before.
-std::string ReadStdin();
-
 }  // namespace mox::tool
 
 #endif

@@ -38,7 +38,7 @@ TEST_F(Apply, CarriesADifferenceToAThirdFile) {
     WriteBytes("c.xml", Wide(Settings(own + kBefore)));
     WriteDifferences("a.xml", "b.xml");
     const std::string lines = RunTool({"diff", "a.xml", "b.xml"}).out;
-    EXPECT_EQ(Succeeds({"apply", "c.xml", "changes.json", "--dry-run"}).size(), lines.size());
+    EXPECT_EQ(Succeeds({"apply", "c.xml", "changes.json", "--dry-run"}), lines);
     EXPECT_EQ(ReadBytes("c.xml"), Wide(Settings(own + kBefore)));
     EXPECT_EQ(Succeeds({"apply", "c.xml", "changes.json", "--backup"}), "");
     EXPECT_EQ(ReadBytes("c.xml.bak"), Wide(Settings(own + kBefore)));
@@ -142,6 +142,82 @@ TEST_F(Apply, SaysThatEudIsRemoved) {
         RunTool({"diff", "b.xml", "a.xml", "--eud"}).out,
         "~ S eud: \"true\" -> \"false\"\n~ S/k value: \"1\" -> \"2\"\n~ S/k eud: \"true\" -> \"false\"\n");
     EXPECT_EQ(RunTool({"diff", "b.xml", "a.xml"}).out, "~ S/k value: \"1\" -> \"2\"\n");
+}
+
+// A value of an added entry that looks like nothing is a value all the same.
+TEST_F(Apply, AddsValuesThatLookLikeNothing) {
+    WriteBytes("a.xml", Narrow(Settings("<Table name=\"S\"/>")));
+    WriteBytes(
+        "b.xml",
+        Narrow(Settings("<Table name=\"S\"><Var name=\"zero\" type=\"long\" id=\"5\"><Value>0</Value></Var>"
+                        "<Var name=\"no\" type=\"string\"><Value>false</Value><UI control=\"num\"/></Var>"
+                        "<Var name=\"bytes\" type=\"byte\" array=\"array\" id=\"6\"><Value>0000</Value></Var>"
+                        "</Table>")));
+    WriteDifferences("a.xml", "b.xml");
+    Succeeds({"apply", "a.xml", "changes.json"});
+    EXPECT_EQ(RunTool({"diff", "a.xml", "b.xml"}).out, "");
+    EXPECT_EQ(Succeeds({"get", "a.xml", "S", "zero"}), "0\n");
+    WriteBytes("changes.json", R"([{"change": "added", "section": "S", "entry": "own", "type": "long",
+                                    "after": "77", "fields": {"id": "3"}}])");
+    Succeeds({"apply", "a.xml", "changes.json"});
+    EXPECT_EQ(Succeeds({"get", "a.xml", "S", "own"}), "77\n");
+}
+
+TEST_F(Apply, ChangesEudInTableDocuments) {
+    WriteBytes("a.xml", Wide(TableDocument(Var("k", "1"))));
+    WriteBytes(
+        "changes.json",
+        R"([{"change": "changed", "entry": "k", "field": "eud", "before": "false", "after": "true"}])");
+    EXPECT_EQ(Succeeds({"apply", "a.xml", "changes.json", "--dry-run"}),
+              "~ Tools eud: \"false\" -> \"true\"\n~ Tools/k eud: \"false\" -> \"true\"\n");
+    Succeeds({"apply", "a.xml", "changes.json"});
+    EXPECT_NE(ReadBytes("a.xml").find(Wide("eud=\"true\"").substr(0, 20)), std::string::npos);
+    WriteBytes(
+        "changes.json",
+        R"([{"change": "changed", "entry": "k", "field": "eud", "before": "true", "after": "false"}])");
+    const Result result = RunTool({"apply", "a.xml", "changes.json"});
+    EXPECT_EQ(result.code, 0) << result;
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(Apply, RemovesNoSectionWithEntriesThatTheListDoesNotHave) {
+    WriteBytes("a.xml",
+               Narrow(Settings("<Table name=\"Old\">" + Var("o", "1") + Var("o", "2") + "</Table>")));
+    WriteBytes("b.xml", Narrow(Settings("")));
+    WriteDifferences("a.xml", "b.xml");
+    const std::string changed = Narrow(Settings("<Table name=\"Old\">" + Var("o", "9") + "</Table>"));
+    WriteBytes("c.xml", changed);
+    Fails(1, {"apply", "c.xml", "changes.json"}, "Old/o: found \"9\", expected \"1\"; nothing was changed\n");
+    EXPECT_EQ(ReadBytes("c.xml"), changed);
+    const std::string more =
+        Narrow(Settings("<Table name=\"Old\">" + Var("o", "1") + Var("o", "2") + Var("p", "3") + "</Table>"));
+    WriteBytes("c.xml", more);
+    Fails(1, {"apply", "c.xml", "changes.json"},
+          "section Old has the entry p, which the changes do not remove; nothing was changed\n");
+    EXPECT_EQ(ReadBytes("c.xml"), more);
+    Succeeds({"apply", "a.xml", "changes.json"});
+    EXPECT_EQ(Succeeds({"sections", "a.xml"}), "");
+}
+
+TEST_F(Apply, RefusesFieldsOfSectionsThatDoNotFit) {
+    const std::string bytes = Narrow(Settings("<Table name=\"S\"/>"));
+    WriteBytes("a.xml", bytes);
+    const struct {
+        std::string change;
+        std::string message;
+    } cases[] = {
+        {R"([{"change": "added", "section": "N", "fields": {"type": "12345"}}])",
+         "\"12345\" is not a hexadecimal 16-bit number"},
+        {R"([{"change": "changed", "section": "S", "field": "type", "after": "10000"}])",
+         "\"10000\" is not a hexadecimal 16-bit number"},
+        {R"([{"change": "added", "section": "N", "fields": {"editable": "yes"}}])",
+         "\"yes\" is neither true nor false"},
+    };
+    for (const auto& test : cases) {
+        WriteBytes("changes.json", test.change);
+        Fails(2, {"apply", "a.xml", "changes.json"}, test.message);
+        EXPECT_EQ(ReadBytes("a.xml"), bytes);
+    }
 }
 
 TEST_F(Apply, ReadsChangesOfAnyDepth) {
