@@ -51,7 +51,7 @@
 //   opens the saved file. What cannot be kept is refused: a text that the form of the file would change or lose
 //   (Reason::NotKept; front/kept_text.hpp has the rules), a value that nobody could read (Unreadable), that reads would
 //   not return (Ambiguous, NotStored). A write that is refused changes nothing. setLossy(true) of a profile or table
-//   switches these checks off: writes then store what the exports store.
+//   switches most of these checks off, see Profile::setLossy.
 //
 //   If memory runs out, a write that adds something takes it back; at most an empty element without a name is left, which
 //   nobody can find. A write to what was there before may have been carried out in part; the document is whole, and each

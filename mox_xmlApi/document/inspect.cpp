@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 #include "mox_xmlApi/document/parsed_text.h"
@@ -160,6 +161,23 @@ class Inspection {
         for (XmlNode* section : root.children) {
             if (section->kind == XmlNodeKind::Element) InspectTable(*section, index++, false);
         }
+        if (!findings_.tables.empty()) FindOnlyTables(root);
+    }
+
+    void FindOnlyTables(const XmlNode& root) {
+        std::unordered_map<WideView, std::size_t> counts;
+        for (const XmlNode* section : root.children) {
+            if (section->kind == XmlNodeKind::Element) ++counts[NameOf(*section)];
+        }
+        for (OddTable& table : findings_.tables)
+            table.isOnly = counts[table.name] == 1;
+    }
+
+    // The value of the attribute "name"; empty if there is none.
+    static WideView NameOf(const XmlNode& element) noexcept {
+        WideView name;
+        XmlDocument::GetAttribute(&element, names::kName, name);
+        return name;
     }
 
     void InspectTable(XmlNode& table, std::size_t index, bool isFound) {
@@ -175,7 +193,7 @@ class Inspection {
         WideView name;
         const bool hasName = XmlDocument::GetAttribute(&table, names::kName, name);
         if (hasName && !isFound) isFound = text_.Document().FindTableElement(table.parent, name) == &table;
-        findings_.tables.push_back({index, isFound, Units(name), std::move(entries)});
+        findings_.tables.push_back({index, isFound, true, Units(name), std::move(entries)});
     }
 
     OddEntry DescribeEntry(XmlNode& table, const XmlNode& entry, std::size_t index, std::uint32_t oddities) {

@@ -50,6 +50,7 @@ struct OddEntry {
 struct OddTable {
     std::size_t index = 0;  // among the child elements of the root; 0 in a table document
     bool isFound = false;   // it is the section that is found by its name, or the table of a table document
+    bool isOnly = true;     // no other section has the same name
     Units name{};
     std::vector<OddEntry> entries{};
 };

@@ -6,7 +6,6 @@
 #ifndef MOX_XMLAPI_FRONT_DOCUMENT_FILE_HPP
 #define MOX_XMLAPI_FRONT_DOCUMENT_FILE_HPP
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -15,7 +14,6 @@
 #include <string_view>
 
 #include "mox_xmlApi/disk/file_stamp.hpp"
-#include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/disk/replace_file.hpp"
 #include "mox_xmlApi/disk/scratch_file.hpp"
 #include "mox_xmlApi/document/inspect.hpp"
@@ -26,6 +24,14 @@
 #include "mox_xmlApi/front/write_rules.hpp"
 
 namespace mox::front {
+
+// The low byte of each unit of a wide text.
+inline std::string LowBytesOf(std::string_view wide) {
+    std::string bytes(wide.size() / 2, '\0');
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = wide[2 * i];
+    return bytes;
+}
 
 // ---- opening
 
@@ -60,12 +66,7 @@ auto OpenBytes(std::string_view bytes, const DocumentFindings& findings, Open op
         return open(scratch->path(), nullptr, 0, 1);
     }
     // A buffer has one byte per unit. An empty one would mean a new document.
-    std::string narrow;
-    if (isWide) {
-        narrow.resize(text.size() / 2);
-        for (std::size_t i = 0; i < narrow.size(); ++i)
-            narrow[i] = text[2 * i];
-    }
+    const std::string narrow = isWide ? LowBytesOf(text) : std::string();
     std::string_view buffer = isWide ? std::string_view(narrow) : text;
     if (buffer.empty()) buffer = "\n";
     if (buffer.size() > static_cast<std::size_t>((std::numeric_limits<std::int32_t>::max)())) {
@@ -84,6 +85,7 @@ inline void TakeFindings(const DocumentFindings& findings, WriteRules& rules) {
     for (const OddTable& table : findings.tables) {
         const UnitsView section =
             findings.kind == DocumentKind::Settings ? UnitsView(table.name) : UnitsView();
+        if (!table.isOnly) rules.troubled.Keep(section);
         for (const OddEntry& entry : table.entries) {
             const std::uint32_t doubled = entry.oddities & ~std::uint32_t{kUnreadable};
             if (!entry.hasName || doubled == 0) continue;

@@ -121,8 +121,8 @@ inline bool ExplainMissing(void* handle, const Target& target, const Text& name)
 }  // namespace front
 
 // An iterator over the entries of a table, from BasicEntryRange::begin. Each step reads one entry, none is read ahead.
-// It can be copied and destroyed at any time, and keeps its table alive. Its current entry must not be removed before
-// the next step.
+// It can be copied and destroyed at any time, and keeps its table alive. Its current entry must not be removed or
+// replaced before the next step.
 template <class String>
 class BasicEntryIterator {
   public:

@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "mox_xmlApi/disk/scratch_file.hpp"
 #include "mox_xmlApi/document/document.hpp"
+#include "mox_xmlApi/front/document_file.hpp"
 #include "mox_xmlApi/front/entry.hpp"
 #include "mox_xmlApi/front/entry_reading.hpp"
 #include "mox_xmlApi/front/entry_renaming.hpp"
@@ -77,13 +77,8 @@ inline std::string FindOtherThanEntry(DocumentNode node) {
 
 // Writes the table to a file of its own and reads that as a document; nullopt, with the reason, if that fails.
 inline std::optional<Document> DocumentOf(void* handle, Problem* problem) {
-    const std::optional<ScratchFile> file = ScratchFile::create(problem);
-    if (!file.has_value()) return std::nullopt;
-    if (!xmlTableSave(handle, file->path(), 0, 0)) {
-        Fail(problem, Reason::WriteFailed, "the table cannot be written to a temporary file");
-        return std::nullopt;
-    }
-    const std::optional<std::string> bytes = file->read(problem);
+    const auto write = [handle](const wchar16* path) { return xmlTableSave(handle, path, 0, 0); };
+    const std::optional<std::string> bytes = BytesWrittenBy(write, problem);
     if (!bytes.has_value()) return std::nullopt;
     return Document::parse(*bytes, Form::Wide, problem);
 }
@@ -106,6 +101,7 @@ inline DocumentNode FindEntryNode(DocumentNode table, const std::string& name) {
 
 // Whether an entry can be replaced without losing anything, and whether it has "eud".
 inline bool RequireReplaceable(void* handle, const Target& target, const Text& name, Eud& eud) {
+    if (!RequireShallow(*target.rules, target.problem)) return false;
     const std::optional<Document> document = DocumentOf(handle, target.problem);
     if (!document.has_value()) return false;
     const DocumentNode table = FindTableNode(*document);

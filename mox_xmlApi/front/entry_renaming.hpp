@@ -74,7 +74,8 @@ inline bool RenameByValue(void* handle, std::uint64_t before, const Text& newNam
     return xmlTableEntrySet(handle, &before, &record, nullptr, 1, 0);
 }
 
-// Renames an entry without one: it gets the value that reads return anyway and, with the new name, loses it again.
+// Renames an entry without one: it gets the value that reads return anyway and, with the new name, loses it again, also
+// if memory runs out.
 inline bool RenameByTemporaryValue(void* handle, std::uint64_t before, const Text& name, const Text& newName,
                                    const Entry16& entry) {
     TableEntryValueInfoStruct added;
@@ -83,9 +84,19 @@ inline bool RenameByTemporaryValue(void* handle, std::uint64_t before, const Tex
     const Text value = hasUiValue ? Text(*entry.ui->value) : Text("0");
     TableEntryValueInfoStruct renamed;
     FillNameRecord(newName.units(), TypeCodeOf(entry), kMaskName | kMaskValue, renamed);
-    return SetRecordValue(value, added.type, added) && SetRecordValue(Text(""), renamed.type, renamed) &&
-           xmlTableEntryAdd(handle, nullptr, &added, nullptr, 0, 1) &&
-           xmlTableEntrySet(handle, &before, &renamed, nullptr, 1, 0);
+    TableEntryValueInfoStruct emptied;
+    FillNameRecord(name.units(), TypeCodeOf(entry), kMaskValue, emptied);
+    if (!SetRecordValue(value, added.type, added) || !SetRecordValue(Text(""), renamed.type, renamed) ||
+        !SetRecordValue(Text(""), emptied.type, emptied) ||
+        !xmlTableEntryAdd(handle, nullptr, &added, nullptr, 0, 1))
+        return false;
+    std::uint64_t position = before;
+    try {
+        return xmlTableEntrySet(handle, &before, &renamed, nullptr, 1, 0);
+    } catch (...) {
+        xmlTableEntrySet(handle, &position, &emptied, nullptr, 1, 0);
+        throw;
+    }
 }
 
 // The same in a table that keeps its values in the presentation data. The export writes the name and the value there,

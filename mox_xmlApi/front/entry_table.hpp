@@ -49,7 +49,8 @@ class EntryTable {
     // ---- reading
 
     // The entries in document order, read one by one: for (const mox::Entry& entry : table.entries()). The loop can be
-    // left at any time. It may add and change entries, but not remove them; use list() for that.
+    // left at any time. It may add entries and change them, but must neither remove them nor call setComment, setShownName
+    // or setProvider, which may replace the entry by a new one; use list() for that.
     Entries entries() const { return Entries(handle_); }
     Entries16 entries16() const { return Entries16(handle_); }
 
@@ -78,7 +79,7 @@ class EntryTable {
         return Get<T>(name, problem);
     }
 
-    // The same with a value for the case that there is none, for whatever reason.
+    // Like get, but returns `fallback` where get returns nullopt.
     template <class T>
     T get(const Text& name, front::Same<T> fallback) const {
         return getOr<T>(name, std::move(fallback));
@@ -182,7 +183,7 @@ class EntryTable {
     // The exports cannot remove a comment, and cannot clear the others where the entry has a value of its own, but the
     // presentation data have neither value nor comment. There the entry is replaced by a new one in its place. If that
     // would lose what only the file has (minimum and maximum, access, flags, regen, comments of XML, other elements), the
-    // call fails (NotStored) and says what. (The attribute "loc" of a value that is written again is emptied, as the
+    // call fails (NotStored) and says what. An iterator at an entry that was replaced is no longer valid. (The attribute "loc" of a value that is written again is emptied, as the
     // exports do.)
     bool setComment(const Text& name, const Text& comment, Problem* problem = nullptr) {
         return SetUiText(name, comment, "the comment", &Presentation16::comment, problem);
@@ -301,11 +302,12 @@ class EntryTable {
 
     template <class String>
     bool AddBefore(const Text& next, const BasicEntry<String>& entry, Eud eud, Problem* problem) const {
-        if (!front::RequireLookUpName(TargetOf(next, problem), next)) return false;
+        const front::Target target = TargetOf(next, problem);
+        if (!front::RequireLookUpName(target, next) || !front::RequirePosition(target)) return false;
         for (auto at = entries16().begin(); at != Entries16::iterator(); ++at) {
             if (Text(at->name).units() == next.units()) return Add(at.position(), entry, eud, problem);
         }
-        return front::ExplainMissing(handle(), TargetOf(next, problem), next);
+        return front::ExplainMissing(handle(), target, next);
     }
 
     template <class String>

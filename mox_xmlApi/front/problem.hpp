@@ -27,7 +27,7 @@ enum class Reason : std::uint8_t {
 
     // Documents
     Syntax,     // the document does not parse
-    WrongKind,  // it parses, but is no document of the kind that was asked for
+    WrongKind,  // it parses, but is a different kind of document
     Encoding,   // it is stored in another way than documents are, such as UTF-8 with a byte-order mark
     TooDeep,    // its elements are nested so deeply that saving it would take too much memory
 

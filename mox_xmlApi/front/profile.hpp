@@ -35,7 +35,8 @@
 namespace mox {
 
 // A settings document. A key is identified by its section's name and its own; if several have the same name, the first
-// is used. An empty key is refused, because the exports would use the first key of the section for it.
+// is used. An empty key is refused, because the exports would use the first key of the section for it; only remove accepts
+// one, which means the entries without a name.
 //
 // A function that takes a Problem and fails says there why. mox_xmlApi.hpp has what holds for all writes.
 class Profile {
@@ -114,8 +115,9 @@ class Profile {
         if (rules_ != nullptr) rules_->form = form;
     }
 
-    // Whether writes, also those of the profile's sections, do what the exports do: texts that a file does not keep are
-    // written, and so are values that nobody can read, or that reads do not return. It is not so at first.
+    // Whether writes skip the checks for texts that a file does not keep (NotKept), for parts that are there twice
+    // (Ambiguous) and for empty values (NotStored). Keys without a known type are then written, too; entries without one
+    // are still refused. Off by default. It also applies to the sections of the profile.
     void setLossy(bool isLossy) noexcept {
         if (rules_ != nullptr) rules_->isLossy = isLossy;
     }
@@ -139,7 +141,7 @@ class Profile {
         return Get<T>(section, key, problem);
     }
 
-    // The same with a value for the case that there is none, for whatever reason.
+    // Like get, but returns `fallback` where get returns nullopt.
     template <class T>
     T get(const Text& section, const Text& key, front::Same<T> fallback) const {
         return getOr<T>(section, key, std::move(fallback));
@@ -379,13 +381,12 @@ class Profile {
                                        Problem* problem = nullptr) const {
         if (!front::RequireHandle(handle(), problem)) return std::nullopt;
         if (content == Content::Document && !front::RequireShallow(*rules_, problem)) return std::nullopt;
-        if (form == Form::Narrow && !isLossy()) {
-            const std::optional<std::string> wide = Save(Form::Wide, content, problem);
-            if (!wide.has_value() || !front::RequireNarrow(*wide, problem)) return std::nullopt;
-        }
-        std::optional<std::string> bytes = Save(form, content, problem);
-        if (bytes.has_value()) front::Succeed(problem);
-        return bytes;
+        // A narrow file has the low byte of each unit.
+        const bool isChecked = form == Form::Narrow && !isLossy();
+        std::optional<std::string> bytes = Save(isChecked ? Form::Wide : form, content, problem);
+        if (!bytes.has_value() || (isChecked && !front::RequireNarrow(*bytes, problem))) return std::nullopt;
+        front::Succeed(problem);
+        return isChecked ? front::LowBytesOf(*bytes) : std::move(bytes);
     }
 
     // The same as UTF-8, for other programs; see exportUtf8. import reads it.

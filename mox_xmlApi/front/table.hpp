@@ -30,8 +30,10 @@ namespace mox {
 // A table document. Its file is always wide.
 class Table : public EntryTable {
   public:
-    // A new document with an empty table.
+    // A new document with an empty table of that name. If the name is invalid (see Text), the result is empty as after a
+    // move: it converts to false, finds nothing and writes nothing.
     static Table create(const Text& name, const TableOptions& options = {}) {
+        if (!name.isValid()) return Table(front::TableHandle());
         void* const handle = xmlTableNew(nullptr, nullptr, 0, name.c_str(), options.editable ? 1 : 0,
                                          options.firstId, options.type, 1);
         return Table(front::TableHandle(handle, Dispose));
@@ -76,7 +78,7 @@ class Table : public EntryTable {
         return parse(*wide, name, problem);
     }
 
-    // Whether writes do what the exports do, see Profile::setLossy. It is not so at first.
+    // Whether writes do what the exports do, see Profile::setLossy. Off by default.
     void setLossy(bool isLossy) noexcept {
         if (Rules() != nullptr) Rules()->isLossy = isLossy;
     }

@@ -58,7 +58,7 @@ constexpr void RequireGettable() {
                   "std::u16string or std::vector<std::uint8_t>");
 }
 
-// Whether an argument is a pointer to a Problem; a literal 0 is none.
+// Whether an argument is a pointer to a Problem; a literal 0 does not count.
 template <class T>
 inline constexpr bool kIsProblem = kIsOneOf<T, Problem*, std::nullptr_t>;
 
@@ -80,7 +80,7 @@ inline Misfit ParseBytes(std::string_view text, Bytes& bytes) {
     return {Reason::WrongType, "does not consist of pairs of hexadecimal digits"};
 }
 
-// Returns the value of the text, which is no std::string; nullopt if it has none, which the target reports.
+// Converts the text to a T other than a string. Returns nullopt, and reports why to the target, if the text is not a T.
 template <class T>
 std::optional<T> ValueOfText(std::string_view text, const Target& target) {
     T value{};

@@ -8,6 +8,7 @@
 #include <functional>
 #include <iterator>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -21,7 +22,8 @@ namespace mox::front {
 
 // The entries that have a part twice, of which one is written and another one is read, two <Value> elements for
 // example. The exports do not show such entries, so the set is filled when the document is opened. An entry stays in it
-// until all entries of its name are removed. The section of a table document is empty.
+// until all entries of its name are removed, or for good if other sections have the same name, because entries are known
+// by names alone. The section of a table document is empty.
 class Troubled {
   public:
     // Bits: the value is there twice, or its element has children, which add white space to it; something else is.
@@ -31,6 +33,9 @@ class Troubled {
     void Add(UnitsView section, UnitsView name, unsigned parts) {
         sections_[Units(section)][Units(name)] |= parts;
     }
+
+    // Keeps all entries of that section, which is not the only one of its name.
+    void Keep(UnitsView section) { kept_.insert(Units(section)); }
 
     // The bits of the entries with that name; 0 if they are in order.
     unsigned PartsOf(UnitsView section, UnitsView name) const noexcept {
@@ -42,7 +47,7 @@ class Troubled {
 
     void Remove(UnitsView section, UnitsView name) noexcept {
         const auto names = sections_.find(section);
-        if (names == sections_.end()) return;
+        if (names == sections_.end() || kept_.find(section) != kept_.end()) return;
         const auto parts = names->second.find(name);
         if (parts != names->second.end()) names->second.erase(parts);
     }
@@ -56,7 +61,7 @@ class Troubled {
     template <class IsLeft>
     void RemoveUnless(UnitsView section, IsLeft isLeft) {
         const auto names = sections_.find(section);
-        if (names == sections_.end()) return;
+        if (names == sections_.end() || kept_.find(section) != kept_.end()) return;
         for (auto name = names->second.begin(); name != names->second.end();)
             name = isLeft(name->first) ? std::next(name) : names->second.erase(name);
     }
@@ -64,6 +69,7 @@ class Troubled {
   private:
     using Names = std::map<Units, unsigned, std::less<>>;
     std::map<Units, Names, std::less<>> sections_;
+    std::set<Units, std::less<>> kept_;
 };
 
 // The file that a document was read from, or saved to last.

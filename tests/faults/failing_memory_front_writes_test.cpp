@@ -229,6 +229,8 @@ TEST(FailingMemoryInFrontWrites, AnEntryIsReplacedOrStays) {
 TEST(FailingMemoryInFrontWrites, AnEntryIsRenamedOrNot) {
     FailMemoryIn("with a value", Promise::AllOrNothing,
                  [](Profile& p) { return p.rename("S", "A", "A name that needs memory of its own"); });
+    FailMemoryIn("without a value", Promise::ValuesOnly,
+                 [](Profile& p) { return p.rename("S", "C", "A name that needs memory of its own"); });
 }
 
 TEST(FailingMemoryInFrontWrites, ReadsChangeNothing) {

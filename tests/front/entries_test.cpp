@@ -273,4 +273,15 @@ TEST(FrontEntries, LongNamesAreCutAndLongTextsAreNot) {
     EXPECT_EQ(table.find(name.substr(0, 258) + "m")->type, ValueType::Long);
 }
 
+// A record shows only 259 units of a name.
+TEST(FrontEntries, NothingIsAddedBeforeANameThatMayBeTheStartOfALongerOne) {
+    auto table =
+        front_tests::TableWith("<Var name=\"" + std::string(300, 'n') + "\" type=\"long\"/><Var name=\"" +
+                               std::string(259, 'n') + "\" type=\"long\"/>");
+    mox::Problem problem;
+    EXPECT_FALSE(table.addBefore(std::string(259, 'n'), {"K", "1"}, mox::Eud::DoNotSet, &problem));
+    EXPECT_EQ(problem.reason, mox::Reason::NotStored);
+    EXPECT_FALSE(table.contains("K"));
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tests/front/front_support.h"
 
@@ -125,6 +126,17 @@ TEST_F(FrontOpening, AnotherDocumentKeepsItsContentWhenSettingsAreAddedToIt) {
     EXPECT_EQ(saved.rfind("<svg xmlns=\"http://www.w3.org/2000/svg\"/>\n<Settings ", 0), 0U) << saved;
 }
 
+TEST_F(FrontOpening, ANewTableWithAnInvalidNameIsEmpty) {
+    const char* const null = nullptr;
+    Table invalid[] = {Table::create("\xFF"), Table::create(null)};
+    for (Table& table : invalid) {
+        EXPECT_FALSE(static_cast<bool>(table));
+        EXPECT_FALSE(table.add({"K", "1"}));
+        EXPECT_FALSE(table.toBytes().has_value());
+    }
+    EXPECT_TRUE(Table::create(""));
+}
+
 TEST_F(FrontOpening, ATableDocumentIsWideAndHasTheName) {
     Problem problem;
     EXPECT_FALSE(Table::open(Written(kTable), "T", &problem).has_value());
@@ -199,6 +211,21 @@ TEST_F(FrontOpening, AnEntryWithTwoValuesIsReadButNotWritten) {
     EXPECT_TRUE(profile.remove("S", "K"));
     EXPECT_TRUE(profile.setString("S", "K", "3"));
     EXPECT_EQ(profile.getString("S", "K"), "3");
+}
+
+TEST_F(FrontOpening, ARemovalFromOneOfTwoSectionsOfANameDoesNotFreeTheOther) {
+    const std::string odd = "<Var name=\"K\" type=\"string\"><Value>1</Value><Value>2</Value></Var>";
+    const std::string plain = "<Var name=\"K\" type=\"string\"><Value>1</Value></Var>";
+    for (const bool isFirstOdd : {true, false}) {
+        auto profile = front_tests::ProfileWith((isFirstOdd ? odd : plain) + "</Table><Table name=\"S\">" +
+                                                (isFirstOdd ? plain : odd));
+        std::vector<mox::Section> sections = profile.sections();
+        ASSERT_EQ(sections.size(), 2U);
+        EXPECT_TRUE(sections[isFirstOdd ? 1 : 0].clear());
+        Problem problem;
+        EXPECT_FALSE(sections[isFirstOdd ? 0 : 1].setValue("K", "3", mox::Eud::DoNotSet, &problem));
+        EXPECT_EQ(problem.reason, Reason::Ambiguous);
+    }
 }
 
 // A save writes the children on lines of their own, and reading adds what is before them to the text.

@@ -186,6 +186,20 @@ TEST_F(FrontSaving, ADeepDocumentIsNotSaved) {
     EXPECT_EQ(folder.Names(), std::vector<std::string>());
 }
 
+TEST_F(FrontSaving, AnEntryOfADeepTableIsNotReplaced) {
+    constexpr std::size_t kLevels = 100000;
+    std::string text = "<Var name=\"A\" type=\"long\"><Value>1</Value><UI><Comment>c</Comment></UI></Var>";
+    for (std::size_t i = 0; i < kLevels; ++i)
+        text += "<a>";
+    for (std::size_t i = 0; i < kLevels; ++i)
+        text += "</a>";
+    Table table = front_tests::TableWith(text);
+    Problem problem;
+    EXPECT_FALSE(table.setComment("A", "", &problem));
+    EXPECT_EQ(problem.reason, Reason::TooDeep);
+    EXPECT_EQ(table.find("A")->ui->comment, "c");
+}
+
 TEST_F(FrontSaving, AnObjectThatWasMovedFromSavesNothing) {
     Profile profile = With("1");
     const Profile moved = std::move(profile);
