@@ -32,15 +32,15 @@ std::unique_ptr<TableHandle> SpareHandle::Take(std::shared_ptr<SpareHandle>& spa
     } else {
         handle = std::make_unique<TableHandle>(pool, element);
         handle->profile = spare;
-        handle->spare = spare.get();
     }
     return handle;
 }
 
 void SpareHandle::Release(std::unique_ptr<TableHandle> handle) noexcept {
-    if (handle == nullptr || handle->profile.expired()) return;
-    SpareHandle& spare = *handle->spare;
-    if (spare.handle == nullptr) spare.handle = std::move(handle);
+    const std::shared_ptr<SpareHandle> spare = handle == nullptr ? nullptr : handle->profile.lock();
+    if (spare == nullptr || spare->handle != nullptr) return;
+    handle->buffers.ReleaseLarge();  // an exception may have left a long text there
+    spare->handle = std::move(handle);
 }
 
 }  // namespace mox

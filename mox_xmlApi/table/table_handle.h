@@ -16,7 +16,7 @@ struct TableHandle {
     // A table with a document of its own, which is empty until a table is opened or created in it.
     TableHandle();
     // A table over an element of another document's tree, which lies in the pool `shared`. It never frees the element,
-    // and can only be released once that is gone. The cursor is ready.
+    // and may be released but not used after that is gone. The cursor is ready.
     TableHandle(XmlPool& shared, XmlNode* element);
     TableHandle(const TableHandle&) = delete;
     TableHandle& operator=(const TableHandle&) = delete;
@@ -33,16 +33,17 @@ struct TableHandle {
     TableCursor cursor;
     TextBuffers buffers;
     std::weak_ptr<SpareHandle> profile;  // expires with the profile of a section handle; empty for a table
-    SpareHandle* spare = nullptr;        // what `profile` refers to
 };
 
 // A section handle that was released, for the next one of its profile: a host that enumerates sections takes and
 // releases one after the other. It belongs to the profile.
 struct SpareHandle {
-    // A handle of the section `element`, made by means of `spare`, which is made if it is null. Throws std::bad_alloc.
+    // A handle of the section `element`: the one in `spare` if there is one. Creates `spare` if it is null. Throws
+    // std::bad_alloc.
     static std::unique_ptr<TableHandle> Take(std::shared_ptr<SpareHandle>& spare, XmlPool& pool,
                                              XmlNode* element);
-    // Takes back any handle. Null is fine.
+    // Releases the handle of a section or table. It becomes the spare of its profile if that still exists and has none,
+    // and is destroyed otherwise. Null is fine.
     static void Release(std::unique_ptr<TableHandle> handle) noexcept;
 
     std::unique_ptr<TableHandle> handle;
