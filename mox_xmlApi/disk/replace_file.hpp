@@ -22,13 +22,13 @@
 //
 // Others
 //   The temporary file is created anew and written through the handle that created it. Before it is renamed, and again
-//   afterwards, it is compared with the file of that name, so that one that somebody has exchanged for it is noticed.
+//   afterwards, it is compared with the file of that name, so that a file which another user has swapped in is detected.
 //   Programs that use this function on the same file exclude each other from the comparison with `onlyIf` to the
 //   renaming, by a lock on the file (flock; on Windows a named mutex) that ends with the process. On a file system
 //   without locks, and against other programs, the comparison is made but a change right after it is not seen.
 //
 // Failure
-//   The old file is unchanged and the temporary file is removed. Only if the process ends in the middle does it stay:
+//   The old file is unchanged and the temporary file is removed. It is left behind only if the process ends midway:
 //   ".mox-<number>-<number>.tmp" in the folder of the file. On POSIX systems the folder is flushed after the renaming.
 //   An error of that is ignored, because the new file is in place.
 #ifndef MOX_XMLAPI_DISK_REPLACE_FILE_HPP
@@ -52,7 +52,8 @@ struct ReplaceOptions {
 
     // A path to which the old file, if there is one, is copied before it is replaced, with the same access. The copy
     // replaces what was there, a link too, as atomically as the file itself, and is flushed before that is replaced. If
-    // it fails, neither has changed.
+    // it fails, neither has changed. If replacing the file fails after that, the new backup stays: it is a copy of the
+    // file, which is unchanged.
     std::optional<Text> backup{};
 
     // How long to wait for other processes that are replacing the same file.
@@ -64,9 +65,9 @@ struct ReplaceOptions {
 // `stamp`, unless null, is set to the state of the new file, from which a further replacement can go on.
 //
 // Returns false on failure, and `stamp` is unchanged. The reason is InvalidText, NotFound (of the folder), NoPermission,
-// NotRegularFile, ReadFailed (of the old file) or WriteFailed; Changed if the file is not the one that `onlyIf`
+// NotRegularFile, TooLarge (of an old file that has to be read), ReadFailed (of it) or WriteFailed; Changed if the file is not the one that `onlyIf`
 // describes, or if another program has put its own file in place of the new one; Busy if another process did not finish
-// in time. Throws std::bad_alloc.
+// in time. `problem->file` is the backup if that is what failed. Throws std::bad_alloc.
 bool replaceFile(const Text& path, std::string_view bytes, const ReplaceOptions& options = {},
                  FileStamp* stamp = nullptr, Problem* problem = nullptr);
 

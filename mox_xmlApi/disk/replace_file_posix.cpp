@@ -123,7 +123,13 @@ class Attempt {
         if (place.Examine(found)) {
             if (!S_ISREG(found.st_mode) && !S_ISLNK(found.st_mode))
                 return fail(Reason::NotRegularFile, "the backup would replace what is not a regular file");
-            if (IsSameFile(found, oldStatus_) && found.st_nlink == 1)
+            // A link of another name to the file may become the backup.
+            struct stat folder;
+            struct stat ownFolder;
+            const bool isSameName =
+                place.Name() == target_.Name() && fstat(place.Folder().Get(), &folder) == 0 &&
+                fstat(target_.Folder().Get(), &ownFolder) == 0 && IsSameFile(folder, ownFolder);
+            if (IsSameFile(found, oldStatus_) && (isSameName || found.st_nlink == 1))
                 return fail(Reason::InvalidText, "the backup would be the file itself");
         }
         FileStamp ignored;

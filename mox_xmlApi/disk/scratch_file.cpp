@@ -151,12 +151,15 @@ bool ScratchFile::CreateInFolder(Problem* problem) {
     folder_ = folder;
     const std::string path = folder_ + "/file";
     const std::optional<front::Units> units = front::UnitsOf<wchar16>(path);
-    if (units.has_value()) {
-        path_ = *units;
-        constexpr mode_t kOwnerOnly = 0600;
-        const disk::OpenFile file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly));
-        if (file.IsOpen()) return true;
+    if (!units.has_value()) {
+        Remove();
+        return disk::FailFor(problem, Text(""), Reason::InvalidText,
+                             "the name of the folder for temporary files is not UTF-8");
     }
+    path_ = *units;
+    constexpr mode_t kOwnerOnly = 0600;
+    const disk::OpenFile file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly));
+    if (file.IsOpen()) return true;
     const bool isCreated = FailToCreate(problem, Text(folder));
     Remove();
     return isCreated;

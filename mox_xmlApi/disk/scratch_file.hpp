@@ -15,11 +15,12 @@ namespace mox {
 
 // An empty file that no other user can read or write, and that is gone when this object is destroyed. On Linux it is in
 // memory alone. Elsewhere, and where that is not possible, it is in a folder of its own in the folder for temporary
-// files; on Windows that folder is the user's, and the file is in it. Only if the process ends before does it stay:
+// files; on Windows that folder is the user's, and the file is in it. It is left behind only if the process ends midway:
 // "mox-<...>" in the folder for temporary files.
 class ScratchFile {
   public:
-    // nullopt on failure; the reason is NoPermission or WriteFailed.
+    // nullopt on failure; the reason is NotFound (of the folder for temporary files), InvalidText (of its name),
+    // NoPermission or WriteFailed. Throws std::bad_alloc.
     static std::optional<ScratchFile> create(Problem* problem = nullptr);
 
     ScratchFile(ScratchFile&& other) noexcept;

@@ -126,6 +126,13 @@ TEST_F(Backup, TakesThePlaceOfAHardLinkAndLeavesItsFile) {
     EXPECT_EQ(host::ReadBytes(file), "newer");
 }
 
+TEST_F(Backup, IsNotTheFileItselfWhichHasAnotherLink) {
+    fs::create_hard_link(file, folder.Of("other"));
+    EXPECT_EQ(ReasonFor(file, "new", WithBackup(file)), Reason::InvalidText);
+    EXPECT_EQ(host::ReadBytes(file), "old");
+    EXPECT_EQ(fs::hard_link_count(file), 2U);
+}
+
 TEST_F(Backup, IsRefusedWhereThereIsAPipe) {
     ASSERT_EQ(mkfifo(backup.c_str(), 0600), 0);
     EXPECT_EQ(ReasonFor(file, "new", WithBackup(backup)), Reason::NotRegularFile);
