@@ -60,11 +60,12 @@
 // Ownership
 //   Profile, Section and Table own their handles and can be moved but not copied. A Section keeps the document of its
 //   profile alive, and a range keeps its table alive, so they can be destroyed in any order. What a function returns by
-//   value is a copy. An object that was moved from is empty: it converts to false, finds nothing and writes nothing.
+//   value is a copy. An object that was moved from is empty: it converts to false, finds nothing and writes nothing. A
+//   Document that was moved from can only be assigned to or destroyed.
 //
 // Threads
 //   A profile with all its sections and their ranges may be used by one thread at a time; so may a table with its
-//   ranges.
+//   ranges, and a Document with its nodes.
 #ifndef MOX_XMLAPI_MOX_XMLAPI_HPP
 #define MOX_XMLAPI_MOX_XMLAPI_HPP
 

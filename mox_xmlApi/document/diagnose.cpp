@@ -110,7 +110,7 @@ class Checker {
     }
 
     void CheckEntries(const DocumentTable& table) {
-        std::map<std::string, DocumentNode> seen;
+        std::map<std::string, const DocumentEntry*> seen;
         for (const DocumentEntry& entry : table.entries) {
             const std::string name = entry.hasName ? " " + QuotedIfNeeded(entry.name) : " without a name";
             if (!entry.isReadable) {
@@ -119,10 +119,13 @@ class Checker {
                 Warn(entry.node, "entry without a name: hosts cannot find it by name");
             }
             if (entry.hasName) {
-                const auto [first, isNew] = seen.emplace(entry.name, entry.node);
-                if (!isNew)
-                    Warn(entry.node,
-                         "duplicate entry" + name + ": hosts read only the one on " + LineOf(first->second));
+                const auto [first, isNew] = seen.emplace(entry.name, &entry);
+                if (!isNew) {
+                    const bool isRead = first->second->isReadable;
+                    Warn(entry.node, "duplicate entry" + name + ": hosts " + (isRead ? "read" : "find") +
+                                         " only the one on " + LineOf(first->second->node) +
+                                         (isRead ? "" : ", which they cannot read"));
+                }
             }
             CheckShape(entry, name);
             const Warner warn = [this](DocumentNode node, const std::string& message) {

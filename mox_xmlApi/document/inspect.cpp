@@ -217,14 +217,16 @@ bool IsSevenBit(WideView units) noexcept {
     return std::all_of(units.begin(), units.end(), [](wchar16 unit) { return (unit & 0xFFFF) < 0x80; });
 }
 
-// Fails if the library would not read all of the text, or not as what it is. `text` is what it would read.
-bool RequireOpenable(const EncodingReport& encoding, WideView text, Problem* problem) {
-    const bool isOther = encoding.hasByteOrderMark || encoding.encoding == Encoding::Utf16Be ||
-                         encoding.encoding == Encoding::Zeros;
-    if (!isOther && encoding.unreadBytes == 0) return Succeed(problem);
-    if (problem == nullptr) return false;
+// Whether the library reads the text as another one than it is.
+bool IsOtherEncoding(const EncodingReport& encoding) noexcept {
+    return encoding.hasByteOrderMark || encoding.encoding == Encoding::Utf16Be ||
+           encoding.encoding == Encoding::Zeros;
+}
+
+// Reports that the library would not read all of the text, or not as what it is. `text` is what it would read.
+bool FailToOpen(const EncodingReport& encoding, WideView text, Problem* problem) {
     Fail(problem, Reason::Encoding, "the text is " + describe(encoding) + "; documents are not");
-    const Position position = isOther ? Position() : PositionIn(text, text.size());
+    const Position position = IsOtherEncoding(encoding) ? Position() : PositionIn(text, text.size());
     problem->line = position.line;
     problem->column = position.column;
     return false;
@@ -243,12 +245,13 @@ bool Inspect(std::string_view bytes, std::optional<Form> form, DocumentFindings&
     findings.isParsed = text.IsParsed();
     if (findings.isParsed) {
         Inspection(text, findings).Run();
-        if (findings.encoding.isDocument()) return Succeed(problem);
+        if (!IsOtherEncoding(findings.encoding) && findings.encoding.unreadBytes == 0)
+            return Succeed(problem);
     }
+    if (problem == nullptr) return false;
     // Look-ups and the parser have changed the text: what is reported is that of the file.
     const WideString original = UnitsOfBytes(textBytes, readAs);
-    if (findings.isParsed) return RequireOpenable(findings.encoding, original, problem);
-    if (problem == nullptr) return false;
+    if (findings.isParsed) return FailToOpen(findings.encoding, original, problem);
     return FailWithSyntaxError(DescribeSyntaxError(original, readAs, text.Failure()), findings.encoding,
                                problem);
 }

@@ -39,7 +39,7 @@ TEST(Diagnose, DiagnosticsAreSortedByPosition) {
             "<Table name=\"S\">\n<Var name=\"a\"/>\n<Var name=\"a\" type=\"long\" array=\"x\"/>\n</Table>\n"
             "<Table name=\"S\"/>\n<svg/>\n</Settings>\n\0x"s),
         "3:2: warning: entry a has no type: hosts cannot read it, and exports of its section stop here\n"
-        "4:2: warning: duplicate entry a: hosts read only the one on line 3\n"
+        "4:2: warning: duplicate entry a: hosts find only the one on line 3, which they cannot read\n"
         "4:2: warning: entry a has array=\"x\", which is neither \"array\" nor \"vector\" and has no effect\n"
         "6:2: warning: duplicate section S: hosts read only the one on line 2\n"
         "7:2: warning: <svg> is not a section, but enumerations and exports treat it as one\n"
