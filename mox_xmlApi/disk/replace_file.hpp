@@ -22,7 +22,8 @@
 //
 // Others
 //   The temporary file is created anew and written through the handle that created it. Before it is renamed, and again
-//   afterwards, it is compared with the file of that name, so that a file which another user has swapped in is detected.
+//   afterwards, it is compared with the file of that name, so that a file which another user has swapped in is
+//   detected.
 //   Programs that use this function on the same file exclude each other from the comparison with `onlyIf` to the
 //   renaming, by a lock on the file (flock; on Windows a named mutex) that ends with the process. On a file system
 //   without locks, and against other programs, the comparison is made but a change right after it is not seen.
@@ -65,9 +66,9 @@ struct ReplaceOptions {
 // `stamp`, unless null, is set to the state of the new file, from which a further replacement can go on.
 //
 // Returns false on failure, and `stamp` is unchanged. The reason is InvalidText, NotFound (of the folder), NoPermission,
-// NotRegularFile, TooLarge (of an old file that has to be read), ReadFailed (of it) or WriteFailed; Changed if the file is not the one that `onlyIf`
-// describes, or if another program has put its own file in place of the new one; Busy if another process did not finish
-// in time. `problem->file` is the backup if that is what failed. Throws std::bad_alloc.
+// NotRegularFile, TooLarge (of an old file that has to be read), ReadFailed (of it) or WriteFailed; Changed if the file
+// is not the one that `onlyIf` describes, or if another program has put its own file in place of the new one; Busy if
+// another process did not finish in time. `problem->file` is the backup if that is what failed. Throws std::bad_alloc.
 bool replaceFile(const Text& path, std::string_view bytes, const ReplaceOptions& options = {},
                  FileStamp* stamp = nullptr, Problem* problem = nullptr);
 

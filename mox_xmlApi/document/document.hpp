@@ -11,8 +11,9 @@
 //
 // A Document does not change, and changes nothing: it knows neither a Profile that is open nor the file after it was
 // read. A Document and its nodes may be used by one thread at a time, even only to read: look-ups and positions build
-// indexes on first use. A Document that was moved from can only be assigned to or destroyed. Texts are UTF-8; every 16-bit text has a UTF-8 form, see front/text.hpp. What is not in the file is what the
-// library reads then: an empty text, 0 or false.
+// indexes on first use. A Document that was moved from can only be assigned to or destroyed. Texts are UTF-8; every
+// 16-bit text has a UTF-8 form, see front/text.hpp. What is not in the file is what the library reads then: an empty
+// text, 0 or false.
 //
 // Which element is meant, if several have the same name, is the library's own rule everywhere: the first one. What an
 // element holds, if it has a part twice, is what the library reads: the last one.
