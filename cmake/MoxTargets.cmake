@@ -45,6 +45,20 @@ function(mox_precompiled_warnings target)
   endif()
 endfunction()
 
+# mox_sources_of(<variable> <target>...): the full paths of the sources of the targets.
+function(mox_sources_of variable)
+  set(all "")
+  foreach(target IN LISTS ARGN)
+    get_target_property(sources ${target} SOURCES)
+    get_target_property(folder ${target} SOURCE_DIR)
+    foreach(source IN LISTS sources)
+      cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${folder})
+      list(APPEND all ${source})
+    endforeach()
+  endforeach()
+  set(${variable} ${all} PARENT_SCOPE)
+endfunction()
+
 # mox_shared_library(<target>): file name and linker options of a shared library.
 function(mox_shared_library target)
   if(WIN32)

@@ -1,5 +1,6 @@
-// The parts of the library that exist for speed alone. To measure what each is worth, the benchmark compiles the library
-// without one of them at a time: with MOX_WITHOUT defined as its name. Any other build has all.
+// Parts of the library that can be left out without any other change: it then does the same, only slower. To measure
+// what each is worth, the benchmark compiles the library without one of them at a time: with MOX_WITHOUT defined as its
+// name. Any other build has all.
 #ifndef MOX_XMLAPI_PLATFORM_SPEEDUP_H
 #define MOX_XMLAPI_PLATFORM_SPEEDUP_H
 
@@ -9,8 +10,7 @@ namespace mox {
 
 enum class Speedup : std::uint8_t {
     None,
-    NodePrefetch,      // by the index of names, of the node that it is about to compare
-    TextPrefetch,      // and of the text of that node
+    TextPrefetch,      // by the index of names, of the text of the node that it is about to compare
     VectorSearch,      // for the end of a text, by the parser
     VectorZeroSearch,  // for the end of a wide file
     VectorCopy,        // of texts that may need references, by the writer

@@ -35,8 +35,8 @@ XmlNode* ChildLookup::FindWithoutIndex(XmlPool& pool, XmlNode& parent, NamedChil
     return index == nullptr ? Scan(parent, which, name) : index->First(name);
 }
 
-const NameIndex* ChildLookup::IndexOf(XmlPool& pool, XmlNode& parent, NamedChildren which) noexcept {
-    const NameIndex* index = AttachedIndex(&parent);
+NameIndex* ChildLookup::IndexOf(XmlPool& pool, XmlNode& parent, NamedChildren which) noexcept {
+    NameIndex* index = AttachedIndex(&parent);
     if (index != nullptr && index->Which() == which) return index;
     if (!HavePaidForIndex(parent)) return nullptr;
     Invalidate(pool, parent);

@@ -1,8 +1,8 @@
 // Finding a child by its name, and the decision when a parent gets an index of the names of its children.
 //
 // Most lists are short, or are asked a few times and never again: they are scanned. Each scan is charged to the parent.
-// When the scans of a parent have cost as much as making an index, one is made, and look-ups take constant time from then
-// on. So all look-ups together never cost more than a constant factor of the better of both ways.
+// When the scans of a parent have cost as much as making an index, one is made, and look-ups take constant time from
+// then on. So all look-ups together never cost more than a constant factor of the better of both ways.
 //
 // The index follows what is done to the children. What it cannot follow makes it invalid, and the scans after that pay
 // for another one; so does a lack of memory, which never fails a call. Children and their names change through
@@ -30,7 +30,7 @@ class ChildLookup {
 
     // The index of `parent`, made now when scans have paid for it; null if the children are to be scanned. The
     // caller reports to ChargeScan how many it has examined.
-    static const NameIndex* IndexOf(XmlPool& pool, XmlNode& parent, NamedChildren which) noexcept;
+    static NameIndex* IndexOf(XmlPool& pool, XmlNode& parent, NamedChildren which) noexcept;
     static void ChargeScan(XmlNode& parent, std::size_t examined) noexcept;
 
     // Notices. After a child has come or got its name, and before it goes or loses its name.

@@ -4,8 +4,9 @@
 //   slots:  hash of the name -> the first child of that name, and whether it has others
 //   links:  for each child whose name occurs more than once, the next of that name
 //
-// It answers as a scan of all children would, as long as it is notified of each child that is added, removed or renamed.
-// The key of the hash is random, so that names with equal hashes cannot be prepared. The memory is the pool's. Nothing throws.
+// It answers as a scan of all children would, as long as it is notified of each child that is added, removed or
+// renamed. The key of the hash is random, so that names with equal hashes cannot be prepared. The memory is the pool's.
+// Nothing throws.
 #ifndef MOX_XMLAPI_XML_NAME_INDEX_H
 #define MOX_XMLAPI_XML_NAME_INDEX_H
 
@@ -60,7 +61,7 @@ class NameIndex : public ChildListAttachment {
     // The first child of that name, or null.
     XmlNode* First(WideView name) const noexcept;
     // The same, for a child that is about to be removed: Remove then need not search for it.
-    XmlNode* FirstToRemove(WideView name) const noexcept {
+    XmlNode* FirstToRemove(WideView name) noexcept {
         found_ = Find(HashOf(name), name, nullptr);
         return found_->child;
     }
@@ -96,10 +97,10 @@ class NameIndex : public ChildListAttachment {
     bool Reserve(XmlPool& pool) noexcept;
     void Erase(Slot* slot) noexcept;
     void SetChild(Slot& slot, XmlNode& child) noexcept;
-    void Prefetch(const Slot& slot) const noexcept;
+    void PrefetchText(const Slot& slot) const noexcept;
 
     Slot* slots_;
-    mutable Slot* found_;        // where FirstToRemove ended
+    Slot* found_;                // by FirstToRemove; otherwise any slot
     std::size_t size_;           // a power of two
     std::size_t used_ = 0;       // one for each name
     std::uintptr_t origin_ = 0;  // where the text of the first child that was taken in lies
@@ -122,7 +123,7 @@ inline NameIndex::Slot* NameIndex::Find(std::uint32_t hash, WideView name,
         Slot& slot = slots_[place];
         if (slot.child == likely || slot.child == nullptr) return &slot;
         if (slot.hash != hash) continue;
-        if (likely == nullptr) Prefetch(slot);
+        if (likely == nullptr) PrefetchText(slot);
         if (SameText(NameAttribute(*slot.child)->value.View(), name)) return &slot;
     }
 }
@@ -131,17 +132,14 @@ inline XmlNode* NameIndex::First(WideView name) const noexcept {
     return Find(HashOf(name), name, nullptr)->child;
 }
 
-// Prefetches the child and the text that it was loaded from together. In a large document neither is in a cache, and the
-// address of the text is known only once the child is.
-inline void NameIndex::Prefetch(const Slot& slot) const noexcept {
-    constexpr int kTextLines = 3;
-    constexpr int kNodeLines = 5;  // usually followed by its attributes and the node of its value
+// Prefetches the text that the child was loaded from, while the child is fetched: in a large document neither is in a
+// cache, and the child has the exact address of the text.
+inline void NameIndex::PrefetchText(const Slot& slot) const noexcept {
+    constexpr int kLines = 3;
     if constexpr (Has(Speedup::TextPrefetch)) {
         PrefetchMemory(origin_ + static_cast<std::uintptr_t>(std::int64_t{slot.textLine} * kCacheLine),
-                       kTextLines);
+                       kLines);
     }
-    if constexpr (Has(Speedup::NodePrefetch))
-        PrefetchMemory(reinterpret_cast<std::uintptr_t>(slot.child), kNodeLines);
 }
 
 }  // namespace mox

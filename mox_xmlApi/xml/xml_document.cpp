@@ -211,7 +211,7 @@ int XmlDocument::RemoveNode(XmlNode* parent, XmlNode* node) noexcept {
 std::size_t XmlDocument::RemoveMatches(XmlNode* parent, const ContentMatch& matches, std::uint64_t first,
                                        std::uint64_t most) noexcept {
     if (matches.IsRefused() || parent == nullptr) return 0;
-    const NameIndex* index = nullptr;
+    NameIndex* index = nullptr;
     const bool isByNameAlone = matches.IsByNameAlone();
     if (isByNameAlone) {
         index = ChildLookup::IndexOf(*pool_, *parent, NamedChildren::All);
@@ -225,16 +225,14 @@ std::size_t XmlDocument::RemoveMatches(XmlNode* parent, const ContentMatch& matc
     while (child != nullptr && removed < most) {
         XmlNode* const next = index != nullptr ? index->After(*child) : child->next;
         ++examined;
-        const bool isMatch = index != nullptr ? IsElement(*child)
-                             : isByNameAlone  ? IsElement(*child) && IsNamed(*child, matches.value)
-                                              : matches(*child);
+        const bool isMatch = index != nullptr ? IsElement(*child) : matches(*child);
         if (isMatch && earlier++ >= first) {
             RemoveChild(child);
             ++removed;
         }
         child = next;
     }
-    // Twice: unlike look-ups, removals mostly go on to the end, and so will those that follow.
+    // Charged twice: a removal usually examines all children, and others are likely to follow.
     if (index == nullptr && isByNameAlone) ChildLookup::ChargeScan(*parent, 2 * examined);
     return removed;
 }
