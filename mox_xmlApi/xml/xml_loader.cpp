@@ -44,10 +44,10 @@ class TextBlock {
   public:
     // Room for `count` units, in one piece of memory with room for the tree. The text begins as `sample` does.
     template <class Unit>
-    TextBlock(XmlPool& pool, std::size_t count, const Unit* sample) : pool_(pool), bytes_(BlockSize(count)) {
-        pool.Reserve(bytes_ + EstimateTreeSize(sample, count));
-        memory_ = Bytes(pool.AllocateReserved(bytes_));
-    }
+    TextBlock(XmlPool& pool, std::size_t count, const Unit* sample)
+        : pool_(pool),
+          bytes_(BlockSize(count)),
+          memory_(Bytes(pool.AllocateWithRoom(bytes_, EstimateTreeSize(sample, count)))) {}
     // Room for a text that outgrew its block.
     TextBlock(XmlPool& pool, std::size_t bytes)
         : pool_(pool), bytes_(bytes), memory_(Bytes(pool.Allocate(bytes))) {}
@@ -70,7 +70,7 @@ class TextBlock {
 
     XmlPool& pool_;
     std::size_t bytes_;
-    unsigned char* memory_ = nullptr;
+    unsigned char* memory_;
 };
 
 // The part of a file that was read last.
@@ -83,10 +83,9 @@ struct Piece {
     void Read(InputFile& file, std::size_t requested) noexcept { count = file.Read(units.data(), requested); }
 };
 
-// How many units to make room for at first: those in `first` or, if that is not the whole file, those that a file of its
-// size contains and one more, to detect its end. The size of the file is queried only if it is large.
-std::size_t FirstCapacity(const InputFile& file, const Piece& first, std::size_t bytesPerUnit) {
-    if (first.count < Piece::kBytes) return first.count / bytesPerUnit;
+// How many units to make room for if the text goes on after the first piece: those that a file of its size contains and
+// one more, to detect its end.
+std::size_t CapacityForWhole(const InputFile& file, std::size_t bytesPerUnit) {
     constexpr std::uint64_t kMaxSize = std::numeric_limits<std::size_t>::max() / 8;
     const std::uint64_t size = file.SizeHint();
     if (size > kMaxSize) throw std::bad_alloc();
@@ -118,22 +117,24 @@ std::size_t RoomAfter(const TextBlock& block, std::size_t count) noexcept {
     return block.Size() / sizeof(wchar16) - 1 - kScanAhead - count;
 }
 
-// What differs between the two forms of a file. Convert and Read write units to `to` and return how many of them come
-// before the first zero; an odd byte at the end of a wide file is dropped.
+// What differs between the two forms of a file. Length is the number of units in the piece before the first zero; an
+// odd byte at the end of a wide file is dropped. Convert writes the first `length` units to `to`. Read reads up to
+// `requested` units of the file, writes those before the first zero to `to`, and returns how many they are.
 struct NarrowForm {
     static constexpr std::size_t kBytesPerUnit = 1;
 
     static const unsigned char* Begin(const Piece& piece) noexcept {
         return reinterpret_cast<const unsigned char*>(piece.units.data());
     }
-    static std::size_t Convert(const Piece& piece, wchar16* to) noexcept {
-        const std::size_t used = BytesToZero(Begin(piece), piece.count);
-        Widen(Begin(piece), used, to);
-        return used;
+    static std::size_t Length(const Piece& piece) noexcept { return BytesToZero(Begin(piece), piece.count); }
+    static void Convert(const Piece& piece, std::size_t length, wchar16* to) noexcept {
+        Widen(Begin(piece), length, to);
     }
     static std::size_t Read(InputFile& file, Piece& piece, wchar16* to, std::size_t requested) noexcept {
         piece.Read(file, requested);
-        return Convert(piece, to);
+        const std::size_t length = Length(piece);
+        Convert(piece, length, to);
+        return length;
     }
 };
 
@@ -141,28 +142,30 @@ struct WideForm {
     static constexpr std::size_t kBytesPerUnit = sizeof(wchar16);
 
     static const wchar16* Begin(const Piece& piece) noexcept { return piece.units.data(); }
-    static std::size_t Convert(const Piece& piece, wchar16* to) noexcept {
-        const std::size_t count = piece.count / kBytesPerUnit;
-        std::memcpy(to, Begin(piece), count * kBytesPerUnit);
-        return CountBefore(0, to, count);
+    static std::size_t Length(const Piece& piece) noexcept {
+        return CountBefore(0, Begin(piece), piece.count / kBytesPerUnit);
+    }
+    static void Convert(const Piece& piece, std::size_t length, wchar16* to) noexcept {
+        std::memcpy(to, Begin(piece), length * kBytesPerUnit);
     }
     static std::size_t Read(InputFile& file, Piece&, wchar16* to, std::size_t requested) noexcept {
         return CountBefore(0, to, file.Read(to, requested * kBytesPerUnit) / kBytesPerUnit);
     }
 };
 
-// Reads the text of a file, whose beginning is in `piece`, up to the first zero or its end. Returns the number of units.
 template <class Form>
-std::size_t ReadText(InputFile& file, XmlPool& pool, TextBlock& block, Piece& piece) {
-    constexpr std::size_t kUnits = Piece::kBytes / Form::kBytesPerUnit;
-    std::size_t requested = kUnits;
-    std::size_t length = 0;
-    for (std::size_t used = Form::Convert(piece, block.Units());;) {
-        length += used;
-        if (used < requested) return length;
+inline constexpr std::size_t kUnitsPerPiece = Piece::kBytes / Form::kBytesPerUnit;
+
+// Reads the rest of the text of a file, up to the first zero or its end, after `length` units that are in the block.
+// Returns the number of units of the whole text.
+template <class Form>
+std::size_t ReadRest(InputFile& file, XmlPool& pool, TextBlock& block, Piece& piece, std::size_t length) {
+    for (;;) {
         GrowWhenFull(pool, block, length);
-        requested = std::min(kUnits, RoomAfter(block, length));
-        used = Form::Read(file, piece, block.Units() + length, requested);
+        const std::size_t requested = std::min(kUnitsPerPiece<Form>, RoomAfter(block, length));
+        const std::size_t read = Form::Read(file, piece, block.Units() + length, requested);
+        length += read;
+        if (read < requested) return length;
     }
 }
 
@@ -188,8 +191,11 @@ bool LoadAs(XmlDocument& document, InputFile& file) {
     XmlPool& pool = document.Pool();
     Piece piece;
     piece.Read(file, Piece::kBytes);
-    TextBlock block(pool, FirstCapacity(file, piece, Form::kBytesPerUnit), Form::Begin(piece));
-    const std::size_t length = ReadText<Form>(file, pool, block, piece);
+    std::size_t length = Form::Length(piece);
+    const bool isWhole = length < kUnitsPerPiece<Form>;
+    TextBlock block(pool, isWhole ? length : CapacityForWhole(file, Form::kBytesPerUnit), Form::Begin(piece));
+    Form::Convert(piece, length, block.Units());
+    if (!isWhole) length = ReadRest<Form>(file, pool, block, piece, length);
     return !file.Failed() && ParseBlock(document, block, length, document.root);
 }
 

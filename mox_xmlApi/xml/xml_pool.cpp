@@ -41,16 +41,12 @@ void* XmlPool::TryAllocate(std::size_t bytes) noexcept {
     }
 }
 
-void XmlPool::Reserve(std::size_t bytes) {
-    if (bytes <= static_cast<std::size_t>(end_ - next_)) return;
-    if (bytes > std::numeric_limits<std::size_t>::max() / 2) throw std::bad_alloc();
-    StartSlab(bytes);
-}
-
-void* XmlPool::AllocateReserved(std::size_t bytes) {
-    const auto room = static_cast<std::size_t>(end_ - next_);
-    if (bytes <= kLargestSmall || bytes > room || LargeSize(bytes) > room) return Allocate(bytes);
-    const std::size_t size = LargeSize(bytes);
+void* XmlPool::AllocateWithRoom(std::size_t bytes, std::size_t room) {
+    constexpr std::size_t kMost = std::numeric_limits<std::size_t>::max() / 4;
+    if (bytes > kMost || room > kMost) throw std::bad_alloc();
+    const std::size_t size = bytes > kLargestSmall ? LargeSize(bytes) : BlockSize(bytes);
+    if (size + room > static_cast<std::size_t>(end_ - next_)) StartSlab(size + room);
+    if (bytes <= kLargestSmall) return Allocate(bytes);
     std::byte* block = std::exchange(next_, next_ + size);
     UnpoisonMemory(block, size);
     return new (block) LargeBlock{nullptr, nullptr, size, true} + 1;

@@ -1,13 +1,13 @@
 // The memory of one document: nodes, lists and texts come from here and come back when they are removed.
 //
 //   slab:    [ used ... | free | used ... | next_ ... region ... end_ | used ... | free | used ... ]
-//            the first one is small, the others up to 64 KiB, or larger where Reserve was told what is to come
+//            the first one is small, the others up to 64 KiB, or larger where AllocateWithRoom was told what is to come
 //   region:  the free memory that blocks are cut from: blocks up to kLargestTiny from its beginning, larger ones from
 //            its end, so that blocks of similar size become neighbours
 //   free_:   free blocks, one list for each size class. They serve requests of their class at once
 //   runs_:   free memory in pieces that are larger than every class
 //   large_:  blocks above kLargestSmall that came from the system one by one and go back to it. A large block lies in
-//            a run instead where one has room, and in the region when it was reserved there
+//            a run instead where one has room, and in the region when it comes with room
 //
 // When the region is used up, the smallest free block that is large enough becomes the next one. When there is none
 // and enough was freed since the last time, free neighbours are merged, and slabs that are free as a whole go back to
@@ -103,13 +103,10 @@ class XmlPool {
         Free(object, sizeof(T));
     }
 
-    // Makes room for blocks of `bytes` bytes together, in one piece: a load knows roughly what it is going to need.
-    // Throws std::bad_alloc and changes nothing then.
-    void Reserve(std::size_t bytes);
-
-    // Allocate, except that a large block, too, comes from the room that Reserve made, if it fits there. Free takes it
-    // back as any other block.
-    void* AllocateReserved(std::size_t bytes);
+    // Allocate, and room for further small blocks of `room` bytes together: a load knows roughly what it is going to
+    // need. A large block lies in one piece of memory with the room. Free takes it back as any other block. Throws
+    // std::bad_alloc and changes nothing then.
+    void* AllocateWithRoom(std::size_t bytes, std::size_t room);
 
     // To be called before objects that stay for long are made one by one. When more than half of the pool has been
     // freed, merges free neighbours first: the new objects lie close together then, instead of one here and one there

@@ -1,5 +1,6 @@
 // Bytes from 0x80 on in narrow files and images, and what ends a file: a zero unit or byte, and nothing that only
 // looks like one.
+#include "tests/host/memory_limit_support.h"
 #include "tests/host/table_support.h"
 
 namespace host {
@@ -127,6 +128,22 @@ TEST(ZeroUnit, OfANameIsWhereItsTextEnds) {
     ASSERT_EQ(xmlWriteProfileString(profile, "S"_w, key, "v"_w), 1U);
     EXPECT_EQ(ReadText(profile, "S"_w, "k"_w), Ascii("v"));
 }
+
+#if !defined(_WIN32)
+// The file is 3 GiB large, none of which is on the disk but its text. On other systems making it larger writes zeros.
+TEST(ZeroUnit, LeavesTheRestOfAHugeFileWithoutMemory) {
+    if (!MemoryLimit::Available()) GTEST_SKIP() << "AddressSanitizer needs the address space";
+    for (const std::int32_t wide : {0, 1}) {
+        const std::string document = DocumentWithValue("v");
+        const ScratchFile file;
+        WriteBytes(file.Path(), wide == 1 ? WideFile(document) : document);
+        std::filesystem::resize_file(file.Path(), std::uintmax_t{3} << 30);
+        const MemoryLimit limit;
+        const Profile profile(xmlProfileNew(file.Name(), nullptr, 0, wide));
+        EXPECT_EQ(ReadText(profile, "S"_w, "k"_w), Ascii("v")) << wide;
+    }
+}
+#endif
 
 }  // namespace
 }  // namespace host

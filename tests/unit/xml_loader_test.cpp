@@ -175,5 +175,21 @@ TEST(XmlLoadFile, DocumentThatIsNotWritableIsRefused) {
     EXPECT_EQ(DumpChildren(document.root), "");
 }
 
+// ---- Memory
+
+TEST(XmlLoadFile, TakesMemoryForTheTextBeforeAZeroAlone) {
+    for (const bool wide : {false, true}) {
+        for (const std::size_t rest : {std::size_t{12000}, std::size_t{1} << 20}) {
+            const ScratchFile file;
+            const std::string text = Join({"<a>text</a>", std::string(1, '\0'), std::string(rest, 'x')});
+            file.Write(wide ? WideBytes(std::u16string(text.begin(), text.end())) : text);
+            XmlDocument document;
+            EXPECT_TRUE(document.LoadFile(file.Name(), wide));
+            EXPECT_EQ(DumpChildren(document.root), "a'text'");
+            EXPECT_EQ(document.Pool().BytesHeld(), XmlPool::kFirstSlab) << wide << ' ' << rest;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace mox

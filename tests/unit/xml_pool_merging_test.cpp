@@ -160,10 +160,9 @@ TEST_F(XmlPoolMerging, NothingIsMergedUnlessMoreThanHalfOfThePoolIsFree) {
 }
 
 TEST_F(XmlPoolMerging, SlabOfAnotherSizeThatIsFreeGoesBack) {
-    pool_.Reserve(300000);
+    std::vector<void*> blocks = {pool_.AllocateWithRoom(200, 300000)};
     const std::size_t held = pool_.BytesHeld();
     EXPECT_GE(held, 300000U);
-    std::vector<void*> blocks;
     for (int i = 0; i < 1500; ++i)
         blocks.push_back(pool_.Allocate(200));
     EXPECT_EQ(pool_.BytesHeld(), held);
@@ -186,10 +185,9 @@ TEST_F(XmlPoolMerging, LargeBlocksLieInTheRunsThatSmallOnesLeft) {
     EXPECT_LE(count, 4 * runs + 4);
 }
 
-TEST_F(XmlPoolMerging, SlabGoesBackWithTheLargeBlockThatWasReservedInIt) {
-    pool_.Reserve(300000);
+TEST_F(XmlPoolMerging, SlabGoesBackWithTheLargeBlockInIt) {
+    void* large = pool_.AllocateWithRoom(200000, 100000);
     const std::size_t held = pool_.BytesHeld();
-    void* large = pool_.AllocateReserved(200000);
     void* small = pool_.Allocate(100);
     pool_.Free(large, 200000);
     pool_.MergeIfMostlyFree();

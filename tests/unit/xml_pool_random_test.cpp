@@ -24,9 +24,8 @@ class PoolModel {
 
     void Allocate(std::size_t bytes) { Take(pool_->Allocate(bytes), bytes); }
 
-    void AllocateReserved(std::size_t bytes) {
-        pool_->Reserve(bytes + random_.Below(bytes + 1));
-        Take(pool_->AllocateReserved(bytes), bytes);
+    void AllocateWithRoom(std::size_t bytes, std::size_t room) {
+        Take(pool_->AllocateWithRoom(bytes, room), bytes);
     }
 
     void AllocateScratch(std::size_t bytes) {
@@ -53,7 +52,6 @@ class PoolModel {
     }
 
     void Merge() { pool_->MergeIfMostlyFree(); }
-    void Reserve(std::size_t bytes) { pool_->Reserve(bytes); }
 
     void CheckAll() const {
         for (const auto& [block, content] : blocks_)
@@ -148,8 +146,8 @@ TEST(XmlPoolRandomUse, BlocksKeepTheirBytesAndNeverOverlap) {
             }
             if (random.OneIn(3)) model.FreeMany(1 + random.Below(4));
             if (random.OneIn(3)) model.Merge();
-            if (random.OneIn(10)) model.Reserve(random.Below(100000));
-            if (random.OneIn(10)) model.AllocateReserved(AnySize(random));
+            if (random.OneIn(10)) model.AllocateWithRoom(random.Below(300), random.Below(100000));
+            if (random.OneIn(10)) model.AllocateWithRoom(AnySize(random), random.Below(20000));
             ASSERT_GE(model.BytesHeld(), model.BytesUsed());
         }
         model.CheckAll();

@@ -161,7 +161,7 @@ TEST(XmlPool, ReturnedBlockServesNoOtherClassWhileThereIsUnusedMemory) {
 
 TEST(XmlPool, SmallAndLargerBlocksComeFromDifferentEndsOfTheUnusedMemory) {
     const test::OwnPool pool;
-    pool->Reserve(20000);
+    pool->AllocateWithRoom(8, 20000);
     auto* firstSmall = static_cast<unsigned char*>(pool->Allocate(256));
     auto* firstLarger = static_cast<unsigned char*>(pool->Allocate(257));
     EXPECT_EQ(pool->Allocate(8), firstSmall + 256);
@@ -215,9 +215,9 @@ TEST(XmlPool, SlabHasRoomFor16BlocksOfTheLargestClass) {
     EXPECT_GT(pool->BytesHeld(), held);
 }
 
-TEST(XmlPool, ReservedRoomServesSmallBlocksWithoutGrowing) {
+TEST(XmlPool, RoomServesSmallBlocksWithoutGrowing) {
     const test::OwnPool pool;
-    pool->Reserve(200000);
+    pool->AllocateWithRoom(8, 200000);
     const std::size_t held = pool->BytesHeld();
     EXPECT_GE(held, XmlPool::kFirstSlab + 200000);
     EXPECT_LE(held, XmlPool::kFirstSlab + 200100);
@@ -227,26 +227,30 @@ TEST(XmlPool, ReservedRoomServesSmallBlocksWithoutGrowing) {
     EXPECT_EQ(pool->BytesHeld(), held);
 }
 
-TEST(XmlPool, ReserveOfWhatIsThereTakesNothing) {
+TEST(XmlPool, RoomThatIsThereTakesNothing) {
     const test::OwnPool pool;
-    pool->Reserve(0);
-    pool->Reserve(1000);
-    pool->Reserve(1000);
+    pool->AllocateWithRoom(0, 0);
+    pool->AllocateWithRoom(8, 1000);
+    pool->AllocateWithRoom(300, 700);
     EXPECT_EQ(pool->BytesHeld(), XmlPool::kFirstSlab);
 }
 
-TEST(XmlPool, ReserveOfAnOddSizeKeepsBlocksAligned) {
+TEST(XmlPool, RoomOfAnOddSizeKeepsBlocksAligned) {
     const test::OwnPool pool;
-    pool->Reserve(100001);
+    pool->AllocateWithRoom(5001, 100001);
     for (int i = 0; i < 3000; ++i)
         ASSERT_EQ(reinterpret_cast<std::uintptr_t>(pool->Allocate(40)) % 8, 0U);
 }
 
-TEST(XmlPool, ReserveBeyondEveryAddressIsRefusedAndChangesNothing) {
+TEST(XmlPool, RoomBeyondEveryAddressIsRefusedAndChangesNothing) {
     const test::OwnPool pool;
     void* block = pool->Allocate(16);
-    for (const std::size_t below : {0U, 6U, 7U, 8U, 14U, 15U})
-        EXPECT_THROW(pool->Reserve(std::numeric_limits<std::size_t>::max() - below), std::bad_alloc) << below;
+    for (const std::size_t below : {0U, 6U, 7U, 8U, 14U, 15U, 31U}) {
+        const std::size_t tooMuch = std::numeric_limits<std::size_t>::max() - below;
+        EXPECT_THROW(pool->AllocateWithRoom(16, tooMuch), std::bad_alloc) << below;
+        EXPECT_THROW(pool->AllocateWithRoom(tooMuch, 16), std::bad_alloc) << below;
+        EXPECT_THROW(pool->AllocateWithRoom(tooMuch / 2, tooMuch / 2), std::bad_alloc) << below;
+    }
     EXPECT_EQ(pool->BytesHeld(), XmlPool::kFirstSlab);
     pool->Free(block, 16);
     EXPECT_EQ(pool->Allocate(16), block);
@@ -255,7 +259,7 @@ TEST(XmlPool, ReserveBeyondEveryAddressIsRefusedAndChangesNothing) {
 TEST(XmlPool, RestOfASlabServesBlocksOnceTheNextSlabIsFull) {
     const test::OwnPool pool;
     auto* first = static_cast<unsigned char*>(pool->Allocate(128));
-    pool->Reserve(XmlPool::kFirstSlab);  // makes a second slab
+    pool->AllocateWithRoom(8, XmlPool::kFirstSlab);  // makes a second slab
     const std::size_t held = pool->BytesHeld();
     EXPECT_GT(held, XmlPool::kFirstSlab);
     for (std::size_t bytes = 0; bytes < XmlPool::kFirstSlab; bytes += 128)
@@ -270,14 +274,16 @@ TEST(XmlPool, RestOfASlabServesBlocksOnceTheNextSlabIsFull) {
     EXPECT_EQ(pool->BytesHeld(), held);
 }
 
-TEST(XmlPool, ReservedRoomServesALargeBlockBesideSmallOnes) {
+TEST(XmlPool, LargeBlockAndItsRoomLieInOnePieceOfExactlyTheirSize) {
+    constexpr std::size_t kHeads = 24 + 32;  // of the slab, and of the large block
     const test::OwnPool pool;
-    pool->Reserve(100000 + 5000);
+    auto* large = static_cast<unsigned char*>(pool->AllocateWithRoom(100000, 4096));
     const std::size_t held = pool->BytesHeld();
-    auto* large = static_cast<unsigned char*>(pool->AllocateReserved(100000));
+    EXPECT_EQ(held, XmlPool::kFirstSlab + kHeads + 100000 + 4096);
     std::memset(large, 1, 100000);
-    auto* small = static_cast<unsigned char*>(pool->Allocate(4000));
-    std::memset(small, 2, 4000);
+    auto* small = static_cast<unsigned char*>(pool->Allocate(4096));
+    std::memset(small, 2, 4096);
+    EXPECT_EQ(small, large + 100000);
     EXPECT_EQ(pool->BytesHeld(), held);
     EXPECT_EQ(large[99999], 1);
     // Given back, it serves smaller blocks.
@@ -285,27 +291,14 @@ TEST(XmlPool, ReservedRoomServesALargeBlockBesideSmallOnes) {
     for (int i = 0; i < 20; ++i)
         std::memset(pool->Allocate(4096), 3, 4096);
     EXPECT_EQ(pool->BytesHeld(), held);
-    EXPECT_EQ(small[3999], 2);
+    EXPECT_EQ(small[4095], 2);
 }
 
-TEST(XmlPool, ALargeBlockThatTheReservedRoomCannotHoldComesFromTheSystem) {
-    const test::OwnPool pool;
-    pool->Reserve(50000);
-    const std::size_t held = pool->BytesHeld();
-    void* large = pool->AllocateReserved(60000);
-    std::memset(large, 1, 60000);
-    EXPECT_GE(pool->BytesHeld(), held + 60000);
-    pool->Free(large, 60000);
-    EXPECT_EQ(pool->BytesHeld(), held);
-    EXPECT_THROW(pool->AllocateReserved(std::numeric_limits<std::size_t>::max() - 31), std::bad_alloc);
-    EXPECT_EQ(pool->BytesHeld(), held);
-}
-
-TEST(XmlPool, ReservedRoomOfLargePagesIsAllUsable) {
+TEST(XmlPool, RoomOfLargePagesIsAllUsable) {
     for (const std::size_t bytes :
          {std::size_t{1} << 20, std::size_t{1500000}, std::size_t{2} << 20, std::size_t{2200000}}) {
         const test::OwnPool pool;
-        pool->Reserve(bytes);
+        pool->AllocateWithRoom(8, bytes);
         const std::size_t held = pool->BytesHeld();
         EXPECT_GE(held, XmlPool::kFirstSlab + bytes);
         for (std::size_t used = 0; used + 4096 <= bytes; used += 4096)
