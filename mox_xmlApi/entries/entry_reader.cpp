@@ -42,7 +42,7 @@ bool ReadEntry(const TableCursor& cursor, const XmlNode& entry, EntryValueRecord
             const std::uint16_t known = BaseTypeFromName(text);
             if (known != 0) type = known;
         } else if (!SameText(name, names::kArray)) {
-            SetValueField(record, name, text, WideView());
+            SetValueField(record, name, text);
         } else if (!std::exchange(hasQualifier, true)) {
             qualifier = text;
         }
@@ -55,7 +55,7 @@ bool ReadEntry(const TableCursor& cursor, const XmlNode& entry, EntryValueRecord
             record.Value = child->value.View();
             // A value without "loc" takes the text of the attribute read last: files rely on it.
             XmlDocument::GetAttribute(child, names::kLoc, text);
-            if (!text.empty()) SetValueField(record, names::kLocval, text, WideView());
+            if (!text.empty()) SetValueField(record, names::kLocval, text);
         } else if (ui != nullptr && IsElementNamed(*child, names::kUi)) {
             ReadEntryUi(cursor, *child, *ui);
         }

@@ -38,13 +38,11 @@ void FieldText::Format(WideView format, std::uint32_t number) {
     text_ = WideView(number_.data(), length < 0 ? 0 : static_cast<std::size_t>(length));
 }
 
-bool SetValueField(EntryValueRecord& record, WideView attribute, WideView text, WideView qualifier) noexcept {
+bool SetValueField(EntryValueRecord& record, WideView attribute, WideView text) noexcept {
     if (SameText(attribute, names::kName)) {
         record.name = text;
     } else if (SameText(attribute, names::kId)) {
         record.id = ReadUnsignedDecimal(text);
-    } else if (SameText(attribute, names::kType)) {
-        return ValueTypeFromName(text, qualifier, record.type);
     } else if (SameText(attribute, names::kValue)) {
         record.Value = text;
     } else if (SameText(attribute, names::kLoc)) {
@@ -52,7 +50,7 @@ bool SetValueField(EntryValueRecord& record, WideView attribute, WideView text, 
     } else if (SameText(attribute, names::kLocval)) {
         record.locval = SameText(text, names::kTrue);
     } else {
-        return SameText(attribute, names::kArray);  // read together with "type"
+        return false;
     }
     return true;
 }

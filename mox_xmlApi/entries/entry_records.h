@@ -72,10 +72,9 @@ class FieldText {
     WideView text_{};
 };
 
-// Sets the field called `attribute` from its text; `qualifier` is the entry's "array" text and goes with
-// "type". False for an unknown field, and for a type or qualifier that ValueTypeFromName refuses. A malformed
-// number reads as its leading digits. Does not throw.
-bool SetValueField(EntryValueRecord& record, WideView attribute, WideView text, WideView qualifier) noexcept;
+// Sets the field called `attribute` from its text, any but the type, which takes two attributes. False for another
+// name; the record is unchanged then. A malformed number reads as its leading digits. Does not throw.
+bool SetValueField(EntryValueRecord& record, WideView attribute, WideView text) noexcept;
 // The text of the field called `attribute`; `qualifier` is set for "type" alone. False for an unknown field
 // or type, `text` untouched. May throw what pdSwprintf throws.
 bool GetValueField(const EntryValueRecord& record, WideView attribute, FieldText& text, WideView& qualifier);
