@@ -1,9 +1,13 @@
 // The read-only model of documents, held against the model of the parser and against the exports. The first byte says how
 // the others become a file:
 //
-//   'n'  a narrow file with these bytes          anything else: its lowest bit chooses, and the form is detected
+//   'n'  a narrow file with these bytes
 //   'w'  a wide file with these bytes
-//   'e'  a wide file: a byte is a unit, but of 0xF0 and above: the two bytes after it are one
+//   'e'  a wide file in which each byte becomes one unit, except that a byte from 0xF0 on and the two bytes after it
+//        become one: the unit in these two bytes
+//
+// For any other first byte the form is detected; its lowest bit says whether the other bytes become a file as they are or
+// as after 'e'.
 #include "mox_xmlApi/document/document.hpp"
 
 #include <algorithm>

@@ -25,6 +25,10 @@ void SetFlag(std::uint32_t* flag, bool value) noexcept {
     if (flag != nullptr) *flag = value ? 1 : 0;
 }
 
+void SetEditable(std::uint32_t* flag, const mox::XmlNode& section) noexcept {
+    if (flag != nullptr) SetFlag(flag, mox::IsEditable(section));
+}
+
 // A table handle over a section, for the host. Throws std::bad_alloc.
 std::unique_ptr<mox::TableHandle> NewSectionHandle(moxSettings& settings, mox::XmlNode* section) {
     return mox::SpareHandle::Take(settings.spareSection, settings.document.Pool(), section);
@@ -64,7 +68,7 @@ void* xmlGetProfileSection(moxSettings* handle, const wchar16* section, uint32_t
     mox::XmlNode* element = mox::FindSection(*handle, ViewOf(section));
     if (element == nullptr) return nullptr;
     auto table = NewSectionHandle(*handle, element);
-    SetFlag(editable, mox::IsEditable(*element));
+    SetEditable(editable, *element);
     return table.release();
 }
 
@@ -86,7 +90,7 @@ void* xmlEnumProfileSections(moxSettings* handle, uintptr_t* position, wchar16* 
     if (cell == nullptr) cell = new mox::XmlNode*;
     *cell = section;
     *position = reinterpret_cast<uintptr_t>(cell);
-    if (editable != nullptr) *editable = mox::IsEditable(*section) ? 1 : 0;
+    SetEditable(editable, *section);
     WideView sectionName;
     mox::XmlDocument::GetAttribute(section, mox::names::kName, sectionName);
     if (name != nullptr) CopyToBuffer(sectionName, name, nameLength);

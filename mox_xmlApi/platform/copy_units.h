@@ -2,10 +2,8 @@
 #ifndef MOX_XMLAPI_PLATFORM_COPY_UNITS_H
 #define MOX_XMLAPI_PLATFORM_COPY_UNITS_H
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 #include "mox_xmlApi/platform/scan.h"
@@ -14,8 +12,9 @@
 
 namespace mox {
 
-// Copies the units before the first one that a pattern of `kStops` matches to `to`, which has room for all of `text`.
-// Returns how many they are. A narrow output gets the low byte of each.
+// Copies the units of `text` before the first one that a pattern of the array `kStops` matches, or all if there is
+// none. Returns how many it copied. `to` must have room for all of `text` and not overlap it. If `Unit` is char, the
+// low byte of each unit is copied. Examines one unit at a time.
 template <auto kStops, class Unit>
 std::size_t CopyUntilScalar(Unit* to, WideView text) noexcept {
     std::size_t count = 0;
@@ -49,7 +48,8 @@ inline void Store(char* to, __m128i units, std::size_t count) noexcept {
 }  // namespace detail
 #endif
 
-// The same, faster: eight units at a time where the processor can. The last four units are examined a second time rather than one by one.
+// Does what CopyUntilScalar does, eight units at a time where the processor can. The last four units are examined twice
+// rather than one by one.
 template <auto kStops, class Unit>
 std::size_t CopyUntil(Unit* to, WideView text) noexcept {
     std::size_t count = 0;
@@ -79,8 +79,8 @@ std::size_t CopyUntil(Unit* to, WideView text) noexcept {
     return count + CopyUntilScalar<kStops>(to + count, text.substr(count));
 }
 
-// Copies all of `text` to `to`, which has room for it, and returns the place after it. A narrow output gets the low
-// byte of each unit.
+// Copies all of `text` to `to`, which must have room for it and not overlap it. Returns the place after the copy. If
+// `Unit` is char, the low byte of each unit is copied.
 template <class Unit>
 Unit* CopyUnits(Unit* to, WideView text) noexcept {
     constexpr std::array<UnitPattern, 0> kNoStops = {};

@@ -6,8 +6,8 @@
 
 namespace mox {
 
-// Asks the system to back the block with large pages: filling it then costs one page fault per 2 MiB instead of one
-// per 4 KiB. Only a hint: small blocks are left alone, and nothing fails when the system declines.
+// Asks the system to use large pages for the `bytes` bytes at `memory`: filling them then takes one page fault for each
+// 2 MiB instead of one for each 4 KiB. Blocks below 4 MiB stay as they are. Nothing fails if the system refuses.
 void PreferLargePages(void* memory, std::size_t bytes) noexcept;
 
 // Memory that is used from a page boundary on.

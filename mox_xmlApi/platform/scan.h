@@ -17,7 +17,7 @@
 
 namespace mox {
 
-// How many units after the one that it finds FindAnyOf may read. So many units of readable memory must follow the text.
+// How many units FindAnyOf may read after the one that it finds.
 inline constexpr std::size_t kScanAhead = 7;
 
 // Matches the units that equal `value` once the bits of `ignored` are set in them: with `ignored` 0 one unit, with one
@@ -52,7 +52,8 @@ constexpr bool MatchesAny(wchar16 unit) noexcept {
     return unit < 64 && ((detail::kStopBits<kStops> >> unit) & 1) != 0;
 }
 
-// The first unit from `text` on that a pattern of `kStops` matches, one unit at a time. There must be one.
+// Returns the first unit from `text` on that a pattern of the array `kStops` matches. There must be one. Examines one
+// unit at a time.
 template <auto kStops>
 wchar16* FindAnyOfScalar(wchar16* text) noexcept {
     while (!MatchesAny<kStops>(*text))
@@ -84,7 +85,8 @@ unsigned MatchMask(__m128i units) noexcept {
 }  // namespace detail
 #endif
 
-// The same, faster.
+// Returns what FindAnyOfScalar returns, and examines eight units at a time where the processor can. kScanAhead units of
+// readable memory must follow the unit that is found.
 template <auto kStops>
 wchar16* FindAnyOf(wchar16* text) noexcept {
 #if defined(MOX_SCAN_SSE2)
@@ -96,7 +98,8 @@ wchar16* FindAnyOf(wchar16* text) noexcept {
     return FindAnyOfScalar<kStops>(text);
 }
 
-// How many of the `count` units come before the first one that equals `unit`, one unit at a time; all when none does.
+// Returns how many of the `count` units come before the first one that equals `unit`; `count` if none does. Examines
+// one unit at a time.
 inline std::size_t CountBeforeScalar(wchar16 unit, const wchar16* units, std::size_t count) noexcept {
     std::size_t length = 0;
     while (length < count && units[length] != unit)
@@ -104,7 +107,8 @@ inline std::size_t CountBeforeScalar(wchar16 unit, const wchar16* units, std::si
     return length;
 }
 
-// The same, faster.
+// Returns what CountBeforeScalar returns, and examines eight units at a time where the processor can. Reads no memory
+// after the `count` units.
 inline std::size_t CountBefore(wchar16 unit, const wchar16* units, std::size_t count) noexcept {
     std::size_t length = 0;
 #if defined(MOX_SCAN_SSE2)

@@ -34,8 +34,8 @@ class HostValue {
     WideView view_;
 };
 
-// The fields of a host's record except the value, as views of it. Of the write mask only the bits that hosts may set are
-// kept. The second one may throw what the record's own functions throw.
+// The fields of a host's record except the value, as views of it. Of the write mask only the bits that hosts may set
+// are kept. The second one may throw what the record's own functions throw.
 EntryValueRecord FieldsOf(const TableEntryValueInfoStruct& record) noexcept;
 EntryUiRecord FieldsOf(const TableEntryUInfoStruct& record);
 
@@ -47,7 +47,8 @@ struct TextBuffers {
     WideString wide;
     std::string narrow;
 
-    // A copy of `text`, which is no part of a buffer. An assignment would take longer.
+    // Copies `text` to `wide`, which holds it until the next call, and returns that. `text` must not be a part of
+    // `wide`. Throws std::bad_alloc. Clearing and appending is faster than an assignment.
     const WideString& Hold(WideView text) {
         wide.clear();
         return wide.append(text);

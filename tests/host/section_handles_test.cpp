@@ -80,7 +80,7 @@ TEST(SectionHandles, OfTwoProfilesDoNotMix) {
     xmlTableDispose(&ofFirst);
 }
 
-// Hosts must not do this; those that do it all the same have nothing to fear.
+// Not allowed, but harmless.
 TEST(SectionHandles, ThatAreReleasedAfterTheirProfileAreHarmless) {
     moxSettings* profile = xmlProfileNew(
         nullptr, "<Settings xmlns:noNamespaceSchemaLocation=\"\"><Table name=\"A\"/></Settings>", -1, 0);
