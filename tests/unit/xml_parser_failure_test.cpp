@@ -82,12 +82,13 @@ TEST(ParseFailures, Content) {
 }
 
 TEST(ParseFailures, NothingIsSaidOfATextThatParses) {
-    WideString units("<a/>"_w);
+    constexpr std::string_view text = "<a/>";
+    WideString units(text.begin(), text.end());
     units.append(1 + kScanAhead, wchar16{0});
     XmlDocument document;
     ParseFailure failure;
     failure.offset = 12345;
-    EXPECT_TRUE(ParseInPlace(document, units.data(), 4, document.root, &failure));
+    EXPECT_TRUE(ParseInPlace(document, units.data(), text.size(), document.root, &failure));
     EXPECT_EQ(failure.offset, 12345U);
 }
 

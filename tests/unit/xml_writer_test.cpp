@@ -86,7 +86,7 @@ TEST(XmlWriteNode, ValueWithLineFeedsStandsOnLinesOfItsOwn) {
 }
 
 TEST(XmlWriteNode, LongNamesAreWrittenWhole) {
-    for (const std::size_t length : {127, 128, 129, 5000}) {
+    for (const std::size_t length : {127U, 128U, 129U, 5000U}) {
         const std::string name(length, 'n');
         EXPECT_EQ(WrittenAt(0, Element(name, {{name, "v"}}, "text")),
                   "<" + name + " " + name + "=\"v\">text</" + name + ">");
