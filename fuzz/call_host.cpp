@@ -1,6 +1,7 @@
 #include "fuzz/call_host.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "fuzz/fixed_key.h"
 #include "fuzz/large_text.h"
@@ -47,6 +48,24 @@ bool DiffersInAttributes(const model::Node& before, const model::Node& after) {
            std::equal(
                before.children.begin(), before.children.end(), after.children.begin(), after.children.end(),
                [](const model::NodePtr& a, const model::NodePtr& b) { return DiffersInAttributes(*a, *b); });
+}
+
+// Takes all that the pool can give without asking the system but for `blocks` of its smallest blocks.
+void LeaveRoom([[maybe_unused]] XmlPool& pool, [[maybe_unused]] std::size_t blocks) {
+#if !defined(_WIN32)
+    void* taken = nullptr;  // each block holds the address of the one before
+    faults::FailingMemory memory(1, faults::Failing::FromThenOn);
+    while (void* block = pool.TryAllocate(XmlPool::kAlignment)) {
+        std::memcpy(block, &taken, sizeof taken);
+        taken = block;
+    }
+    memory.Stop();
+    for (; blocks > 0 && taken != nullptr; --blocks) {
+        void* const block = taken;
+        std::memcpy(&taken, block, sizeof taken);
+        pool.Free(block, XmlPool::kAlignment);
+    }
+#endif
 }
 
 }  // namespace
@@ -104,10 +123,20 @@ void CallHost::Step() {
 }
 
 // Which of the allocations to come, counted from 0, and whether all after it fail, too. The failure is over with the
-// call in which it happens.
+// call in which it happens. Then how much room the documents have without an allocation: '0' what they have, any other
+// byte counts blocks of 8 bytes, '1' none.
 void CallHost::FailMemory() {
     failingAllocation_ = std::uint64_t{input_.Number()} % 64 + 1;
     failsFromThenOn_ = input_.Flag();
+    const std::uint8_t room = input_.Byte();
+    if (room == '0' || room == 0) return;
+    const std::size_t blocks = (std::size_t{room} + 256 - '1') % 256;
+    for (const Profile& profile : profiles_) {
+        if (profile.handle != nullptr) LeaveRoom(profile.handle->document.Pool(), blocks);
+    }
+    for (void* table : tables_) {
+        if (table != nullptr) LeaveRoom(static_cast<TableHandle*>(table)->document.Pool(), blocks);
+    }
 }
 
 std::uint64_t CallHost::SizeOfDocuments() const {
