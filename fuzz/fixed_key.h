@@ -1,6 +1,6 @@
 // Names that collide in an index of names. The fuzz targets have one key for all runs (fixed_key.cpp), so that an input
-// does the same every time, and so that such names can be made. In the programs that replay inputs the key is random, and
-// these are names like any others.
+// does the same every time, and so that such names can be made. In the programs that replay inputs the key is random,
+// and these are names like any others.
 #ifndef MOX_XMLAPI_FUZZ_FIXED_KEY_H
 #define MOX_XMLAPI_FUZZ_FIXED_KEY_H
 

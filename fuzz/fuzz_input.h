@@ -86,9 +86,9 @@ class FuzzInput {
         return taken;
     }
 
-    // A text as hosts hand it over, without zero units: "..." is a literal, a digit chooses a special text, a
-    // byte from 0x80 on counts the 16-bit units that follow, "~" and a byte are one of some texts that collide in an index
-    // of names, any other byte is a text of one unit.
+    // A text as hosts hand it over, without zero units: "..." is a literal, a digit chooses a special text, a byte from
+    // 0x80 on counts the 16-bit units that follow, "~" and a byte are one of some texts that collide in an index of
+    // names, any other byte is a text of one unit.
     WideString Text() {
         const std::uint8_t byte = Byte();
         if (byte == '"') return model::FromNarrowBytes(Until('"'));

@@ -1,6 +1,6 @@
-// Loading of documents that are larger than one piece of the loader and than its first buffer, and what grows with them.
-// The first byte says where the document comes from, the others describe it (large_text.h); in a wide file, a byte of 0xF0
-// and above is followed by the two bytes of a unit.
+// Loading of documents that are larger than one piece of the loader and than its first buffer, and what grows with
+// them. The first byte says where the document comes from, the others describe it (large_text.h); in a wide file, a
+// byte of 0xF0 and above is followed by the two bytes of a unit.
 //
 //   'n'  a narrow file    'm'  memory                      anything else: its lowest bits choose
 //   'w'  a wide file      'p'  a pipe with a narrow file

@@ -99,8 +99,8 @@ bool CallHost::Save(const Profile& profile, const wchar16* name, std::uint32_t m
                [&] { return xmlProfileSave(profile.handle, name, mode, refuse, wide); }, tabs) == 1;
 }
 
-// Profile, mode, where to ('0' a full disk, '1' a folder, '2' a folder that is missing, '3' a disk with too little room),
-// how much room.
+// Profile, mode, where to ('0' a full disk, '1' a folder, '2' a folder that is missing, '3' a disk with too little
+// room), how much room.
 void CallHost::FailSave() {
     const Profile& profile = ChooseProfile();
     const auto mode = static_cast<std::uint32_t>(input_.Below(4));

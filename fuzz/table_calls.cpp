@@ -88,8 +88,8 @@ void CallHost::SaveTable() {
     if (isWritten) CheckRoundTrip(table.handle, file_);
 }
 
-// Table, how ('0' without a position, '1' by name, others by position), which records ('0' both, '1' and '2' one, '3' one
-// as both), the value record, position.
+// Table, how ('0' without a position, '1' by name, others by position), which records ('0' both, '1' and '2' one, '3'
+// one as both), the value record, position.
 void CallHost::GetEntry() {
     const Table table = ChooseTable();
     const std::size_t how = input_.Below(5);

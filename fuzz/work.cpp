@@ -39,8 +39,8 @@ void CheckWork(std::uint64_t work, std::uint64_t size, const char* what) {
 #if defined(MOX_FUZZ_COUNTS_WORK)
 
 // The linker leads calls of each name to the function with the prefix __wrap_, and calls with the prefix __real_ to the
-// function itself (CMakeLists.txt). The compiler adds the calls of the first two to the library, those of __asan_* to all
-// code.
+// function itself (CMakeLists.txt). The compiler adds the calls of the first two to the library, those of __asan_* to
+// all code.
 extern "C" {
 
 void* __real___asan_memcpy(void* to, const void* from, std::size_t size);

@@ -1,5 +1,5 @@
-// Files of released versions: each is read as it was then, and saved again byte by byte as it was then. The folders have a
-// README. Beside each file there is a listing of what the exports return for it.
+// Files of released versions: each is read as it was then, and saved again byte by byte as it was then. The folders
+// have a README. Beside each file there is a listing of what the exports return for it.
 #include <algorithm>
 #include <array>
 #include <set>

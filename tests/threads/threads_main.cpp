@@ -1,21 +1,22 @@
 // threads <part>
 //
-// Uses the library in several threads. The preset "threads" runs it with ThreadSanitizer, which reports accesses to the same
-// memory that nothing puts in order, also if they did no harm this time. Parts:
+// Uses the library in several threads. The preset "threads" runs it with ThreadSanitizer, which reports accesses to the
+// same memory that nothing puts in order, also if they did no harm this time. Parts:
 //
-//   documents   all exports and the front, a document per thread; a document that is handed on; one file for all threads
+//   documents   all exports and the front, a document per thread; a document that is handed on; one file for all
 //   first       the first look-ups of a process, in all threads at the same time
 //   exit        the process ends while other threads parse
 //
-// The last two happen once in a process: they run in several processes, one after the other, where processes can be forked.
+// The last two happen once in a process: they run in several processes, one after the other, where processes can be
+// forked.
 //
 // ThreadSanitizer sees the accesses of code that was compiled with it: the library, its companions, the front, this
 // program and what they use of the headers of libstdc++. The compiled part of libstdc++ was not. Its locks are calls of
 // pthreads, and its memory and threads come from functions that ThreadSanitizer replaces, so that it knows of these. It
-// sees neither the accesses of libstdc++ to its own data (of locales and streams, which the library does not use), nor what
-// happens in atomics there. So it cannot see a race inside libstdc++, nor one that needs an order of events that did not
-// occur in this run, nor what other processes and the system do to files: tests/disk is about these. Nothing can be
-// instrumented for Windows; there the program shows results only.
+// sees neither the accesses of libstdc++ to its own data (of locales and streams, which the library does not use), nor
+// what happens in atomics there. So it cannot see a race inside libstdc++, nor one that needs an order of events that
+// did not occur in this run, nor what other processes and the system do to files: tests/disk is about these. Nothing
+// can be instrumented for Windows; there the program shows results only.
 #include <barrier>
 #include <cstdio>
 #include <cstdlib>
@@ -82,7 +83,11 @@ std::string ReadBytes(const std::filesystem::path& path) {
 
 namespace {
 
+#if defined(_WIN32)
+constexpr int kRounds = 10;  // files take their time under Wine
+#else
 constexpr int kRounds = 40;
+#endif
 
 void EndWhileParsing() {
     threads::KeepParsing();

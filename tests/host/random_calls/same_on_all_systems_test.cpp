@@ -1,6 +1,5 @@
-// Every system and every build gives the same answers and writes the same bytes. The list below was
-// made on Linux. It changes only when the sequences change, because calls or arguments are added to them. The test prints
-// the new one.
+// Every system and every build gives the same answers and writes the same bytes. The list below was made on Linux. It
+// changes only when the sequences change, because calls or arguments are added to them. The test prints the new one.
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -16,11 +15,9 @@ namespace {
 constexpr std::uint64_t kSequencesPerDigest = 25;
 
 // The digest of the sequences 1 to 25, that of 26 to 50, and so on.
-constexpr std::array<std::uint64_t, 16> kDigests = {
-    0x6E09F0DE7EB0DE6E, 0xC1E80ABB9BE6B610, 0xEF41684C93B52A2A, 0xEFBE9065BEFDD067,
-    0xFFBA8AAE8D0A0FEF, 0xF363C23D9DFBC2C2, 0xAE23570AB53092F7, 0x7469D27D6B5DA047,
-    0xFF2DF6D047F38A53, 0xBE9CDCCD6B56634C, 0x0FCD147EB542BEB0, 0x5DFC078A7C46C3C0,
-    0x74F0C8B2D5DC2678, 0x7AB96CE65AB8505B, 0xDD0B3FBC316AE461, 0xFA7EDCF0BA6AFCB9};
+constexpr std::array<std::uint64_t, 10> kDigests = {
+    0x6E09F0DE7EB0DE6E, 0xC1E80ABB9BE6B610, 0xEF41684C93B52A2A, 0xEFBE9065BEFDD067, 0xFFBA8AAE8D0A0FEF,
+    0xF363C23D9DFBC2C2, 0xAE23570AB53092F7, 0x7469D27D6B5DA047, 0xFF2DF6D047F38A53, 0xBE9CDCCD6B56634C};
 
 TEST(RandomCalls, AnswersAndFilesAreTheSameOnAllSystems) {
     std::string list;
