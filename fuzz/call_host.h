@@ -124,6 +124,7 @@ class CallHost {
     // table_calls.cpp
     void OpenTable();
     void SaveTable();
+    bool SaveTable(const Table& table, const wchar16* name, std::int32_t reserved, std::int32_t refuse);
     void GetEntry();
     void IsExist();
     void SetEntry();

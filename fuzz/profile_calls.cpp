@@ -99,29 +99,37 @@ bool CallHost::Save(const Profile& profile, const wchar16* name, std::uint32_t m
                [&] { return xmlProfileSave(profile.handle, name, mode, refuse, wide); }, tabs) == 1;
 }
 
-// Profile, mode, where to ('0' a full disk, '1' a folder, '2' a folder that is missing, '3' a disk with too little
-// room), how much room.
+// Profile, mode ('4': the table that is chosen next instead), where to ('0' a full disk, '1' a folder, '2' a folder that
+// is missing, '3' a disk with too little room), how much room.
 void CallHost::FailSave() {
     const Profile& profile = ChooseProfile();
-    const auto mode = static_cast<std::uint32_t>(input_.Below(4));
+    const auto mode = static_cast<std::uint32_t>(input_.Below(5));
+    const bool isTable = mode == 4;
+    const Table table = isTable ? ChooseTable() : Table();
     const std::size_t where = input_.Below(4);
     const std::uint64_t room = input_.Number() % 4096;
-    if (!FileSizeLimit::IsThere() || profile.handle == nullptr) return;
-    const XmlNode& top = *profile.handle->document.root;
+    if (!FileSizeLimit::IsThere() || (isTable ? table.handle == nullptr : profile.handle == nullptr)) return;
+    const XmlNode& top = isTable ? *table.element : *profile.handle->document.root;
     if (DepthBelow(top) > kMostSavedDepth) return;
     const model::NodePtr before = CopyTree(top);
     if (mode == 0) model::StripEud(*model::FindRoot(*before));
+    const auto save = [&](const wchar16* name) {
+        return isTable ? SaveTable(table, name, 0, 0) : Save(profile, name, mode, 0, 0);
+    };
     constexpr std::array<const char*, 3> kNames = {"/dev/full", "/dev", "/dev/null/missing.xml"};
     file_.Remove();
     if (where < kNames.size()) {
-        Check(!Save(profile, model::Wide(kNames[where]).c_str(), mode, 0, 0), "a save that fails says so");
+        Check(!save(model::Wide(kNames[where]).c_str()), "a save that fails says so");
     } else {
+        // A save in mode 0 may find another "eud" each time, so that two files differ.
+        const std::size_t whole = mode != 0 && save(file_.Name()) ? file_.Read().size() : 0;
+        file_.Remove();
         const FileSizeLimit limit(room);
-        const bool isSaved = Save(profile, file_.Name(), mode, 0, 0);
+        const bool isSaved = save(file_.Name());
         const std::string bytes = file_.Read();
         Check(bytes.size() <= room, "there is no more room");
-        Check(isSaved == (!bytes.empty() && bytes.back() == '\0'),
-              "a save reports success exactly when all is written");
+        Check(!isSaved || (!bytes.empty() && bytes.back() == '\0'), "a save that succeeds has written all");
+        Check(mode == 0 || isSaved == (whole <= room), "a save succeeds exactly when there is room");
     }
     Check(model::IsSame(*CopyTree(top), *before), "a save that fails removes eud and nothing else");
 }

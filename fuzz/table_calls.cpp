@@ -76,16 +76,19 @@ void CallHost::SaveTable() {
     const auto refuse = static_cast<std::int32_t>(input_.Below(3));
     file_.Remove();
     constexpr std::size_t kMostSavedDepth = 300;  // files grow with the square of the depth
-    const std::size_t depth = table.handle == nullptr ? 0 : DepthBelow(*table.element);
-    if (depth > kMostSavedDepth) return;
-
-    const bool isWritten = Make(
-        Changes::Nothing, [&] { return xmlTableSave(table.handle, file_.Name(), reserved, refuse); },
-        SizeOfDocuments() * depth);
+    if (table.handle != nullptr && DepthBelow(*table.element) > kMostSavedDepth) return;
+    const bool isWritten = SaveTable(table, file_.Name(), reserved, refuse);
     Check(isWritten == (table.handle != nullptr && reserved == 0 && refuse != 1),
           "a table is saved unless that is refused");
     Check(isWritten == file_.Exists(), "a file is there when it was written");
     if (isWritten) CheckRoundTrip(table.handle, file_);
+}
+
+bool CallHost::SaveTable(const Table& table, const wchar16* name, std::int32_t reserved,
+                         std::int32_t refuse) {
+    const std::uint64_t tabs = table.handle == nullptr ? 0 : SizeOfDocuments() * DepthBelow(*table.element);
+    return Make(
+        Changes::Nothing, [&] { return xmlTableSave(table.handle, name, reserved, refuse); }, tabs);
 }
 
 // Table, how ('0' without a position, '1' by name, others by position), which records ('0' both, '1' and '2' one, '3'
