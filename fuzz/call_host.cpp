@@ -1,7 +1,10 @@
 #include "fuzz/call_host.h"
 
 #include <algorithm>
+#include <cstring>
 
+#include "fuzz/fixed_key.h"
+#include "fuzz/large_text.h"
 #include "fuzz/tree_check.h"
 #include "mox_xmlApi/table/table_handle.h"
 
@@ -19,13 +22,59 @@ std::string Repeated(std::string_view pattern) {
     return text;
 }
 
+// Whether `after` is `before` but for attributes on the way to one node `levels` below, which may be any other or new.
+bool DiffersInOneNode(const model::Node& before, const model::Node& after, int levels) {
+    if (levels == 0) return true;
+    if (before.kind != after.kind || before.name != after.name || before.value != after.value) return false;
+    const auto isSame = [](const model::NodePtr& a, const model::NodePtr& b) {
+        return model::IsSame(*a, *b);
+    };
+    const auto& old = before.children;
+    const auto& now = after.children;
+    const auto front = std::mismatch(old.begin(), old.end(), now.begin(), now.end(), isSame);
+    const auto most = std::min(old.end() - front.first, now.end() - front.second);
+    std::ptrdiff_t same = 0;
+    while (same < most && isSame(*(old.end() - same - 1), *(now.end() - same - 1)))
+        ++same;
+    const auto changed = old.end() - same - front.first;
+    const auto changedNow = now.end() - same - front.second;
+    if (changedNow == 0) return changed == 0;
+    if (changedNow > 1 || changed > 1) return false;
+    return changed == 0 || DiffersInOneNode(**front.first, **front.second, levels - 1);
+}
+
+bool DiffersInAttributes(const model::Node& before, const model::Node& after) {
+    return before.kind == after.kind && before.name == after.name && before.value == after.value &&
+           std::equal(
+               before.children.begin(), before.children.end(), after.children.begin(), after.children.end(),
+               [](const model::NodePtr& a, const model::NodePtr& b) { return DiffersInAttributes(*a, *b); });
+}
+
+// Takes all that the pool can give without asking the system but for `blocks` of its smallest blocks.
+void LeaveRoom([[maybe_unused]] XmlPool& pool, [[maybe_unused]] std::size_t blocks) {
+#if !defined(_WIN32)
+    void* taken = nullptr;  // each block holds the address of the one before
+    faults::FailingMemory memory(1, faults::Failing::FromThenOn);
+    while (void* block = pool.TryAllocate(XmlPool::kAlignment)) {
+        std::memcpy(block, &taken, sizeof taken);
+        taken = block;
+    }
+    memory.Stop();
+    for (; blocks > 0 && taken != nullptr; --blocks) {
+        void* const block = taken;
+        std::memcpy(&taken, block, sizeof taken);
+        pool.Free(block, XmlPool::kAlignment);
+    }
+#endif
+}
+
 }  // namespace
 
 // One byte for the call, then its arguments in the order in which the functions below take them. White space
 // parts calls and is skipped.
 void CallHost::Step() {
     using Call = void (CallHost::*)();
-    constexpr std::array<Call, 21> kCalls = {
+    constexpr std::array<Call, 24> kCalls = {
         &CallHost::OpenProfile,        // a
         &CallHost::DisposeProfile,     // b
         &CallHost::SaveProfile,        // c
@@ -47,10 +96,13 @@ void CallHost::Step() {
         &CallHost::AddEntry,           // s
         &CallHost::RemoveEntry,        // t
         &CallHost::RemoveEntries,      // u
+        &CallHost::FailMemory,         // v
+        &CallHost::FailSave,           // w
+        &CallHost::OpenFromPipe,       // x
     };
     const std::uint8_t byte = input_.Byte();
     if (byte == ' ' || byte == '\n') return;
-    const std::size_t number = byte >= 'a' && byte <= 'u' ? std::size_t{byte} - 'a' : byte % kCalls.size();
+    const std::size_t number = byte >= 'a' && byte <= 'x' ? std::size_t{byte} - 'a' : byte % kCalls.size();
     (this->*kCalls[number])();
 
     for (const Profile& profile : profiles_) {
@@ -70,7 +122,61 @@ void CallHost::Step() {
     }
 }
 
+// Which of the allocations to come, counted from 0, and whether all after it fail, too. The failure is over with the
+// call in which it happens. Then how much room the documents have without an allocation: '0' what they have, any other
+// byte counts blocks of 8 bytes, '1' none.
+void CallHost::FailMemory() {
+    failingAllocation_ = std::uint64_t{input_.Number()} % 64 + 1;
+    failsFromThenOn_ = input_.Flag();
+    const std::uint8_t room = input_.Byte();
+    if (room == '0' || room == 0) return;
+    const std::size_t blocks = (std::size_t{room} + 256 - '1') % 256;
+    for (const Profile& profile : profiles_) {
+        if (profile.handle != nullptr) LeaveRoom(profile.handle->document.Pool(), blocks);
+    }
+    for (void* table : tables_) {
+        if (table != nullptr) LeaveRoom(static_cast<TableHandle*>(table)->document.Pool(), blocks);
+    }
+}
+
+std::uint64_t CallHost::SizeOfDocuments() const {
+    std::uint64_t size = 0;
+    for (const Profile& profile : profiles_)
+        size += profile.handle == nullptr ? 0 : profile.handle->document.Pool().BytesHeld();
+    for (void* table : tables_)
+        size += table == nullptr ? 0 : static_cast<TableHandle*>(table)->document.Pool().BytesHeld();
+    return size / 16;
+}
+
+CallHost::Documents CallHost::CopyDocuments() const {
+    Documents copies;
+    for (const Profile& profile : profiles_)
+        copies.push_back(profile.handle == nullptr ? nullptr : CopyTree(*profile.handle->document.root));
+    for (void* table : tables_)
+        copies.push_back(table == nullptr ? nullptr
+                                          : CopyTree(*static_cast<TableHandle*>(table)->document.root));
+    return copies;
+}
+
+void CallHost::CheckDocuments(const Documents& before, Changes changes) const {
+    constexpr int kLevels = 3;  // the root, a section, an entry
+    const Documents after = CopyDocuments();
+    std::size_t changed = 0;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        Check((before[i] == nullptr) == (after[i] == nullptr),
+              "a call that fails opens and releases nothing");
+        if (before[i] == nullptr || model::IsSame(*before[i], *after[i])) continue;
+        ++changed;
+        Check(changes != Changes::Nothing, "a call that changes nothing changes nothing when it fails");
+        Check(changes == Changes::Eud ? DiffersInAttributes(*before[i], *after[i])
+                                      : DiffersInOneNode(*before[i], *after[i], kLevels),
+              "a call that fails leaves the rest of the document");
+    }
+    Check(changed <= 1, "a call that fails leaves other documents");
+}
+
 CallHost::~CallHost() {
+    failingAllocation_ = 0;
     for (Profile& profile : profiles_)
         DisposeProfile(profile);
     for (void*& table : tables_)
@@ -176,14 +282,20 @@ void CallHost::DisposeTable(void*& table) {
     Check(table == nullptr, "a disposed table is null");
 }
 
-// "{...}" is a document, a digit one of these; any other byte the empty one.
-std::string_view CallHost::ChooseDocument() {
+// "{...}" describes a document (large_text.h), a digit is one of these; any other byte the empty one.
+std::string CallHost::ChooseDocument() {
+    constexpr std::size_t kMostBytes = 40000;  // more than two pieces of the loader
     static const std::string manyEntries =
         "<Table name=\"T\">" + Repeated("<Var name=\"#\" type=\"string\"><Value>#</Value></Var>") +
         "</Table>";
     static const std::string manySections = "<Settings xsi:noNamespaceSchemaLocation=\"\">" +
                                             Repeated("<Table name=\"#\"/>") + manyEntries + "</Settings>";
-    static const std::array<std::string_view, 7> documents = {
+    static const std::string collidingEntries = Expand(
+        "<Settings xsi:noNamespaceSchemaLocation=\"\"><Table name=\"S\">"
+        "\x11\x33<Var name=\"\x14\" type=\"string\"><Value>v</Value></Var>\x12</Table>"
+        "\x11\x33<Table name=\"\x14\"/>\x12</Settings>",
+        kMostBytes);
+    static const std::array<std::string_view, 8> documents = {
         "",
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<Settings xmlns:noNamespaceSchemaLocation=\"MXSettings.xsd\">\n"
@@ -202,10 +314,11 @@ std::string_view CallHost::ChooseDocument() {
         "<Var name=\"B\" type=\"float\"/></Table>",
         "<Other> text <a/> more </Other>\n<!-- between -->\n<Table name=\"T\"/>\n<Table name=\"U\"/>",
         manyEntries,
-        manySections};
+        manySections,
+        collidingEntries};
     const std::uint8_t byte = input_.Byte();
-    if (byte == '{') return input_.Until('}');
-    return documents[byte >= '0' && byte <= '6' ? std::size_t{byte} - '0' : 0];
+    if (byte == '{') return Expand(input_.Until('}'), kMostBytes);
+    return std::string(documents[byte >= '0' && byte <= '7' ? std::size_t{byte} - '0' : 0]);
 }
 
 }  // namespace mox::fuzz

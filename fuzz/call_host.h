@@ -8,13 +8,21 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <new>
+#include <optional>
 #include <vector>
 
 #include "fuzz/fuzz_input.h"
 #include "fuzz/scratch_file.h"
+#include "fuzz/work.h"
 #include "mox_xmlApi/mox_xmlApi.h"
 #include "mox_xmlApi/platform/mox_dbtInfo.h"
 #include "mox_xmlApi/xml/xml_node.h"
+#include "tests/model/tree.h"
+
+#if !defined(_WIN32)
+#include "tests/faults/failing_memory_support.h"
+#endif
 
 namespace mox::fuzz {
 
@@ -52,8 +60,28 @@ class CallHost {
         XmlNode* element = nullptr;
     };
 
+    // What a call may have changed in the documents when it runs out of memory.
+    enum class Changes {
+        Nothing,
+        OneEntry,  // of one table, which may be new
+        Eud,       // attributes alone
+    };
+    using Documents = std::vector<model::NodePtr>;
+
     static constexpr std::size_t kMostSections = 6;
     static constexpr std::size_t kMostPositions = 16;
+
+    // Makes a call of an export. If an allocation is to fail in it, and the call fails, the documents must be as
+    // they were but for `changes`, and the call is made once more. Its work must be in proportion to the documents,
+    // and to `more`, the bytes that it was given or has written.
+    template <class Call>
+    auto Make(Changes changes, const Call& call, std::uint64_t more = 0);
+    template <class Call>
+    auto MakeWithFailingMemory(Changes changes, const Call& call) -> std::optional<decltype(call())>;
+    // Of all documents, in pieces of 16 bytes of memory.
+    std::uint64_t SizeOfDocuments() const;
+    Documents CopyDocuments() const;
+    void CheckDocuments(const Documents& before, Changes changes) const;
 
     // call_host.cpp: which handles there are, and their ends.
     Profile& ChooseProfile() { return profiles_[input_.Below(profiles_.size())]; }
@@ -68,11 +96,16 @@ class CallHost {
     void DisposeProfile(Profile& profile);
     void DisposeTable();
     void DisposeTable(void*& table);
-    std::string_view ChooseDocument();
+    std::string ChooseDocument();
+    void FailMemory();
 
     // profile_calls.cpp
     void OpenProfile();
+    void OpenFromPipe();
     void SaveProfile();
+    bool Save(const Profile& profile, const wchar16* name, std::uint32_t mode, std::uint32_t refuse,
+              std::int32_t wide);
+    void FailSave();
     void GetSection();
     void EnumerateSections();
     void WriteSection();
@@ -91,6 +124,7 @@ class CallHost {
     // table_calls.cpp
     void OpenTable();
     void SaveTable();
+    bool SaveTable(const Table& table, const wchar16* name, std::int32_t reserved, std::int32_t refuse);
     void GetEntry();
     void IsExist();
     void SetEntry();
@@ -102,11 +136,53 @@ class CallHost {
 
     FuzzInput& input_;
     const ScratchFile& file_;
+    std::uint64_t failingAllocation_ = 0;  // 1: the next one; 0: none
+    bool failsFromThenOn_ = false;
     std::array<Profile, 2> profiles_{};
     std::array<void*, 2> tables_{};
     std::vector<Section> sections_;
     std::vector<Position> positions_;
 };
+
+template <class Call>
+auto CallHost::MakeWithFailingMemory(Changes changes, const Call& call) -> std::optional<decltype(call())> {
+    std::optional<decltype(call())> result;
+#if !defined(_WIN32)
+    if (failingAllocation_ == 0) return result;
+    const Documents before = CopyDocuments();
+    faults::FailingMemory memory(failingAllocation_,
+                                 failsFromThenOn_ ? faults::Failing::FromThenOn : faults::Failing::Once);
+    try {
+        result = call();
+    } catch (const std::bad_alloc&) {
+        Check(faults::FailingMemory::Injected() != 0, "there is memory");
+    }
+    memory.Stop();
+    if (faults::FailingMemory::Injected() == 0) {
+        failingAllocation_ -= faults::FailingMemory::Asked();
+        return result;
+    }
+    failingAllocation_ = 0;
+    // A success in spite of the failure: an index, for instance, is not needed.
+    if (result.has_value() && *result != decltype(call())()) return result;
+    CheckDocuments(before, changes);
+    result.reset();
+#else
+    static_cast<void>(changes);
+#endif
+    return result;
+}
+
+template <class Call>
+auto CallHost::Make(Changes changes, const Call& call, std::uint64_t more) {
+    const auto made = MakeWithFailingMemory(changes, call);
+    if (made.has_value()) return *made;
+    const std::uint64_t size = SizeOfDocuments();
+    const std::uint64_t before = WorkDone();
+    const auto result = call();
+    CheckWork(WorkDone() - before, size + SizeOfDocuments() + more, "a call");
+    return result;
+}
 
 }  // namespace mox::fuzz
 

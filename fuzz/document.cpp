@@ -15,6 +15,7 @@
 
 #include "fuzz/read_everything.h"
 #include "fuzz/tree_check.h"
+#include "fuzz/work.h"
 #include "mox_xmlApi/document/diagnose.hpp"
 #include "mox_xmlApi/document/inspect.hpp"
 #include "mox_xmlApi/entries/entry_codes.h"
@@ -250,7 +251,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const model::NodePtr expected =
         ParseByModel(isWide ? model::FromWideBytes(bytes) : model::FromNarrowBytes(bytes));
     mox::Problem problem;
+
+    std::uint64_t work = WorkDone();
     const std::optional<mox::Document> document = mox::Document::parse(bytes, form, &problem);
+    CheckWork(WorkDone() - work, bytes.size(), "parsing");
+    work = WorkDone();
+
     mox::front::DocumentFindings findings;
     mox::Problem inspected;
     const bool isGood = mox::front::Inspect(bytes, form, findings, &inspected);
@@ -258,8 +264,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Check(document.has_value() == (expected != nullptr),
           "a document parses exactly when it is in the dialect");
     Check(findings.isParsed == document.has_value(), "Inspect knows what parses");
+
     Check(!mox::diagnose(bytes, form).empty() || document.has_value(),
           "what does not parse has a diagnostic");
+    CheckWork(WorkDone() - work, bytes.size(), "examining");
     if (!document.has_value()) {
         CheckFailure(problem, bytes);
         return 0;

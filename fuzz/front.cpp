@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "fuzz/fuzz_input.h"
+#include "fuzz/work.h"
 #include "mox_xmlApi/mox_xmlApi.hpp"
 
 namespace mox::fuzz {
@@ -66,7 +67,11 @@ class Writer {
         for (std::size_t i = 0; i < kMostCalls && !input_.IsEmpty(); ++i) {
             const std::string before = Shown(*profile_);
             problem_ = Problem();
+
+            const std::uint64_t work = WorkDone();
             const bool isDone = Call();
+            CheckWork(WorkDone() - work, 4 * before.size(), "a call");  // it makes some more
+
             Check(isDone != static_cast<bool>(problem_), "a call that fails says why, and no other does");
             Check(!problem_ || !problem_.message.empty(), "a problem has a message");
             Check(isDone || Shown(*profile_) == before, "a call that fails changes nothing");

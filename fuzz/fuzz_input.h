@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/fixed_key.h"
 #include "mox_xmlApi/platform/wide_text.h"
 #include "tests/model/text.h"
 
@@ -85,12 +86,14 @@ class FuzzInput {
         return taken;
     }
 
-    // A text as hosts hand it over, without zero units: "..." is a literal, a digit chooses a special text, a
-    // byte from 0x80 on counts the 16-bit units that follow, any other byte is a text of one unit.
+    // A text as hosts hand it over, without zero units: "..." is a literal, a digit chooses a special text, a byte from
+    // 0x80 on counts the 16-bit units that follow, "~" and a byte are one of some texts that collide in an index of
+    // names, any other byte is a text of one unit.
     WideString Text() {
         const std::uint8_t byte = Byte();
         if (byte == '"') return model::FromNarrowBytes(Until('"'));
         if (byte >= '0' && byte <= '9') return SpecialText(std::size_t{byte} - '0');
+        if (byte == '~') return NameOfSameHash(Byte());
         if (byte >= 0x80) return Units(byte - 0x80U);
         return byte == 0 ? WideString() : WideString(1, byte);
     }

@@ -5,6 +5,7 @@
 //   'e'  a wide file: a byte is a unit, but of 0xF0 and above: the two bytes after it are one
 #include "fuzz/read_everything.h"
 #include "fuzz/tree_check.h"
+#include "fuzz/work.h"
 #include "mox_xmlApi/table/table_handle.h"
 #include "tests/model/profile.h"
 #include "tests/model/tables.h"
@@ -30,7 +31,7 @@ std::string Expand(std::string_view bytes) {
 
 // `expected` is what the model reads from the file; null when that is not in the dialect.
 void LoadProfile(const ScratchFile& file, bool wide, const model::NodePtr& expected) {
-    moxSettings* profile = xmlProfileNew(file.Name(), nullptr, 0, wide ? 1 : 0);
+    moxSettings* profile = Measured([&] { return xmlProfileNew(file.Name(), nullptr, 0, wide ? 1 : 0); });
     Check((profile != nullptr) == (expected != nullptr),
           "a profile opens exactly when its file is in the dialect");
     if (profile == nullptr) return;
@@ -42,7 +43,7 @@ void LoadProfile(const ScratchFile& file, bool wide, const model::NodePtr& expec
 }
 
 void LoadTable(const ScratchFile& file, const model::NodePtr& expected) {
-    void* table = xmlTableNew(file.Name(), nullptr, 0, nullptr, 0, 0, 0, 0);
+    void* table = Measured([&] { return xmlTableNew(file.Name(), nullptr, 0, nullptr, 0, 0, 0, 0); });
     Check((table != nullptr) == (expected != nullptr),
           "a table opens exactly when its file is in the dialect");
     if (table == nullptr) return;
@@ -69,7 +70,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     file.Write(bytes);
     const model::NodePtr expected =
         ParseByModel(wide ? model::FromWideBytes(bytes) : model::FromNarrowBytes(bytes));
+
+    MeasuredWork::Reset();
     LoadProfile(file, wide, expected);
     if (wide) LoadTable(file, expected);
+    CheckWork(MeasuredWork::Sum(), bytes.size(), "loading and reading");
     return 0;
 }

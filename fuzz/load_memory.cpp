@@ -3,6 +3,7 @@
 
 #include "fuzz/read_everything.h"
 #include "fuzz/tree_check.h"
+#include "fuzz/work.h"
 #include "mox_xmlApi/table/table_handle.h"
 #include "tests/model/profile.h"
 #include "tests/model/tables.h"
@@ -26,7 +27,8 @@ struct Image {
 
 // `expected` is what the model reads from the image; null when that is not in the dialect.
 void LoadProfile(const Image& image, const model::NodePtr& expected) {
-    moxSettings* profile = xmlProfileNew(nullptr, image.memory.get(), image.size, 0);
+    moxSettings* profile =
+        Measured([&] { return xmlProfileNew(nullptr, image.memory.get(), image.size, 0); });
     Check((profile != nullptr) == (expected != nullptr),
           "a profile opens exactly when its text is in the dialect");
     if (profile == nullptr) return;
@@ -40,7 +42,8 @@ void LoadProfile(const Image& image, const model::NodePtr& expected) {
 }
 
 void LoadTable(const Image& image, const model::NodePtr& expected) {
-    void* table = xmlTableNew(nullptr, image.memory.get(), image.size, nullptr, 0, 0, 0, 0);
+    void* table =
+        Measured([&] { return xmlTableNew(nullptr, image.memory.get(), image.size, nullptr, 0, 0, 0, 0); });
     Check((table != nullptr) == (expected != nullptr),
           "a table opens exactly when its text is in the dialect");
     if (table != nullptr) {
@@ -67,8 +70,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) return 0;  // no image, but a new document
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     const model::NodePtr expected = ParseByModel(model::FromNarrowBytes(bytes));
+
     const Image image(bytes, size % 2 == 0);
+    MeasuredWork::Reset();
+
     LoadProfile(image, expected);
+
     LoadTable(image, expected);
+    CheckWork(MeasuredWork::Sum(), size, "loading and reading");
     return 0;
 }

@@ -5,6 +5,7 @@
 
 #include "fuzz/fuzz_input.h"
 #include "fuzz/tree_check.h"
+#include "fuzz/work.h"
 #include "mox_xmlApi/table/table_handle.h"
 #include "tests/tree_in_model.h"
 
@@ -28,9 +29,10 @@ std::size_t CountElements(const XmlNode& parent) {
 void ReadByName(void* table, const TableEntryValueInfoStruct& entry) {
     TableEntryValueInfoStruct found;
     std::copy(std::begin(entry.name), std::end(entry.name), std::begin(found.name));
-    xmlTableEntryGet(table, nullptr, &found, nullptr);
+    Measured([&] { return xmlTableEntryGet(table, nullptr, &found, nullptr); });
     const XmlNode* scanned = ScanForEntry(ElementOf(table), ViewOf(entry.name));
-    Check(xmlTableEntryIsExist(table, &entry) == (scanned != nullptr), "IsExist finds what a scan finds");
+    const bool isThere = Measured([&] { return xmlTableEntryIsExist(table, &entry); });
+    Check(isThere == (scanned != nullptr), "IsExist finds what a scan finds");
 }
 
 void ReadKey(moxSettings* profile, const wchar16* section, const wchar16* key) {
@@ -40,7 +42,7 @@ void ReadKey(moxSettings* profile, const wchar16* section, const wchar16* key) {
     const EntryInModel entry = scanned == nullptr ? EntryInModel() : ReadByModel(*scanned);
     const WideView text = entry.isReadable ? entry.KeyValue() : WideView();
 
-    const std::int32_t number = xmlGetProfileInt(profile, section, key, kDefault);
+    const std::int32_t number = Measured([&] { return xmlGetProfileInt(profile, section, key, kDefault); });
     Check(!text.empty() || number == kDefault, "without a value there is the default");
     const std::uint32_t length = xmlGetProfileString(profile, section, key, nullptr, 0, nullptr);
     Check(length == text.size(), "a value has the length that a scan finds");
@@ -102,7 +104,8 @@ void ReadTable(void* table) {
         // Both records, or the one or the other.
         auto* wantedValue = steps % 3 == 1 ? nullptr : &value;
         auto* wantedUi = steps % 3 == 2 ? nullptr : &ui;
-        const bool isRead = xmlTableEntryGet(table, &position, wantedValue, wantedUi);
+        const bool isRead =
+            Measured([&] { return xmlTableEntryGet(table, &position, wantedValue, wantedUi); });
         if (position == last) {
             Check(!isRead, "an entry that is read moves the position");
             break;
@@ -125,11 +128,12 @@ void ReadProfile(moxSettings* profile) {
     std::uint32_t editable = 0;
     for (;;) {
         const auto name = std::make_unique<wchar16[]>(kNameLength);
-        void* section = xmlEnumProfileSections(profile, &position, name.get(), kNameLength, &editable);
+        void* section = Measured(
+            [&] { return xmlEnumProfileSections(profile, &position, name.get(), kNameLength, &editable); });
         if (section == nullptr) break;
         if (++sections < kMostByName) {
             ReadTable(section);
-            void* byName = xmlGetProfileSection(profile, name.get(), &editable);
+            void* byName = Measured([&] { return xmlGetProfileSection(profile, name.get(), &editable); });
             const XmlNode* scanned = ScanForTable(*profile->root, WideView(name.get()));
             Check(byName == nullptr ? scanned == nullptr : &ElementOf(byName) == scanned,
                   "a section is found by its name");

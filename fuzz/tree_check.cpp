@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "fuzz/work.h"
 #include "mox_xmlApi/mox_xmlApi.h"
 #include "mox_xmlApi/table/table_handle.h"
 #include "mox_xmlApi/xml/xml_name_characters.h"
@@ -177,15 +178,22 @@ void CheckRoundTrip(moxSettings* profile, const ScratchFile& file, bool wide) {
     const model::NodePtr root = model::FindRoot(*before);
     model::StripEud(*root);
     const bool eudIsLeft = HasSectionWithEud(*root);
+
+    std::uint64_t work = WorkDone();
     Check(xmlProfileSave(profile, file.Name(), 0, 0, wide ? 1 : 0) == 1, "the profile is saved");
+    work = WorkDone() - work;
     const std::string first = file.Read();
+    CheckWork(work, first.size(), "a save");
     Check(model::IsSame(*CopyTree(*profile->document.root), *before), "a save removes eud and nothing else");
     Check(first == FileOf(*before, wide), "a save writes the tree");
 
     const model::NodePtr expected = ParseFile(first, wide);
     const unsigned reasons = WhyNotUnchanged(*before, wide);
     Check(expected != nullptr || (reasons & kUnitsAreCut) != 0, "what was saved can be read");
+
+    work = WorkDone();
     moxSettings* again = xmlProfileNew(file.Name(), nullptr, 0, wide ? 1 : 0);
+    CheckWork(WorkDone() - work, first.size(), "loading what was saved");
     Check((again != nullptr) == (expected != nullptr), "loading agrees with the model");
     if (again == nullptr) return;
     const model::NodePtr expectedRoot = model::OpenRoot(*expected);
