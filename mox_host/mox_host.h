@@ -34,11 +34,12 @@
  *
  * @par Texts
  *   Texts, paths too, are UTF-8, as a pointer directly followed by the length in bytes. They need not end with a zero
- *   byte, and must not contain one. A null pointer with the length 0 is the empty text. Bytes that are not UTF-8, a zero
- *   byte, or a text in a place where it cannot be stored give MOX_INVALID_TEXT; a null pointer with another length,
- *   and a length that no text can have, give MOX_INVALID_ARGUMENT. Texts from the library are followed by a zero byte
- *   that their length does not count, and have no other. An unpaired UTF-16 surrogate in a document has the three
- *   bytes ED A0 80 to ED BF BF, in both directions. MOX_STR("text") passes a literal with its length.
+ *   byte, and must not contain one. A null pointer with the length 0 is the empty text. Bytes that are not UTF-8, a
+ *   zero byte, or a text in a place where it cannot be stored give MOX_INVALID_TEXT; a null pointer with another
+ *   length, and a length that no text can have, give MOX_INVALID_ARGUMENT. Texts from the library are followed by a
+ *   zero byte that their length does not count, and have no other. An unpaired UTF-16 surrogate in a document is read
+ *   as the three bytes ED A0 80 to ED BF BF; writes refuse them (MOX_NOT_KEPT). MOX_STR("text") passes a literal with
+ *   its length.
  *
  * @par Null
  *   The free functions accept null. Everywhere else a null handle, and a null pointer to an output, give
@@ -319,8 +320,8 @@ typedef struct mox_section_info {
 } mox_section_info;
 
 /**
- * An entry, or a key. It is a copy of what is in the document, or what is to be written there; how the null pointers and
- * the zeros are meant there is said at mox_add_entry and mox_put_entry.
+ * An entry, or a key. It is a copy of what is in the document, or what is to be written there; how the null pointers
+ * and the zeros are meant there is said at mox_add_entry and mox_put_entry.
  */
 typedef struct mox_entry {
     uint32_t size;
@@ -431,8 +432,9 @@ mox_status mox_parse(const void* bytes, size_t size, uint32_t kind, const mox_op
 mox_status mox_document_get_info(const mox_document* document, mox_document_info* info);
 
 /**
- * Sets the form of the next saves of a settings document: MOX_FORM_NARROW or MOX_FORM_WIDE. Later writes refuse what that
- * form does not keep; saves check what was written before. A table document is always wide (MOX_INVALID_ARGUMENT).
+ * Sets the form of the next saves of a settings document: MOX_FORM_NARROW or MOX_FORM_WIDE. Later writes refuse what
+ * that form does not keep; saves check what was written before. A table document is always wide
+ * (MOX_INVALID_ARGUMENT).
  */
 mox_status mox_set_form(mox_document* document, uint32_t form, mox_problem* problem);
 
@@ -470,8 +472,8 @@ mox_status mox_section_get_info(const mox_document* document, const char* sectio
                                 mox_section_info* info, mox_problem* problem);
 
 /**
- * Creates a section, or gives an existing one the first id and the type of the options; whether that one is editable does
- * not change. options may be null.
+ * Creates a section, or gives an existing one the first id and the type of the options; whether that one is editable
+ * does not change. options may be null.
  */
 mox_status mox_make_section(mox_document* document, const char* section, size_t section_size,
                             const mox_table_options* options, mox_problem* problem);
@@ -585,17 +587,19 @@ mox_status mox_count_unreadable(const mox_document* document, const char* sectio
  *
  * A null value writes no value, and a null ui_value none to the presentation data. flags is 0 or MOX_EUD_SET. Fails if
  * the name exists (MOX_NAME_TAKEN) or is empty or too long (MOX_INVALID_TEXT), if there is no `before`
- * (MOX_NO_SUCH_KEY), if the file does not keep a text (MOX_NOT_KEPT), or if the entry cannot be stored (MOX_NOT_STORED):
- * its type, control or owner has no name in files, or the presentation data have a value but no comment. In a table that
- * keeps its values in the presentation data, which its first entry shows, a value without one of its own goes there.
+ * (MOX_NO_SUCH_KEY), if the file does not keep a text (MOX_NOT_KEPT), or if the entry cannot be stored
+ * (MOX_NOT_STORED): its type, control or owner has no name in files, or the presentation data have a value but no
+ * comment. In a table that keeps its values in the presentation data, which its first entry shows, a value without one
+ * of its own goes there.
  */
 mox_status mox_add_entry(mox_document* document, const char* section, size_t section_size, const char* before,
                          size_t before_size, const mox_entry* entry, uint32_t flags, mox_problem* problem);
 
 /**
- * Changes the entry of that name, whatever its "eud", or adds it if there is none. What is null, zero or empty in *entry
- * leaves the entry as it is; but type, shape, an empty value that is not null and the control are always written (the
- * latter if has_ui is 1). An "eud" that the entry has stays. flags is 0 or MOX_EUD_SET. Fails as mox_add_entry does.
+ * Changes the entry of that name, whatever its "eud", or adds it if there is none. What is null, zero or empty in
+ * *entry leaves the entry as it is; but type, shape, an empty value that is not null and the control are always
+ * written (the latter if has_ui is 1). An "eud" that the entry has stays. flags is 0 or MOX_EUD_SET. Fails as
+ * mox_add_entry does.
  */
 mox_status mox_put_entry(mox_document* document, const char* section, size_t section_size,
                          const mox_entry* entry, uint32_t flags, mox_problem* problem);
@@ -637,8 +641,8 @@ mox_status mox_set_provider(mox_document* document, const char* section, size_t 
 size_t mox_list_count(const mox_list* list);
 
 /**
- * Gives the name with that index. size may be null. These three fail with MOX_OUT_OF_RANGE for an index that the list does
- * not have, and with MOX_WRONG_KIND if it is a list of something else (this one also gives the names of entries).
+ * Gives the name with that index. size may be null. These three fail with MOX_OUT_OF_RANGE for an index that the list
+ * does not have, and with MOX_WRONG_KIND if it is a list of something else (this one also gives the names of entries).
  */
 mox_status mox_list_name(const mox_list* list, size_t index, const char** name, size_t* size);
 
@@ -670,8 +674,8 @@ mox_status mox_diagnose(const void* bytes, size_t size, uint32_t form, uint32_t 
 
 /**
  * Reads the content of a file as a tree, with all that the other functions do not return: comments, attributes and
- * elements that the library does not know, limits and flags of entries. Nodes are numbered from 0 on in document order, a
- * node before its children. form is MOX_FORM_DEFAULT, NARROW or WIDE. To be freed with mox_tree_free.
+ * elements that the library does not know, limits and flags of entries. Nodes are numbered from 0 on in document
+ * order, a node before its children. form is MOX_FORM_DEFAULT, NARROW or WIDE. To be freed with mox_tree_free.
  */
 mox_status mox_tree_parse(const void* bytes, size_t size, uint32_t form, mox_tree** tree,
                           mox_problem* problem);

@@ -123,9 +123,17 @@ TEST(HostDocuments, AreOfTheKindThatIsAskedFor) {
     EXPECT_EQ(Open(path, MOX_SETTINGS, document, &options), MOX_INVALID_ARGUMENT);
     options.flags = 0;
     options.form = MOX_FORM_NARROW;
-    EXPECT_EQ(Open(path, MOX_TABLE, document, &options), MOX_WRONG_ENCODING);
+    EXPECT_EQ(Open(path, MOX_TABLE, document, &options), MOX_SYNTAX);
     options.form = MOX_FORM_UTF8;
     EXPECT_EQ(Open(path, MOX_TABLE, document, &options), MOX_INVALID_ARGUMENT);
+}
+
+TEST(HostDocuments, ANarrowTableCanOnlyComeFromMemory) {
+    const ScratchPath path("host_narrow_table.xml");
+    path.Write("<Table name=\"T\"/>\n");
+    Document document;
+    EXPECT_EQ(Open(path, MOX_TABLE, document), MOX_WRONG_ENCODING);
+    EXPECT_EQ(FormOf(Parse(path.Bytes(), MOX_TABLE)), static_cast<uint32_t>(MOX_FORM_WIDE));
 }
 
 TEST(HostDocuments, OtherEncodingsAreImported) {
@@ -247,7 +255,7 @@ TEST(HostDocuments, ANewTableHasItsNameAndOptions) {
     mox_document* made = nullptr;
     ASSERT_EQ(mox_new_table(MOX_STR("Tools"), &options, &made, nullptr), MOX_OK);
     const Document table(made);
-    EXPECT_NE(SavedText(table).find("<Table name=\"Tools\" editable=\"true\" first_id=\"100\" type=\"7\"/>"),
+    EXPECT_NE(SavedText(table).find("name=\"Tools\" first_id=\"100\" type=\"0007\" editable=\"true\"/>"),
               std::string::npos)
         << SavedText(table);
     options.type = 0x10000;

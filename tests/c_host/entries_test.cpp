@@ -200,12 +200,17 @@ TEST(HostEntries, PartsOfThePresentationDataChangeAlone) {
 }
 
 TEST(HostEntries, AValueThatNoRecordHoldsIsNull) {
-    const Document document = Settings("");
-    ASSERT_EQ(mox_set_form(document.get(), MOX_FORM_WIDE, nullptr), MOX_OK);
     // Half of a surrogate pair, in the three bytes of the UTF-8 pattern.
-    ASSERT_EQ(SetText(document, "S", "K", "\xED\xA0\x80"), MOX_OK);
+    const std::string text =
+        SettingsText("<Var name=\"K\" type=\"string\"><Value>\xED\xA0\x80</Value></Var>");
+    auto options = Sized<mox_open_options>();
+    options.encoding = MOX_ENCODING_UTF8;
+    mox_document* made = nullptr;
+    ASSERT_EQ(mox_parse(text.data(), text.size(), MOX_SETTINGS, &options, &made, nullptr), MOX_OK);
+    const Document document(made);
     EXPECT_EQ(Entry(document, "S", "K"), "'K' type 8 shape 0 id 0 value null");
     EXPECT_EQ(TextOf(document, "S", "K"), "\xED\xA0\x80");
+    EXPECT_EQ(SetText(document, "S", "L", "\xED\xA0\x80"), MOX_NOT_KEPT);
 }
 
 }  // namespace

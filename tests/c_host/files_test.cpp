@@ -119,11 +119,11 @@ Tree ParseTree(std::string_view text) {
 
 TEST(HostFiles, ATreeHasAllNodesInOrder) {
     const Tree tree = ParseTree(
-        "<?xml version=\"1.0\"?>\n<A>\n<B x=\"1\" y=\"&lt;\">t&amp;<C/><D/></B><!-- c -->\n</A><E/>\n");
+        "<?xml version=\"1.0\"?>\n<A>\n<B x=\"1\" y=\"&lt;\">t&amp;<C/><D/></B><!-- c -->\n</A>\n<E/>\n");
     EXPECT_EQ(Nodes(tree),
               (std::vector<std::string>{"1 xml '' 1:3 - - 1 version=1.0", "3 A '' 2:2 - 2 6",
-                                        "3 B 't&' 3:2 1 3 5 x=1 y=<", "3 C '' 3:25 2 - 4",
-                                        "3 D '' 3:29 2 - -", "2  'c ' 3:39 1 - -", "3 E '' 4:6 - - -"}));
+                                        "3 B 't&' 3:2 1 3 5 x=1 y=<", "3 C '' 3:26 2 - 4",
+                                        "3 D '' 3:30 2 - -", "2  ' c ' 3:41 1 - -", "3 E '' 5:2 - - -"}));
     auto node = Sized<mox_node>();
     auto attribute = Sized<mox_attribute>();
     EXPECT_EQ(mox_tree_node(tree.get(), 7, &node), MOX_OUT_OF_RANGE);
