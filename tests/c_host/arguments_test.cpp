@@ -1,5 +1,4 @@
 // What no host should pass, passed to every function.
-#include <functional>
 #include <limits>
 
 #include "tests/c_host/c_host_support.h"
@@ -7,10 +6,16 @@
 namespace c_host {
 namespace {
 
-// A call with a text as each of its texts and a document.
+// What a call is given: a document, and a text as one of its texts.
+struct Given {
+    mox_document* document;
+    const char* text;
+    size_t size;
+    mox_problem* problem;
+};
 struct Call {
     const char* name;
-    std::function<mox_status(mox_document*, const char*, size_t, mox_problem*)> call;
+    mox_status (*call)(const Given& given);
 };
 
 int64_t integer = 0;
@@ -35,109 +40,187 @@ mox_entry EntryNamed(const char* t, size_t n) {
 // Each text of each function once; the other arguments are good.
 const std::vector<Call>& TextCalls() {
     static const std::vector<Call> calls = {
-        {"new_table", [](mox_document*, const char* t, size_t n, mox_problem* p) { return mox_new_table(t, n, nullptr, &made, p); }},
-        {"open", [](mox_document*, const char* t, size_t n, mox_problem* p) { return mox_open(t, n, MOX_SETTINGS, nullptr, &made, p); }},
+        {"new_table",
+         [](const Given& g) { return mox_new_table(g.text, g.size, nullptr, &made, g.problem); }},
+        {"open",
+         [](const Given& g) { return mox_open(g.text, g.size, MOX_SETTINGS, nullptr, &made, g.problem); }},
         {"open_name",
-         [](mox_document*, const char* t, size_t n, mox_problem* p) {
+         [](const Given& g) {
              auto options = Sized<mox_open_options>();
-             options.table_name = t;
-             options.table_name_size = n;
-             return mox_parse(MOX_STR("<Table name=\"T\"/>"), MOX_TABLE, &options, &made, p);
+             options.table_name = g.text;
+             options.table_name_size = g.size;
+             return mox_parse(MOX_STR("<Table name=\"T\"/>"), MOX_TABLE, &options, &made, g.problem);
          }},
-        {"save", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_save(d, t, n, nullptr, p); }},
+        {"save", [](const Given& g) { return mox_save(g.document, g.text, g.size, nullptr, g.problem); }},
         {"save_backup",
-         [](mox_document* d, const char* t, size_t n, mox_problem* p) {
+         [](const Given& g) {
              const ScratchPath path("host_arguments.xml");
              path.Write("old");
              auto options = Sized<mox_save_options>();
              options.flags = MOX_SAVE_OVERWRITE;
-             options.backup = t;
-             options.backup_size = n;
-             return mox_save(d, path.data(), path.size(), &options, p);
+             options.backup = g.text;
+             options.backup_size = g.size;
+             return mox_save(g.document, path.data(), path.size(), &options, g.problem);
          }},
         {"to_bytes",
-         [](mox_document* d, const char* t, size_t n, mox_problem* p) {
+         [](const Given& g) {
              auto options = Sized<mox_save_options>();
-             options.section = t;
-             options.section_size = n;
-             return mox_to_bytes(d, &options, &bytes, &size, p);
+             options.section = g.text;
+             options.section_size = g.size;
+             return mox_to_bytes(g.document, &options, &bytes, &size, g.problem);
          }},
-        {"section_get_info", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_section_get_info(d, t, n, &section, p); }},
-        {"make_section", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_make_section(d, t, n, nullptr, p); }},
-        {"remove_section", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_remove_section(d, t, n, p); }},
-        {"entry_names", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_entry_names(d, t, n, &list, p); }},
-        {"contains_section", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_contains(d, t, n, MOX_STR("K"), &truth, p); }},
-        {"contains", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_contains(d, MOX_STR("S"), t, n, &truth, p); }},
-        {"get_text", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_get_text(d, MOX_STR("S"), t, n, buffer, 16, &size, p); }},
-        {"get_int", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_get_int(d, t, n, MOX_STR("K"), &integer, p); }},
-        {"get_double", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_get_double(d, MOX_STR("S"), t, n, &number, p); }},
-        {"get_bool", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_get_bool(d, t, n, MOX_STR("K"), &truth, p); }},
-        {"get_bytes", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_get_bytes(d, MOX_STR("S"), t, n, buffer, 16, &size, p); }},
-        {"set_text_section", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_text(d, t, n, MOX_STR("N"), MOX_STR("1"), p); }},
-        {"set_text_name", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_text(d, MOX_STR("S"), t, n, MOX_STR("1"), p); }},
-        {"set_text_value", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_text(d, MOX_STR("S"), MOX_STR("N"), t, n, p); }},
-        {"set_int", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_int(d, MOX_STR("S"), t, n, 1, MOX_TYPE_LONG, p); }},
-        {"set_int_range", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_int(d, MOX_STR("S"), t, n, 1, MOX_TYPE_STRING, p); }},
-        {"set_double", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_double(d, t, n, MOX_STR("N"), 1.0, p); }},
-        {"set_bool", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_bool(d, MOX_STR("S"), t, n, 1, p); }},
-        {"set_bytes", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_bytes(d, MOX_STR("S"), t, n, "1", 1, p); }},
-        {"remove", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_remove(d, MOX_STR("S"), t, n, 0, p); }},
-        {"remove_all", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_remove(d, t, n, MOX_STR("Z"), MOX_ALL, p); }},
-        {"rename", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_rename(d, MOX_STR("S"), t, n, MOX_STR("N"), p); }},
-        {"rename_new", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_rename(d, MOX_STR("S"), MOX_STR("K"), t, n, p); }},
-        {"clear", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_clear(d, t, n, p); }},
-        {"entries", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_entries(d, t, n, &list, p); }},
-        {"find_entry", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_find_entry(d, MOX_STR("S"), t, n, &list, p); }},
-        {"count_unreadable", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_count_unreadable(d, t, n, &size, p); }},
+        {"section_get_info",
+         [](const Given& g) {
+             return mox_section_get_info(g.document, g.text, g.size, &section, g.problem);
+         }},
+        {"make_section",
+         [](const Given& g) { return mox_make_section(g.document, g.text, g.size, nullptr, g.problem); }},
+        {"remove_section",
+         [](const Given& g) { return mox_remove_section(g.document, g.text, g.size, g.problem); }},
+        {"entry_names",
+         [](const Given& g) { return mox_entry_names(g.document, g.text, g.size, &list, g.problem); }},
+        {"contains_section",
+         [](const Given& g) {
+             return mox_contains(g.document, g.text, g.size, MOX_STR("K"), &truth, g.problem);
+         }},
+        {"contains",
+         [](const Given& g) {
+             return mox_contains(g.document, MOX_STR("S"), g.text, g.size, &truth, g.problem);
+         }},
+        {"get_text",
+         [](const Given& g) {
+             return mox_get_text(g.document, MOX_STR("S"), g.text, g.size, buffer, 16, &size, g.problem);
+         }},
+        {"get_int",
+         [](const Given& g) {
+             return mox_get_int(g.document, g.text, g.size, MOX_STR("K"), &integer, g.problem);
+         }},
+        {"get_double",
+         [](const Given& g) {
+             return mox_get_double(g.document, MOX_STR("S"), g.text, g.size, &number, g.problem);
+         }},
+        {"get_bool",
+         [](const Given& g) {
+             return mox_get_bool(g.document, g.text, g.size, MOX_STR("K"), &truth, g.problem);
+         }},
+        {"get_bytes",
+         [](const Given& g) {
+             return mox_get_bytes(g.document, MOX_STR("S"), g.text, g.size, buffer, 16, &size, g.problem);
+         }},
+        {"set_text_section",
+         [](const Given& g) {
+             return mox_set_text(g.document, g.text, g.size, MOX_STR("N"), MOX_STR("1"), g.problem);
+         }},
+        {"set_text_name",
+         [](const Given& g) {
+             return mox_set_text(g.document, MOX_STR("S"), g.text, g.size, MOX_STR("1"), g.problem);
+         }},
+        {"set_text_value",
+         [](const Given& g) {
+             return mox_set_text(g.document, MOX_STR("S"), MOX_STR("N"), g.text, g.size, g.problem);
+         }},
+        {"set_int",
+         [](const Given& g) {
+             return mox_set_int(g.document, MOX_STR("S"), g.text, g.size, 1, MOX_TYPE_LONG, g.problem);
+         }},
+        {"set_int_range",
+         [](const Given& g) {
+             return mox_set_int(g.document, MOX_STR("S"), g.text, g.size, 1, MOX_TYPE_STRING, g.problem);
+         }},
+        {"set_double",
+         [](const Given& g) {
+             return mox_set_double(g.document, g.text, g.size, MOX_STR("N"), 1.0, g.problem);
+         }},
+        {"set_bool",
+         [](const Given& g) { return mox_set_bool(g.document, MOX_STR("S"), g.text, g.size, 1, g.problem); }},
+        {"set_bytes",
+         [](const Given& g) {
+             return mox_set_bytes(g.document, MOX_STR("S"), g.text, g.size, "1", 1, g.problem);
+         }},
+        {"remove",
+         [](const Given& g) { return mox_remove(g.document, MOX_STR("S"), g.text, g.size, 0, g.problem); }},
+        {"remove_all",
+         [](const Given& g) {
+             return mox_remove(g.document, g.text, g.size, MOX_STR("Z"), MOX_ALL, g.problem);
+         }},
+        {"rename",
+         [](const Given& g) {
+             return mox_rename(g.document, MOX_STR("S"), g.text, g.size, MOX_STR("N"), g.problem);
+         }},
+        {"rename_new",
+         [](const Given& g) {
+             return mox_rename(g.document, MOX_STR("S"), MOX_STR("K"), g.text, g.size, g.problem);
+         }},
+        {"clear", [](const Given& g) { return mox_clear(g.document, g.text, g.size, g.problem); }},
+        {"entries", [](const Given& g) { return mox_entries(g.document, g.text, g.size, &list, g.problem); }},
+        {"find_entry",
+         [](const Given& g) {
+             return mox_find_entry(g.document, MOX_STR("S"), g.text, g.size, &list, g.problem);
+         }},
+        {"count_unreadable",
+         [](const Given& g) { return mox_count_unreadable(g.document, g.text, g.size, &size, g.problem); }},
         {"add_entry",
-         [](mox_document* d, const char* t, size_t n, mox_problem* p) {
-             const mox_entry entry = EntryNamed(t, n);
-             return mox_add_entry(d, MOX_STR("S"), nullptr, 0, &entry, 0, p);
+         [](const Given& g) {
+             const mox_entry entry = EntryNamed(g.text, g.size);
+             return mox_add_entry(g.document, MOX_STR("S"), nullptr, 0, &entry, 0, g.problem);
          }},
         {"add_entry_before",
-         [](mox_document* d, const char* t, size_t n, mox_problem* p) {
+         [](const Given& g) {
              const mox_entry entry = EntryNamed("N", 1);
-             return mox_add_entry(d, MOX_STR("S"), t, n, &entry, 0, p);
+             return mox_add_entry(g.document, MOX_STR("S"), g.text, g.size, &entry, 0, g.problem);
          }},
         {"add_entry_value",
-         [](mox_document* d, const char* t, size_t n, mox_problem* p) {
+         [](const Given& g) {
              mox_entry entry = EntryNamed("N", 1);
-             entry.value = t;
-             entry.value_size = n;
-             return mox_add_entry(d, MOX_STR("S"), nullptr, 0, &entry, 0, p);
+             entry.value = g.text;
+             entry.value_size = g.size;
+             return mox_add_entry(g.document, MOX_STR("S"), nullptr, 0, &entry, 0, g.problem);
          }},
         {"put_entry_comment",
-         [](mox_document* d, const char* t, size_t n, mox_problem* p) {
+         [](const Given& g) {
              mox_entry entry = EntryNamed("N", 1);
              entry.has_ui = 1;
-             entry.comment = t;
-             entry.comment_size = n;
-             return mox_put_entry(d, MOX_STR("S"), &entry, 0, p);
+             entry.comment = g.text;
+             entry.comment_size = g.size;
+             return mox_put_entry(g.document, MOX_STR("S"), &entry, 0, g.problem);
          }},
         {"put_entry_shown",
-         [](mox_document* d, const char* t, size_t n, mox_problem* p) {
+         [](const Given& g) {
              mox_entry entry = EntryNamed("N", 1);
              entry.has_ui = 1;
-             entry.shown_name = t;
-             entry.shown_name_size = n;
-             return mox_put_entry(d, MOX_STR("S"), &entry, 0, p);
+             entry.shown_name = g.text;
+             entry.shown_name_size = g.size;
+             return mox_put_entry(g.document, MOX_STR("S"), &entry, 0, g.problem);
          }},
         {"put_entry_ui_value",
-         [](mox_document* d, const char* t, size_t n, mox_problem* p) {
+         [](const Given& g) {
              mox_entry entry = EntryNamed("N", 1);
              entry.has_ui = 1;
              entry.comment = "c";
              entry.comment_size = 1;
-             entry.ui_value = t;
-             entry.ui_value_size = n;
-             return mox_put_entry(d, MOX_STR("S"), &entry, 0, p);
+             entry.ui_value = g.text;
+             entry.ui_value_size = g.size;
+             return mox_put_entry(g.document, MOX_STR("S"), &entry, 0, g.problem);
          }},
-        {"set_value", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_value(d, MOX_STR("S"), MOX_STR("K"), t, n, 0, p); }},
-        {"set_eud", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_eud(d, MOX_STR("S"), t, n, 1, p); }},
-        {"set_comment", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_comment(d, MOX_STR("S"), MOX_STR("K"), t, n, p); }},
-        {"set_shown_name", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_shown_name(d, MOX_STR("S"), MOX_STR("K"), t, n, p); }},
-        {"set_provider", [](mox_document* d, const char* t, size_t n, mox_problem* p) { return mox_set_provider(d, MOX_STR("S"), t, n, 1, 1, p); }},
-        {"read_file", [](mox_document*, const char* t, size_t n, mox_problem* p) { return mox_read_file(t, n, &bytes, &size, p); }},
+        {"set_value",
+         [](const Given& g) {
+             return mox_set_value(g.document, MOX_STR("S"), MOX_STR("K"), g.text, g.size, 0, g.problem);
+         }},
+        {"set_eud",
+         [](const Given& g) { return mox_set_eud(g.document, MOX_STR("S"), g.text, g.size, 1, g.problem); }},
+        {"set_comment",
+         [](const Given& g) {
+             return mox_set_comment(g.document, MOX_STR("S"), MOX_STR("K"), g.text, g.size, g.problem);
+         }},
+        {"set_shown_name",
+         [](const Given& g) {
+             return mox_set_shown_name(g.document, MOX_STR("S"), MOX_STR("K"), g.text, g.size, g.problem);
+         }},
+        {"set_provider",
+         [](const Given& g) {
+             return mox_set_provider(g.document, MOX_STR("S"), g.text, g.size, 1, 1, g.problem);
+         }},
+        {"read_file", [](const Given& g) { return mox_read_file(g.text, g.size, &bytes, &size, g.problem); }},
     };
     return calls;
 }
@@ -165,12 +248,12 @@ void ExpectEachTextRefused(const char* text, size_t length, mox_status expected)
     const Problem problem;
     for (const Call& call : TextCalls()) {
         integer = 1000, number = 2.5, truth = 7, size = 77;
-        EXPECT_EQ(mox_status_name(call.call(document.get(), text, length, problem)),
+        EXPECT_EQ(mox_status_name(call.call({document.get(), text, length, problem})),
                   std::string(mox_status_name(expected)))
             << call.name;
         EXPECT_EQ(problem.Status(), expected) << call.name;
         EXPECT_NE(problem.Text(), "") << call.name;
-        EXPECT_EQ(call.call(document.get(), text, length, nullptr), expected) << call.name;
+        EXPECT_EQ(call.call({document.get(), text, length, nullptr}), expected) << call.name;
         EXPECT_TRUE(integer == 1000 && number == 2.5 && truth == 7 && size == 77) << call.name;
         EXPECT_TRUE(bytes == nullptr && list == nullptr && made == nullptr) << call.name;
         EXPECT_EQ(Element(document), before) << call.name;
@@ -197,7 +280,7 @@ TEST(HostArguments, LengthsThatNoTextHasAreRefusedBeforeAnythingIsRead) {
         const std::string_view name = call.name;
         if (name == "add_entry_before" || name == "save_backup" || name == "to_bytes") continue;
         for (const size_t length : {size_t{1}, SIZE_MAX})
-            EXPECT_EQ(call.call(document.get(), nullptr, length, nullptr), MOX_INVALID_ARGUMENT) << name;
+            EXPECT_EQ(call.call({document.get(), nullptr, length, nullptr}), MOX_INVALID_ARGUMENT) << name;
     }
 }
 
@@ -206,7 +289,7 @@ TEST(HostArguments, ANullDocumentIsRefusedEverywhere) {
     for (const Call& call : TextCalls()) {
         const std::string_view name = call.name;
         if (name == "new_table" || name == "open" || name == "open_name" || name == "read_file") continue;
-        EXPECT_EQ(call.call(nullptr, "K", 1, problem), MOX_INVALID_ARGUMENT) << name;
+        EXPECT_EQ(call.call({nullptr, "K", 1, problem}), MOX_INVALID_ARGUMENT) << name;
         EXPECT_EQ(problem.Text(), "a handle or an output is null") << name;
     }
     EXPECT_EQ(mox_section_names(nullptr, &list, problem), MOX_INVALID_ARGUMENT);

@@ -17,7 +17,8 @@ std::string KeyName(int i) {
     return "key" + std::to_string(i);
 }
 
-// Writes, saves to bytes, opens these, and reads every key, entry and node. Returns what is not as expected, "" if all is.
+// Writes, saves to bytes, opens these, and reads every key, entry and node. Returns what is not as expected; "" if
+// all is.
 std::string WorkOnOwnDocument(int thread, int round) {
     const std::string section = "thread" + std::to_string(thread);
     const Problem problem;
