@@ -29,18 +29,14 @@ struct Key {
 
 template <class T>
 std::optional<T> Get(const mox_document& document, const Key& key, Outcome& outcome) {
-    std::optional<T> value;
-    WithKeys(document, key.section, outcome, [&](const auto& keys) {
-        if constexpr (std::is_same_v<decltype(keys), const Profile&>) {
-            // Only a call that fails needs a problem.
-            value = keys.template get<T>(key.section, key.name);
-            if (!value.has_value()) value = keys.template get<T>(key.section, key.name, &outcome.problem);
-        } else {
-            value = keys.template get<T>(key.name, &outcome.problem);
-        }
-        return value.has_value();
-    });
-    return value;
+    if (const auto* const profile = std::get_if<Profile>(&document.content)) {
+        // Only a call that fails needs a problem.
+        std::optional<T> value = profile->get<T>(key.section, key.name);
+        if (!value.has_value()) value = profile->get<T>(key.section, key.name, &outcome.problem);
+        return value;
+    }
+    if (!RequireNoSection(outcome.problem, key.section)) return std::nullopt;
+    return std::get<Table>(document.content).get<T>(key.name, &outcome.problem);
 }
 
 // Reads a value that is a number.
