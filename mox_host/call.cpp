@@ -89,14 +89,14 @@ mox_status StatusOf(Reason reason) noexcept {
 
 mox_status Fail(Outcome& outcome, mox_problem* problem) noexcept {
     const bool isOwn = outcome.status != MOX_OK;
-    const mox_status status = isOwn ? outcome.status : StatusOf(outcome.problem.reason);
+    const mox_status status = isOwn ? outcome.status : StatusOf(outcome.Why()->reason);
     if (problem == nullptr) return status;
     if (isOwn) {
         problem->SetFixed(status, outcome.message);
         return status;
     }
     try {
-        problem->Set(status, std::move(outcome.problem));
+        problem->Set(status, std::move(*outcome.Why()));
         return status;
     } catch (...) {
         return FailByException(problem);

@@ -10,6 +10,7 @@
 #include <exception>
 #include <initializer_list>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -34,11 +35,13 @@ namespace mox::host {
 
 mox_status StatusOf(Reason reason) noexcept;
 
-// How a call ends. The front fills in `problem`; Refuse is for what this library refuses itself.
+// How a call ends. The front fills in what Why() points to; Refuse is for what this library refuses itself.
 struct Outcome {
-    Problem problem{};
-    mox_status status = MOX_OK;  // MOX_OK: that of `problem`
+    std::optional<Problem> problem{};  // made when it is needed: most calls succeed
+    mox_status status = MOX_OK;        // MOX_OK: that of `problem`
     const char* message = nullptr;
+
+    Problem* Why() noexcept { return problem.has_value() ? &*problem : &problem.emplace(); }
 
     // Returns false, as a call that fails does.
     bool Refuse(mox_status newStatus, const char* newMessage) noexcept {

@@ -16,26 +16,28 @@ struct mox_document {
 namespace mox::host {
 
 // A table document has no sections but the empty name.
-inline bool RequireNoSection(Problem& problem, const Text& section) {
+inline bool RequireNoSection(Outcome& outcome, const Text& section) {
     return (section.isValid() && section.units().empty()) ||
-           front::Fail(&problem, Reason::NoSuchSection, "a table document has no sections");
+           outcome.Refuse(section.isValid() ? MOX_NO_SUCH_SECTION : MOX_INVALID_TEXT,
+                          section.isValid() ? "a table document has no sections"
+                                            : "the section is not UTF-8, or contains a zero");
 }
 
 // Calls use(profile) for a settings document and use(table) for a table document, whose section has to be empty.
 template <class Document, class Use>
 bool WithKeys(Document& document, const Text& section, Outcome& outcome, Use use) {
     if (auto* const profile = std::get_if<Profile>(&document.content)) return use(*profile);
-    return RequireNoSection(outcome.problem, section) && use(std::get<Table>(document.content));
+    return RequireNoSection(outcome, section) && use(std::get<Table>(document.content));
 }
 
 // Calls use(entries) with the entries of a section, or of the table of a table document.
 template <class Use>
 bool WithEntries(const mox_document& document, const Text& section, Outcome& outcome, Use use) {
     if (const auto* const profile = std::get_if<Profile>(&document.content)) {
-        std::optional<Section> found = profile->findSection(section, &outcome.problem);
+        std::optional<Section> found = profile->findSection(section, outcome.Why());
         return found.has_value() && use(static_cast<const EntryTable&>(*found));
     }
-    return RequireNoSection(outcome.problem, section) &&
+    return RequireNoSection(outcome, section) &&
            use(static_cast<const EntryTable&>(std::get<Table>(document.content)));
 }
 
@@ -43,10 +45,10 @@ bool WithEntries(const mox_document& document, const Text& section, Outcome& out
 template <class Use>
 bool WithEntries(mox_document& document, const Text& section, Outcome& outcome, Use use) {
     if (const auto* const profile = std::get_if<Profile>(&document.content)) {
-        std::optional<Section> found = profile->findSection(section, &outcome.problem);
+        std::optional<Section> found = profile->findSection(section, outcome.Why());
         return found.has_value() && use(static_cast<EntryTable&>(*found));
     }
-    return RequireNoSection(outcome.problem, section) &&
+    return RequireNoSection(outcome, section) &&
            use(static_cast<EntryTable&>(std::get<Table>(document.content)));
 }
 

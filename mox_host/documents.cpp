@@ -166,7 +166,7 @@ mox_status mox_new_table(const char* name, size_t name_size, const mox_table_opt
             return false;
         const mox::Text text(std::string_view(name, name_size));
         const mox::front::WriteRules rules;
-        const mox::front::Target target{text.units(), {}, &rules, &outcome.problem};
+        const mox::front::Target target{text.units(), {}, &rules, outcome.Why()};
         if (!target.RequireValid(text, "the name") ||
             !target.RequireKept(text.units(), mox::front::TextPlace::Attribute, "the name"))
             return false;
@@ -182,7 +182,7 @@ mox_status mox_open(const char* path, size_t path_size, uint32_t kind, const mox
         std::unique_ptr<mox_document> opened;
         if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {{path, path_size}}) ||
             !TakeOpenArguments(outcome, kind, options, arguments) ||
-            !Open(std::string_view(path, path_size), arguments, opened, &outcome.problem))
+            !Open(std::string_view(path, path_size), arguments, opened, outcome.Why()))
             return false;
         *document = opened.release();
         return true;
@@ -196,7 +196,7 @@ mox_status mox_parse(const void* bytes, size_t size, uint32_t kind, const mox_op
         std::unique_ptr<mox_document> opened;
         if (!RequirePointers(outcome, document) || !RequireBytes(outcome, bytes, size) ||
             !TakeOpenArguments(outcome, kind, options, arguments) ||
-            !Parse({static_cast<const char*>(bytes), size}, arguments, opened, &outcome.problem))
+            !Parse({static_cast<const char*>(bytes), size}, arguments, opened, outcome.Why()))
             return false;
         *document = opened.release();
         return true;
@@ -241,7 +241,7 @@ mox_status mox_save(mox_document* document, const char* path, size_t path_size,
         saving.overwrite = (given.flags & MOX_SAVE_OVERWRITE) != 0;
         if (given.backup != nullptr) saving.backup.emplace(std::string_view(given.backup, given.backup_size));
         return WithSaved(*document, arguments, outcome, [&](const auto& saved) {
-            return saved.saveReplacing(std::string_view(path, path_size), saving, &outcome.problem);
+            return saved.saveReplacing(std::string_view(path, path_size), saving, outcome.Why());
         });
     });
 }
@@ -255,7 +255,7 @@ mox_status mox_to_bytes(mox_document* document, const mox_save_options* options,
             return false;
         std::optional<std::string> content;
         const bool isMade = WithSaved(*document, arguments, outcome, [&](const auto& saved) {
-            content = BytesOf(saved, arguments, &outcome.problem);
+            content = BytesOf(saved, arguments, outcome.Why());
             return content.has_value();
         });
         if (!isMade) return false;
@@ -292,7 +292,7 @@ mox_status mox_section_get_info(const mox_document* document, const char* sectio
         if (!RequirePointers(outcome, document, info) || !RequireTexts(outcome, {{section, section_size}}))
             return false;
         return WithProfile(*document, outcome, [&](const mox::Profile& profile) {
-            const auto found = profile.findSection(std::string_view(section, section_size), &outcome.problem);
+            const auto found = profile.findSection(std::string_view(section, section_size), outcome.Why());
             if (!found.has_value()) return false;
             mox_section_info filled{};
             filled.editable = found->isEditable() ? 1 : 0;
@@ -309,8 +309,7 @@ mox_status mox_make_section(mox_document* document, const char* section, size_t 
             !TakeTableOptions(outcome, options, tableOptions))
             return false;
         return WithProfile(*document, outcome, [&](mox::Profile& profile) {
-            return profile
-                .makeSection(std::string_view(section, section_size), tableOptions, &outcome.problem)
+            return profile.makeSection(std::string_view(section, section_size), tableOptions, outcome.Why())
                 .has_value();
         });
     });
@@ -322,7 +321,7 @@ mox_status mox_remove_section(mox_document* document, const char* section, size_
         if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {{section, section_size}}))
             return false;
         return WithProfile(*document, outcome, [&](mox::Profile& profile) {
-            return profile.removeSection(std::string_view(section, section_size), &outcome.problem);
+            return profile.removeSection(std::string_view(section, section_size), outcome.Why());
         });
     });
 }

@@ -103,7 +103,7 @@ mox_status mox_find_entry(const mox_document* document, const char* section, siz
             return false;
         auto list = std::make_unique<mox_list>(mox_list::Kind::Entries);
         const auto add = [&](const mox::EntryTable& table) {
-            const auto entry = table.find(std::string_view(name, name_size), &outcome.problem);
+            const auto entry = table.find(std::string_view(name, name_size), outcome.Why());
             if (entry.has_value()) list->AddEntry(*entry);
             return entry.has_value();
         };
@@ -137,9 +137,8 @@ mox_status mox_add_entry(mox_document* document, const char* section, size_t sec
             !RequireFlags(outcome, flags, MOX_EUD_SET) || !TakeEntry(outcome, entry, added))
             return false;
         const auto add = [&](mox::EntryTable& table) {
-            if (before == nullptr) return table.add(added, EudOf(flags), &outcome.problem);
-            return table.addBefore(std::string_view(before, before_size), added, EudOf(flags),
-                                   &outcome.problem);
+            if (before == nullptr) return table.add(added, EudOf(flags), outcome.Why());
+            return table.addBefore(std::string_view(before, before_size), added, EudOf(flags), outcome.Why());
         };
         return WithEntries(*document, std::string_view(section, section_size), outcome, add);
     });
@@ -154,7 +153,7 @@ mox_status mox_put_entry(mox_document* document, const char* section, size_t sec
             return false;
         return WithEntries(
             *document, std::string_view(section, section_size), outcome,
-            [&](mox::EntryTable& table) { return table.put(changed, EudOf(flags), &outcome.problem); });
+            [&](mox::EntryTable& table) { return table.put(changed, EudOf(flags), outcome.Why()); });
     });
 }
 
@@ -168,8 +167,8 @@ mox_status mox_set_value(mox_document* document, const char* section, size_t sec
         const auto change = [&](mox::EntryTable& table, const mox::Text& entry) {
             const mox::Text text(std::string_view(value, value_size));
             if ((flags & MOX_EUD_RESPECT) != 0)
-                return table.setValueUnlessEud(entry, text, EudOf(flags), &outcome.problem);
-            return table.setValue(entry, text, EudOf(flags), &outcome.problem);
+                return table.setValueUnlessEud(entry, text, EudOf(flags), outcome.Why());
+            return table.setValue(entry, text, EudOf(flags), outcome.Why());
         };
         return ChangeEntry(document, {section, section_size}, {name, name_size}, outcome, change);
     });
@@ -181,7 +180,7 @@ mox_status mox_set_eud(mox_document* document, const char* section, size_t secti
         if (eud != 0 && eud != 1) return outcome.RefuseArgument("\"eud\" is neither 0 nor 1");
         return ChangeEntry(document, {section, section_size}, {name, name_size}, outcome,
                            [&](mox::EntryTable& table, const mox::Text& entry) {
-                               return table.setEud(entry, eud == 1, &outcome.problem);
+                               return table.setEud(entry, eud == 1, outcome.Why());
                            });
     });
 }
@@ -193,7 +192,7 @@ mox_status mox_set_comment(mox_document* document, const char* section, size_t s
         return ChangeEntry(document, {section, section_size}, {name, name_size}, outcome,
                            [&](mox::EntryTable& table, const mox::Text& entry) {
                                return table.setComment(entry, std::string_view(comment, comment_size),
-                                                       &outcome.problem);
+                                                       outcome.Why());
                            });
     });
 }
@@ -206,7 +205,7 @@ mox_status mox_set_shown_name(mox_document* document, const char* section, size_
         return ChangeEntry(document, {section, section_size}, {name, name_size}, outcome,
                            [&](mox::EntryTable& table, const mox::Text& entry) {
                                return table.setShownName(entry, std::string_view(shown_name, shown_name_size),
-                                                         &outcome.problem);
+                                                         outcome.Why());
                            });
     });
 }
@@ -219,7 +218,7 @@ mox_status mox_set_provider(mox_document* document, const char* section, size_t 
         return ChangeEntry(document, {section, section_size}, {name, name_size}, outcome,
                            [&](mox::EntryTable& table, const mox::Text& entry) {
                                return table.setProvider(entry, static_cast<mox::Owner>(owner), index,
-                                                        &outcome.problem);
+                                                        outcome.Why());
                            });
     });
 }

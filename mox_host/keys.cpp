@@ -32,11 +32,11 @@ std::optional<T> Get(const mox_document& document, const Key& key, Outcome& outc
     if (const auto* const profile = std::get_if<Profile>(&document.content)) {
         // Only a call that fails needs a problem.
         std::optional<T> value = profile->get<T>(key.section, key.name);
-        if (!value.has_value()) value = profile->get<T>(key.section, key.name, &outcome.problem);
+        if (!value.has_value()) value = profile->get<T>(key.section, key.name, outcome.Why());
         return value;
     }
-    if (!RequireNoSection(outcome.problem, key.section)) return std::nullopt;
-    return std::get<Table>(document.content).get<T>(key.name, &outcome.problem);
+    if (!RequireNoSection(outcome, key.section)) return std::nullopt;
+    return std::get<Table>(document.content).get<T>(key.name, outcome.Why());
 }
 
 // Reads a value that is a number.
@@ -63,6 +63,23 @@ bool CopyToHost(const void* data, std::size_t length, std::size_t zeros, void* b
     return true;
 }
 
+// Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other, and if
+// the buffer might have no room for the UTF-8 form of one that is not 7-bit; the buffer may then have been written to
+// only if it has that room.
+bool CopyShortText(const Profile& profile, const Key& key, char* buffer, std::size_t capacity,
+                   std::size_t* size) {
+    wchar16 units[front::kReadSize];
+    const std::optional<std::uint32_t> length =
+        front::ReadStart(profile.handle(), key.section, key.name, units);
+    constexpr std::size_t kMostBytesPerUnit = 3;
+    if (!length.has_value() || *length + 1 >= front::kReadSize || capacity <= *length * kMostBytesPerUnit)
+        return false;
+    if (front::NarrowAscii(front::UnitsView(units, *length), buffer) != *length) return false;
+    buffer[*length] = '\0';
+    if (size != nullptr) *size = *length;
+    return true;
+}
+
 template <class T>
 mox_status GetData(const mox_document* document, TextArgument section, TextArgument name, void* buffer,
                    std::size_t capacity, std::size_t* size, mox_problem* problem) noexcept {
@@ -70,8 +87,15 @@ mox_status GetData(const mox_document* document, TextArgument section, TextArgum
         if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {section, name})) return false;
         if (buffer == nullptr && capacity != 0)
             return outcome.RefuseArgument("a buffer is a null pointer with a capacity");
-        const std::optional<T> value = Get<T>(*document, Key(section, name), outcome);
+        const Key key(section, name);
         constexpr std::size_t kZeros = std::is_same_v<T, std::string> ? 1 : 0;
+        if constexpr (kZeros != 0) {
+            const auto* const profile = std::get_if<Profile>(&document->content);
+            if (profile != nullptr &&
+                CopyShortText(*profile, key, static_cast<char*>(buffer), capacity, size))
+                return true;
+        }
+        const std::optional<T> value = Get<T>(*document, key, outcome);
         return value.has_value() &&
                CopyToHost(value->data(), value->size(), kZeros, buffer, capacity, size, outcome);
     });
@@ -83,9 +107,9 @@ template <class T>
 bool Set(mox_document& document, const Key& key, const T& value, Outcome& outcome) {
     return WithKeys(document, key.section, outcome, [&](auto& keys) {
         if constexpr (std::is_same_v<decltype(keys), Profile&>) {
-            return keys.set(key.section, key.name, value, &outcome.problem);
+            return keys.set(key.section, key.name, value, outcome.Why());
         } else {
-            return keys.set(key.name, value, &outcome.problem);
+            return keys.set(key.name, value, outcome.Why());
         }
     });
 }
@@ -267,10 +291,10 @@ mox_status mox_remove(mox_document* document, const char* section, size_t sectio
         // Of a profile, this also removes keys with names that are too long for an entry.
         auto* const profile = std::get_if<mox::Profile>(&document->content);
         if (profile != nullptr && occurrence == MOX_ALL)
-            return profile->remove(key.section, key.name, &outcome.problem);
+            return profile->remove(key.section, key.name, outcome.Why());
         return WithEntries(*document, key.section, outcome, [&](mox::EntryTable& entries) {
-            return occurrence == MOX_ALL ? entries.removeAll(key.name, &outcome.problem)
-                                         : entries.remove(key.name, occurrence, &outcome.problem);
+            return occurrence == MOX_ALL ? entries.removeAll(key.name, outcome.Why())
+                                         : entries.remove(key.name, occurrence, outcome.Why());
         });
     });
 }
@@ -283,7 +307,7 @@ mox_status mox_rename(mox_document* document, const char* section, size_t sectio
             return false;
         const auto rename = [&](mox::EntryTable& entries) {
             return entries.rename(std::string_view(name, name_size),
-                                  std::string_view(new_name, new_name_size), &outcome.problem);
+                                  std::string_view(new_name, new_name_size), outcome.Why());
         };
         return WithEntries(*document, std::string_view(section, section_size), outcome, rename);
     });
@@ -294,6 +318,6 @@ mox_status mox_clear(mox_document* document, const char* section, size_t section
         if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {{section, section_size}}))
             return false;
         return WithEntries(*document, std::string_view(section, section_size), outcome,
-                           [&](mox::EntryTable& entries) { return entries.clear(&outcome.problem); });
+                           [&](mox::EntryTable& entries) { return entries.clear(outcome.Why()); });
     });
 }

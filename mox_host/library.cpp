@@ -109,7 +109,7 @@ mox_status mox_read_file(const char* path, size_t path_size, void** bytes, size_
         if (!RequirePointers(outcome, bytes, size) || !RequireTexts(outcome, {{path, path_size}}))
             return false;
         const std::optional<std::string> content =
-            mox::readFile(std::string_view(path, path_size), nullptr, &outcome.problem);
+            mox::readFile(std::string_view(path, path_size), nullptr, outcome.Why());
         if (!content.has_value()) return false;
         *bytes = mox::host::CopyForHost(*content);
         *size = content->size();

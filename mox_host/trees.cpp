@@ -98,7 +98,7 @@ mox_status mox_tree_parse(const void* bytes, size_t size, uint32_t form, mox_tre
             !FormOf(form, asForm, outcome))
             return false;
         const std::optional<mox::Document> document =
-            mox::Document::parse({static_cast<const char*>(bytes), size}, asForm, &outcome.problem);
+            mox::Document::parse({static_cast<const char*>(bytes), size}, asForm, outcome.Why());
         if (!document.has_value()) return false;
         auto made = std::make_unique<mox_tree>();
         AddNodes(*document, *made);
