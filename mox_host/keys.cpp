@@ -63,9 +63,8 @@ bool CopyToHost(const void* data, std::size_t length, std::size_t zeros, void* b
     return true;
 }
 
-// Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other, and if
-// the buffer might have no room for the UTF-8 form of one that is not 7-bit; the buffer may then have been written to
-// only if it has that room.
+// Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other value,
+// and for a buffer that might be too small for one that turns out not to be 7-bit: of those, the buffer is unchanged.
 bool CopyShortText(const Profile& profile, const Key& key, char* buffer, std::size_t capacity,
                    std::size_t* size) {
     wchar16 units[front::kReadSize];

@@ -23,6 +23,7 @@ check_files(${prefix}
   bin/libstdc++-6.dll bin/libgcc_s_seh-1.dll bin/libwinpthread-1.dll
   lib/libmox_xmlApi.dll.a lib/libmox_dbtInfo.dll.a lib/libmox_front.a lib/libmox_host.dll.a lib/mox_xmlApi.lib
   lib/mox_host.lib
+  share/doc/mox_xmlApi/examples/host_demo.c share/doc/mox_xmlApi/examples/data/camera.xml
   share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md share/doc/mox_xmlApi/runtime-dlls.txt)
 # Without the symbols the DLLs must still have the same imports and flags.
 run(${CMAKE_COMMAND}
