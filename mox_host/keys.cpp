@@ -64,7 +64,7 @@ bool CopyToHost(const void* data, std::size_t length, std::size_t zeros, void* b
 }
 
 // Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other value,
-// and for a buffer that might be too small for one that turns out not to be 7-bit: of those, the buffer is unchanged.
+// which is then copied as a string; the buffer has been written to only if it has room for that.
 bool CopyShortText(const Profile& profile, const Key& key, char* buffer, std::size_t capacity,
                    std::size_t* size) {
     wchar16 units[front::kReadSize];
