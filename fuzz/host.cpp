@@ -3,8 +3,8 @@
 // saved bytes are opened.
 //
 // The input: a digit that chooses the kind, form and encoding of the document, the document up to a zero byte, then
-// calls. Each call is a letter or any other byte, then its arguments: a digit for a text that is there, or a byte for its
-// length and the text itself.
+// calls. Each call is a letter or any other byte, then its arguments: a digit for a text that is there, or a byte for
+// its length and the text itself.
 #include <array>
 #include <cstddef>
 #include <cstdint>

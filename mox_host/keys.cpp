@@ -63,8 +63,8 @@ bool CopyToHost(const void* data, std::size_t length, std::size_t zeros, void* b
     return true;
 }
 
-// Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other value,
-// which is then copied as a string; the buffer has been written to only if it has room for that.
+// Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other, which
+// is then copied as a string; the buffer has been written to only if it has room for that.
 bool CopyShortText(const Profile& profile, const Key& key, char* buffer, std::size_t capacity,
                    std::size_t* size) {
     wchar16 units[front::kReadSize];

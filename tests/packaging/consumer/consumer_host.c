@@ -1,5 +1,5 @@
-/* Adds an entry with presentation data to a section by mox_host, saves, loads and reads it. The exit code is 0 when it was
- * the same. */
+/* Adds an entry with presentation data to a section by mox_host, saves, loads and reads it. The exit code is 0 when it
+ * was the same. */
 #include <stdio.h>
 #include <string.h>
 
