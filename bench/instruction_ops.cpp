@@ -10,6 +10,7 @@
 
 #include "bench/contestant.h"
 #include "bench/document_files.h"
+#include "mox_host/mox_host.h"
 #include "mox_xmlApi/mox_xmlApi.hpp"
 
 namespace bench {
@@ -96,6 +97,71 @@ void CountFrontReads(const DocumentShape& shape) {
     Check(sum == ExpectedOf(queries), "read other values");
 }
 
+// Writes and enumerations by the C++ front, and all three by mox_host, which is built on it.
+void CountHost(const DocumentShape& shape) {
+    const DocumentFiles files(shape, {false, false});
+    auto profile = mox::Profile::parse(files.Xml());
+    Check(profile.has_value(), "the document does not parse");
+    mox_document* host = nullptr;
+    Check(mox_parse(files.Xml().data(), files.Xml().size(), MOX_SETTINGS, nullptr, &host, nullptr) == MOX_OK,
+          "the document does not parse");
+    const std::vector<Query> queries = SampleQueries(shape, 500);
+    const std::string section = queries.front().section;
+    Sum sum = 0;
+    const auto readByHost = [&] {
+        char text[256];
+        size_t size = 0;
+        sum = 0;
+        for (const Query& query : queries) {
+            mox_get_text(host, query.section.data(), query.section.size(), query.key.data(), query.key.size(),
+                         text, sizeof text, &size, nullptr);
+            sum += SumOf(std::string_view(text, size));
+        }
+    };
+    const auto writeByFront = [&] {
+        for (const Query& query : queries)
+            Check(profile->set(query.section, query.key, query.value), "not written");
+    };
+    const auto writeByHost = [&] {
+        for (const Query& query : queries)
+            Check(mox_set_text(host, query.section.data(), query.section.size(), query.key.data(),
+                               query.key.size(), query.value.data(), query.value.size(), nullptr) == MOX_OK,
+                  "not written");
+    };
+    const auto enumerateByFront = [&] {
+        sum = 0;
+        for (const mox::Entry& entry : profile->findSection(section)->entries())
+            sum += entry.value->size();
+    };
+    const auto enumerateByHost = [&] {
+        mox_list* list = nullptr;
+        Check(mox_entries(host, section.data(), section.size(), &list, nullptr) == MOX_OK, "not listed");
+        mox_entry entry{};
+        entry.size = sizeof entry;
+        sum = 0;
+        for (size_t i = 0; i < mox_list_count(list); ++i) {
+            Check(mox_list_entry(list, i, &entry) == MOX_OK, "not read");
+            sum += entry.value_size;
+        }
+        mox_list_free(list);
+    };
+    for (int pass = 0; pass < 10; ++pass)
+        readByHost();
+    CountInstructions("get string through mox_host " + ShapeName(shape), queries.size(), readByHost);
+    Check(sum == ExpectedOf(queries), "read other values");
+    writeByFront();
+    CountInstructions("write existing key through the C++ front " + ShapeName(shape), queries.size(),
+                      writeByFront);
+    writeByHost();
+    CountInstructions("write existing key through mox_host " + ShapeName(shape), queries.size(), writeByHost);
+    CountInstructions("enumerate entries through the C++ front " + ShapeName(shape), shape.keys,
+                      enumerateByFront);
+    const Sum expected = sum;
+    CountInstructions("enumerate entries through mox_host " + ShapeName(shape), shape.keys, enumerateByHost);
+    Check(sum == expected, "listed other values");
+    mox_document_free(host);
+}
+
 void CountChanges() {
     const DocumentShape shape{1, 2000};
     const DocumentFiles files(shape, {false, false});
@@ -140,6 +206,7 @@ void CountAll() {
     CountReads({50, 40});
     CountReads({1, 10000});
     CountFrontReads({50, 40});
+    CountHost({50, 40});
     CountChanges();
     CountFirstLookUp({5, 20});
     CountFirstLookUp({500, 20});

@@ -50,7 +50,7 @@ int Run(const Arguments& arguments) {
     if (!quick) bench::PrintHeader(std::cout);
     for (const auto run : {bench::RunSpeedups, bench::RunLoad, bench::RunSave, bench::RunRelease,
                            bench::RunGet, bench::RunChange, bench::RunRemoval, bench::RunHostile,
-                           bench::RunEnumerate, bench::RunMemory, bench::RunGrowth})
+                           bench::RunEnumerate, bench::RunHost, bench::RunMemory, bench::RunGrowth})
         run(suite);
     bench::RunGrowthInMemory(suite, bench::MemoryUse::FetchAll);
     bench::RunGrowthInMemory(suite, bench::MemoryUse::KeepAll);

@@ -78,6 +78,7 @@ void RunGet(Suite& suite);
 void RunChange(Suite& suite);
 void RunRemoval(Suite& suite);
 void RunEnumerate(Suite& suite);
+void RunHost(Suite& suite);
 void RunHostile(Suite& suite);
 void RunMemory(Suite& suite);
 void RunGrowth(Suite& suite);

@@ -86,8 +86,8 @@ function(mox_version_resource target)
   target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/${target}.rc)
 endfunction()
 
-# mox_msvc_import_library(<target> <def file>): a .lib for MSVC's linker in addition to MinGW's own import library; sets
-# MOX_MSVC_IMPORT_LIBRARY to its path. LLVM's tool writes the same as MSVC's; MinGW's writes another form, which MSVC's
+# mox_msvc_import_library(<target> <def file>): a .lib for MSVC's linker in addition to MinGW's own import library; adds
+# its path to the global property MOX_MSVC_IMPORT_LIBRARIES. LLVM's tool writes the same as MSVC's; MinGW's writes another form, which MSVC's
 # linker is not documented to accept.
 function(mox_msvc_import_library target def)
   if(NOT MINGW)
@@ -105,7 +105,7 @@ function(mox_msvc_import_library target def)
     DEPENDS ${def} VERBATIM)
   add_custom_target(${target}_msvc_import_library ALL DEPENDS ${library})
   add_dependencies(${target} ${target}_msvc_import_library)
-  set(MOX_MSVC_IMPORT_LIBRARY ${library} PARENT_SCOPE)
+  set_property(GLOBAL APPEND PROPERTY MOX_MSVC_IMPORT_LIBRARIES ${library})
 endfunction()
 
 # Host and library share the compiler's runtime: its DLLs are copied next to the programs.

@@ -14,7 +14,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 readonly seconds=${1:-20}
 shift || true
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(load_memory load_file large round_trip calls document front)
+[ ${#targets[@]} -gt 0 ] || targets=(load_memory load_file large round_trip calls document front host)
 readonly build=${MOX_FUZZ_BUILD:-build/fuzz}
 readonly mostBytes=8192
 readonly mostSecondsForOne=20

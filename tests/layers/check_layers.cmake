@@ -5,7 +5,7 @@
 # Each row of the table has the paths of one layer, and the paths of lower layers that it may include. A path that ends
 # in "/" is a folder. A file that is in several rows belongs to the one with the longest path.
 cmake_minimum_required(VERSION 3.25)
-set(folders mox_xmlApi companions tools)
+set(folders mox_xmlApi mox_host companions tools)
 
 # problem(<text>): says it; the script fails in the end.
 function(problem text)

@@ -33,10 +33,11 @@ function(run)
   endif()
 endfunction()
 
-# run_consumers(<folder>): runs the consumer's two programs there; each must print what it read back.
+# run_consumers(<folder>): runs the consumer's three programs there; each must print what it read back.
 function(run_consumers folder)
-  foreach(program c cpp)
+  foreach(program c cpp host)
     set(expected_c "exposure 2400")
+    set(expected_host "gain 1.5, shown as Gain")
     set(expected_cpp "speed 900")
     execute_process(COMMAND ${EMULATOR} ./consumer_${program}${CMAKE_EXECUTABLE_SUFFIX} WORKING_DIRECTORY ${folder}
       OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -45,7 +46,7 @@ function(run_consumers folder)
       message(FATAL_ERROR "${folder}/consumer_${program} ended with ${result}: ${output}\n${errors}")
     endif()
   endforeach()
-  message(STATUS "${folder}: both programs run")
+  message(STATUS "${folder}: all programs run")
 endfunction()
 
 # check_files(<folder> <pattern>...): fails unless the folder has exactly one file for each pattern.
@@ -61,11 +62,11 @@ endfunction()
 
 # check_headers(<include folder>): fails unless the folder has the public headers and no internal ones.
 function(check_headers folder)
-  check_files(${folder} mox_xmlApi/mox_xmlApi.h mox_xmlApi/platform/wchar16.h mox_xmlApi/platform/mox_dbtInfo.h
+  check_files(${folder} mox_host/mox_host.h mox_xmlApi/mox_xmlApi.h mox_xmlApi/platform/wchar16.h mox_xmlApi/platform/mox_dbtInfo.h
     mox_xmlApi/mox_xmlApi.hpp)
   file(GLOB_RECURSE headers RELATIVE ${folder} ${folder}/*)
   list(FILTER headers EXCLUDE REGEX
-    "^mox_xmlApi/(mox_xmlApi\\.h|platform/wchar16\\.h|platform/mox_dbtInfo\\.h|mox_xmlApi\\.hpp|(disk|document|front|platform)/[^/]+\\.hpp)$")
+    "^mox_host/mox_host\\.h$|^mox_xmlApi/(mox_xmlApi\\.h|platform/wchar16\\.h|platform/mox_dbtInfo\\.h|mox_xmlApi\\.hpp|(disk|document|front|platform)/[^/]+\\.hpp)$")
   if(headers)
     message(FATAL_ERROR "${folder}: not expected: ${headers}")
   endif()
@@ -161,7 +162,7 @@ function(build_with_pkg_config pcFolder headers libraries folder)
   if(NOT version STREQUAL VERSION)
     message(FATAL_ERROR "pkg-config says version ${version} instead of ${VERSION}")
   endif()
-  foreach(package mox_xmlApi mox_front)
+  foreach(package mox_xmlApi mox_front mox_host)
     execute_process(COMMAND ${PKG_CONFIG} --cflags --libs ${package}
       OUTPUT_VARIABLE flags_${package} OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     separate_arguments(flags_${package} UNIX_COMMAND "${flags_${package}}")
@@ -173,4 +174,6 @@ function(build_with_pkg_config pcFolder headers libraries folder)
     ${flags_mox_xmlApi})
   run(${CXX_COMPILER} -std=c++17 ${consumer}.cpp -o ${folder}/consumer_cpp${CMAKE_EXECUTABLE_SUFFIX}
     ${flags_mox_front})
+  run(${C_COMPILER} -std=c11 ${consumer}_host.c -o ${folder}/consumer_host${CMAKE_EXECUTABLE_SUFFIX}
+    ${flags_mox_host})
 endfunction()

@@ -1,14 +1,14 @@
-# Checks the dependencies and the loader flags of each shared library in LIBRARIES (comma-separated files), and that the
-# library VERSIONED has the VERSION.
+# Checks the dependencies and the loader flags of each shared library in LIBRARIES (comma-separated files), and that
+# those of VERSIONED (comma-separated names) have the VERSION.
 cmake_minimum_required(VERSION 3.25)
 set(allowed
   # the system and the compiler's runtime
   libc.so.6 libm.so.6 libgcc_s.so.1 libstdc++.so.6
-  # the companions
-  libmox_dbtInfo.so libmox_porting.so)
+  # the companions, and the library for mox_host
+  libmox_dbtInfo.so libmox_porting.so libmox_xmlApi.so.0)
 
 string(REPLACE "," ";" libraries "${LIBRARIES}")
-set(versioned FALSE)
+string(REPLACE "," ";" versioned "${VERSIONED}")
 foreach(library IN LISTS libraries)
   execute_process(COMMAND ${OBJDUMP} -p ${library} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
 
@@ -43,19 +43,20 @@ foreach(library IN LISTS libraries)
   endif()
 
   cmake_path(GET library FILENAME file)
-  if(file MATCHES "^lib${VERSIONED}\\.so")
+  string(REGEX REPLACE "^lib|\\.so.*" "" name "${file}")
+  if(name IN_LIST versioned)
     string(REGEX REPLACE "\\..*" "" major "${VERSION}")
-    if(NOT headers MATCHES "\n +SONAME +lib${VERSIONED}\\.so\\.${major}\n")
-      message(FATAL_ERROR "${library}: its SONAME is not lib${VERSIONED}.so.${major}")
+    if(NOT headers MATCHES "\n +SONAME +lib${name}\\.so\\.${major}\n")
+      message(FATAL_ERROR "${library}: its SONAME is not lib${name}.so.${major}")
     endif()
-    if(NOT file STREQUAL "lib${VERSIONED}.so.${VERSION}")
+    if(NOT file STREQUAL "lib${name}.so.${VERSION}")
       message(FATAL_ERROR "${library}: its name does not end in .so.${VERSION}")
     endif()
-    set(versioned TRUE)
+    list(REMOVE_ITEM versioned ${name})
     message(STATUS "${library}: version ${VERSION}")
   endif()
   message(STATUS "${library}: needs and flags as expected")
 endforeach()
-if(NOT versioned)
-  message(FATAL_ERROR "${VERSIONED} is not among ${libraries}")
+if(versioned)
+  message(FATAL_ERROR "${versioned} is not among ${libraries}")
 endif()

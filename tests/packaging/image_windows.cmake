@@ -1,13 +1,15 @@
-# Checks the imports and the loader flags of each DLL in LIBRARIES (comma-separated files), and that the DLL VERSIONED
-# has the VERSION.
+# Checks the imports and the loader flags of each DLL in LIBRARIES (comma-separated files), and that those of
+# VERSIONED (comma-separated names) have the VERSION.
 cmake_minimum_required(VERSION 3.25)
 set(allowed
   # the system
   KERNEL32.dll msvcrt.dll
   # the compiler's runtime
   libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll
-  # the companions
-  mox_dbtInfo.dll mox_porting.dll)
+  # the companions, and the library for mox_host
+  mox_dbtInfo.dll mox_porting.dll mox_xmlApi.dll
+  # for mox_host, which replaces files with their access rights
+  ADVAPI32.dll)
 set(required HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT)
 
 # The version in the file's fixed version record: a signature, the record's own version 1.0, then the file's four numbers
@@ -38,7 +40,7 @@ function(check_version library)
 endfunction()
 
 string(REPLACE "," ";" libraries "${LIBRARIES}")
-set(versioned FALSE)
+string(REPLACE "," ";" versioned "${VERSIONED}")
 foreach(library IN LISTS libraries)
   execute_process(COMMAND ${OBJDUMP} -p ${library} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
 
@@ -67,12 +69,12 @@ foreach(library IN LISTS libraries)
   endif()
 
   cmake_path(GET library STEM name)
-  if(name STREQUAL VERSIONED)
+  if(name IN_LIST versioned)
     check_version(${library})
-    set(versioned TRUE)
+    list(REMOVE_ITEM versioned ${name})
   endif()
   message(STATUS "${library}: imports and flags as expected")
 endforeach()
-if(NOT versioned)
-  message(FATAL_ERROR "${VERSIONED} is not among ${libraries}")
+if(versioned)
+  message(FATAL_ERROR "${versioned} is not among ${libraries}")
 endif()

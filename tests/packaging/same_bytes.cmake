@@ -10,14 +10,14 @@ endforeach()
 # In another folder, with a path of another length.
 set(copy "${FOLDER}/sources of the second build")
 set(again "${FOLDER}/b")
-file(COPY ${SOURCES}/CMakeLists.txt ${SOURCES}/cmake ${SOURCES}/companions ${SOURCES}/mox_xmlApi DESTINATION ${copy})
+file(COPY ${SOURCES}/CMakeLists.txt ${SOURCES}/cmake ${SOURCES}/companions ${SOURCES}/mox_host ${SOURCES}/mox_xmlApi DESTINATION ${copy})
 
 settings_of_first_build(settings)
 execute_process(
   COMMAND ${CMAKE_COMMAND} -S ${copy} -B ${again} ${settings}
     -DMOX_BUILD_TESTS=OFF -DMOX_BUILD_EXAMPLES=OFF -DMOX_BUILD_TOOLS=OFF
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
-execute_process(COMMAND ${CMAKE_COMMAND} --build ${again} --parallel 2 --target mox_xmlApi mox_front
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${again} --parallel 2 --target mox_xmlApi mox_front mox_host
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 
 string(REPLACE "," ";" libraries "${LIBRARIES}")

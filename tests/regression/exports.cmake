@@ -1,5 +1,6 @@
-# cmake -DLIBRARY=<file> -DNM=<nm> -DOBJDUMP=<objdump> -P exports.cmake
-# The library exports exactly these names; one more or one less is an error.
+# cmake -DLIBRARY=<file> -DNM=<nm> -DOBJDUMP=<objdump> [-DHEADER=<file>] -P exports.cmake
+# The library exports exactly the functions that the header declares, or without a header exactly these; one more or one
+# less is an error.
 set(expected
   xmlEnumProfileSections
   xmlGetProfileData
@@ -22,6 +23,15 @@ set(expected
   xmlWriteProfileInt
   xmlWriteProfileSection
   xmlWriteProfileString)
+if(HEADER)
+  file(READ ${HEADER} text)
+  string(REGEX MATCHALL "\n[a-z][a-z0-9_ *]* \\*?mox_[a-z_]+\\(" expected "${text}")
+  list(TRANSFORM expected REPLACE "^.*[ *](mox_[a-z_]+)\\($" "\\1")
+  list(LENGTH expected count)
+  if(count LESS 50 OR count GREATER 60)
+    message(FATAL_ERROR "${HEADER} declares ${count} functions instead of 50 to 60")
+  endif()
+endif()
 
 if(LIBRARY MATCHES "\\.dll$")
   set(command ${OBJDUMP} -p ${LIBRARY})

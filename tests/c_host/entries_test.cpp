@@ -1,0 +1,217 @@
+// Whole entries with their presentation data, and the changes of their parts.
+#include "tests/c_host/c_host_support.h"
+
+namespace c_host {
+namespace {
+
+constexpr std::string_view kEntries =
+    "<Var name=\"A\" type=\"long\" array=\"array\" id=\"4\" eud=\"true\"><Value>1</Value>"
+    "<UI control=\"num\" prov_index=\"7\" prov_owner=\"app\" name=\"shown\"><Comment>comment</Comment>"
+    "<Value>2</Value></UI></Var>"
+    "<Var name=\"B\" type=\"string\"/><Var name=\"X\"/>";
+
+std::string Shown(const char* text, size_t size) {
+    return text == nullptr ? "null" : "'" + std::string(text, size) + "'";
+}
+
+// All fields of an entry.
+std::string Shown(const mox_entry& entry) {
+    std::string text = Shown(entry.name, entry.name_size) + " type " + std::to_string(entry.type) +
+                       " shape " + std::to_string(entry.shape) + " id " + std::to_string(entry.id) +
+                       " value " + Shown(entry.value, entry.value_size);
+    if (entry.has_ui == 0) return text;
+    return text + " ui " + std::to_string(entry.control) + " " + std::to_string(entry.provider_owner) + "/" +
+           std::to_string(entry.provider_index) + " " + Shown(entry.shown_name, entry.shown_name_size) + " " +
+           Shown(entry.comment, entry.comment_size) + " " + Shown(entry.ui_value, entry.ui_value_size);
+}
+
+std::vector<std::string> Shown(const mox_list* list) {
+    std::vector<std::string> shown;
+    for (size_t i = 0; i < mox_list_count(list); ++i) {
+        auto entry = Sized<mox_entry>();
+        EXPECT_EQ(mox_list_entry(list, i, &entry), MOX_OK);
+        shown.push_back(Shown(entry));
+    }
+    return shown;
+}
+
+std::vector<std::string> Entries(const Document& document, std::string_view section) {
+    mox_list* list = nullptr;
+    EXPECT_EQ(mox_entries(document.get(), section.data(), section.size(), &list, nullptr), MOX_OK);
+    return Shown(List(list).get());
+}
+
+std::string Entry(const Document& document, std::string_view section, std::string_view name) {
+    mox_list* list = nullptr;
+    const mox_status status = mox_find_entry(document.get(), section.data(), section.size(), name.data(),
+                                             name.size(), &list, nullptr);
+    if (status != MOX_OK) return mox_status_name(status);
+    EXPECT_EQ(mox_list_count(list), 1U);
+    return Shown(List(list).get()).at(0);
+}
+
+mox_entry Given(const char* name, const char* value, uint32_t type) {
+    auto entry = Sized<mox_entry>();
+    entry.name = name;
+    entry.name_size = std::string_view(name).size();
+    entry.value = value;
+    entry.value_size = value == nullptr ? 0 : std::string_view(value).size();
+    entry.type = type;
+    return entry;
+}
+
+const std::string kA = "'A' type 3 shape 8192 id 4 value '1' ui 1 1/7 'shown' 'comment' '2'";
+
+TEST(HostEntries, HaveAllTheirFields) {
+    for (const bool isTable : {false, true}) {
+        const Document document = isTable ? Table(kEntries) : Settings(kEntries);
+        const std::string_view section = isTable ? "" : "S";
+        EXPECT_EQ(Entries(document, section),
+                  (std::vector<std::string>{kA, "'B' type 8 shape 0 id 0 value ''"}));
+        EXPECT_EQ(Entry(document, section, "A"), kA);
+        EXPECT_EQ(Entry(document, section, "X"), "MOX_UNREADABLE");
+        EXPECT_EQ(Entry(document, section, "Y"), "MOX_NO_SUCH_KEY");
+        EXPECT_EQ(Entry(document, "R", "A"), "MOX_NO_SUCH_SECTION");
+        size_t unreadable = 0;
+        EXPECT_EQ(mox_count_unreadable(document.get(), section.data(), section.size(), &unreadable, nullptr),
+                  MOX_OK);
+        EXPECT_EQ(unreadable, 1U);
+    }
+}
+
+TEST(HostEntries, AListDoesNotChangeWithTheDocument) {
+    Document document = Settings(kEntries);
+    mox_list* list = nullptr;
+    ASSERT_EQ(mox_entries(document.get(), MOX_STR("S"), &list, nullptr), MOX_OK);
+    const List owned(list);
+    EXPECT_EQ(mox_remove_section(document.get(), MOX_STR("S"), nullptr), MOX_OK);
+    document.reset();
+    EXPECT_EQ(Shown(list).at(0), kA);
+    EXPECT_EQ(Names(list), (std::vector<std::string>{"A", "B"}));
+}
+
+TEST(HostEntries, AreAddedWithAllTheirFields) {
+    for (const bool isTable : {false, true}) {
+        const Document document = isTable ? Table(kEntries) : Settings(kEntries);
+        const std::string section = isTable ? "" : "S";
+        mox_entry entry = Given("C", "3", MOX_TYPE_ULONG);
+        entry.shape = MOX_SHAPE_VECTOR;
+        entry.id = 9;
+        entry.has_ui = 1;
+        entry.control = MOX_CONTROL_SWITCH;
+        entry.provider_owner = MOX_OWNER_ERG;
+        entry.provider_index = 5;
+        entry.shown_name = "s";
+        entry.shown_name_size = 1;
+        entry.comment = "c";
+        entry.comment_size = 1;
+        entry.ui_value = "6";
+        entry.ui_value_size = 1;
+        const auto add = [&](const char* before, const mox_entry& added, uint32_t flags) {
+            return mox_add_entry(document.get(), section.data(), section.size(), before,
+                                 before == nullptr ? 0 : 1, &added, flags, nullptr);
+        };
+        EXPECT_EQ(add(nullptr, entry, 0), MOX_OK);
+        EXPECT_EQ(Entry(document, section, "C"),
+                  "'C' type 19 shape 4096 id 9 value '3' ui 4 4/5 's' 'c' '6'");
+        EXPECT_EQ(add(nullptr, entry, 0), MOX_NAME_TAKEN);
+        EXPECT_EQ(add("B", Given("D", nullptr, MOX_TYPE_STRING), MOX_EUD_SET), MOX_OK);
+        EXPECT_EQ(add("Z", Given("E", nullptr, MOX_TYPE_STRING), 0), MOX_NO_SUCH_KEY);
+        EXPECT_EQ(add(nullptr, Given("E", "1", 77), 0), MOX_NOT_STORED);
+        EXPECT_EQ(add(nullptr, Given("", "1", MOX_TYPE_LONG), 0), MOX_INVALID_TEXT);
+        EXPECT_EQ(add(nullptr, Given("E", "1", MOX_TYPE_LONG), MOX_EUD_RESPECT), MOX_INVALID_ARGUMENT);
+        EXPECT_EQ(EntryNames(document, section), (std::vector<std::string>{"A", "D", "B", "C"}));
+    }
+}
+
+TEST(HostEntries, AStructureThatContradictsItselfIsRefused) {
+    const Document document = Settings(kEntries);
+    const auto add = [&](const mox_entry& added) {
+        return mox_add_entry(document.get(), MOX_STR("S"), nullptr, 0, &added, 0, nullptr);
+    };
+    mox_entry entry = Given("C", "3", MOX_TYPE_ULONG);
+    entry.comment = "c";
+    entry.comment_size = 1;
+    EXPECT_EQ(add(entry), MOX_INVALID_ARGUMENT) << "presentation data without has_ui would be lost";
+    entry.has_ui = 2;
+    EXPECT_EQ(add(entry), MOX_INVALID_ARGUMENT);
+    for (uint32_t mox_entry::*field :
+         {&mox_entry::type, &mox_entry::shape, &mox_entry::control, &mox_entry::provider_owner}) {
+        entry = Given("C", "3", MOX_TYPE_ULONG);
+        entry.has_ui = 1;
+        entry.*field += 0x10000;
+        EXPECT_EQ(add(entry), MOX_INVALID_ARGUMENT) << "the low bits alone would be another number";
+    }
+    for (const uint32_t size : {0U, 4U, 111U, 113U, 0xFFFFFFFFU}) {
+        entry = Given("C", "3", MOX_TYPE_ULONG);
+        entry.size = size;
+        EXPECT_EQ(add(entry), MOX_INVALID_ARGUMENT) << size;
+    }
+    EXPECT_EQ(EntryNames(document, "S"), (std::vector<std::string>{"A", "B"}));
+}
+
+TEST(HostEntries, PutChangesWhatIsGiven) {
+    const Document document = Settings(kEntries);
+    mox_entry entry = Given("A", nullptr, MOX_TYPE_LONG);
+    entry.shape = MOX_SHAPE_ARRAY;
+    entry.id = 5;
+    EXPECT_EQ(mox_put_entry(document.get(), MOX_STR("S"), &entry, 0, nullptr), MOX_OK);
+    EXPECT_EQ(Entry(document, "S", "A"),
+              "'A' type 3 shape 8192 id 5 value '1' ui 1 1/7 'shown' 'comment' '2'");
+    entry = Given("N", "new", MOX_TYPE_STRING);
+    EXPECT_EQ(mox_put_entry(document.get(), MOX_STR("S"), &entry, MOX_EUD_SET, nullptr), MOX_OK);
+    EXPECT_EQ(Entry(document, "S", "N"), "'N' type 8 shape 0 id 0 value 'new'");
+    EXPECT_EQ(mox_put_entry(document.get(), MOX_STR("R"), &entry, 0, nullptr), MOX_NO_SUCH_SECTION);
+}
+
+TEST(HostEntries, ValuesRespectEudIfAsked) {
+    const Document document = Settings(kEntries);
+    const auto set = [&](std::string_view value, uint32_t flags) {
+        return mox_set_value(document.get(), MOX_STR("S"), MOX_STR("A"), value.data(), value.size(), flags,
+                             nullptr);
+    };
+    EXPECT_EQ(set("8", MOX_EUD_RESPECT), MOX_PROTECTED);
+    EXPECT_EQ(TextOf(document, "S", "A"), "1");
+    EXPECT_EQ(set("8", MOX_EUD_SET), MOX_OK);
+    EXPECT_TRUE(HasEud(document, "S"));
+    EXPECT_EQ(set("9", 4), MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(TextOf(document, "S", "A"), "8");
+    EXPECT_EQ(mox_set_eud(document.get(), MOX_STR("S"), MOX_STR("A"), 0, nullptr), MOX_OK);
+    EXPECT_EQ(set("9", MOX_EUD_RESPECT), MOX_OK);
+    EXPECT_EQ(TextOf(document, "S", "A"), "9");
+    EXPECT_EQ(mox_set_eud(document.get(), MOX_STR("S"), MOX_STR("A"), 1, nullptr), MOX_OK);
+    EXPECT_EQ(set("10", MOX_EUD_RESPECT), MOX_PROTECTED);
+    EXPECT_EQ(mox_set_eud(document.get(), MOX_STR("S"), MOX_STR("A"), 2, nullptr), MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(mox_set_eud(document.get(), MOX_STR("S"), MOX_STR("Z"), 1, nullptr), MOX_NO_SUCH_KEY);
+}
+
+TEST(HostEntries, PartsOfThePresentationDataChangeAlone) {
+    const Document document = Settings(kEntries);
+    mox_document* const d = document.get();
+    EXPECT_EQ(mox_set_comment(d, MOX_STR("S"), MOX_STR("A"), MOX_STR("other"), nullptr), MOX_OK);
+    EXPECT_EQ(mox_set_shown_name(d, MOX_STR("S"), MOX_STR("A"), MOX_STR("\xC3\xA4"), nullptr), MOX_NOT_KEPT);
+    EXPECT_EQ(mox_set_shown_name(d, MOX_STR("S"), MOX_STR("A"), MOX_STR("name"), nullptr), MOX_OK);
+    EXPECT_EQ(mox_set_provider(d, MOX_STR("S"), MOX_STR("A"), MOX_OWNER_DWG, 12, nullptr), MOX_OK);
+    EXPECT_EQ(Entry(document, "S", "A"), "'A' type 3 shape 8192 id 4 value '1' ui 1 2/12 'name' 'other' '2'");
+    EXPECT_EQ(mox_set_provider(d, MOX_STR("S"), MOX_STR("A"), 3, 12, nullptr), MOX_NOT_STORED);
+    EXPECT_EQ(mox_set_provider(d, MOX_STR("S"), MOX_STR("A"), 0x101, 12, nullptr), MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(mox_set_shown_name(d, MOX_STR("S"), MOX_STR("A"), nullptr, 0, nullptr), MOX_OK);
+    EXPECT_EQ(Entry(document, "S", "A"), "'A' type 3 shape 8192 id 4 value '1' ui 1 2/12 '' 'other' '2'");
+}
+
+TEST(HostEntries, AValueThatNoRecordHoldsIsNull) {
+    // Half of a surrogate pair, in the three bytes of the UTF-8 pattern.
+    const std::string text =
+        SettingsText("<Var name=\"K\" type=\"string\"><Value>\xED\xA0\x80</Value></Var>");
+    auto options = Sized<mox_open_options>();
+    options.encoding = MOX_ENCODING_UTF8;
+    mox_document* made = nullptr;
+    ASSERT_EQ(mox_parse(text.data(), text.size(), MOX_SETTINGS, &options, &made, nullptr), MOX_OK);
+    const Document document(made);
+    EXPECT_EQ(Entry(document, "S", "K"), "'K' type 8 shape 0 id 0 value null");
+    EXPECT_EQ(TextOf(document, "S", "K"), "\xED\xA0\x80");
+    EXPECT_EQ(SetText(document, "S", "L", "\xED\xA0\x80"), MOX_NOT_KEPT);
+}
+
+}  // namespace
+}  // namespace c_host

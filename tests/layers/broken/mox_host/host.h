@@ -1,0 +1,2 @@
+// In a layer, and keeps to it.
+#include "mox_xmlApi/high/high.h"
