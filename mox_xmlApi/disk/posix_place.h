@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <utility>
 
-#include "mox_xmlApi/disk/open_file.h"
+#include "mox_xmlApi/platform/open_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
 
 namespace mox::disk {

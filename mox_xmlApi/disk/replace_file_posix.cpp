@@ -14,7 +14,7 @@
 
 #include "mox_xmlApi/disk/content_hash.h"
 #include "mox_xmlApi/disk/old_file.h"
-#include "mox_xmlApi/disk/open_file.h"
+#include "mox_xmlApi/platform/open_file.h"
 #include "mox_xmlApi/disk/posix_access.h"
 #include "mox_xmlApi/disk/posix_place.h"
 #include "mox_xmlApi/disk/posix_temporary.h"
@@ -150,7 +150,7 @@ class Attempt {
         if (!temporary.Create(what == What::NewFile ? kDefaultMode : kOwnerOnly))
             return failBySystem("cannot create a file in the folder");
         const OpenFile& file = temporary.File();
-        if (!WriteAll(file, bytes)) return failBySystem("cannot write the file");
+        if (!WriteAll(file, bytes.data(), bytes.size())) return failBySystem("cannot write the file");
         if (what != What::NewFile) {
             CopyUserAttributes(old_.File(), file);
             if (!access_.GiveTo(file)) return failBySystem("cannot set the access rights of the file");

@@ -3,24 +3,20 @@
 
 #if defined(_WIN32)
 
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
 #include <algorithm>
 #include <chrono>
 #include <utility>
-#include <windows.h>
 
 #include "mox_xmlApi/disk/content_hash.h"
 #include "mox_xmlApi/disk/old_file.h"
-#include "mox_xmlApi/disk/open_file.h"
+#include "mox_xmlApi/platform/open_file.h"
 #include "mox_xmlApi/disk/stamp_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
 #include "mox_xmlApi/disk/windows_access.h"
 #include "mox_xmlApi/disk/windows_mutex.h"
 #include "mox_xmlApi/disk/windows_paths.h"
 #include "mox_xmlApi/disk/windows_temporary.h"
+#include "mox_xmlApi/platform/windows_api.h"
 
 namespace mox::disk {
 namespace {
@@ -153,7 +149,7 @@ class Attempt {
                               isNew ? nullptr : access_.ForNewFile()))
             return failBySystem("cannot create a file in the folder");
         const OpenFile& file = temporary.File();
-        if (!WriteAll(file, bytes)) return failBySystem("cannot write the file");
+        if (!WriteAll(file, bytes.data(), bytes.size())) return failBySystem("cannot write the file");
         if (!isNew && !access_.GiveTo(file)) return failBySystem("cannot set the access rights of the file");
         if (!FlushFile(file)) return failBySystem("cannot flush the file");
         if (StampFile(file, stamp) != FileType::Regular) return failBySystem("cannot examine the file");
