@@ -9,13 +9,13 @@
 
 #include "mox_xmlApi/disk/content_hash.h"
 #include "mox_xmlApi/disk/old_file.h"
-#include "mox_xmlApi/platform/open_file.h"
 #include "mox_xmlApi/disk/stamp_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
 #include "mox_xmlApi/disk/windows_access.h"
 #include "mox_xmlApi/disk/windows_mutex.h"
 #include "mox_xmlApi/disk/windows_paths.h"
 #include "mox_xmlApi/disk/windows_temporary.h"
+#include "mox_xmlApi/platform/open_file.h"
 #include "mox_xmlApi/platform/windows_api.h"
 
 namespace mox::disk {
@@ -86,8 +86,10 @@ class Attempt {
             return FailBySystemError(Reason::NoPermission, "cannot write to the file");
         OpenFile file = OpenExisting(target_, GENERIC_READ | READ_CONTROL);
         const bool isReadable = file.IsOpen();
-        if (!isReadable) file = OpenExisting(target_, READ_CONTROL);
-        if (!file.IsOpen()) return FailBySystemError(Reason::NoPermission, "cannot open the file");
+        const bool isRefused = !isReadable && (GetLastError() == ERROR_ACCESS_DENIED ||
+                                               GetLastError() == ERROR_SHARING_VIOLATION);
+        if (isRefused) file = OpenExisting(target_, READ_CONTROL);
+        if (!file.IsOpen()) return FailBySystemError(Reason::ReadFailed, "cannot open the file");
         switch (old_.Open(std::move(file), isReadable)) {
             case FileType::Regular:
                 break;
@@ -97,7 +99,7 @@ class Attempt {
                 return Fail(Reason::NotRegularFile, "it is not a regular file");
         }
         return access_.Read(old_.File()) ||
-               FailBySystemError(Reason::NoPermission, "cannot read the access rights of the file");
+               FailBySystemError(Reason::ReadFailed, "cannot read the access rights of the file");
     }
 
     // Copies the old file, if that is asked for.
@@ -107,15 +109,21 @@ class Attempt {
         const auto fail = [&](Reason reason, std::string_view message) {
             return FailFor(problem_, path, reason, message);
         };
+        const auto failToExamine = [&] {
+            return FailBySystem(problem_, path, Reason::WriteFailed, "cannot examine the backup",
+                                LastSystemError());
+        };
         const std::wstring name(path.units().begin(), path.units().end());
         const DWORD found = GetFileAttributesW(name.c_str());
-        if (found != INVALID_FILE_ATTRIBUTES) {
+        if (found == INVALID_FILE_ATTRIBUTES) {
+            if (GetLastError() != ERROR_FILE_NOT_FOUND) return failToExamine();
+        } else {
             if ((found & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) != 0)
                 return fail(Reason::NotRegularFile, "the backup would replace what is not a regular file");
             FileStamp stamp;
             const OpenFile file = OpenExisting(name, 0);
-            if (file.IsOpen() && StampFile(file, stamp) == FileType::Regular &&
-                stamp.file == old_.Stamp().file && stamp.device == old_.Stamp().device)
+            if (!file.IsOpen() || StampFile(file, stamp) != FileType::Regular) return failToExamine();
+            if (stamp.file == old_.Stamp().file && stamp.device == old_.Stamp().device)
                 return fail(Reason::InvalidText, "the backup would be the file itself");
         }
         FileStamp ignored;
