@@ -1,4 +1,6 @@
 // mox-xml: displays, edits and checks the files of mox_xmlApi.
+#include "tools/main.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <exception>
@@ -123,13 +125,12 @@ void RunTool(Output& output, const std::vector<std::string>& arguments) {
 }
 
 }  // namespace
-}  // namespace mox::tool
 
-int main(int argc, char** argv) {
-    namespace tool = mox::tool;
-    tool::Output output(tool::IsStdoutTerminal());
-    tool::RunTool(output, tool::CommandLineArguments(argc, argv));
-    if (!tool::WriteStandardStreams(output.Data(), output.Messages()))
-        return static_cast<int>(tool::ExitCode::kIoError);
+int Main(int argc, char** argv) {
+    Output output(IsStdoutTerminal());
+    RunTool(output, CommandLineArguments(argc, argv));
+    if (!WriteStandardStreams(output.Data(), output.Messages())) return static_cast<int>(ExitCode::kIoError);
     return static_cast<int>(output.code);
 }
+
+}  // namespace mox::tool

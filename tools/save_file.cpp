@@ -10,7 +10,9 @@ void SaveBytes(const std::string& bytes, const std::string& path, bool withBacku
     options.onlyIf = onlyIf;
     Problem problem;
     if (replaceFile(path, bytes, options, nullptr, &problem)) return;
-    ThrowProblem(path, problem, problem.reason == Reason::Changed ? " (see --overwrite)" : kNothingChanged);
+    const bool isUnsure = problem.message.find("the file was replaced, but") == 0;
+    const char* const hint = onlyIf != nullptr && !isUnsure ? " (see --overwrite)" : "";
+    ThrowProblem(path, problem, problem.reason == Reason::Changed ? hint : kNothingChanged);
 }
 
 }  // namespace mox::tool

@@ -4,6 +4,7 @@
 
 #include "mox_xmlApi/disk/content_hash.h"
 #include "mox_xmlApi/disk/read_file.hpp"
+#include "mox_xmlApi/disk/read_to_end.h"
 
 namespace mox::disk {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/stamp_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
+#include "mox_xmlApi/platform/open_file.h"
 
 namespace mox::disk {
 

@@ -180,7 +180,9 @@ bool Access::GiveTo(const OpenFile& file) const {
     const bool isSet = fchmod(file.Get(), mode) == 0;
     const int error = errno;
     if (fstat(file.Get(), &now) != 0) return false;
-    if ((now.st_mode & kAllBits & ~mode) == 0) return true;
+    const mode_t bits = now.st_mode & kAllBits;
+    // The system may refuse single bits.
+    if (bits == mode || (isSet && (bits & ~mode) == 0)) return true;
     // Where all files have the same mode bits, they cannot be set.
     if (now.st_mode == status_.st_mode && list_.empty() && kept.owner && kept.group) return true;
     errno = isSet ? EPERM : error;

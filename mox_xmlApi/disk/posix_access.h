@@ -8,7 +8,7 @@
 #include <string_view>
 #include <sys/stat.h>
 
-#include "mox_xmlApi/disk/open_file.h"
+#include "mox_xmlApi/platform/open_file.h"
 
 namespace mox::disk {
 

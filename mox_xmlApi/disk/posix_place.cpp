@@ -84,13 +84,19 @@ bool Place::Examine(struct stat& status) const noexcept {
     return fstatat(folder_.Get(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-bool Place::IsOf(const struct stat& file) const noexcept {
+Same Place::Compare(const struct stat& file) const noexcept {
     struct stat status;
-    return Examine(status) && IsSameFile(status, file);
+    if (Examine(status)) return IsSameFile(status, file) ? Same::Yes : Same::No;
+    return errno == ENOENT ? Same::No : Same::Unknown;
 }
 
-bool Place::Flush() const noexcept {
-    return FlushFile(folder_) || errno == EINVAL || errno == EBADF || errno == ENOTSUP || errno == EROFS;
+bool Place::Flush([[maybe_unused]] const OpenFile& inFolder) const noexcept {
+    if (FlushFile(folder_)) return true;
+#if defined(__linux__)
+    // A folder that is open only as a place for names cannot be flushed by itself.
+    if (errno == EBADF) return syncfs(inFolder.Get()) == 0;
+#endif
+    return errno == EINVAL || errno == EBADF || errno == ENOTSUP || errno == EROFS;
 }
 
 }  // namespace mox::disk

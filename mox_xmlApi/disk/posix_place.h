@@ -4,12 +4,13 @@
 
 #if !defined(_WIN32)
 
+#include <cstdint>
 #include <string>
 #include <sys/stat.h>
 #include <utility>
 
-#include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
+#include "mox_xmlApi/platform/open_file.h"
 
 namespace mox::disk {
 
@@ -19,6 +20,13 @@ inline bool IsSameFile(const struct stat& left, const struct stat& right) noexce
 }
 
 enum class Links { Follow, Keep };
+
+// Whether a name is that of a file.
+enum class Same : std::uint8_t {
+    Yes,
+    No,       // another file has it, or none
+    Unknown,  // the system does not tell
+};
 
 class Place {
   public:
@@ -33,11 +41,13 @@ class Place {
     // What has that name now, a link as itself. Returns false on failure; errno says why.
     bool Examine(struct stat& status) const noexcept;
 
-    // Whether the name is that of the file and of no other one.
-    bool IsOf(const struct stat& file) const noexcept;
+    // Whether the name is that of the file. If it is unknown, errno says why.
+    Same Compare(const struct stat& file) const noexcept;
 
-    // Flushes the folder. Returns false if that failed; not all systems can do it, which is no failure.
-    bool Flush() const noexcept;
+    // Flushes the folder. `inFolder` is a file in it: where the process may not read the folder, all of the file system
+    // is flushed by means of that. Returns false if that failed (errno says why); not all file systems can flush a
+    // folder, which is no failure.
+    bool Flush(const OpenFile& inFolder) const noexcept;
 
   private:
     bool Enter(const OpenFile* from, std::string_view path);

@@ -23,7 +23,12 @@ bool TemporaryFile::Create(mode_t mode) {
         if (file >= 0) {
             file_ = OpenFile(file);
             name_ = std::move(name);
-            return true;
+            if (fstat(file, &own_) == 0) return true;
+            const int error = errno;
+            unlinkat(target_.Folder().Get(), name_.c_str(), 0);
+            name_.clear();
+            errno = error;
+            return false;
         }
         if (errno != EEXIST) break;
     }
@@ -50,8 +55,8 @@ bool TemporaryFile::RenameToNew() noexcept {
 #endif
     // Not every file system can do that. A second name fails in the same case, but not every one can do that either.
     if (linkat(folder, from, folder, to, 0) == 0) {
-        unlinkat(folder, from, 0);
-        name_.clear();
+        // Otherwise the destructor tries once more.
+        if (unlinkat(folder, from, 0) == 0) name_.clear();
         return true;
     }
     if (errno == EEXIST) return false;
@@ -62,20 +67,20 @@ bool TemporaryFile::RenameToNew() noexcept {
     return RenameOver();
 }
 
-bool TemporaryFile::IsAt(const std::string& name) const noexcept {
+Same TemporaryFile::Compare(const std::string& name, nlink_t links) const noexcept {
     struct stat found;
-    return fstatat(target_.Folder().Get(), name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
-           IsSameFile(own_, found) && found.st_nlink == 1;
+    if (fstatat(target_.Folder().Get(), name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0)
+        return IsSameFile(own_, found) && found.st_nlink == links ? Same::Yes : Same::No;
+    return errno == ENOENT ? Same::No : Same::Unknown;
 }
 
 void TemporaryFile::Remove() noexcept {
     if (name_.empty()) return;
     const int folder = target_.Folder().Get();
     struct stat found;
-    const bool isOurs = fstat(file_.Get(), &own_) == 0 &&
-                        fstatat(folder, name_.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
-                        IsSameFile(own_, found);
-    if (isOurs) unlinkat(folder, name_.c_str(), 0);
+    const bool isFound = fstatat(folder, name_.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0;
+    // If the name cannot be examined, it most probably is ours.
+    if (!isFound || IsSameFile(own_, found)) unlinkat(folder, name_.c_str(), 0);
     name_.clear();
 }
 

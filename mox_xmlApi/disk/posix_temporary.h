@@ -8,13 +8,13 @@
 #include <string_view>
 #include <sys/stat.h>
 
-#include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/posix_place.h"
+#include "mox_xmlApi/platform/open_file.h"
 
 namespace mox::disk {
 
 // A new file beside the one that it is to replace. It is written through the descriptor that created it. Its destructor
-// removes it unless it has been renamed.
+// removes it unless it has been renamed; it stays only if the system cannot remove it.
 class TemporaryFile {
   public:
     // The place outlives this object.
@@ -28,25 +28,27 @@ class TemporaryFile {
 
     const OpenFile& File() const noexcept { return file_; }
 
-    // Whether its name in the folder still is that of the file that was created, and its only name.
-    bool IsInPlace() noexcept { return fstat(file_.Get(), &own_) == 0 && IsAt(name_); }
+    // Whether its name in the folder still is that of the file that was created, and its only name. If it is unknown,
+    // errno says why.
+    Same IsInPlace() const noexcept { return Compare(name_, 1); }
 
     // Renames it to the target's name, which is replaced. Returns false on failure; errno says why.
     bool RenameOver() noexcept;
     // Renames it only if nothing has that name (otherwise errno is EEXIST).
     bool RenameToNew() noexcept;
 
-    // After IsInPlace and the renaming: whether the target's name is that of the file that was created.
-    bool IsTarget() const noexcept { return IsAt(target_.Name()); }
+    // After the renaming: the same for the target's name.
+    Same IsTarget() const noexcept { return Compare(target_.Name(), name_.empty() ? 1 : 2); }
 
   private:
-    bool IsAt(const std::string& name) const noexcept;
+    // Whether the name is that of the file that was created, which has so many names.
+    Same Compare(const std::string& name, nlink_t links) const noexcept;
     void Remove() noexcept;
 
     const Place& target_;
     OpenFile file_;
     struct stat own_ {};
-    std::string name_;  // empty if there is no temporary file any more
+    std::string name_;  // empty if nothing has the temporary name any more
 };
 
 }  // namespace mox::disk

@@ -1,17 +1,13 @@
 #include "mox_xmlApi/disk/read_file.hpp"
 
 #include "mox_xmlApi/disk/content_hash.h"
-#include "mox_xmlApi/disk/open_file.h"
+#include "mox_xmlApi/disk/read_to_end.h"
 #include "mox_xmlApi/disk/stamp_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
+#include "mox_xmlApi/platform/open_file.h"
+#include "mox_xmlApi/platform/windows_api.h"
 
-#if defined(_WIN32)
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
-#include <windows.h>
-#else
+#if !defined(_WIN32)
 #include <cerrno>
 #include <fcntl.h>
 #endif
@@ -21,10 +17,10 @@ namespace {
 
 #if defined(_WIN32)
 
-disk::OpenFile OpenToRead(const Text& path) {
-    return disk::OpenFile(
-        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+OpenFile OpenToRead(const Text& path) {
+    return OpenFile(CreateFileW(path.c_str(), GENERIC_READ,
+                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
 }
 
 // Folders cannot be opened in this way; the system says that access is denied.
@@ -35,13 +31,13 @@ bool IsFolder(const Text& path) {
 
 #else
 
-disk::OpenFile OpenToRead(const Text& path) {
+OpenFile OpenToRead(const Text& path) {
     const std::string name = front::Utf8Of(path.units());
     int file = -1;
     do {
         file = open(name.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC);
     } while (file < 0 && errno == EINTR);
-    return disk::OpenFile(file);
+    return OpenFile(file);
 }
 
 bool IsFolder(const Text& /*path*/) {
@@ -66,7 +62,7 @@ std::optional<std::string> readFile(const Text& path, FileStamp* stamp, Problem*
     if (!path.isValid() || path.units().empty())
         return fail(Reason::InvalidText, "the path is empty or not valid");
 
-    const disk::OpenFile file = OpenToRead(path);
+    const OpenFile file = OpenToRead(path);
     if (!file.IsOpen()) {
         const disk::SystemError error = disk::LastSystemError();
         if (IsFolder(path)) return fail(Reason::NotRegularFile, "it is a folder, not a file");

@@ -26,12 +26,20 @@
 //   detected.
 //   Programs that use this function on the same file exclude each other from the comparison with `onlyIf` to the
 //   renaming, by a lock on the file (flock; on Windows a named mutex) that ends with the process. On a file system
-//   without locks, and against other programs, the comparison is made but a change right after it is not seen.
+//   without locks, and against other programs, the comparison is made but a change right after it is not seen. Whoever
+//   may read the file can hold that lock, too, and so make replacements end with Reason::Busy.
 //
 // Failure
-//   The old file is unchanged and the temporary file is removed. It is left behind only if the process ends midway:
-//   ".mox-<number>-<number>.tmp" in the folder of the file. On POSIX systems the folder is flushed after the renaming.
-//   An error of that is ignored, because the new file is in place.
+//   The old file is unchanged and the temporary file is removed. That file, ".mox-<number>-<number>.tmp" in the folder
+//   of the file, stays only if the process ends midway or if the system cannot remove it.
+//   There is one exception: if the system fails to say whose file has the name right after the renaming, the reason is
+//   Changed, the message begins with "the file was replaced, but", and the new file is in place.
+//
+// Power cuts
+//   At each moment the disk has the old file or the new one, whole, and the backup or what was there before it; the new
+//   file only if it has the backup. On POSIX systems the folder is flushed after the renaming, so that a replacement
+//   that has succeeded stays; where the folder cannot be read, the whole file system is flushed. An error of that flush
+//   is ignored, because the new file is in place: then it may be the old one again after a power cut.
 #ifndef MOX_XMLAPI_DISK_REPLACE_FILE_HPP
 #define MOX_XMLAPI_DISK_REPLACE_FILE_HPP
 
@@ -67,8 +75,9 @@ struct ReplaceOptions {
 //
 // Returns false on failure, and `stamp` is unchanged. The reason is InvalidText, NotFound (of the folder), NoPermission,
 // NotRegularFile, TooLarge (of an old file that has to be read), ReadFailed (of it) or WriteFailed; Changed if the file
-// is not the one that `onlyIf` describes, or if another program has put its own file in place of the new one; Busy if
-// another process did not finish in time. `problem->file` is the backup if that is what failed. Throws std::bad_alloc.
+// is not the one that `onlyIf` describes, if another program has put its own file in place of the new one, or if the
+// system does not tell whether one has; Busy if another process did not finish in time. `problem->file` is the backup
+// if that is what failed. Throws std::bad_alloc.
 bool replaceFile(const Text& path, std::string_view bytes, const ReplaceOptions& options = {},
                  FileStamp* stamp = nullptr, Problem* problem = nullptr);
 

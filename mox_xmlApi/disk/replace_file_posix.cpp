@@ -14,12 +14,12 @@
 
 #include "mox_xmlApi/disk/content_hash.h"
 #include "mox_xmlApi/disk/old_file.h"
-#include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/posix_access.h"
 #include "mox_xmlApi/disk/posix_place.h"
 #include "mox_xmlApi/disk/posix_temporary.h"
 #include "mox_xmlApi/disk/stamp_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
+#include "mox_xmlApi/platform/open_file.h"
 
 namespace mox::disk {
 namespace {
@@ -68,6 +68,27 @@ class Attempt {
     }
     Outcome Failed(bool /*reported*/) const noexcept { return Outcome::Failed; }
 
+    // Opens the file that is to be replaced: for writing if possible, because network file systems grant an exclusive
+    // lock only then. Not open on failure; errno says why.
+    OpenFile OpenToLock(bool& isReadable) const {
+        const auto openFor = [&](int access) {
+            // Without waiting, should it be a pipe by now.
+            constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+            int opened = -1;
+            do {
+                opened = openat(target_.Folder().Get(), target_.Name().c_str(), access | kFlags);
+            } while (opened < 0 && errno == EINTR);
+            return opened;
+        };
+        int file = openFor(O_RDWR);
+        const bool isRefused =
+            file < 0 && (errno == EACCES || errno == EPERM || errno == EROFS || errno == ETXTBSY);
+        if (isRefused) file = openFor(O_RDONLY);
+        isReadable = file >= 0;
+        if (isRefused && file < 0 && errno == EACCES) file = openFor(O_WRONLY);
+        return OpenFile(file);
+    }
+
     // Opens and locks the file that is to be replaced, if there is one, and reads its access.
     Outcome OpenOld() {
         struct stat found;
@@ -76,36 +97,28 @@ class Attempt {
             return Failed(FailBySystemError(Reason::ReadFailed, "cannot examine the file"));
         }
         if (!S_ISREG(found.st_mode)) return Failed(Fail(Reason::NotRegularFile, "it is not a regular file"));
-        const int folder = target_.Folder().Get();
-        const char* const name = target_.Name().c_str();
-        if (faccessat(folder, name, W_OK, AT_EACCESS) != 0) {
+        if (faccessat(target_.Folder().Get(), target_.Name().c_str(), W_OK, AT_EACCESS) != 0) {
             if (errno == ENOENT) return Outcome::Again;
             return Failed(FailBySystemError(Reason::WriteFailed, "cannot write to the file"));
         }
-        // Without waiting, should it be a pipe by now.
-        constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-        const auto openFor = [&](int access) {
-            int opened = -1;
-            do {
-                opened = openat(folder, name, access | kFlags);
-            } while (opened < 0 && errno == EINTR);
-            return opened;
-        };
-        int file = openFor(O_RDONLY);
-        const bool isReadable = file >= 0;
-        if (file < 0 && errno == EACCES) file = openFor(O_WRONLY);
-        if (file < 0) {
+        bool isReadable = true;
+        OpenFile opened = OpenToLock(isReadable);
+        if (!opened.IsOpen()) {
             if (errno == EWOULDBLOCK)
                 return Failed(Fail(Reason::Busy, "another process has a lease on the file"));
             if (errno == ENOENT || errno == ELOOP) return Outcome::Again;
             return Failed(FailBySystemError(Reason::ReadFailed, "cannot open the file"));
         }
-        OpenFile opened(file);
         if (!Lock(opened, deadline_))
             return Failed(Fail(Reason::Busy, "another process is replacing the file and does not finish"));
-        if (old_.Open(std::move(opened), isReadable) != FileType::Regular || fstat(file, &oldStatus_) != 0 ||
-            !target_.IsOf(oldStatus_))
-            return Outcome::Again;
+        const FileType type = old_.Open(std::move(opened), isReadable);
+        if (type != FileType::Regular && type != FileType::Unknown) return Outcome::Again;
+        Same same = Same::Unknown;
+        if (type == FileType::Regular && fstat(old_.File().Get(), &oldStatus_) == 0)
+            same = target_.Compare(oldStatus_);
+        if (same == Same::No) return Outcome::Again;
+        if (same == Same::Unknown)
+            return Failed(FailBySystemError(Reason::ReadFailed, "cannot examine the file"));
         if (access_.Read(old_.File())) return Outcome::Done;
         return Failed(FailBySystemError(Reason::ReadFailed, "cannot read the access rights of the file"));
     }
@@ -117,27 +130,29 @@ class Attempt {
         const auto fail = [&](Reason reason, std::string_view message) {
             return FailFor(problem_, path, reason, message);
         };
+        const auto failBySystem = [&](std::string_view what) {
+            return FailBySystem(problem_, path, Reason::WriteFailed, what, LastSystemError());
+        };
         Place place;
         if (!place.Locate(path, Links::Keep, problem_)) return false;
         struct stat found;
-        if (place.Examine(found)) {
+        if (!place.Examine(found)) {
+            if (errno != ENOENT) return failBySystem("cannot examine the backup");
+        } else {
             if (!S_ISREG(found.st_mode) && !S_ISLNK(found.st_mode))
                 return fail(Reason::NotRegularFile, "the backup would replace what is not a regular file");
-            // A link of another name to the file may become the backup.
             struct stat folder;
             struct stat ownFolder;
-            const bool isSameName =
-                place.Name() == target_.Name() && fstat(place.Folder().Get(), &folder) == 0 &&
-                fstat(target_.Folder().Get(), &ownFolder) == 0 && IsSameFile(folder, ownFolder);
+            if (fstat(place.Folder().Get(), &folder) != 0 || fstat(target_.Folder().Get(), &ownFolder) != 0)
+                return failBySystem("cannot examine the folder");
+            // A link of another name to the file may become the backup.
+            const bool isSameName = place.Name() == target_.Name() && IsSameFile(folder, ownFolder);
             if (IsSameFile(found, oldStatus_) && (isSameName || found.st_nlink == 1))
                 return fail(Reason::InvalidText, "the backup would be the file itself");
         }
         FileStamp ignored;
-        if (!old_.Read(path_, problem_) ||
-            PutInPlace(What::Backup, place, path, old_.Bytes(), ignored) != Outcome::Done)
-            return false;
-        return place.Flush() || FailBySystem(problem_, path, Reason::WriteFailed,
-                                             "cannot flush the folder of the backup", LastSystemError());
+        return old_.Read(path_, problem_) &&
+               PutInPlace(What::Backup, place, path, old_.Bytes(), ignored) == Outcome::Done;
     }
 
     // Writes a file and gives it the name. `path` is for the problem.
@@ -150,7 +165,7 @@ class Attempt {
         if (!temporary.Create(what == What::NewFile ? kDefaultMode : kOwnerOnly))
             return failBySystem("cannot create a file in the folder");
         const OpenFile& file = temporary.File();
-        if (!WriteAll(file, bytes)) return failBySystem("cannot write the file");
+        if (!WriteAll(file, bytes.data(), bytes.size())) return failBySystem("cannot write the file");
         if (what != What::NewFile) {
             CopyUserAttributes(old_.File(), file);
             if (!access_.GiveTo(file)) return failBySystem("cannot set the access rights of the file");
@@ -159,11 +174,17 @@ class Attempt {
         if (StampFile(file, stamp) != FileType::Regular) return failBySystem("cannot examine the file");
         DescribeContent(bytes, stamp);
 
-        if (!temporary.IsInPlace()) {
+        const Same inPlace = temporary.IsInPlace();
+        if (inPlace == Same::Unknown) return failBySystem("cannot examine the temporary file");
+        if (inPlace == Same::No) {
             return Failed(FailFor(problem_, path, Reason::WriteFailed,
                                   "another process has exchanged or removed the temporary file"));
         }
-        if (what == What::Replacement && !place.IsOf(oldStatus_)) return ChangedMeanwhile();
+        if (what == What::Replacement) {
+            const Same old = place.Compare(oldStatus_);
+            if (old == Same::Unknown) return failBySystem("cannot examine the file");
+            if (old == Same::No) return ChangedMeanwhile();
+        }
         // Others that replace the file wait until it has been examined.
         static_cast<void>(flock(file.Get(), LOCK_EX | LOCK_NB));
         if (what == What::NewFile) {
@@ -173,11 +194,18 @@ class Attempt {
         } else if (!temporary.RenameOver()) {
             return failBySystem("cannot rename the temporary file");
         }
-        if (!temporary.IsTarget()) {
+        const Same target = temporary.IsTarget();
+        if (target == Same::Unknown) {
+            return Failed(FailFor(
+                problem_, path, Reason::Changed,
+                "the file was replaced, but the new one cannot be examined: " + TextOf(LastSystemError())));
+        }
+        if (target == Same::No) {
             return Failed(FailFor(problem_, path, Reason::Changed,
                                   "another process has put its own file in the place of the new one"));
         }
-        if (what != What::Backup) static_cast<void>(place.Flush());
+        const bool isFlushed = place.Flush(file);
+        if (what == What::Backup && !isFlushed) return failBySystem("cannot flush the folder of the backup");
         return Outcome::Done;
     }
 

@@ -3,24 +3,20 @@
 
 #if defined(_WIN32)
 
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
 #include <algorithm>
 #include <chrono>
 #include <utility>
-#include <windows.h>
 
 #include "mox_xmlApi/disk/content_hash.h"
 #include "mox_xmlApi/disk/old_file.h"
-#include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/stamp_file.h"
 #include "mox_xmlApi/disk/system_problem.h"
 #include "mox_xmlApi/disk/windows_access.h"
 #include "mox_xmlApi/disk/windows_mutex.h"
 #include "mox_xmlApi/disk/windows_paths.h"
 #include "mox_xmlApi/disk/windows_temporary.h"
+#include "mox_xmlApi/platform/open_file.h"
+#include "mox_xmlApi/platform/windows_api.h"
 
 namespace mox::disk {
 namespace {
@@ -90,8 +86,10 @@ class Attempt {
             return FailBySystemError(Reason::NoPermission, "cannot write to the file");
         OpenFile file = OpenExisting(target_, GENERIC_READ | READ_CONTROL);
         const bool isReadable = file.IsOpen();
-        if (!isReadable) file = OpenExisting(target_, READ_CONTROL);
-        if (!file.IsOpen()) return FailBySystemError(Reason::NoPermission, "cannot open the file");
+        const bool isRefused = !isReadable && (GetLastError() == ERROR_ACCESS_DENIED ||
+                                               GetLastError() == ERROR_SHARING_VIOLATION);
+        if (isRefused) file = OpenExisting(target_, READ_CONTROL);
+        if (!file.IsOpen()) return FailBySystemError(Reason::ReadFailed, "cannot open the file");
         switch (old_.Open(std::move(file), isReadable)) {
             case FileType::Regular:
                 break;
@@ -101,7 +99,7 @@ class Attempt {
                 return Fail(Reason::NotRegularFile, "it is not a regular file");
         }
         return access_.Read(old_.File()) ||
-               FailBySystemError(Reason::NoPermission, "cannot read the access rights of the file");
+               FailBySystemError(Reason::ReadFailed, "cannot read the access rights of the file");
     }
 
     // Copies the old file, if that is asked for.
@@ -111,15 +109,21 @@ class Attempt {
         const auto fail = [&](Reason reason, std::string_view message) {
             return FailFor(problem_, path, reason, message);
         };
+        const auto failToExamine = [&] {
+            return FailBySystem(problem_, path, Reason::WriteFailed, "cannot examine the backup",
+                                LastSystemError());
+        };
         const std::wstring name(path.units().begin(), path.units().end());
         const DWORD found = GetFileAttributesW(name.c_str());
-        if (found != INVALID_FILE_ATTRIBUTES) {
+        if (found == INVALID_FILE_ATTRIBUTES) {
+            if (GetLastError() != ERROR_FILE_NOT_FOUND) return failToExamine();
+        } else {
             if ((found & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) != 0)
                 return fail(Reason::NotRegularFile, "the backup would replace what is not a regular file");
             FileStamp stamp;
             const OpenFile file = OpenExisting(name, 0);
-            if (file.IsOpen() && StampFile(file, stamp) == FileType::Regular &&
-                stamp.file == old_.Stamp().file && stamp.device == old_.Stamp().device)
+            if (!file.IsOpen() || StampFile(file, stamp) != FileType::Regular) return failToExamine();
+            if (stamp.file == old_.Stamp().file && stamp.device == old_.Stamp().device)
                 return fail(Reason::InvalidText, "the backup would be the file itself");
         }
         FileStamp ignored;
@@ -153,7 +157,7 @@ class Attempt {
                               isNew ? nullptr : access_.ForNewFile()))
             return failBySystem("cannot create a file in the folder");
         const OpenFile& file = temporary.File();
-        if (!WriteAll(file, bytes)) return failBySystem("cannot write the file");
+        if (!WriteAll(file, bytes.data(), bytes.size())) return failBySystem("cannot write the file");
         if (!isNew && !access_.GiveTo(file)) return failBySystem("cannot set the access rights of the file");
         if (!FlushFile(file)) return failBySystem("cannot flush the file");
         if (StampFile(file, stamp) != FileType::Regular) return failBySystem("cannot examine the file");

@@ -2,17 +2,13 @@
 
 #include <utility>
 
-#include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/disk/system_problem.h"
+#include "mox_xmlApi/platform/open_file.h"
+#include "mox_xmlApi/platform/windows_api.h"
 
 #if defined(_WIN32)
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
 #include <atomic>
-#include <windows.h>
 #else
 #include <cerrno>
 #include <cstdlib>
@@ -34,20 +30,20 @@ bool FailToCreate(Problem* problem, const Text& path) {
 
 #if defined(_WIN32)
 
-disk::OpenFile OpenToWrite(const front::Units& path) {
-    return disk::OpenFile(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+OpenFile OpenToWrite(const front::Units& path) {
+    return OpenFile(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 #else
 
-disk::OpenFile OpenToWrite(const front::Units& path) {
+OpenFile OpenToWrite(const front::Units& path) {
     const std::string name = front::Utf8Of(front::UnitsView(path));
     int file = -1;
     do {
         file = open(name.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
     } while (file < 0 && errno == EINTR);
-    return disk::OpenFile(file);
+    return OpenFile(file);
 }
 
 #endif
@@ -81,8 +77,8 @@ ScratchFile::~ScratchFile() {
 }
 
 bool ScratchFile::write(std::string_view bytes, Problem* problem) {
-    const disk::OpenFile file = OpenToWrite(path_);
-    if (file.IsOpen() && disk::WriteAll(file, bytes)) return front::Succeed(problem);
+    const OpenFile file = OpenToWrite(path_);
+    if (file.IsOpen() && WriteAll(file, bytes.data(), bytes.size())) return front::Succeed(problem);
     const disk::SystemError error = disk::LastSystemError();
     return disk::FailBySystem(problem, Text(front::UnitsView(path_)), Reason::WriteFailed,
                               "cannot write to a temporary file", error);
@@ -110,8 +106,8 @@ bool ScratchFile::CreateInFolder(Problem* problem) {
         QueryPerformanceCounter(&time);
         path_ = folder + L"mox-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
                 std::to_wstring(time.QuadPart) + L"-" + std::to_wstring(++number) + L".tmp";
-        const disk::OpenFile file(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                              FILE_ATTRIBUTE_TEMPORARY, nullptr));
+        const OpenFile file(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                        FILE_ATTRIBUTE_TEMPORARY, nullptr));
         if (file.IsOpen()) return true;
         if (GetLastError() != ERROR_FILE_EXISTS && GetLastError() != ERROR_ALREADY_EXISTS) break;
     }
@@ -158,7 +154,7 @@ bool ScratchFile::CreateInFolder(Problem* problem) {
     }
     path_ = *units;
     constexpr mode_t kOwnerOnly = 0600;
-    const disk::OpenFile file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly));
+    const OpenFile file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly));
     if (file.IsOpen()) return true;
     const bool isCreated = FailToCreate(problem, Text(folder));
     Remove();

@@ -15,8 +15,8 @@ namespace mox {
 
 // An empty file that no other user can read or write, and that is gone when this object is destroyed. On Linux it is in
 // memory alone. Elsewhere, and where that is not possible, it is in a folder of its own in the folder for temporary
-// files; on Windows that folder is the user's, and the file is in it. It is left behind only if the process ends midway:
-// "mox-<...>" in the folder for temporary files.
+// files; on Windows that folder is the user's, and the file is in it. It is left behind only if the process ends midway
+// or the system cannot remove it: "mox-<...>" in the folder for temporary files.
 class ScratchFile {
   public:
     // nullopt on failure; the reason is NotFound (of the folder for temporary files), InvalidText (of its name),

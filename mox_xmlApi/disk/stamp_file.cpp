@@ -1,14 +1,10 @@
 #include "mox_xmlApi/disk/stamp_file.h"
 
-#if defined(_WIN32)
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
-#include <windows.h>
-#else
+#if !defined(_WIN32)
 #include <sys/stat.h>
 #endif
+
+#include "mox_xmlApi/platform/windows_api.h"
 
 namespace mox::disk {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "mox_xmlApi/disk/file_stamp.hpp"
-#include "mox_xmlApi/disk/open_file.h"
+#include "mox_xmlApi/platform/open_file.h"
 
 namespace mox::disk {
 

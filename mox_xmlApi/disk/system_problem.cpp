@@ -1,15 +1,11 @@
 #include "mox_xmlApi/disk/system_problem.h"
 
-#if defined(_WIN32)
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
-#include <windows.h>
-#else
+#if !defined(_WIN32)
 #include <cerrno>
 #include <system_error>
 #endif
+
+#include "mox_xmlApi/platform/windows_api.h"
 
 namespace mox::disk {
 

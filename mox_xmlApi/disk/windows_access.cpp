@@ -2,11 +2,7 @@
 
 #if defined(_WIN32)
 
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
-#include <windows.h>
+#include "mox_xmlApi/platform/windows_api.h"
 
 namespace mox::disk {
 

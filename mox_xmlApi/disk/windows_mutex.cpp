@@ -2,17 +2,13 @@
 
 #if defined(_WIN32)
 
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
 #include <algorithm>
 #include <chrono>
-#include <windows.h>
-// Needs the types of the header above.
-#include <sddl.h>
 
 #include "mox_xmlApi/disk/content_hash.h"
+#include "mox_xmlApi/platform/windows_api.h"
+// Needs the types of the header above.
+#include <sddl.h>
 
 namespace mox::disk {
 namespace {
@@ -35,7 +31,7 @@ OpenFile MakeMutex(const std::wstring& name) {
     if (ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:(A;;0x00100001;;;WD)", SDDL_REVISION_1,
                                                              &security.lpSecurityDescriptor, nullptr) == 0)
         security.lpSecurityDescriptor = nullptr;
-    const HANDLE mutex = CreateMutexExW(&security, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE);
+    HANDLE mutex = CreateMutexExW(&security, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE);
     LocalFree(security.lpSecurityDescriptor);
     return mutex == nullptr ? OpenFile() : OpenFile(mutex);
 }

@@ -6,8 +6,8 @@
 
 #include <string>
 
-#include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/replace_on_system.h"
+#include "mox_xmlApi/platform/open_file.h"
 
 namespace mox::disk {
 

@@ -2,12 +2,9 @@
 
 #if defined(_WIN32)
 
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
 #include <cstddef>
-#include <windows.h>
+
+#include "mox_xmlApi/platform/windows_api.h"
 
 namespace mox::disk {
 namespace {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "mox_xmlApi/disk/open_file.h"
+#include "mox_xmlApi/platform/open_file.h"
 
 namespace mox::disk {
 

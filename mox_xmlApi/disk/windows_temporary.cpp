@@ -2,17 +2,13 @@
 
 #if defined(_WIN32)
 
-#define WIN32_LEAN_AND_MEAN
-#if !defined(NOMINMAX)
-#define NOMINMAX
-#endif
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <windows.h>
 
 #include "mox_xmlApi/disk/replace_on_system.h"
 #include "mox_xmlApi/disk/windows_paths.h"
+#include "mox_xmlApi/platform/windows_api.h"
 
 namespace mox::disk {
 

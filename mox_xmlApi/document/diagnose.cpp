@@ -8,6 +8,7 @@
 #include "mox_xmlApi/document/document_content.h"
 #include "mox_xmlApi/document/entry_check.h"
 #include "mox_xmlApi/document/text_format.h"
+#include "mox_xmlApi/xml/settings_root.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox {
@@ -79,7 +80,7 @@ class Checker {
 
     // A top-level "Settings" element that is not the root.
     void CheckOtherSettings(DocumentNode settings) {
-        if (HasSchemaAttribute(*front::DocumentContent::NodeOf(settings))) {
+        if (HasSchemaLocation(*front::DocumentContent::NodeOf(settings))) {
             Warn(settings,
                  "another \"Settings\" element: hosts read only the one on " + LineOf(document_.root()));
         } else {

@@ -6,6 +6,7 @@
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "mox_xmlApi/entries/entry_reader.h"
 #include "mox_xmlApi/entries/table_entries.h"
+#include "mox_xmlApi/xml/settings_root.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox::front {

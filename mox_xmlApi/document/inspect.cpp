@@ -10,6 +10,7 @@
 #include "mox_xmlApi/document/text_units.h"
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "mox_xmlApi/platform/scan.h"
+#include "mox_xmlApi/xml/settings_root.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 namespace mox::front {

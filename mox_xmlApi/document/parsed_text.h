@@ -42,13 +42,6 @@ class ParsedText {
     ParseFailure failure_;
 };
 
-// The first "Settings" element at the top level that has a schema attribute: the root of a settings document. Null
-// without one.
-XmlNode* FindSettingsRoot(const XmlNode& tree) noexcept;
-
-// Whether the element has a schema attribute.
-bool HasSchemaAttribute(const XmlNode& settings) noexcept;
-
 }  // namespace mox
 
 #endif

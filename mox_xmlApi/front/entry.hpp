@@ -184,6 +184,9 @@ std::optional<T> ValueOfEntry(const BasicEntry<String>& entry, const Target& tar
 
 // ---- to records. Each function returns false for what a record cannot hold; the record is then unspecified.
 
+// The most units of a name that a record can hold.
+inline constexpr std::size_t kMostNameUnits = std::size(TableEntryBaseInfoStruct().name) - 1;
+
 inline bool SetRecordName(UnitsView name, TableEntryBaseInfoStruct& record) noexcept {
     if (name.size() >= std::size(record.name)) return false;
     const auto end = std::copy(name.begin(), name.end(), std::begin(record.name));
@@ -230,10 +233,16 @@ inline bool IsKnownOwner(Owner owner) noexcept {
     return owner == Owner::None || owner == Owner::App || owner == Owner::Dwg || owner == Owner::Erg;
 }
 
+// Type and shape as a record has them.
+template <class String>
+std::uint16_t TypeCodeOf(const BasicEntry<String>& entry) noexcept {
+    return static_cast<std::uint16_t>(static_cast<std::uint16_t>(entry.type) |
+                                      static_cast<std::uint16_t>(entry.shape));
+}
+
 template <class String>
 bool FillValueRecord(const BasicEntry<String>& entry, TableEntryValueInfoStruct& record) {
-    record.type = static_cast<std::uint16_t>(static_cast<std::uint16_t>(entry.type) |
-                                             static_cast<std::uint16_t>(entry.shape));
+    record.type = TypeCodeOf(entry);
     record.id = entry.id;
     int mask = kMaskName | kMaskType;
     if (entry.id != 0) mask |= kMaskId;

@@ -73,14 +73,43 @@ inline bool RenameEntry(void* handle, const Target& target, const Text& name, co
 
 // ---- presentation data
 
+inline bool RefuseFields(const Target& target) {
+    return target.Refuse(Reason::NotStored, "the exports cannot write the fields");
+}
+
 // Writes fields of presentation data; those that are empty or zero stay as they are.
 inline bool AddUiFields(void* handle, const Target& target, const Entry16& old, const Presentation16& added) {
     EntryPlan plan;
     if (!plan.Decide(handle, target, Entry16{old.name, std::nullopt, old.type, old.shape, 0, added}, &old))
         return false;
     plan.value.writeMask = kMaskName;
-    return plan.Execute(handle, 0, Eud::DoNotSet);
+    return plan.Execute(handle, 0, Eud::DoNotSet) || RefuseFields(target);
 }
+
+// The value of presentation data that had none. Its destructor removes it again, unless that is done, by writing the
+// presentation data as they were. If there is no memory for that, it stays.
+class TemporaryUiValue {
+  public:
+    // `record` has the presentation data of the entry that comes after the position. It outlives this object.
+    TemporaryUiValue(void* handle, std::uint64_t before, TableEntryUInfoStruct& record) noexcept
+        : handle_(handle), before_(before), record_(record) {}
+    TemporaryUiValue(const TemporaryUiValue&) = delete;
+    TemporaryUiValue& operator=(const TemporaryUiValue&) = delete;
+    ~TemporaryUiValue() {
+        if (isRemoved_) return;
+        try {
+            xmlTableEntrySet(handle_, &before_, nullptr, &record_, 1, 0);
+        } catch (...) {  // NOLINT(bugprone-empty-catch): nothing is left to try
+        }
+    }
+    void IsRemoved() noexcept { isRemoved_ = true; }
+
+  private:
+    void* handle_;
+    std::uint64_t before_;
+    TableEntryUInfoStruct& record_;
+    bool isRemoved_ = false;
+};
 
 // Clears displayed name and provider where the presentation data have a value, or the entry has none at all: the export
 // then writes them as a whole, except for the comment. Of an entry with a value of its own alone, they get one for a
@@ -97,12 +126,17 @@ inline std::optional<bool> ClearUiFieldsInPlace(void* handle, const Text& name, 
     if (!HasText(old.value)) return xmlTableEntrySet(handle, &before, &value, &record, 1, 0);
     if (old.ui->comment.empty()) return std::nullopt;
     TableEntryUInfoStruct temporary;
+    TableEntryUInfoStruct same;
     TableEntryValueInfoStruct text = value;
-    if (!FillSameUi(name.units(), old, *old.ui, temporary) || !SetRecordValue(Text("0"), text.type, text) ||
-        !SetRecordValue(Text("0"), text.type, temporary))
+    if (!FillSameUi(name.units(), old, *old.ui, temporary) || !FillSameUi(name.units(), old, *old.ui, same) ||
+        !SetRecordValue(Text("0"), text.type, text) || !SetRecordValue(Text("0"), text.type, temporary))
         return false;
-    return xmlTableEntryAdd(handle, nullptr, &text, &temporary, 0, 1) &&
-           xmlTableEntrySet(handle, &before, nullptr, &record, 1, 0);
+    TemporaryUiValue added(handle, before, same);
+    if (!xmlTableEntryAdd(handle, nullptr, &text, &temporary, 0, 1) ||
+        !xmlTableEntrySet(handle, &before, nullptr, &record, 1, 0))
+        return false;
+    added.IsRemoved();
+    return true;
 }
 
 // Gives the presentation data of the first entry of that name the fields that `change` sets, empty ones too.
@@ -133,20 +167,16 @@ bool ChangeUi(void* handle, const Target& target, const Text& name, Change chang
                              (ui.providerOwner == Owner::None && before.providerOwner != Owner::None);
     if (!RequirePresentation(target, added, old.type)) return false;
 
-    std::optional<bool> isWritten;
-    if (!clearsComment && !clearsOther) {
-        isWritten = !adds || AddUiFields(handle, target, old, added);
-    } else {
-        if (!RequirePosition(target)) return false;
-        if (!clearsComment) isWritten = ClearUiFieldsInPlace(handle, name, old, ui);
+    if (!clearsComment && !clearsOther)
+        return (!adds || AddUiFields(handle, target, old, added)) && target.Succeed();
+    if (!RequirePosition(target)) return false;
+    if (!clearsComment) {
+        const std::optional<bool> isWritten = ClearUiFieldsInPlace(handle, name, old, ui);
+        if (isWritten.has_value()) return *isWritten ? target.Succeed() : RefuseFields(target);
     }
-    if (!isWritten.has_value()) {
-        Entry16 wanted = old;
-        wanted.ui = ui;
-        return RebuildEntry(handle, target, name, wanted);
-    }
-    if (*isWritten) return target.Succeed();
-    return target.Refuse(Reason::NotStored, "the exports cannot write the fields");
+    Entry16 wanted = old;
+    wanted.ui = ui;
+    return RebuildEntry(handle, target, name, wanted);
 }
 
 }  // namespace mox::front

@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
@@ -103,8 +102,7 @@ inline std::vector<std::string> NamesOf(void* handle) {
 inline bool RequireLookUpName(const Target& target, const Text& name) {
     if (!target.RequireValid(name, "the name")) return false;
     if (name.units().empty()) return target.Refuse(Reason::InvalidText, "the name is empty");
-    constexpr std::size_t kMostUnits = std::size(TableEntryBaseInfoStruct().name) - 1;
-    return name.units().size() <= kMostUnits ||
+    return name.units().size() <= kMostNameUnits ||
            target.Refuse(Reason::InvalidText, "the name has more than 259 units");
 }
 

@@ -37,11 +37,6 @@ inline void FillNameRecord(UnitsView name, std::uint16_t type, std::uint16_t mas
     record.writeMask = mask;
 }
 
-inline std::uint16_t TypeCodeOf(const Entry16& entry) noexcept {
-    return static_cast<std::uint16_t>(static_cast<std::uint16_t>(entry.type) |
-                                      static_cast<std::uint16_t>(entry.shape));
-}
-
 // Presentation data that keep the comment that there is, and have the same value as before. Returns false if a record
 // cannot hold them.
 inline bool FillSameUi(UnitsView name, const Entry16& entry, const Presentation16& ui,

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <optional>
 #include <string>
 
@@ -117,8 +116,7 @@ inline bool FindPositionBefore(void* handle, UnitsView name, std::uint64_t& befo
 }
 
 inline bool RequirePosition(const Target& target) {
-    constexpr std::size_t kMostUnits = std::size(TableEntryBaseInfoStruct().name) - 1;
-    return target.name.size() < kMostUnits ||
+    return target.name.size() < kMostNameUnits ||
            target.Refuse(Reason::NotStored,
                          "an entry whose name has 259 units cannot be told from longer ones here");
 }

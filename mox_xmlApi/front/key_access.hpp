@@ -222,8 +222,7 @@ inline bool AddTypedKey(moxSettings* profile, const Text& section, const Text& k
 // The same, but a new key has the type of the value. Only a key that no record can name has the type "string".
 inline bool WriteTypedKey(moxSettings* profile, const Target& target, const Text& section, const Text& key,
                           const TypedText& value) {
-    constexpr std::size_t kMostUnits = std::size(TableEntryBaseInfoStruct().name) - 1;
-    if (value.type == ValueType::String || key.units().size() > kMostUnits)
+    if (value.type == ValueType::String || key.units().size() > kMostNameUnits)
         return WriteKey(profile, target, section, key, value.text);
     KeyState state = KeyState::Readable;
     if (!RequireWritable(profile, target, section, key, value.text.units(), state)) return false;

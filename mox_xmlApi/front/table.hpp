@@ -119,7 +119,6 @@ class Table : public EntryTable {
         }
         Table table(front::TableHandle(handle, Dispose));
         front::TakeFindings(findings, *table.Rules());
-        table.Rules()->form = Form::Wide;
         return table;
     }
 };

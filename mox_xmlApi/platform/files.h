@@ -8,28 +8,18 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "mox_xmlApi/platform/open_file.h"
 #include "mox_xmlApi/platform/wchar16.h"
 
 namespace mox {
-
-#if defined(_WIN32)
-using FileHandle = void*;
-inline constexpr FileHandle kNoFile = nullptr;
-#else
-using FileHandle = int;
-inline constexpr FileHandle kNoFile = -1;
-#endif
 
 // A file open for reading, closed by its destructor. Other processes may read, write and delete it meanwhile.
 class InputFile {
   public:
     // Opens the file; IsOpen says whether that succeeded. Throws std::bad_alloc while converting the path.
     explicit InputFile(const wchar16* path);
-    ~InputFile();
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
 
-    bool IsOpen() const noexcept { return handle_ != kNoFile; }
+    bool IsOpen() const noexcept { return file_.IsOpen(); }
 
     // The present size of a regular file in bytes, as a hint for the size of a buffer. 0 for pipes, devices, folders
     // and a file that is not open.
@@ -43,7 +33,7 @@ class InputFile {
     bool Failed() const noexcept { return failed_; }
 
   private:
-    FileHandle handle_ = kNoFile;
+    OpenFile file_;
     bool failed_ = false;
 };
 
@@ -53,9 +43,6 @@ class OutputFile {
     // Opens the file. On failure the file is unchanged, and every write fails. Throws std::bad_alloc while converting
     // the path; the file is then unchanged.
     explicit OutputFile(const wchar16* path);
-    ~OutputFile();
-    OutputFile(const OutputFile&) = delete;
-    OutputFile& operator=(const OutputFile&) = delete;
 
     // Appends `size` bytes. Returns false when not all of them could be written; the file then holds a prefix of what
     // it should hold.
@@ -65,7 +52,7 @@ class OutputFile {
     bool Close() noexcept;
 
   private:
-    FileHandle handle_ = kNoFile;
+    OpenFile file_;
     bool failed_ = false;
 };
 

@@ -2,21 +2,13 @@
 
 #include <new>
 
+#include "mox_xmlApi/xml/settings_root.h"
 #include "mox_xmlApi/xml/xml_names.h"
 
 using mox::WideView;
 using mox::XmlDocument;
 using mox::XmlNode;
 namespace names = mox::names;
-
-namespace {
-
-bool HasSchemaLocation(const XmlNode& settings) noexcept {
-    return XmlDocument::FindAttribute(&settings, names::kSchemaLocation) != nullptr ||
-           XmlDocument::FindAttribute(&settings, names::kSchemaLocationXsi) != nullptr;
-}
-
-}  // namespace
 
 void* moxSettings::Destroy(unsigned int flags) noexcept {
     void* const storage = this;
@@ -34,17 +26,13 @@ bool moxSettings::CreateNew() {
 
 bool moxSettings::LocateRoot() {
     if (hasRoot || !isLoaded) return false;
-    XmlNode* settings = nullptr;
-    while (XmlDocument::NextSettingsElement(document.root, settings) != nullptr) {
-        if (!HasSchemaLocation(*settings))
-            continue;  // without a schema location it is not the root, and it is kept as it is
-        root = settings;
-        hasRoot = true;
-        return true;
+    // What is called "Settings" without a schema location is not the root, and it is kept as it is.
+    XmlNode* settings = mox::FindSettingsRoot(*document.root);
+    if (settings == nullptr) {
+        settings = &document.AppendElement(*document.root, names::kSettings);
+        document.SetAttribute(*settings, names::kSchemaLocation, names::kSettingsSchema);
     }
-    XmlNode& made = document.AppendElement(*document.root, names::kSettings);
-    document.SetAttribute(made, names::kSchemaLocation, names::kSettingsSchema);
-    root = &made;
+    root = settings;
     hasRoot = true;
     return true;
 }

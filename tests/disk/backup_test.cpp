@@ -76,11 +76,7 @@ TEST_F(Backup, ThatFailsLeavesTheFileAndWhatWasThere) {
 
 #if !defined(_WIN32)
 
-mode_t ModeOf(const fs::path& path) {
-    struct stat status {};
-    EXPECT_EQ(stat(path.c_str(), &status), 0);
-    return status.st_mode & 07777;
-}
+using disk_tests::ModeOf;
 
 TEST_F(Backup, HasTheAccessOfTheFile) {
     host::WriteBytes(backup, "wide open");

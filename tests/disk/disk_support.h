@@ -2,10 +2,15 @@
 #ifndef MOX_XMLAPI_TESTS_DISK_DISK_SUPPORT_H
 #define MOX_XMLAPI_TESTS_DISK_DISK_SUPPORT_H
 
+#include <cstddef>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#endif
 
 #include "mox_xmlApi/mox_xmlApi.hpp"
 #include "tests/front/front_support.h"
@@ -43,6 +48,22 @@ inline mox::ReplaceOptions WithBackup(const std::filesystem::path& backup) {
     options.backup = mox::Text(backup.u16string());
     return options;
 }
+
+#if !defined(_WIN32)
+
+inline mode_t ModeOf(const std::filesystem::path& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0);
+    return status.st_mode & 07777;
+}
+
+// How many files this process has open.
+inline std::ptrdiff_t CountOpen() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                         std::filesystem::directory_iterator());
+}
+
+#endif
 
 }  // namespace disk_tests
 

@@ -14,6 +14,7 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,22 +32,30 @@ using mox::Reason;
 
 constexpr uid_t kAttacker = 41236;
 
+// How long the attacker gets to be in time.
+constexpr std::chrono::seconds kLongest{20};
+
 bool BecomeAttacker() {
     return setgroups(0, nullptr) == 0 && setgid(kAttacker) == 0 && setuid(kAttacker) == 0;
 }
 
-// Another user who does the same thing again and again with each temporary file that appears in a folder.
+// Another user who does the same thing again and again with each temporary file that appears in a folder. The test fails
+// if none ever does while this exists.
 class Attacker {
   public:
-    // `attack` is called with the name of the file; the folder is the current one.
-    Attacker(const fs::path& folder, const std::function<void(const char* name)>& attack) : process_(fork()) {
+    // `attack` is called with the name of the file; the folder is the current one. It returns whether the file was still
+    // there.
+    Attacker(const fs::path& folder, const std::function<bool(const char* name)>& attack)
+        : attempts_(static_cast<std::atomic<int>*>(mmap(
+              nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))),
+          process_(fork()) {
         if (process_ != 0) return;
         if (chdir(folder.c_str()) != 0 || !BecomeAttacker()) _exit(1);
         for (;;) {
             DIR* const names = opendir(".");
             if (names == nullptr) _exit(1);
             while (const dirent* const entry = readdir(names)) {
-                if (std::strncmp(entry->d_name, ".mox-", 5) == 0) attack(entry->d_name);
+                if (std::strncmp(entry->d_name, ".mox-", 5) == 0 && attack(entry->d_name)) ++*attempts_;
             }
             closedir(names);
         }
@@ -56,11 +65,17 @@ class Attacker {
         int status = 0;
         waitpid(process_, &status, 0);
         EXPECT_TRUE(WIFSIGNALED(status)) << "it gave up";
+        EXPECT_GT(Attempts(), 0) << "the attacker was never in time";
+        munmap(attempts_, sizeof *attempts_);
     }
     Attacker(const Attacker&) = delete;
     Attacker& operator=(const Attacker&) = delete;
 
+    // How many times it was in time.
+    int Attempts() const { return *attempts_; }
+
   private:
+    std::atomic<int>* attempts_;  // shared by both processes
     pid_t process_;
 };
 
@@ -80,9 +95,9 @@ class HostileFolder : public testing::Test {
     }
 
     // Replaces the file under attack until some attempts have failed. `check` is called after each.
-    void ReplaceUntilFoiled(const std::function<void(const char* name)>& attack) {
+    void ReplaceUntilFoiled(const std::function<bool(const char* name)>& attack) {
         const Attacker attacker(open, attack);
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        const auto end = std::chrono::steady_clock::now() + kLongest;
         std::string expected = "old";
         int foiled = 0;
         for (int round = 0; round < 100 || (foiled == 0 && std::chrono::steady_clock::now() < end); ++round) {
@@ -122,33 +137,29 @@ class HostileFolder : public testing::Test {
 
 TEST_F(HostileFolder, ATemporaryFileExchangedByALinkHarmsNobody) {
     const std::string target = fs::absolute(victim).string();
-    ReplaceUntilFoiled([&](const char* name) {
-        unlink(name);
-        static_cast<void>(symlink(target.c_str(), name) == 0);
-    });
+    ReplaceUntilFoiled(
+        [&](const char* name) { return unlink(name) == 0 && symlink(target.c_str(), name) == 0; });
 }
 
 TEST_F(HostileFolder, ATemporaryFileMovedAwayForALinkHarmsNobody) {
     const std::string target = fs::absolute(victim).string();
-    ReplaceUntilFoiled([&](const char* name) {
-        rename(name, "moved");
-        static_cast<void>(symlink(target.c_str(), name) == 0);
-    });
+    ReplaceUntilFoiled(
+        [&](const char* name) { return rename(name, "moved") == 0 && symlink(target.c_str(), name) == 0; });
 }
 
 TEST_F(HostileFolder, ATemporaryFileExchangedByAnotherOneIsNoSuccess) {
     ReplaceUntilFoiled([](const char* name) {
-        unlink(name);
+        if (unlink(name) != 0) return false;
         const int other = ::open(name, O_WRONLY | O_CREAT | O_EXCL, 0666);
-        if (other >= 0) {
-            static_cast<void>(write(other, "forged", 6) == 6);
-            close(other);
-        }
+        if (other < 0) return false;
+        const bool isWritten = write(other, "forged", 6) == 6;
+        close(other);
+        return isWritten;
     });
 }
 
 TEST_F(HostileFolder, ATemporaryFileThatIsRemovedIsNoSuccess) {
-    ReplaceUntilFoiled([](const char* name) { unlink(name); });
+    ReplaceUntilFoiled([](const char* name) { return unlink(name) == 0; });
 }
 
 TEST_F(HostileFolder, ALinkOfAnotherUserToAFileOfTheSuperuserIsNotFollowed) {
@@ -188,12 +199,14 @@ TEST_F(HostileFolder, ABackupThatIsExchangedHarmsNobody) {
     const std::string target = fs::absolute(victim).string();
     const fs::path backup = open / "f.xml.bak";
     const Attacker attacker(open, [&](const char* name) {
-        unlink(name);
-        static_cast<void>(symlink(target.c_str(), name) == 0);
+        const bool isExchanged = unlink(name) == 0 && symlink(target.c_str(), name) == 0;
         unlink("f.xml.bak");
         static_cast<void>(symlink(target.c_str(), "f.xml.bak") == 0);
+        return isExchanged;
     });
-    for (int round = 0; round < 50; ++round) {
+    const auto end = std::chrono::steady_clock::now() + kLongest;
+    for (int round = 0; round < 50 || (attacker.Attempts() == 0 && std::chrono::steady_clock::now() < end);
+         ++round) {
         mox::Problem problem;
         static_cast<void>(mox::replaceFile(file.u16string(), "new", WithBackup(backup), nullptr, &problem));
         ExpectUnharmedVictim();
@@ -212,9 +225,13 @@ TEST_F(HostileFolder, APrivateFileIsNeverOpenForOthers) {
     {
         const Attacker attacker(open, [&](const char* name) {
             const int opened = ::open(name, O_RDONLY);
+            const bool isRefused = opened < 0 && errno == EACCES;
             if (opened >= 0) close(::open(taken.c_str(), O_WRONLY | O_CREAT, 0666));
+            return isRefused;
         });
-        for (int round = 0; round < 100; ++round)
+        const auto end = std::chrono::steady_clock::now() + kLongest;
+        for (int round = 0;
+             round < 100 || (attacker.Attempts() == 0 && std::chrono::steady_clock::now() < end); ++round)
             EXPECT_EQ(ReasonFor(file, "new"), Reason::None);
     }
     EXPECT_FALSE(fs::exists(taken));

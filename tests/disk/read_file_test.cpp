@@ -213,13 +213,10 @@ TEST_F(FileReading, AFileOfAnyTimeCanBeRead) {
 
 TEST_F(FileReading, LeavesNothingOpen) {
     host::WriteBytes(file, "x");
-    const auto countOpen = [] {
-        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
-    };
-    const auto before = countOpen();
+    const auto before = disk_tests::CountOpen();
     EXPECT_EQ(mox::readFile(file.u16string()), "x");
     EXPECT_FALSE(mox::readFile(folder.Of("").u16string()).has_value());
-    EXPECT_EQ(countOpen(), before);
+    EXPECT_EQ(disk_tests::CountOpen(), before);
 }
 
 #endif

@@ -6,7 +6,7 @@
 
 #include "mox_xmlApi/disk/replace_on_system.h"
 #include "mox_xmlApi/mox_xmlApi.hpp"
-#include "tests/front/front_support.h"
+#include "tests/disk/disk_support.h"
 #if defined(_WIN32)
 #define WIN32_LEAN_AND_MEAN
 #if !defined(NOMINMAX)
@@ -177,11 +177,8 @@ TEST_F(FileReplacing, AReadOnlyFileIsNotReplaced) {
 
 #else
 
-mode_t ModeOf(const fs::path& path) {
-    struct stat status {};
-    EXPECT_EQ(stat(path.c_str(), &status), 0);
-    return status.st_mode & 07777;
-}
+using disk_tests::CountOpen;
+using disk_tests::ModeOf;
 
 // While this exists, no file can grow beyond the size: writing fails as on a full disk.
 class SmallDisk {
@@ -298,16 +295,13 @@ TEST_F(FileReplacing, ManySavesLeaveNoFilesOpen) {
     mox::ReplaceOptions onlyNew;
     onlyNew.onlyIf = &missing;
     const Profile profile = WithText(5);
-    const auto countOpen = [] {
-        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
-    };
-    const auto before = countOpen();
+    const auto before = CountOpen();
     for (int i = 0; i < 5; ++i) {
         EXPECT_TRUE(profile.saveReplacing(file.u16string(), Overwriting()));
         EXPECT_FALSE(profile.saveReplacing(folder.Of("").u16string(), Overwriting()));
         EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", onlyNew));
     }
-    EXPECT_EQ(countOpen(), before);
+    EXPECT_EQ(CountOpen(), before);
 }
 
 #endif

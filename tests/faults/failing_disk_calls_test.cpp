@@ -1,6 +1,5 @@
 // Every call of the system that a load or a save makes for its file fails in turn.
 #include <functional>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,29 +13,6 @@ namespace faults {
 namespace {
 
 using host::operator""_w;
-
-// Fails call number `first`, alone or with all that follow, and keeps what was called then.
-class FailedCall {
-  public:
-    FailedCall(std::uint64_t first, Failing how) : first_(first), how_(how) {}
-
-    Answer operator()(FileCall call) {
-        ++calls_;
-        const bool fails = how_ == Failing::Once ? calls_ == first_ : calls_ >= first_;
-        if (!fails) return Answer::Plain;
-        if (!failed_) failed_ = call;
-        return Answer::Fails;
-    }
-
-    // The first call that failed.
-    std::optional<FileCall> Failed() const { return failed_; }
-
-  private:
-    std::uint64_t first_;
-    Failing how_;
-    std::uint64_t calls_ = 0;
-    std::optional<FileCall> failed_;
-};
 
 constexpr std::size_t kPiece = 4000;
 

@@ -1,18 +1,49 @@
 // The calls of the system that the library makes for its files, answered as a disk in trouble would.
 //
-// On Linux this program has its own open, openat, fstat, read, write, fsync, renameat, renameat2, memfd_create and close,
-// through which those of the library's objects go. On Windows the imports of this program are exchanged.
+// On Linux this program has its own functions of those names, through which those of the library's objects go. On
+// Windows the imports of this program are exchanged.
 #ifndef MOX_XMLAPI_TESTS_FAULTS_FAILING_DISK_SUPPORT_H
 #define MOX_XMLAPI_TESTS_FAULTS_FAILING_DISK_SUPPORT_H
 
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <optional>
+#include <string>
+
+#include "tests/faults/failing_memory_support.h"
 
 namespace faults {
 
-enum class FileCall { Open, Size, Read, Write, Flush, Rename, Close, MakeInMemory };
+enum class FileCall {
+    Open,            // open, openat; CreateFileW
+    Size,            // fstat; GetFileSizeEx, GetFileType, GetFileInformationByHandle
+    Examine,         // fstatat, stat; GetFileAttributesW
+    Access,          // faccessat, access
+    FollowLink,      // readlinkat; GetFinalPathNameByHandleW
+    Lock,            // flock; CreateMutexExW, WaitForSingleObject
+    Read,            // read; ReadFile
+    Write,           // write; WriteFile
+    Flush,           // fsync, syncfs; FlushFileBuffers
+    SetMode,         // fchmod
+    SetOwner,        // fchown
+    ReadRights,      // fgetxattr; GetKernelObjectSecurity
+    SetRights,       // fsetxattr, fremovexattr; SetKernelObjectSecurity
+    ListAttributes,  // flistxattr
+    Rename,          // renameat, renameat2; SetFileInformationByHandle
+    Link,            // linkat
+    Remove,          // unlinkat, unlink, rmdir; SetFileInformationByHandle, DeleteFileW
+    Close,           // close; CloseHandle
+    MakeInMemory,    // memfd_create
+    MakeFolder       // mkdtemp; GetTempPathW, which does not make the folder
+};
+
+std::string NameOf(FileCall call);
+
+// What the system says about the error with which such a call fails.
+std::string TextOfFailure(FileCall call);
 
 enum class Answer {
     Plain,        // what the system says
@@ -31,6 +62,33 @@ class WatchedFiles {
     ~WatchedFiles();
     WatchedFiles(const WatchedFiles&) = delete;
     WatchedFiles& operator=(const WatchedFiles&) = delete;
+};
+
+// A rule that fails call number `first`, alone or with all that follow, and keeps what was called then.
+class FailedCall {
+  public:
+    FailedCall(std::uint64_t first, Failing how) : first_(first), how_(how) {}
+
+    Answer operator()(FileCall call) {
+        ++calls_;
+        const bool fails = how_ == Failing::Once ? calls_ == first_ : calls_ >= first_;
+        if (!fails) return Answer::Plain;
+        if (!failed_) failed_ = call;
+        all_.set(static_cast<std::size_t>(call));
+        return Answer::Fails;
+    }
+
+    // The first call that failed.
+    std::optional<FileCall> Failed() const { return failed_; }
+    // Whether such a call failed.
+    bool HasFailed(FileCall call) const { return all_.test(static_cast<std::size_t>(call)); }
+
+  private:
+    std::uint64_t first_;
+    Failing how_;
+    std::uint64_t calls_ = 0;
+    std::optional<FileCall> failed_;
+    std::bitset<32> all_;
 };
 
 // How many files and other things of the system this process has open.

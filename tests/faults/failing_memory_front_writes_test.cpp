@@ -30,7 +30,10 @@ Profile NewProfile() {
         "<Var name=\"A\" type=\"long\" id=\"4\"><Value>1</Value><UI control=\"num\" prov_index=\"7\" "
         "prov_owner=\"app\" name=\"shown\"><Comment>comment</Comment><Value>2</Value></UI></Var>"
         "<Var name=\"B\" type=\"long\"><Value>3</Value><UI control=\"num\" name=\"shown\"/></Var>"
-        "<Var name=\"C\" type=\"long\"/></Table><Table name=\"U\">"
+        "<Var name=\"C\" type=\"long\"/>"
+        "<Var name=\"D\" type=\"long\"><Value>4</Value><UI control=\"num\" prov_index=\"7\" "
+        "prov_owner=\"app\" name=\"shown\"><Comment>comment</Comment></UI>"
+        "</Var></Table><Table name=\"U\">"
         "<Var name=\"A\" type=\"long\"><UI control=\"num\" prov_index=\"7\" "
         "name=\"shown\"><Value>1</Value></UI></Var>"
         "<Var name=\"B\" type=\"long\"/></Table></Settings>\n");
@@ -217,6 +220,10 @@ TEST(FailingMemoryInFrontWrites, AnEntryThatIsChangedKeepsItsValueOrHasTheNewOne
                  [](Profile& p) { return p.findSection("S")->setProvider("B", mox::Owner::Erg, 12); });
     FailMemoryIn("displayed name cleared in place", Promise::AllOrNothing,
                  [](Profile& p) { return p.findSection("S")->setShownName("A", ""); });
+    FailMemoryIn("displayed name cleared with a temporary value", Promise::AllOrNothing,
+                 [](Profile& p) { return p.findSection("S")->setShownName("D", ""); });
+    FailMemoryIn("provider cleared and written with a temporary value", Promise::AllOrNothing,
+                 [](Profile& p) { return p.findSection("S")->setProvider("D", mox::Owner::None, 123456); });
 }
 
 TEST(FailingMemoryInFrontWrites, AnEntryIsReplacedOrStays) {
@@ -239,7 +246,7 @@ TEST(FailingMemoryInFrontWrites, ReadsChangeNothing) {
         const bool isRead = p.get<int>("S", "A", &problem).has_value() &&
                             !p.get<int>("S", "None", &problem) &&
                             p.findSection("S")->find("A", &problem).has_value() &&
-                            p.keys("S", &problem).size() == 3 && p.sectionNames().size() == 2;
+                            p.keys("S", &problem).size() == 4 && p.sectionNames().size() == 2;
         return isRead && p.setString("S", "A", kLong, &problem);
     });
 }

@@ -11,6 +11,8 @@
 
 namespace {
 
+using front_tests::First;
+using front_tests::FirstEntry;
 using front_tests::ProfileWith;
 using front_tests::SavedBytes;
 using front_tests::TableFile;
@@ -21,15 +23,6 @@ using mox::Problem;
 using mox::Profile;
 using mox::Reason;
 using mox::Table;
-
-// The table's first entry.
-enum class First { None, OwnValue, UiValue };
-
-std::string FirstEntry(First first) {
-    if (first == First::None) return "";
-    return first == First::OwnValue ? "<Var name=\"F\" type=\"long\"><Value>0</Value></Var>"
-                                    : "<Var name=\"F\" type=\"long\"><UI><Value>0</Value></UI></Var>";
-}
 
 // The entry A.
 struct Before {
@@ -73,7 +66,7 @@ struct State {
 
 std::vector<State> AllStates() {
     std::vector<State> all;
-    for (const First first : {First::None, First::OwnValue, First::UiValue}) {
+    for (const First first : front_tests::kFirsts) {
         for (int bits = 0; bits < 64; ++bits) {
             const auto has = [bits](int bit) { return (bits >> bit & 1) != 0; };
             const Before entry{has(0), has(1), has(2), has(3), has(4), has(5)};

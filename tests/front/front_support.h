@@ -89,6 +89,16 @@ inline std::string TableFile(std::initializer_list<std::string_view> lines,
     return host::WideFile(host::Lines({tag}) + host::Lines(lines) + host::Lines({"</Table>"}));
 }
 
+// The first entry of a table, which decides where the exports store the values of the others.
+enum class First { None, OwnValue, UiValue };
+inline constexpr First kFirsts[] = {First::None, First::OwnValue, First::UiValue};
+
+inline std::string FirstEntry(First first) {
+    if (first == First::None) return "";
+    return first == First::OwnValue ? "<Var name=\"F\" type=\"long\"><Value>0</Value></Var>"
+                                    : "<Var name=\"F\" type=\"long\"><UI><Value>0</Value></UI></Var>";
+}
+
 // Presentation data in which no field is empty.
 inline mox::Presentation FullUi() {
     mox::Presentation ui;

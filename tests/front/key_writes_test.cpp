@@ -10,6 +10,9 @@
 
 namespace {
 
+using front_tests::First;
+using front_tests::FirstEntry;
+using front_tests::kFirsts;
 using front_tests::ProfileWith;
 using front_tests::SavedBytes;
 using mox::Form;
@@ -33,10 +36,6 @@ const char* const kKeys[] = {
     "<Var name=\"K\" type=\"bool\"><UI control=\"num\" Value=\"2\"/></Var>",
     "<Var name=\"K\" type=\"string\"/><Var name=\"K\" type=\"string\"><Value>1</Value></Var>",
 };
-
-// The entry before it, which decides where values go.
-const char* const kFirsts[] = {"", "<Var name=\"F\" type=\"long\"><Value>0</Value></Var>",
-                               "<Var name=\"F\" type=\"long\"><UI><Value>0</Value></UI></Var>"};
 
 const char* const kTexts[] = {
     "", "x", "12", " x", "x\n", "x ", "\x07", "a\tb\r", "]]>&", "\xC3\xA4<'\">", "\xF0\x9F\x98\x80"};
@@ -108,11 +107,11 @@ TEST(FrontKeyWrites, WhatSucceedsIsReadBackAndWhatFailsChangesNothing) {
     std::size_t refused = 0;
     for (const Form form : {Form::Wide, Form::Narrow}) {
         for (const Call& call : kCalls) {
-            for (const char* first : kFirsts) {
+            for (const First first : kFirsts) {
                 for (const char* key : kKeys) {
                     for (const std::string text : kTexts) {
-                        SCOPED_TRACE(std::string(call.what) + " '" + text + "': " + first + key);
-                        Profile profile = ProfileWith(std::string(first) + key);
+                        SCOPED_TRACE(std::string(call.what) + " '" + text + "': " + FirstEntry(first) + key);
+                        Profile profile = ProfileWith(FirstEntry(first) + key);
                         profile.setForm(form);
                         const std::string before = SavedBytes(profile);
                         Problem problem;

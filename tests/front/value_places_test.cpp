@@ -11,6 +11,9 @@
 
 namespace {
 
+using front_tests::First;
+using front_tests::FirstEntry;
+using front_tests::kFirsts;
 using front_tests::SavedBytes;
 using front_tests::TableWith;
 using mox::Control;
@@ -21,16 +24,6 @@ using mox::Shape;
 using mox::Table;
 using mox::ValueType;
 using OptionalText = std::optional<std::string>;
-
-// The table's first entry.
-enum class First { None, OwnValue, UiValue };
-constexpr First kFirsts[] = {First::None, First::OwnValue, First::UiValue};
-
-std::string FirstEntry(First first) {
-    if (first == First::None) return "";
-    return first == First::OwnValue ? "<Var name=\"F\" type=\"long\"><Value>0</Value></Var>"
-                                    : "<Var name=\"F\" type=\"long\"><UI><Value>0</Value></UI></Var>";
-}
 
 // The entry A that is there before the call.
 struct Before {

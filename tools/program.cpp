@@ -1,0 +1,5 @@
+#include "tools/main.h"
+
+int main(int argc, char** argv) {
+    return mox::tool::Main(argc, argv);
+}
