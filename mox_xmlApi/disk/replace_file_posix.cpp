@@ -3,16 +3,16 @@
 
 #if !defined(_WIN32)
 
-#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 #include <utility>
 
 #include "mox_xmlApi/disk/content_hash.h"
+#include "mox_xmlApi/disk/file_lock.hpp"
+#include "mox_xmlApi/disk/held_lock.h"
 #include "mox_xmlApi/disk/old_file.h"
 #include "mox_xmlApi/disk/open_file.h"
 #include "mox_xmlApi/disk/posix_access.h"
@@ -26,21 +26,6 @@ namespace {
 
 constexpr mode_t kOwnerOnly = 0600;
 constexpr mode_t kDefaultMode = 0666;  // less the umask of the process
-
-// Locks the file against all others that lock it in this way, as long as it is open. Returns false if another one has
-// it until the deadline. A file system without such locks counts as locked.
-bool Lock(const OpenFile& file, const Deadline& deadline) {
-    constexpr std::chrono::microseconds kLongestPause{20000};
-    std::chrono::microseconds pause{100};
-    while (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
-        if (errno == EINTR) continue;
-        if (errno != EWOULDBLOCK) return true;
-        if (deadline.IsOver()) return false;
-        std::this_thread::sleep_for(pause);
-        pause = std::min(pause * 2, kLongestPause);
-    }
-    return true;
-}
 
 // One attempt to replace one file.
 class Attempt {
@@ -67,6 +52,13 @@ class Attempt {
         return FailBySystem(problem_, path_, other, what, LastSystemError());
     }
     Outcome Failed(bool /*reported*/) const noexcept { return Outcome::Failed; }
+
+    // Whether the caller has locked the file.
+    bool IsLocked(int file) const noexcept {
+        struct stat status;
+        return options_.lock != nullptr && options_.lock->held() != nullptr && fstat(file, &status) == 0 &&
+               options_.lock->held()->IsOn(status);
+    }
 
     // Opens and locks the file that is to be replaced, if there is one, and reads its access.
     Outcome OpenOld() {
@@ -101,7 +93,7 @@ class Attempt {
             return Failed(FailBySystemError(Reason::ReadFailed, "cannot open the file"));
         }
         OpenFile opened(file);
-        if (!Lock(opened, deadline_))
+        if (!IsLocked(file) && !LockFile(opened, deadline_))
             return Failed(Fail(Reason::Busy, "another process is replacing the file and does not finish"));
         if (old_.Open(std::move(opened), isReadable) != FileType::Regular || fstat(file, &oldStatus_) != 0 ||
             !target_.IsOf(oldStatus_))
