@@ -14,7 +14,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 readonly seconds=${1:-20}
 shift || true
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(load_memory load_file large round_trip calls document front host)
+[ ${#targets[@]} -gt 0 ] || targets=(load_memory load_file large round_trip calls document front host tool)
 readonly build=${MOX_FUZZ_BUILD:-build/fuzz}
 readonly mostBytes=8192
 readonly mostSecondsForOne=20
@@ -48,7 +48,7 @@ fuzz() {
     nice -n 19 "$build/bin/fuzz_$target" -max_total_time="$seconds" -max_len="$mostBytes" \
         -timeout="$mostSecondsForOne" -report_slow_units="$mostSecondsForOne" -rss_limit_mb=2048 \
         -dict=fuzz/xml.dict -print_final_stats=1 \
-        -artifact_prefix="$build/findings/$target-" "$corpus" "${seeds[@]}" >"$log" 2>&1 || ended=$?
+        -artifact_prefix="$(realpath "$build/findings")/$target-" "$corpus" "${seeds[@]}" >"$log" 2>&1 || ended=$?
     findings=$(($(find "$build/findings" -name "$target-*" | wc -l) - before))
     # A program that ends badly without a file has found something all the same: that it cannot run.
     if [ "$ended" -ne 0 ] && [ "$findings" -eq 0 ]; then findings=1; fi

@@ -25,7 +25,9 @@
 //   mox::Text      a text argument, converted implicitly from any kind of string: front/text.hpp
 //   mox::Problem   why a call failed: front/problem.hpp
 //
-// mox::readFile and mox::replaceFile read and replace files as a whole: disk/read_file.hpp, disk/replace_file.hpp.
+// mox::readFile and mox::replaceFile read and replace files as a whole, and mox::FileLock keeps a file from changing in
+// between: disk/read_file.hpp, disk/replace_file.hpp, disk/file_lock.hpp. mox::renameSection, copySection, changeSection and
+// removePresentation change the text of a document where no class can: document/text_edit.hpp.
 //
 // Texts
 //   Arguments are UTF-8 (std::string, std::string_view, "...") or UTF-16 (std::u16string, std::u16string_view, u"...",
@@ -73,12 +75,14 @@
 #error "mox_xmlApi.hpp needs C++17: compile with -std=c++17 or /std:c++17, or a later standard"
 #else
 
+#include "mox_xmlApi/disk/file_lock.hpp"
 #include "mox_xmlApi/disk/file_stamp.hpp"
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/disk/replace_file.hpp"
 #include "mox_xmlApi/document/diagnose.hpp"
 #include "mox_xmlApi/document/document.hpp"
 #include "mox_xmlApi/document/encoding.hpp"
+#include "mox_xmlApi/document/text_edit.hpp"
 #include "mox_xmlApi/front/entry.hpp"
 #include "mox_xmlApi/front/entry_table.hpp"
 #include "mox_xmlApi/front/file_options.hpp"

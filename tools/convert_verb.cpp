@@ -6,7 +6,9 @@
 #include "mox_xmlApi/document/text_format.h"
 #include "tools/command_line.h"
 #include "tools/import_hint.h"
+#include "tools/lock_arguments.h"
 #include "tools/open_document.h"
+#include "tools/save_file.h"
 #include "tools/system.h"
 #include "tools/verbs.h"
 
@@ -22,6 +24,7 @@ struct ConvertArguments {
     bool isLossy = false;
     bool withBackup = false;
     bool mayOverwrite = false;
+    LockArguments lock{};
 };
 
 // The encoding to import from; nullopt if --from names a form, or is not given.
@@ -82,22 +85,6 @@ void RequireWhole(const std::string& path, const Document& document) {
                                                        " other than zero (--lossy drops them)"));
 }
 
-// `read` is the state of the file that was read.
-void WriteOutput(const ConvertArguments& arguments, const std::string& bytes, const FileStamp& read) {
-    const std::string& target = arguments.output.empty() ? arguments.path : arguments.output;
-    const bool isInPlace = arguments.output.empty() || IsSameFile(arguments.path, arguments.output);
-    const FileStamp missing;
-    ReplaceOptions options;
-    if (!arguments.mayOverwrite) options.onlyIf = isInPlace ? &read : &missing;
-    if (arguments.withBackup) options.backup = Text(target + ".bak");
-    Problem problem;
-    if (replaceFile(target, bytes, options, nullptr, &problem)) return;
-    if (problem.reason == Reason::Changed && !isInPlace)
-        throw ExitError(ExitCode::kIoError, target + ": the file exists; --overwrite replaces it");
-    const char* const rest = problem.reason == Reason::Changed ? "" : "; nothing was changed";
-    throw ExitError(ExitCode::kIoError, problem.toString() + rest);
-}
-
 void WarnOfHighBytes(const std::string& path, const Document& document, Output& output) {
     const auto isNonAscii = [](wchar16 unit) { return unit >= 0x80; };
     if (std::none_of(document.units().begin(), document.units().end(), isNonAscii)) return;
@@ -110,6 +97,8 @@ void WarnOfHighBytes(const std::string& path, const Document& document, Output& 
 void RunConvert(const ConvertArguments& arguments, Output& output) {
     if (arguments.path == kStdinPath && arguments.output.empty())
         throw ExitError(ExitCode::kUsageError, "stdin requires an OUTPUT (a file named \"-\" is \"./-\")");
+    const std::string& target = arguments.output.empty() ? arguments.path : arguments.output;
+    const std::optional<FileLock> lock = arguments.lock.Acquire(target);
     FileStamp stamp;
     const std::string bytes = ReadBytes(arguments.path, &stamp);
     const std::optional<Encoding> encoding = EncodingToImport(arguments.from, bytes);
@@ -127,7 +116,13 @@ void RunConvert(const ConvertArguments& arguments, Output& output) {
     if (arguments.isNarrow && !arguments.isLossy) RequireLossless(arguments.path, document);
     if (!arguments.isNarrow && document.form() == Form::Narrow)
         WarnOfHighBytes(arguments.path, document, output);
-    WriteOutput(arguments, BytesOf(document.units(), arguments.isNarrow ? Form::Narrow : Form::Wide), stamp);
+    const bool isInPlace = arguments.output.empty() || IsSameFile(arguments.path, arguments.output);
+    const FileStamp missing;
+    SaveArguments save;
+    save.withBackup = arguments.withBackup;
+    if (!arguments.mayOverwrite) save.onlyIf = isInPlace ? &stamp : &missing;
+    if (lock.has_value()) save.lock = &*lock;
+    SaveBytes(BytesOf(document.units(), arguments.isNarrow ? Form::Narrow : Form::Wide), target, save);
 }
 
 }  // namespace
@@ -155,6 +150,7 @@ void AddConvertVerb(CLI::App& app, Output& output) {
                   "Replace an existing OUTPUT, and a FILE that has changed meanwhile");
     verb.add_flag("--backup", arguments->withBackup,
                   "Keep the file that is replaced, with \".bak\" appended");
+    arguments->lock.AddTo(verb);
     verb.callback([arguments, &output] { RunConvert(*arguments, output); });
 }
 

@@ -1,9 +1,15 @@
-// new, section add|remove|set: create documents, and change what they consist of.
+// new, section add|set|rename|copy|remove: create documents, and change what they consist of.
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <utility>
+#include <optional>
+#include <string>
+#include <string_view>
 
+#include "mox_xmlApi/document/text_edit.hpp"
 #include "mox_xmlApi/document/text_format.h"
+#include "tools/document_diff.h"
 #include "tools/edited_file.h"
 #include "tools/exit_error.h"
 #include "tools/open_document.h"
@@ -46,6 +52,8 @@ struct SectionArguments {
     EditArguments edit{};
     HeaderArguments header{};
     std::string section{};
+    std::string newName{};
+    bool isNotEditable = false;
 };
 
 // Whether the table has this name and these attributes.
@@ -80,12 +88,24 @@ void RunNew(const NewArguments& arguments, Output& output) {
         output);
 }
 
-// Gives a section the attributes, and saves the file.
-void WriteSection(const SectionArguments& arguments, EditedFile& file, const TableOptions& options,
-                  Output& output) {
+// The section as it was read. Throws ExitError if it is missing (kNotFound) or there can be none (kUsageError).
+const DocumentTable& RequireSection(const SectionArguments& arguments, const EditedFile& file) {
+    RequireSettings(file.Path(), *file.Before());
+    const DocumentTable* const section = file.Before()->findTable(arguments.section);
+    if (section != nullptr) return *section;
+    throw ExitError(ExitCode::kNotFound, file.Path() + ": no section " + QuotedIfNeeded(arguments.section));
+}
+
+void RunSectionAdd(const SectionArguments& arguments, Output& output) {
+    EditedFile file(arguments.edit);
+    Profile& profile = file.Settings();
+    if (file.Before()->findTable(arguments.section) != nullptr) {
+        throw ExitError(ExitCode::kUsageError, file.Path() + ": there is a section " +
+                                                   QuotedIfNeeded(arguments.section) + " already");
+    }
+    const TableOptions options = arguments.header.Options();
     Problem problem;
-    if (!file.Settings().makeSection(arguments.section, options, &problem).has_value())
-        ThrowRefused(file, problem);
+    if (!profile.makeSection(arguments.section, options, &problem).has_value()) ThrowRefused(file, problem);
     file.Save(
         [&](const Document& after) {
             return HasHeader(after.findTable(arguments.section), arguments.section, options);
@@ -93,30 +113,64 @@ void WriteSection(const SectionArguments& arguments, EditedFile& file, const Tab
         output);
 }
 
-void RunSectionAdd(const SectionArguments& arguments, Output& output) {
-    EditedFile file(arguments.edit);
-    static_cast<void>(file.Settings());
-    if (file.Before()->findTable(arguments.section) != nullptr) {
-        throw ExitError(ExitCode::kUsageError, file.Path() + ": there is a section " +
-                                                   QuotedIfNeeded(arguments.section) + " already");
-    }
-    WriteSection(arguments, file, arguments.header.Options(), output);
-}
+// These three change the text of the file, because the library can neither rename nor copy a section, nor change whether
+// one is editable. So nothing else changes, and "eud" stays.
 
 void RunSectionSet(const SectionArguments& arguments, Output& output) {
-    if (!arguments.header.HasFirstId() && !arguments.header.HasType())
-        throw ExitError(ExitCode::kUsageError, "section set requires --first-id or --type-code");
+    const HeaderArguments& header = arguments.header;
+    const bool hasEditable = header.isEditable || arguments.isNotEditable;
+    if (!header.HasFirstId() && !header.HasType() && !hasEditable)
+        throw ExitError(ExitCode::kUsageError,
+                        "section set requires --first-id, --type-code, --editable or --no-editable");
     EditedFile file(arguments.edit);
-    static_cast<void>(file.Settings());
-    const DocumentTable* const before = file.Before()->findTable(arguments.section);
-    if (before == nullptr)
-        throw ExitError(ExitCode::kNotFound,
-                        file.Path() + ": no section " + QuotedIfNeeded(arguments.section));
+    const DocumentTable& before = RequireSection(arguments, file);
+    HeaderChange change;
+    if (header.HasFirstId()) change.firstId = header.firstId;
+    if (header.HasType()) change.type = header.type;
+    if (hasEditable) change.editable = header.isEditable;
     TableOptions options;
-    options.editable = before->isEditable;
-    options.firstId = arguments.header.HasFirstId() ? arguments.header.firstId : before->firstId;
-    options.type = arguments.header.HasType() ? arguments.header.type : before->type;
-    WriteSection(arguments, file, options, output);
+    options.editable = change.editable.value_or(before.isEditable);
+    options.firstId = change.firstId.value_or(before.firstId);
+    options.type = change.type.value_or(before.type);
+    file.ChangeText([&](std::string_view bytes, Form form, Problem* problem) {
+        return changeSection(bytes, form, arguments.section, change, problem);
+    });
+    file.Save(
+        [&](const Document& after) {
+            return HasHeader(after.findTable(arguments.section), arguments.section, options);
+        },
+        output);
+}
+
+// Whether the section has what the other one, of another name, has.
+bool HasContentOf(const DocumentTable* table, const DocumentTable& other) {
+    if (table == nullptr || FieldsOf(*table) != FieldsOf(other)) return false;
+    return std::equal(table->entries.begin(), table->entries.end(), other.entries.begin(),
+                      other.entries.end(), [](const DocumentEntry& one, const DocumentEntry& another) {
+                          return one.name == another.name && FieldsOf(one) == FieldsOf(another);
+                      });
+}
+
+using NameChange = std::optional<std::string> (*)(std::string_view bytes, std::optional<Form> form,
+                                                  const Text& name, const Text& newName, Problem* problem);
+
+// Renames or copies a section.
+void RunNameChange(const SectionArguments& arguments, NameChange change, Output& output) {
+    EditedFile file(arguments.edit);
+    const DocumentTable& before = RequireSection(arguments, file);
+    if (file.Before()->findTable(arguments.newName) != nullptr && !arguments.newName.empty()) {
+        throw ExitError(ExitCode::kUsageError, file.Path() + ": there is a section " +
+                                                   QuotedIfNeeded(arguments.newName) + " already");
+    }
+    file.ChangeText([&](std::string_view bytes, Form form, Problem* problem) {
+        return change(bytes, form, arguments.section, arguments.newName, problem);
+    });
+    const std::size_t count = file.Before()->tables().size() + (change == copySection ? 1 : 0);
+    file.Save(
+        [&](const Document& after) {
+            return after.tables().size() == count && HasContentOf(after.findTable(arguments.newName), before);
+        },
+        output);
 }
 
 void RunSectionRemove(const SectionArguments& arguments, Output& output) {
@@ -151,8 +205,9 @@ void AddNew(CLI::App& app, Output& output) {
 }
 
 void AddSections(CLI::App& app, Output& output) {
-    CLI::App& group = AddVerb(app, "section", "Work on one section of a settings file: add, set, remove",
-                              "mox-xml section add camera.xml Lens\nmox-xml section remove camera.xml Lens");
+    CLI::App& group =
+        AddVerb(app, "section", "Work on one section of a settings file: add, set, rename, copy, remove",
+                "mox-xml section add camera.xml Lens\nmox-xml section remove camera.xml Lens");
     group.require_subcommand(1);
 
     CLI::App& add = AddVerb(group, "add", "Add an empty section",
@@ -165,10 +220,28 @@ void AddSections(CLI::App& app, Output& output) {
 
     CLI::App& set = AddVerb(group, "set", "Change the attributes of a section",
                             "mox-xml section set camera.xml Lens --first-id 200\n"
-                            "mox-xml section set camera.xml Lens --type-code 16 --backup");
+                            "mox-xml section set camera.xml Lens --type-code 16 --editable --backup");
     const auto changed = AddSectionVerb(set);
     changed->header.AddTo(set);
+    CLI::Option* const editable =
+        set.add_flag("--editable", changed->header.isEditable, "The section becomes editable");
+    set.add_flag("--no-editable", changed->isNotEditable, "The section becomes not editable")
+        ->excludes(editable);
     set.callback([changed, &output] { RunSectionSet(*changed, output); });
+
+    CLI::App& rename = AddVerb(group, "rename", "Give a section another name, and change nothing else",
+                               "mox-xml section rename camera.xml Lens \"Front lens\"\n"
+                               "mox-xml section rename camera.xml Lens Optics --backup");
+    const auto renamed = AddSectionVerb(rename);
+    rename.add_option("NEW", renamed->newName, "The new name")->required();
+    rename.callback([renamed, &output] { RunNameChange(*renamed, renameSection, output); });
+
+    CLI::App& copy = AddVerb(group, "copy", "Copy a section with everything in it",
+                             "mox-xml section copy camera.xml Lens \"Second lens\"\n"
+                             "mox-xml section copy camera.xml Lens Lens2 --backup");
+    const auto copied = AddSectionVerb(copy);
+    copy.add_option("NEW", copied->newName, "The name of the copy")->required();
+    copy.callback([copied, &output] { RunNameChange(*copied, copySection, output); });
 
     CLI::App& remove = AddVerb(group, "remove", "Remove a section with all its keys",
                                "mox-xml section remove camera.xml Lens\n"

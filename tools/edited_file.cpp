@@ -13,12 +13,6 @@
 namespace mox::tool {
 namespace {
 
-void RefuseStdin(const std::string& path) {
-    if (path == kStdinPath)
-        throw ExitError(ExitCode::kUsageError,
-                        "\"-\" is stdin, which cannot be changed (a file of that name is \"./-\")");
-}
-
 // How many sections and entries have "eud" in one document and are there without it in the other.
 std::size_t CountLostEud(const Document& before, const Document& after) {
     std::size_t count = 0;
@@ -85,11 +79,19 @@ void EditArguments::AddTo(CLI::App& verb) {
     AddBackupOption(verb, withBackup);
     verb.add_flag("--overwrite", mayOverwrite,
                   "Replace the file even if another program has changed it in the meantime");
+    lock.AddTo(verb);
+}
+
+void EditedFile::RefuseStdin(const EditArguments& arguments) {
+    if (arguments.file.path == kStdinPath)
+        throw ExitError(ExitCode::kUsageError,
+                        "\"-\" is stdin, which cannot be changed (a file of that name is \"./-\")");
 }
 
 EditedFile::EditedFile(const EditArguments& arguments, Missing missing)
     : arguments_(arguments), missing_(missing) {
-    RefuseStdin(Path());
+    RefuseStdin(arguments);
+    Lock();
     Problem problem;
     std::optional<std::string> bytes = readFile(Path(), &stamp_, &problem);
     if (!bytes.has_value()) {
@@ -104,13 +106,19 @@ EditedFile::EditedFile(const EditArguments& arguments, Missing missing)
 
 EditedFile::EditedFile(const EditArguments& arguments, Profile&& profile)
     : arguments_(arguments), profile_(std::move(profile)) {
-    RefuseStdin(Path());
+    RefuseStdin(arguments);
+    Lock();
     profile_->setForm(arguments.file.RequestedForm().value_or(Form::Wide));
 }
 
 EditedFile::EditedFile(const EditArguments& arguments, Table&& table)
     : arguments_(arguments), table_(std::move(table)) {
-    RefuseStdin(Path());
+    RefuseStdin(arguments);
+    Lock();
+}
+
+void EditedFile::Lock() {
+    lock_ = arguments_.lock.Acquire(Path());
 }
 
 Profile& EditedFile::Settings() {
@@ -146,24 +154,48 @@ Table& EditedFile::TableDocument() {
     return *table_;
 }
 
-void EditedFile::Save(const std::function<bool(const Document& after)>& holds, Output& output) {
-    const Form form = profile_.has_value() ? profile_->form() : Form::Wide;
+const Document& EditedFile::Prepare() {
+    Form form = Form::Wide;
     Problem problem;
-    const std::optional<std::string> bytes = profile_.has_value()
-                                                 ? profile_->toBytes(form, Content::Document, &problem)
-                                                 : table_->toBytes(&problem);
+    std::optional<std::string> bytes;
+    if (profile_.has_value()) {
+        form = profile_->form();
+        bytes = profile_->toBytes(form, Content::Document, &problem);
+    } else if (table_.has_value()) {
+        bytes = table_->toBytes(&problem);
+    } else {
+        form = before_->form();
+        bytes = bytes_;
+    }
+    for (const TextChange& change : textChanges_) {
+        if (bytes.has_value()) bytes = change(*bytes, form, &problem);
+    }
     if (!bytes.has_value()) ThrowProblem(Path(), problem, kNothingChanged);
-    const Document after = ParseDocument(Path(), *bytes, form);
-    if (!holds(after)) {
+    newBytes_ = *std::move(bytes);
+    after_.emplace(ParseDocument(Path(), newBytes_, form));
+    return *after_;
+}
+
+void EditedFile::Write(Output& output, bool isEudAsked) {
+    SaveArguments save;
+    save.withBackup = arguments_.withBackup;
+    if (!arguments_.mayOverwrite) save.onlyIf = &stamp_;
+    if (lock_.has_value()) save.lock = &*lock_;
+    SaveBytes(newBytes_, Path(), save);
+    if (!before_.has_value()) return;
+    const std::size_t lostEud = isEudAsked ? 0 : CountLostEud(*before_, *after_);
+    PrintNote(Path(), "removed the attribute \"eud\" from", lostEud, "section or entry",
+              "sections and entries", output);
+    PrintNote(Path(), "added white space to", CountAddedSpace(*before_, *after_),
+              "value or comment with a line break", "values and comments with line breaks", output);
+}
+
+void EditedFile::Save(const std::function<bool(const Document& after)>& holds, Output& output) {
+    if (!holds(Prepare())) {
         throw ExitError(ExitCode::kIoError,
                         Path() + ": the file would not contain what was to be written" + kNothingChanged);
     }
-    SaveBytes(*bytes, Path(), arguments_.withBackup, arguments_.mayOverwrite ? nullptr : &stamp_);
-    if (!before_.has_value()) return;
-    PrintNote(Path(), "removed the attribute \"eud\" from", CountLostEud(*before_, after), "section or entry",
-              "sections and entries", output);
-    PrintNote(Path(), "added white space to", CountAddedSpace(*before_, after),
-              "value or comment with a line break", "values and comments with line breaks", output);
+    Write(output);
 }
 
 void ThrowRefused(const EditedFile& file, const Problem& problem) {

@@ -5,11 +5,16 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
+#include "mox_xmlApi/disk/file_lock.hpp"
 #include "mox_xmlApi/disk/file_stamp.hpp"
 #include "mox_xmlApi/document/document.hpp"
 #include "mox_xmlApi/mox_xmlApi.hpp"
 #include "tools/command_line.h"
+#include "tools/lock_arguments.h"
 
 namespace mox::tool {
 
@@ -18,8 +23,10 @@ struct EditArguments {
     FileArgument file{};
     bool withBackup = false;
     bool mayOverwrite = false;
+    LockArguments lock{};
 
-    // Adds FILE, --wide, --narrow, --backup and --overwrite. This object must live until the command line is parsed.
+    // Adds FILE, --wide, --narrow, --backup, --overwrite, --lock and --lock-timeout. This object must live until the
+    // command line is parsed.
     void AddTo(CLI::App& verb);
 };
 
@@ -28,8 +35,15 @@ enum class Missing { Refuse, Create };
 
 class EditedFile {
   public:
-    // Reads the file. Throws ExitError if it cannot be read (kIoError), does not parse (kSyntaxError), or is stdin
-    // (kUsageError).
+    // Changes the bytes of a file; nullopt, with the problem set, on failure. See document/text_edit.hpp.
+    using TextChange =
+        std::function<std::optional<std::string>(std::string_view bytes, Form form, Problem* problem)>;
+
+    // Throws ExitError (kUsageError) if the file is stdin, as the constructors do.
+    static void RefuseStdin(const EditArguments& arguments);
+
+    // Reads the file, and locks it before if the user asks for that. Throws ExitError if it cannot be read or locked
+    // (kIoError), does not parse (kSyntaxError), or is stdin (kUsageError).
     explicit EditedFile(const EditArguments& arguments, Missing missing = Missing::Refuse);
 
     // Creates a file, which must not exist unless the user said --overwrite. Nothing is written before Save.
@@ -46,21 +60,39 @@ class EditedFile {
     Profile& Settings();
     Table& TableDocument();
 
-    // Replaces the file with the changed document, and prints a note about what that changes besides. `holds` returns
-    // whether a document, which is what the new file would be read as, has what was asked for.
+    // Adds a change of the text. It is made after those of the document, on the bytes to which that is saved; if the
+    // document was not opened for changes, on the bytes of the file.
+    void ChangeText(TextChange change) { textChanges_.push_back(std::move(change)); }
+
+    // Makes the content of the new file. Returns what it would be read as, which belongs to this object. Throws ExitError
+    // (kIoError) if the document cannot be saved.
+    const Document& Prepare();
+
+    // Replaces the file with what Prepare has made, and prints a note about what that changes besides; of "eud" only if
+    // the user has not asked to change it.
     //
     // Throws ExitError (kIoError) on failure; the file is then unchanged. Fails if the file is no longer the one that was
     // read, unless the user said --overwrite.
+    void Write(Output& output, bool isEudAsked = false);
+
+    // Both. `holds` returns whether the document that Prepare returns has what was asked for; if not, nothing is written
+    // (kIoError).
     void Save(const std::function<bool(const Document& after)>& holds, Output& output);
 
   private:
+    void Lock();
+
     const EditArguments& arguments_;
     Missing missing_ = Missing::Refuse;
+    std::optional<FileLock> lock_{};
     std::string bytes_{};
     FileStamp stamp_{};
     std::optional<Document> before_{};
     std::optional<Profile> profile_{};
     std::optional<Table> table_{};
+    std::vector<TextChange> textChanges_{};
+    std::string newBytes_{};
+    std::optional<Document> after_{};
 };
 
 // Ends the verb with a problem about a key, an entry or a section of the file.

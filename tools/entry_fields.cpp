@@ -5,8 +5,6 @@
 #include "tools/exit_error.h"
 
 namespace mox::tool {
-namespace {
-
 Control ControlOf(const std::string& name) {
     const mox::Text text(name);
     const std::uint16_t code = ControlKindFromName(text.units());
@@ -27,8 +25,6 @@ Owner OwnerOf(const std::string& name) {
                         "unknown provider " + QuotedIfNeeded(name) + " (expected app, dwg or erg)");
     return static_cast<Owner>(code);
 }
-
-}  // namespace
 
 ValueType ValueTypeOf(const std::string& name) {
     const mox::Text text(name);

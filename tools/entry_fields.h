@@ -12,8 +12,10 @@
 
 namespace mox::tool {
 
-// The type of that name. Throws ExitError (kUsageError) if there is none.
+// The type, control or provider of that name; of an empty name, Owner::None. Throw ExitError (kUsageError) if there is none.
 ValueType ValueTypeOf(const std::string& name);
+Control ControlOf(const std::string& name);
+Owner OwnerOf(const std::string& name);
 
 // The field arguments of `entry set` and `entry add`.
 class EntryFields {
@@ -28,6 +30,8 @@ class EntryFields {
 
     // Whether fields besides the value were given that Apply sets.
     bool HasOthers() const { return HasType() || id_->count() > 0 || isArray_ || isVector_ || HasUi(); }
+    // Whether presentation data were given, empty or not.
+    bool HasPresentation() const { return HasUi() || HasCleared(); }
     // Whether fields were given that only Clear sets: presentation data without a value.
     bool HasCleared() const { return ClearsComment() || ClearsShownName() || ClearsProvider(); }
 

@@ -1,5 +1,6 @@
 #include "tools/entry_target.h"
 
+#include "mox_xmlApi/document/text_edit.hpp"
 #include "mox_xmlApi/document/text_format.h"
 #include "tools/exit_error.h"
 #include "tools/open_document.h"
@@ -48,6 +49,14 @@ EditedTable::EditedTable(const TargetArguments& arguments) : arguments_(argument
     section_ = profile.findSection(arguments.section, &problem);
     if (!section_.has_value()) ThrowRefused(problem);
     entries_ = &*section_;
+}
+
+void EditedTable::RemovePresentation(const std::string& name) {
+    std::optional<Text> section;
+    if (arguments_.HasSection()) section = Text(arguments_.section);
+    file_.ChangeText([section, name](std::string_view bytes, Form form, Problem* problem) {
+        return removePresentation(bytes, form, section, name, problem);
+    });
 }
 
 void EditedTable::Save(const std::function<bool(const DocumentTable& after)>& holds, Output& output) {

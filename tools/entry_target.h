@@ -45,6 +45,9 @@ class EditedTable {
     // Ends the verb with a problem about an entry.
     [[noreturn]] void ThrowRefused(const Problem& problem) const { tool::ThrowRefused(file_, problem); }
 
+    // Removes the presentation data of the entry, after all other changes.
+    void RemovePresentation(const std::string& name);
+
     // See EditedFile::Save; `holds` gets the table.
     void Save(const std::function<bool(const DocumentTable& after)>& holds, Output& output);
 

@@ -9,6 +9,7 @@
 #include "tools/entry_target.h"
 #include "tools/json_output.h"
 #include "tools/open_document.h"
+#include "tools/value_check.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -17,11 +18,13 @@ namespace {
 struct EntryArguments {
     TargetArguments target{};
     EntryFields fields{};
+    ValueCheck check{};
     std::string name{};
     std::string newName{};
     std::string before{};
     bool isJson = false;
     bool isAll = false;
+    bool isWithoutUi = false;
 };
 
 [[noreturn]] void ThrowNoEntry(const EntryArguments& arguments, const std::string& name) {
@@ -64,11 +67,28 @@ void RunGet(const EntryArguments& arguments, Output& output) {
     }
 }
 
-// Whether the table has the entry with these fields and, unless it is null, this value.
-bool HasEntry(const DocumentTable& table, const EntryArguments& arguments, const std::string* value) {
-    const DocumentEntry* const entry = table.find(arguments.name);
-    return entry != nullptr && arguments.fields.AreIn(*entry) &&
-           (value == nullptr || entry->effectiveValue() == *value);
+// Saves the file with an entry that has these fields and, unless it is null, this value. Without presentation data, if
+// the user asks for that.
+void SaveEntry(const EntryArguments& arguments, EditedTable& edited, const std::string* value,
+               Output& output) {
+    if (arguments.isWithoutUi) edited.RemovePresentation(arguments.name);
+    edited.Save(
+        [&](const DocumentTable& after) {
+            const DocumentEntry* const entry = after.find(arguments.name);
+            if (entry == nullptr || !arguments.fields.AreIn(*entry) ||
+                (value != nullptr && entry->effectiveValue() != *value) ||
+                (arguments.isWithoutUi && entry->ui != nullptr))
+                return false;
+            if (value != nullptr || arguments.fields.HasOthers())
+                arguments.check.Run(arguments.target.Path(), *entry, output);
+            return true;
+        },
+        output);
+}
+
+void RequireNoUi(const EntryArguments& arguments) {
+    if (arguments.isWithoutUi && arguments.fields.HasPresentation())
+        throw ExitError(ExitCode::kUsageError, "--no-ui excludes the options for presentation data");
 }
 
 // The entry as it is, without what need not be written again. An entry without a known type can be given one.
@@ -88,7 +108,8 @@ Entry FindForChange(const EntryArguments& arguments, const EditedTable& edited, 
 void RunSet(const EntryArguments& arguments, Output& output) {
     const EntryFields& fields = arguments.fields;
     const bool hasValue = fields.Value().IsGiven();
-    if (!hasValue && !fields.HasOthers() && !fields.HasCleared())
+    RequireNoUi(arguments);
+    if (!hasValue && !fields.HasOthers() && !fields.HasCleared() && !arguments.isWithoutUi)
         throw ExitError(ExitCode::kUsageError, "entry set requires a value or another field to change");
     EditedTable edited(arguments.target);
     EntryTable& table = edited.Entries();
@@ -111,12 +132,13 @@ void RunSet(const EntryArguments& arguments, Output& output) {
     if (isDone && hasValue) isDone = table.setValue(arguments.name, *value, Eud::DoNotSet, &problem);
     if (!isDone) ThrowRefused(arguments, edited, arguments.name, problem);
     const std::string* const written = hasValue ? &*value : nullptr;
-    edited.Save([&](const DocumentTable& after) { return HasEntry(after, arguments, written); }, output);
+    SaveEntry(arguments, edited, written, output);
 }
 
 void RunAdd(const EntryArguments& arguments, Output& output) {
     if (arguments.name.empty()) throw ExitError(ExitCode::kUsageError, "the entry name must not be empty");
     const bool hasValue = arguments.fields.Value().IsGiven();
+    RequireNoUi(arguments);
     EditedTable edited(arguments.target);
     EntryTable& table = edited.Entries();
     Entry entry;
@@ -129,7 +151,7 @@ void RunAdd(const EntryArguments& arguments, Output& output) {
                              : table.addBefore(arguments.before, entry, Eud::DoNotSet, &problem);
     if (!isAdded) ThrowRefused(arguments, edited, arguments.before, problem);
     const std::string* const written = hasValue ? &*entry.value : nullptr;
-    edited.Save([&](const DocumentTable& after) { return HasEntry(after, arguments, written); }, output);
+    SaveEntry(arguments, edited, written, output);
 }
 
 void RunRename(const EntryArguments& arguments, Output& output) {
@@ -194,6 +216,9 @@ void AddEntrySet(CLI::App& group, Output& output) {
                             "mox-xml entry set tools.xml \"Drill 3\" --comment \"diameter in mm\"");
     const auto arguments = AddWritingVerb(set);
     arguments->fields.AddTo(set);
+    arguments->check.AddTo(set);
+    set.add_flag("--no-ui", arguments->isWithoutUi,
+                 "Remove the presentation data; a value that only they have becomes that of the entry");
     set.callback([arguments, &output] { RunSet(*arguments, output); });
 }
 
@@ -203,6 +228,9 @@ void AddEntryAdd(CLI::App& group, Output& output) {
                             "mox-xml entry add tools.xml \"Drill 2\" 2.0 --before \"Drill 3\"");
     const auto arguments = AddWritingVerb(add);
     arguments->fields.AddTo(add);
+    arguments->check.AddTo(add);
+    add.add_flag("--no-ui", arguments->isWithoutUi,
+                 "Add no presentation data, even in a table that keeps its values there");
     add.add_option("--before", arguments->before, "Insert before this entry");
     add.callback([arguments, &output] { RunAdd(*arguments, output); });
 }

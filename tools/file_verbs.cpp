@@ -35,7 +35,9 @@ void RunExport(const ExportArguments& arguments) {
     const Content content = arguments.isValues ? Content::Values : Content::Ui;
     const std::optional<std::string> exported = profile->toBytes(document.form(), content, &problem);
     if (!exported.has_value()) ThrowProblem(path, problem);
-    SaveBytes(*exported, arguments.output, arguments.withBackup);
+    SaveArguments save;
+    save.withBackup = arguments.withBackup;
+    SaveBytes(*exported, arguments.output, save);
 }
 
 void AddExport(CLI::App& app) {

@@ -11,6 +11,7 @@
 #include "tools/entry_fields.h"
 #include "tools/exit_error.h"
 #include "tools/value_argument.h"
+#include "tools/value_check.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -21,6 +22,7 @@ struct KeyWritingArguments {
     std::string section{};
     std::string key{};
     ValueArgument value{};
+    ValueCheck check{};
     std::string type{};
     bool isInt = false;
     bool isString = false;
@@ -106,7 +108,9 @@ void RunSet(const KeyWritingArguments& arguments, Output& output) {
     file.Save(
         [&](const Document& after) {
             const DocumentEntry* const entry = after.findEntry(arguments.section, arguments.key);
-            return entry != nullptr && entry->effectiveValue() == text;
+            if (entry == nullptr || entry->effectiveValue() != text) return false;
+            arguments.check.Run(file.Path(), *entry, output);
+            return true;
         },
         output);
 }
@@ -150,6 +154,7 @@ void AddKeyWritingVerbs(CLI::App& app, Output& output) {
     set.add_option("SECTION", arguments->section, "The section")->required();
     set.add_option("KEY", arguments->key, "The key")->required();
     arguments->value.AddTo(set);
+    arguments->check.AddTo(set);
     CLI::Option* const isInt =
         set.add_flag("--int", arguments->isInt, "VALUE is a decimal number of 32 bits");
     CLI::Option* const isString =

@@ -5,7 +5,7 @@
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "tools/exit_error.h"
 #include "tools/import_hint.h"
-#include "tools/system.h"
+#include "tools/input.h"
 
 namespace mox::tool {
 namespace {
@@ -34,7 +34,7 @@ ExitCode CodeOf(Reason reason) noexcept {
 }  // namespace
 
 std::string ReadBytes(const std::string& path, FileStamp* stamp) {
-    if (path == kStdinPath) return ReadStdin();
+    if (path == kStdinPath) return Input::ReadAll();
     Problem problem;
     std::optional<std::string> bytes = readFile(path, stamp, &problem);
     if (!bytes.has_value()) ThrowUnread(path, problem);

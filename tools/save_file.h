@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "mox_xmlApi/disk/file_lock.hpp"
 #include "mox_xmlApi/disk/replace_file.hpp"
 
 namespace mox::tool {
@@ -11,11 +12,15 @@ namespace mox::tool {
 // Ends the message of a failure.
 inline constexpr const char* kNothingChanged = "; nothing was changed";
 
-// Replaces the file at `path`, or creates it; see disk/replace_file.hpp. With `withBackup` an old file is first copied to
-// "<path>.bak". Unless `onlyIf` is null, a file that is not in that state is not replaced. Throws ExitError (kIoError) on
-// failure; the file is then unchanged.
-void SaveBytes(const std::string& bytes, const std::string& path, bool withBackup,
-               const FileStamp* onlyIf = nullptr);
+struct SaveArguments {
+    bool withBackup = false;            // copy an old file to "<path>.bak" before
+    const FileStamp* onlyIf = nullptr;  // unless null, a file that is not in this state is not replaced
+    const FileLock* lock = nullptr;     // the lock on the file, if the caller has locked it
+};
+
+// Replaces the file at `path`, or creates it; see disk/replace_file.hpp. Throws ExitError (kIoError) on failure; the file is
+// then unchanged.
+void SaveBytes(const std::string& bytes, const std::string& path, const SaveArguments& arguments);
 
 }  // namespace mox::tool
 

@@ -110,9 +110,6 @@ bool IsSameFile(const std::string& one, const std::string& other) {
 }
 
 std::string ReadStdin() {
-    static bool wasRead = false;
-    if (wasRead) throw ExitError(ExitCode::kUsageError, "stdin can be used only once");
-    wasRead = true;
 #if defined(_WIN32)
     _setmode(_fileno(stdin), _O_BINARY);
 #endif

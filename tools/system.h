@@ -22,8 +22,7 @@ bool WriteStandardStreams(const std::string& data, const std::string& messages);
 // Whether both paths (UTF-8) lead to the same file. False if one of them does not exist.
 bool IsSameFile(const std::string& one, const std::string& other);
 
-// All bytes of stdin. Throws ExitError: kIoError if they cannot be read or are too many (kLargestStream), kUsageError if
-// stdin was read before.
+// All bytes of stdin. Throws ExitError (kIoError) if they cannot be read or are too many (kLargestStream).
 std::string ReadStdin();
 
 }  // namespace mox::tool

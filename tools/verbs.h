@@ -15,7 +15,7 @@ namespace mox::tool {
 void AddKeyVerbs(CLI::App& app, Output& output);         // sections, keys, get
 void AddKeyWritingVerbs(CLI::App& app, Output& output);  // set, delete
 void AddEntryVerbs(CLI::App& app, Output& output);       // entries, entry get|set|add|rename|remove
-void AddDocumentVerbs(CLI::App& app, Output& output);    // new, section add|set|remove
+void AddDocumentVerbs(CLI::App& app, Output& output);    // new, section add|set|rename|copy|remove
 void AddShowVerb(CLI::App& app, Output& output);         // show
 void AddFileVerbs(CLI::App& app, Output& output);        // export
 void AddConvertVerb(CLI::App& app, Output& output);      // convert

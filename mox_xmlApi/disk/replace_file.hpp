@@ -25,9 +25,10 @@
 //   afterwards, it is compared with the file of that name, so that a file which another user has swapped in is
 //   detected.
 //   Programs that use this function on the same file exclude each other from the comparison with `onlyIf` to the
-//   renaming, by a lock on the file (flock; on Windows a named mutex) that ends with the process. On a file system
-//   without locks, and against other programs, the comparison is made but a change right after it is not seen. Whoever
-//   may read the file can hold that lock, too, and so make replacements end with Reason::Busy.
+//   renaming, by a lock on the file (flock; on Windows a named mutex) that ends with the process. FileLock holds it from
+//   the reading on. On a file system without locks, and against other programs, the comparison is made but a change
+//   right after it is not seen. Whoever may read the file can hold that lock, too, and so make replacements end with
+//   Reason::Busy.
 //
 // Failure
 //   The old file is unchanged and the temporary file is removed. That file, ".mox-<number>-<number>.tmp" in the folder
@@ -53,6 +54,8 @@
 
 namespace mox {
 
+class FileLock;
+
 struct ReplaceOptions {
     // The stamp that readFile gave: the file is replaced only if it still has that content, or is still missing. Only
     // the content counts. The same bytes under a new time, or in a new file of that name, are no change, because
@@ -65,7 +68,11 @@ struct ReplaceOptions {
     // file, which is unchanged.
     std::optional<Text> backup{};
 
-    // How long to wait for other processes that are replacing the same file.
+    // The lock on the file that the caller holds. Without it, a file that anybody has locked cannot be replaced (Busy).
+    // (On Windows it is not needed: the thread that has locked a file can replace it.)
+    const FileLock* lock = nullptr;
+
+    // How long to wait for other processes that are replacing the same file, or have locked it.
     std::chrono::milliseconds patience{10000};
 };
 

@@ -3,16 +3,15 @@
 
 #if !defined(_WIN32)
 
-#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 #include <utility>
 
 #include "mox_xmlApi/disk/content_hash.h"
+#include "mox_xmlApi/disk/file_lock.hpp"
+#include "mox_xmlApi/disk/held_lock.h"
 #include "mox_xmlApi/disk/old_file.h"
 #include "mox_xmlApi/disk/posix_access.h"
 #include "mox_xmlApi/disk/posix_place.h"
@@ -26,21 +25,6 @@ namespace {
 
 constexpr mode_t kOwnerOnly = 0600;
 constexpr mode_t kDefaultMode = 0666;  // less the umask of the process
-
-// Locks the file against all others that lock it in this way, as long as it is open. Returns false if another one has
-// it until the deadline. A file system without such locks counts as locked.
-bool Lock(const OpenFile& file, const Deadline& deadline) {
-    constexpr std::chrono::microseconds kLongestPause{20000};
-    std::chrono::microseconds pause{100};
-    while (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
-        if (errno == EINTR) continue;
-        if (errno != EWOULDBLOCK) return true;
-        if (deadline.IsOver()) return false;
-        std::this_thread::sleep_for(pause);
-        pause = std::min(pause * 2, kLongestPause);
-    }
-    return true;
-}
 
 // One attempt to replace one file.
 class Attempt {
@@ -68,25 +52,11 @@ class Attempt {
     }
     Outcome Failed(bool /*reported*/) const noexcept { return Outcome::Failed; }
 
-    // Opens the file that is to be replaced: for writing if possible, because network file systems grant an exclusive
-    // lock only then. Not open on failure; errno says why.
-    OpenFile OpenToLock(bool& isReadable) const {
-        const auto openFor = [&](int access) {
-            // Without waiting, should it be a pipe by now.
-            constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-            int opened = -1;
-            do {
-                opened = openat(target_.Folder().Get(), target_.Name().c_str(), access | kFlags);
-            } while (opened < 0 && errno == EINTR);
-            return opened;
-        };
-        int file = openFor(O_RDWR);
-        const bool isRefused =
-            file < 0 && (errno == EACCES || errno == EPERM || errno == EROFS || errno == ETXTBSY);
-        if (isRefused) file = openFor(O_RDONLY);
-        isReadable = file >= 0;
-        if (isRefused && file < 0 && errno == EACCES) file = openFor(O_WRONLY);
-        return OpenFile(file);
+    // Whether the caller has locked the file.
+    bool IsLocked(int file) const noexcept {
+        struct stat status;
+        return options_.lock != nullptr && options_.lock->held() != nullptr && fstat(file, &status) == 0 &&
+               options_.lock->held()->IsOn(status);
     }
 
     // Opens and locks the file that is to be replaced, if there is one, and reads its access.
@@ -102,14 +72,14 @@ class Attempt {
             return Failed(FailBySystemError(Reason::WriteFailed, "cannot write to the file"));
         }
         bool isReadable = true;
-        OpenFile opened = OpenToLock(isReadable);
+        OpenFile opened = OpenToLock(target_, target_.Name().c_str(), isReadable);
         if (!opened.IsOpen()) {
             if (errno == EWOULDBLOCK)
                 return Failed(Fail(Reason::Busy, "another process has a lease on the file"));
             if (errno == ENOENT || errno == ELOOP) return Outcome::Again;
             return Failed(FailBySystemError(Reason::ReadFailed, "cannot open the file"));
         }
-        if (!Lock(opened, deadline_))
+        if (!IsLocked(opened.Get()) && !LockFile(opened, deadline_))
             return Failed(Fail(Reason::Busy, "another process is replacing the file and does not finish"));
         const FileType type = old_.Open(std::move(opened), isReadable);
         if (type != FileType::Regular && type != FileType::Unknown) return Outcome::Again;

@@ -5,11 +5,13 @@
 #include <optional>
 #include <set>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "mox_xmlApi/document/text_format.h"
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "mox_xmlApi/front/problem.hpp"
+#include "mox_xmlApi/front/text.hpp"
 #include "mox_xmlApi/front/value_text.hpp"
 
 namespace mox {
@@ -38,12 +40,20 @@ bool Is(const std::string& text, Reason& reason) {
     return Is(text, value, reason);
 }
 
-bool IsByte(const std::string& text, Reason& reason) {
-    std::uint16_t value = 0;
+bool IsNumberFrom(const std::string& text, std::int32_t least, std::int32_t most, Reason& reason) {
+    std::int32_t value = 0;
     if (!Is(text, value, reason)) return false;
-    if (value <= 0xFF) return true;
+    if (value >= least && value <= most) return true;
     reason = Reason::OutOfRange;
     return false;
+}
+
+// One character, or its number: hosts write either, and take the number as signed or not.
+bool IsChar(const std::string& text, Reason& reason) {
+    std::string_view rest = text;
+    char32_t character = 0;
+    if (front::DecodeUtf8(rest, character) && rest.empty()) return true;
+    return IsNumberFrom(text, -128, 255, reason);
 }
 
 // Whether the text is a value of the type; true for types that any text suits.
@@ -52,7 +62,8 @@ bool SuitsType(const std::string& type, const std::string& text, Reason& reason)
     if (type == "long") return Is<std::int32_t>(text, reason);
     if (type == "ushort") return Is<std::uint16_t>(text, reason);
     if (type == "ulong") return Is<std::uint32_t>(text, reason);
-    if (type == "byte") return IsByte(text, reason);
+    if (type == "byte") return IsNumberFrom(text, 0, 255, reason);
+    if (type == "char") return IsChar(text, reason);
     if (type == "double") return Is<double>(text, reason);
     if (type == "bool") return Is<bool>(text, reason);
     return true;
@@ -76,19 +87,63 @@ void CheckControl(const DocumentEntry& entry, const std::string& name, const War
     }
 }
 
-void CheckLimits(const DocumentEntry& entry, const std::string& name, const Warner& warn) {
-    const std::string& text = entry.effectiveValue();
+// A value or one of its items, which is named by the beginning of a sentence.
+void CheckLimits(const DocumentEntry& entry, const std::string& text, const std::string& what,
+                 const Warner& warn) {
     const std::optional<double> number = NumberIn(text);
     if (!number.has_value()) return;
     const std::optional<double> minimum = NumberIn(entry.ui->minimum);
     const std::optional<double> maximum = NumberIn(entry.ui->maximum);
-    if (minimum.has_value() && *number < *minimum) {
-        warn(entry.node,
-             "the value of entry" + name + ", " + text + ", is below its minimum " + entry.ui->minimum);
+    if (minimum.has_value() && *number < *minimum)
+        warn(entry.node, what + ", " + text + ", is below its minimum " + entry.ui->minimum);
+    if (maximum.has_value() && *number > *maximum)
+        warn(entry.node, what + ", " + text + ", is above its maximum " + entry.ui->maximum);
+}
+
+// Warns if the text, a value or one of its items, does not suit the type. Returns whether it does.
+bool CheckType(const DocumentEntry& entry, const std::string& text, const std::string& what,
+               const Warner& warn) {
+    Reason reason = Reason::None;
+    if (SuitsType(entry.type, text, reason)) return true;
+    const bool isOut = reason == Reason::OutOfRange;
+    warn(entry.node, what + ", " + Quoted(text) + ", is " + (isOut ? "out of the range" : "not a value") +
+                         " of its type " + entry.type);
+    return false;
+}
+
+bool AreHexadecimalPairs(const std::string& text) noexcept {
+    const auto isDigit = [](char character) {
+        return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'F') ||
+               (character >= 'a' && character <= 'f');
+    };
+    return text.size() % 2 == 0 && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+// An array or vector: of bytes, pairs of hexadecimal digits; of other numbers and truth values, items with white space,
+// commas or semicolons between them. Only the first item that does not suit is reported.
+void CheckItems(const DocumentEntry& entry, const std::string& name, const Warner& warn) {
+    const std::string& text = entry.effectiveValue();
+    if (entry.type == "string" || entry.type == "ucstring" || entry.type == "char") return;
+    if (entry.type == "byte") {
+        if (!AreHexadecimalPairs(text))
+            warn(entry.node, "the value of entry" + name + ", " + Quoted(text) +
+                                 ", is not pairs of hexadecimal digits, as which hosts read the bytes");
+        return;
     }
-    if (maximum.has_value() && *number > *maximum) {
-        warn(entry.node,
-             "the value of entry" + name + ", " + text + ", is above its maximum " + entry.ui->maximum);
+    constexpr const char* kSeparators = " \t\r\n,;";
+    bool isReported = false;
+    const Warner once = [&](DocumentNode node, const std::string& message) {
+        if (!std::exchange(isReported, true)) warn(node, message);
+    };
+    std::size_t number = 0;
+    std::size_t end = 0;
+    for (std::size_t begin = 0; !isReported; begin = end) {
+        begin = text.find_first_not_of(kSeparators, begin);
+        if (begin == std::string::npos) return;
+        end = std::min(text.find_first_of(kSeparators, begin), text.size());
+        const std::string item = text.substr(begin, end - begin);
+        const std::string what = "item " + std::to_string(++number) + " of the value of entry" + name;
+        if (CheckType(entry, item, what, once) && entry.ui != nullptr) CheckLimits(entry, item, what, once);
     }
 }
 
@@ -161,17 +216,12 @@ void CheckParts(const DocumentEntry& entry, const std::string& name, const Warne
 
 void CheckValue(const DocumentEntry& entry, const std::string& name, const Warner& warn) {
     const std::string& text = entry.effectiveValue();
-    if (!entry.isReadable || !entry.shape.empty() || text.empty()) return;
-    Reason reason = Reason::None;
-    if (!SuitsType(entry.type, text, reason)) {
-        const bool isOut = reason == Reason::OutOfRange;
-        warn(entry.node, "the value of entry" + name + ", " + Quoted(text) + ", is " +
-                             (isOut ? "out of the range" : "not a value") + " of its type " + entry.type);
-        return;
-    }
-    if (entry.ui == nullptr) return;
+    if (!entry.isReadable || text.empty()) return;
+    if (!entry.shape.empty()) return CheckItems(entry, name, warn);
+    const std::string what = "the value of entry" + name;
+    if (!CheckType(entry, text, what, warn) || entry.ui == nullptr) return;
     CheckControl(entry, name, warn);
-    CheckLimits(entry, name, warn);
+    CheckLimits(entry, text, what, warn);
 }
 
 }  // namespace mox

@@ -23,8 +23,8 @@ void CheckNumber(DocumentNode element, const char* attribute, std::uint32_t read
 // empty value where the presentation data have one. `name` is how messages name the entry: " gain", for example.
 void CheckParts(const DocumentEntry& entry, const std::string& name, const Warner& warn);
 
-// Warns if the value that hosts read does not suit the type, the minimum and maximum, or the control of the entry. A type
-// says nothing about the texts of arrays, vectors, strings and characters.
+// Warns if the value that hosts read does not suit the type, the minimum and maximum, or the control of the entry. Of an
+// array or vector, the first item that does not suit is reported. Any text suits the types "string" and "ucstring".
 void CheckValue(const DocumentEntry& entry, const std::string& name, const Warner& warn);
 
 }  // namespace mox

@@ -7,7 +7,9 @@
 #include <unistd.h>
 
 #if defined(MOX_TOOL_IN_TESTS)
-#include "tools/main.h"
+#include "tools/output.h"
+#include "tools/run_tool.h"
+#include "tools/system.h"
 #endif
 
 namespace faults {
@@ -21,17 +23,15 @@ void SendOutputTo(const std::string& path) {
 }
 
 int RunTool(const std::vector<std::string>& arguments) {
-    std::vector<std::string> copies{"mox-xml"};
-    copies.insert(copies.end(), arguments.begin(), arguments.end());
-    std::vector<char*> pointers;
-    for (std::string& copy : copies)
-        pointers.push_back(copy.data());
-    pointers.push_back(nullptr);
 #if defined(MOX_TOOL_IN_TESTS)
-    const int code = mox::tool::Main(static_cast<int>(copies.size()), pointers.data());
+    namespace tool = mox::tool;
+    tool::Output output(false);
+    tool::RunTool(arguments, tool::ReadStdin, output);
+    const bool isWritten = tool::WriteStandardStreams(output.Data(), output.Messages());
     std::fflush(nullptr);
-    return code;
+    return static_cast<int>(isWritten ? output.code : tool::ExitCode::kIoError);
 #else
+    static_cast<void>(arguments);
     return -1;
 #endif
 }

@@ -68,7 +68,7 @@ TEST_F(Apply, MakesAllChangesOrNone) {
         {R"({"change": "added", "section": "A", "entry": "g", "type": "long"}])", 1,
          "a.xml: change 2: A/g: "},
         {R"({"change": "added", "section": "A", "entry": "n", "type": "complex"}])", 2,
-         "there is no type \"complex\""},
+         "a.xml: change 2: A/n: unknown type complex (expected short, long, "},
         {R"({"section": "A", "entry": "g", "value": "\u00fc"}])", 4, "a.xml: change 2: A/g: "},
         {R"({"section": "A", "entry": "g", "value": " x"}])", 4, "a.xml: change 2: A/g: "},
         {R"({"section": "A", "entry": "g", "value": {}}])", 2, "\"value\" is neither"},
@@ -236,7 +236,7 @@ TEST_F(Apply, ReadsChangesFromStdin) {
     Succeeds({"set", "b.xml", "A", "k", "2"});
     EXPECT_EQ(std::system("\"$MOX_TOOL\" diff a.xml b.xml --json | \"$MOX_TOOL\" apply a.xml -"), 0);
     EXPECT_EQ(Succeeds({"diff", "a.xml", "b.xml"}), "");
-    Fails(2, {"apply", "-", "-"}, "stdin cannot be changed");
+    Fails(2, {"apply", "-", "-"}, "\"-\" is stdin, which cannot be changed");
 }
 
 #endif

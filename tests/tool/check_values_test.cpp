@@ -63,7 +63,7 @@ TEST_F(CheckValues, ValuesThatDoNotSuitTheEntry) {
             value("name=\"g\" type=\"string\"", "on", "<UI control=\"num\"/>") +
             value("name=\"h\" type=\"string\"", "5", "<UI control=\"switch\"/>") +
             value("name=\"i\" type=\"long\"", "7", "<UI control=\"num\" minVal=\"6\" maxVal=\"9\"/>") +
-            value("name=\"j\" type=\"long\" array=\"array\"", "x") +
+            value("name=\"j\" type=\"string\" array=\"array\"", "x") +
             value("name=\"k\" type=\"ulong\"", "4294967295") + value("name=\"l\" type=\"long\"", "") +
             "</Table>\n")));
     EXPECT_EQ(Succeeds({"check", "a.xml"}), "");
@@ -79,6 +79,83 @@ TEST_F(CheckValues, ValuesThatDoNotSuitTheEntry) {
               "a.xml:11:2: warning: the value of entry h, \"5\", is not a truth value, which the control "
               "\"switch\" "
               "shows\n");
+}
+
+TEST_F(CheckValues, ItemsOfArraysAndCharacters) {
+    const auto value = [](const std::string& name, const std::string& attributes, const std::string& text,
+                          const std::string& ui = "") {
+        return "<Var name=\"" + name + "\" " + attributes + "><Value>" + text + "</Value>" + ui + "</Var>\n";
+    };
+    const std::string longs = "type=\"long\" array=\"array\"";
+    const std::string limits = "<UI minVal=\"0\" maxVal=\"9\"/>";
+    WriteBytes("a.xml", Wide(Settings("<Table name=\"S\">\n" + value("a", longs, "1 x 2 y") +
+                                      value("b", "type=\"byte\" array=\"array\"", "00F") +
+                                      value("c", "type=\"byte\" array=\"vector\"", "0G") +
+                                      value("d", "type=\"short\" array=\"vector\"", "1;40000") +
+                                      value("e", longs, "3, 10, -1", limits) +
+                                      value("f", "type=\"char\"", "ab") + value("g", "type=\"char\"", "256") +
+                                      value("h", "type=\"bool\" array=\"array\"", "1 0 2") +
+                                      // these suit
+                                      value("i", "type=\"byte\" array=\"array\"", "00fF") +
+                                      value("j", "type=\"double\" array=\"vector\"", "-0.5 1e3 7") +
+                                      value("k", longs, "0 9", limits) + value("l", "type=\"char\"", "ä") +
+                                      value("m", "type=\"char\"", "-128") + value("n", "type=\"char\"", "7") +
+                                      value("o", "type=\"string\" array=\"array\"", "a;b") + "</Table>\n")));
+    const std::string note =
+        "a.xml:15:34: note: non-ASCII text (1 unit in the whole file): a narrow file cannot store it\n";
+    EXPECT_EQ(Succeeds({"check", "a.xml"}), note);
+    EXPECT_EQ(
+        Succeeds({"check", "a.xml", "--values"}),
+        "a.xml:4:2: warning: item 2 of the value of entry a, \"x\", is not a value of its type long\n"
+        "a.xml:5:2: warning: the value of entry b, \"00F\", is not pairs of hexadecimal digits, as which "
+        "hosts "
+        "read the bytes\n"
+        "a.xml:6:2: warning: the value of entry c, \"0G\", is not pairs of hexadecimal digits, as which "
+        "hosts "
+        "read the bytes\n"
+        "a.xml:7:2: warning: item 2 of the value of entry d, \"40000\", is out of the range of its type "
+        "short\n"
+        "a.xml:8:2: warning: item 2 of the value of entry e, 10, is above its maximum 9\n"
+        "a.xml:9:2: warning: the value of entry f, \"ab\", is not a value of its type char\n"
+        "a.xml:10:2: warning: the value of entry g, \"256\", is out of the range of its type char\n"
+        "a.xml:11:2: warning: item 3 of the value of entry h, \"2\", is not a value of its type bool\n" +
+            note);
+}
+
+// ---- when values are written
+
+TEST_F(CheckValues, WritersWarnAndRefuseOnlyIfStrict) {
+    const std::string bytes =
+        Narrow(Settings("<Table name=\"S\">\n<Var name=\"k\" type=\"long\"><Value>1</Value>"
+                        "<UI control=\"num\" maxVal=\"5\"/></Var></Table>\n"));
+    const struct {
+        std::vector<std::string> call;
+        std::string message;
+    } cases[] = {
+        {{"set", "a.xml", "S", "k", "x"}, "the value of entry k, \"x\", is not a value of its type long"},
+        {{"set", "a.xml", "S", "k", "6"}, "the value of entry k, 6, is above its maximum 5"},
+        {{"set", "a.xml", "S", "l", "x", "--type", "double"},
+         "the value of entry l, \"x\", is not a value of its type double"},
+        {{"entry", "set", "a.xml", "k", "7", "--section", "S"},
+         "the value of entry k, 7, is above its maximum 5"},
+        {{"entry", "set", "a.xml", "k", "--type", "bool", "--control", "switch", "--section", "S", "2"},
+         "the value of entry k, \"2\", is not a value of its type bool"},
+        {{"entry", "add", "a.xml", "m", "300", "--type", "byte", "--section", "S"},
+         "the value of entry m, \"300\", is out of the range of its type byte"},
+    };
+    for (const auto& test : cases) {
+        WriteBytes("a.xml", bytes);
+        auto strict = test.call;
+        strict.emplace_back("--strict");
+        Fails(4, strict, "mox-xml: a.xml: " + test.message + "; nothing was changed\n");
+        EXPECT_EQ(ReadBytes("a.xml"), bytes);
+        const Result result = RunTool(test.call);
+        EXPECT_EQ(result.code, 0) << result;
+        EXPECT_EQ(result.err, "mox-xml: a.xml: warning: " + test.message + "\n");
+    }
+    WriteBytes("a.xml", bytes);
+    EXPECT_EQ(Succeeds({"set", "a.xml", "S", "k", "5", "--strict"}), "");
+    EXPECT_EQ(Succeeds({"get", "a.xml", "S", "k"}), "5\n");
 }
 
 }  // namespace

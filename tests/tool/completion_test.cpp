@@ -66,7 +66,7 @@ TEST_F(Completion, OffersVerbs) {
     EXPECT_EQ(bash.AfterTab("mox-xml --json exp"), "mox-xml --json export ");
     EXPECT_EQ(bash.AfterTab("mox-xml entry rem"), "mox-xml entry remove ");
     EXPECT_EQ(bash.AllAfter("mox-xml entry "), "mox-xml entry add get remove rename set ");
-    EXPECT_EQ(bash.AllAfter("mox-xml section "), "mox-xml section add remove set ");
+    EXPECT_EQ(bash.AllAfter("mox-xml section "), "mox-xml section add copy remove rename set ");
 }
 
 TEST_F(Completion, OffersFiles) {

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "tests/tool/tool_support.h"
+#include "tests/tool/writing_calls.h"
 #if !defined(_WIN32)
 #include <csignal>
 #include <sys/resource.h>
@@ -21,21 +22,6 @@ namespace {
 using Editing = ToolTest;
 
 const std::string kText = Settings("\t<Table name=\"S\">\n" + Var("k", "1") + "\t</Table>\n");
-
-// Calls of every verb that changes the section "S" of a settings file.
-std::vector<std::vector<std::string>> EditingCalls(const std::string& file) {
-    return {{"set", file, "S", "k", "2"},
-            {"set", file, "S", "k", "2", "--create"},
-            {"delete", file, "S", "k"},
-            {"delete", file, "S"},
-            {"entry", "set", file, "k", "2", "--section", "S"},
-            {"entry", "add", file, "new", "2", "--section", "S"},
-            {"entry", "rename", file, "k", "l", "--section", "S"},
-            {"entry", "remove", file, "k", "--section", "S"},
-            {"section", "add", file, "T"},
-            {"section", "set", file, "S", "--first-id", "7"},
-            {"section", "remove", file, "S"}};
-}
 
 std::string HighByteFirst(const std::string& text) {
     std::string bytes = Wide(text);
@@ -64,7 +50,7 @@ Result RunWithStdin(const std::string& words, const std::string& input) {
 TEST_F(Editing, DoesNotChangeAFileOfWhichTheLibraryReadsOnlyTheBeginning) {
     const std::string bytes = Narrow(kText) + "more text";
     WriteBytes("a.xml", bytes);
-    for (const auto& call : EditingCalls("a.xml")) {
+    for (const auto& call : WritingCalls("a.xml")) {
         Fails(4, call, "mox-xml: a.xml:");
         Fails(4, call, "; nothing was changed\n");
         EXPECT_EQ(ReadBytes("a.xml"), bytes) << call[0];
@@ -78,17 +64,17 @@ TEST_F(Editing, DoesNotChangeAFileInAnotherEncoding) {
     WriteBytes("be.xml", highFirst);
     WriteBytes("zeros.xml", zeros);
     WriteBytes("bom.xml", marked);
-    for (const auto& call : EditingCalls("be.xml")) {
+    for (const auto& call : WritingCalls("be.xml")) {
         const Result result = RunTool(call);
         EXPECT_GE(result.code, 2) << result;
         EXPECT_NE(result.err.find("UTF-16 with the high byte first"), std::string::npos) << result;
     }
-    for (const auto& call : EditingCalls("zeros.xml")) {
+    for (const auto& call : WritingCalls("zeros.xml")) {
         const Result result = RunTool(call);
         EXPECT_GE(result.code, 2) << result;
         EXPECT_NE(result.err.find("zero"), std::string::npos) << result;
     }
-    for (const auto& call : EditingCalls("bom.xml"))
+    for (const auto& call : WritingCalls("bom.xml"))
         Fails(3, call, "UTF-8 with a byte-order mark");
     EXPECT_EQ(ReadBytes("be.xml"), highFirst);
     EXPECT_EQ(ReadBytes("zeros.xml"), zeros);
@@ -105,9 +91,15 @@ TEST_F(Editing, RefusesToSaveDeepDocumentsBeforeThatFillsTheMemory) {
     const std::string bytes = Narrow(Settings("<Table name=\"S\">" + Var("k", "1") + "</Table>\n" + deep));
     WriteBytes("a.xml", bytes);
     EXPECT_EQ(Succeeds({"get", "a.xml", "S", "k"}), "1\n");
-    for (const auto& call : EditingCalls("a.xml"))
+    for (const auto& call : LibraryCalls("a.xml"))
         Fails(4, call, "the elements are nested so deeply");
     EXPECT_EQ(ReadBytes("a.xml"), bytes);
+    // These write no indentation.
+    for (const auto& call : TextCalls("a.xml")) {
+        WriteBytes("a.xml", bytes);
+        EXPECT_EQ(Succeeds(call), "");
+        EXPECT_NE(ReadBytes("a.xml"), bytes);
+    }
 }
 
 // ---- outputs and backups
@@ -276,7 +268,7 @@ TEST_F(Editing, NewCreatesSettingsAndTableDocuments) {
 
 TEST_F(Editing, NewReplacesAFileOnlyIfAsked) {
     WriteBytes("a.xml", Narrow(kText));
-    Fails(4, {"new", "a.xml"}, "see --overwrite");
+    Fails(4, {"new", "a.xml"}, "a.xml: the file exists; --overwrite replaces it");
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
     Succeeds({"new", "a.xml", "--overwrite", "--backup"});
     EXPECT_EQ(Succeeds({"show", "a.xml"}), "settings document, wide\n");
@@ -299,7 +291,8 @@ TEST_F(Editing, SectionsAreAddedChangedAndRemoved) {
     const std::string before = ReadBytes("a.xml");
     Fails(2, {"section", "add", "a.xml", "T"}, "a.xml: there is a section T already");
     Fails(1, {"section", "set", "a.xml", "S", "--first-id", "1"}, "a.xml: no section S");
-    Fails(2, {"section", "set", "a.xml", "T"}, "section set requires --first-id or --type-code");
+    Fails(2, {"section", "set", "a.xml", "T"},
+          "section set requires --first-id, --type-code, --editable or --no-editable");
     Fails(1, {"section", "remove", "a.xml", "S"}, "a.xml: no section S");
     Fails(4, {"section", "add", "a.xml", "Ü"}, "a narrow file keeps 7-bit text only");
     EXPECT_EQ(ReadBytes("a.xml"), before);
@@ -382,7 +375,7 @@ TEST_F(Editing, AFullDiskLeavesTheFileAndItsOldBackup) {
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);  // so that the write fails instead
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     std::vector<Result> results;
-    for (auto call : EditingCalls("a.xml")) {
+    for (auto call : WritingCalls("a.xml")) {
         call.emplace_back("--backup");
         results.push_back(RunTool(call));
     }

@@ -69,8 +69,8 @@ TEST_F(EntryVerbs, AddInsertsAtTheEndOrBeforeAnotherEntry) {
     WriteBytes("t.xml", Wide(TableDocument("")));
     Succeeds({"entry", "add", "t.xml", "b", "2", "--type", "double", "--id", "5"});
     Succeeds({"entry", "add", "t.xml", "c"});
-    Succeeds({"entry", "add", "t.xml", "ä ", "1", "--before", "b", "--type", "byte", "--array"});
-    EXPECT_EQ(Succeeds({"entries", "t.xml"}), "ä \tbyte array\t1\nb\tdouble\t2\nc\tstring\t\n");
+    Succeeds({"entry", "add", "t.xml", "ä ", "01", "--before", "b", "--type", "byte", "--array"});
+    EXPECT_EQ(Succeeds({"entries", "t.xml"}), "ä \tbyte array\t01\nb\tdouble\t2\nc\tstring\t\n");
     EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "b", "--json"}),
               "{\n  \"name\": \"b\",\n  \"type\": \"double\",\n  \"id\": 5,\n  \"value\": 2.0,\n  \"text\": "
               "\"2\"\n}\n");
@@ -126,12 +126,12 @@ TEST_F(EntryVerbs, ATableWithItsValuesInThePresentationDataTakesOneValuePerEntry
     Fails(4, {"entry", "add", "t.xml", "b", "2", "--ui-value", "3"}, "t.xml: b: ");
     EXPECT_EQ(ReadBytes("t.xml"), Wide(table));
     Succeeds({"entry", "set", "t.xml", "a", "2", "--id", "7"});
-    Succeeds({"entry", "add", "t.xml", "b", "3", "--control", "switch"});
+    Succeeds({"entry", "add", "t.xml", "b", "1", "--control", "switch"});
     EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "a"}), "2\n");
-    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "b"}), "3\n");
+    EXPECT_EQ(Succeeds({"entry", "get", "t.xml", "b"}), "1\n");
     const std::string shown = Succeeds({"show", "t.xml"});
     EXPECT_NE(shown.find("shown as num  [value \"2\"]"), std::string::npos) << shown;
-    EXPECT_NE(shown.find("shown as switch  [value \"3\"]"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("shown as switch  [value \"1\"]"), std::string::npos) << shown;
 }
 
 TEST_F(EntryVerbs, RemoveRemovesTheFirstOrAll) {

@@ -21,10 +21,11 @@ fs::path PathOf(const std::string& name) {
 
 }  // namespace
 
-Result RunTool(const std::vector<std::string>& arguments) {
+Result RunTool(const std::vector<std::string>& arguments, const std::string& run) {
     const char* const program = std::getenv("MOX_TOOL");
     if (program == nullptr) throw std::runtime_error("MOX_TOOL is not set");
-    const std::string messages = (fs::path(std::getenv("MOX_TEST_TMP")) / "messages.txt").string();
+    const std::string messages =
+        (fs::path(std::getenv("MOX_TEST_TMP")) / ("messages" + run + ".txt")).string();
     Result result;
     result.code = RunProgram(program, arguments, messages, result.out);
     result.err = ReadBytes(messages);

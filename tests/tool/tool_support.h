@@ -23,8 +23,8 @@ struct Result {
     }
 };
 
-// Runs the tool with the arguments (UTF-8).
-Result RunTool(const std::vector<std::string>& arguments);
+// Runs the tool with the arguments (UTF-8). Runs at the same time need different names of their own.
+Result RunTool(const std::vector<std::string>& arguments, const std::string& run = "");
 
 // ---- files in the current folder; names are UTF-8
 

@@ -1,0 +1,68 @@
+// Makes a list of changes to a file in memory.
+#ifndef MOX_XMLAPI_TOOLS_CHANGE_MAKER_H
+#define MOX_XMLAPI_TOOLS_CHANGE_MAKER_H
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "mox_xmlApi/mox_xmlApi.hpp"
+#include "tools/change_list.h"
+#include "tools/edited_file.h"
+#include "tools/expectations.h"
+
+namespace mox::tool {
+
+class ChangeMaker {
+  public:
+    // Opens the document of the file for changes. Throws what EditedFile throws. The file must outlive this object.
+    explicit ChangeMaker(EditedFile& file);
+
+    // Makes all changes, in their order. Throws ExitError, with the number of the change, for the first one that the
+    // file or the library refuses; and if a section is removed with an entry that the changes do not remove.
+    void MakeAll(const std::vector<RequestedChange>& changes);
+
+    // What the changed file must have.
+    const Expectations& Expected() const noexcept { return expectations_; }
+
+  private:
+    void Make(const RequestedChange& change);
+    void RequireRemoved(const RequestedChange& change);
+    void RequireAllRemoved() const;
+
+    void ChangeSection(const RequestedChange& change);
+    void AddSection(const RequestedChange& change);
+    void RemoveSection(const RequestedChange& change);
+    void ChangeSectionField(const RequestedChange& change);
+    bool IsOnlySection(const std::string& name) const;
+
+    void SetValue(const RequestedChange& change);
+    void WriteInteger(const RequestedChange& change);
+    void WriteBytes(const RequestedChange& change);
+    template <class T>
+    void Write(const RequestedChange& change, const T& value);
+
+    void AddEntry(const RequestedChange& change);
+    void RemoveEntry(const RequestedChange& change, EntryTable& table);
+    void ChangeField(const RequestedChange& change, EntryTable& table);
+    void RequireOldField(const RequestedChange& change) const;
+    EntryTable& TableOf(const RequestedChange& change);
+
+    EditedFile& file_;
+    const Document& before_;
+    Profile* profile_ = nullptr;        // belongs to the file; null for a table document
+    Table* table_ = nullptr;            // belongs to the file; null for a settings document
+    std::optional<Section> section_{};  // of the last change
+    // The names and occurrences of the entries that the changes remove with each section.
+    std::map<std::string, std::set<std::pair<std::string, std::size_t>>> removedSections_{};
+    std::map<std::string, TableOptions> sections_{};  // whose fields were changed
+    Expectations expectations_{};
+};
+
+}  // namespace mox::tool
+
+#endif
