@@ -89,10 +89,10 @@ def make_same(folder, model):
     """Makes all files of the model the same in the folder; whatever a test does to the sources is undone, too."""
     for path in files_below(model):
         target = folder / path.relative_to(model)
-        if path.is_symlink() or is_same(path, target):
+        if target.is_symlink() if path.is_symlink() else is_same(path, target):
             continue
         target.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy2(path, target)
+        shutil.copy2(path, target, follow_symlinks=False)
 
 
 class Tree:
@@ -106,30 +106,32 @@ class Tree:
         self.build = self.sources / "build" / preset
         self.saved = self.home / "saved"  # a copy of all that, as it was before a fault
         self.preset, self.options = preset, options
-        self.costs = {}  # of each program: seconds of processor time, seconds
+        self.costs = {}  # of each program that has run: seconds of processor time, seconds
 
     def prepare(self):
-        """Copies, builds and tests the project, as far as it has changed."""
+        """Copies and builds the project, as far as it has changed."""
         self.home.mkdir(parents=True, exist_ok=True)
-        costs = self.home / "costs.json"
-        if costs.exists():
+        done = self.home / "done"
+        if done.exists():
             make_same(self.sources, self.saved)  # the last run may have been ended with a fault in place
-        changed = copy_sources(self.project, self.sources)
-        if changed or not costs.exists():
-            costs.unlink(missing_ok=True)
+        if copy_sources(self.project, self.sources) or not done.exists():
+            done.unlink(missing_ok=True)
             with preparing:
                 self.do(["cmake", "--preset", self.preset, *self.options], "configure")
                 self.do(["ninja", "-C", self.build, "-j", "2", *self.runs("")], "build")
-            for program in self.runs(""):
-                start = time.monotonic()
-                ended = self.start(program, 3600, 3600)
-                if ended.code != 0:
-                    raise BrokenTree(f"{program} fails without a fault: {self.home / 'test.log'}")
-                self.costs[program] = (ended.seconds, time.monotonic() - start)
             shutil.rmtree(self.saved, ignore_errors=True)
             make_same(self.saved, self.sources)
-            costs.write_text(json.dumps(self.costs))
-        self.costs = json.loads(costs.read_text())
+            done.touch()
+
+    def cost(self, program):
+        """What the program costs without a fault. The first time it is run for that, and must pass."""
+        if program not in self.costs:
+            start = time.monotonic()
+            ended = self.start(program, self.saved, 3600, 3600)
+            if ended.code != 0:
+                raise BrokenTree(f"{program} fails without a fault: {self.home / 'test.log'}")
+            self.costs[program] = (ended.seconds, time.monotonic() - start)
+        return self.costs[program]
 
     def do(self, command, name):
         log = self.home / f"{name}.log"
@@ -156,20 +158,20 @@ class Tree:
             else:
                 yield program
 
-    def start(self, program, cpu, wall):
-        """Runs the test program."""
-        folder = self.home / "tmp"
-        shutil.rmtree(folder, ignore_errors=True)
-        folder.mkdir(mode=0o755)
-        environment = {"MOX_TEST_TMP": str(folder), "MOX_TOOL": str(self.build / "bin/mox-xml"),
+    def start(self, program, folder, cpu, wall):
+        """Runs the test program of this tree, or of the saved one."""
+        scratch = self.home / "tmp"
+        shutil.rmtree(scratch, ignore_errors=True)
+        scratch.mkdir(mode=0o755)
+        programs = folder / "build" / self.preset / "bin"
+        environment = {"MOX_TEST_TMP": str(scratch), "MOX_TOOL": str(programs / "mox-xml"),
                        "ASAN_OPTIONS": "detect_stack_use_after_return=1:strict_string_checks=1:hard_rss_limit_mb=4000"}
         arguments = ["--gtest_fail_fast", "--gtest_brief=1", "--gtest_shuffle=0"]
         if program.startswith("replay_"):
             name = program.removeprefix("replay_")
             found = (f"fuzz/corpus/{name}", f"tests/regression/inputs/{name}")
-            arguments = [f"../{inputs}" for inputs in found if (self.sources / inputs).exists()]
-        return run([self.build / "bin" / program, *arguments], self.sources / "tests", self.home / "test.log", environment,
-                   cpu, wall)
+            arguments = [f"../{inputs}" for inputs in found if (folder / inputs).exists()]
+        return run([programs / program, *arguments], folder / "tests", self.home / "test.log", environment, cpu, wall)
 
     def make(self, *targets):
         """Builds the targets. A compiler cache is not used: no fault is compiled twice."""
@@ -215,8 +217,8 @@ class Tree:
             if not any(self.has_changed(output) for output in (f"bin/{program}", *libraries, *helpers)):
                 continue
             differs = True
-            cpu, wall = self.costs[program]
-            code = self.start(program, int(2 + 3 * cpu), 60 + 10 * wall).code
+            cpu, wall = self.cost(program)
+            code = self.start(program, self.sources, int(2 + 3 * cpu), 60 + 10 * wall).code
             if code != 0:
                 return Verdict("caught", f"{program}: {self.what_failed(code)}")
         return Verdict("survived" if differs else "no difference", "")
