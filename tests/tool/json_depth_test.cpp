@@ -18,7 +18,7 @@ TEST_F(JsonDepth, FollowsTheNestingDownAndUpAgain) {
                                              {"index": 0, "depth": 3, "element": "c"},
                                              {"index": 0, "depth": 2, "element": "d"},
                                              {"index": 0, "depth": 1, "element": "e"},
-                                             {"index": 1, "depth": 0, "comment": "last"}])"));
+                                             {"index": 0, "depth": 0, "comment": "last"}])"));
 }
 
 }  // namespace
