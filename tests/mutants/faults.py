@@ -124,6 +124,8 @@ class Source:
         self.offsets = [0]
         for line in self.code:
             self.offsets.append(self.offsets[-1] + len(line) + 1)
+        self.body_names = [[found for found in self.names_of(line) if self.scope(i, found[1]) == "body"]
+                           for i, line in enumerate(self.code)]
 
     def scope(self, i, column):
         return self.kinds[bisect.bisect_right(self.starts, self.offsets[i] + column) - 1]
@@ -150,7 +152,7 @@ class Source:
             if inBody or isValue:
                 yield from (("constant", *match.span(), new) for new in self.other_constants(match[0]))
 
-        bodyChanges = [*self.conditions(code, self.lines[i]), *self.operators(code), *self.names(i, code),
+        bodyChanges = [*self.conditions(code, self.lines[i]), *self.operators(code), *self.names(i),
                        *self.statements(i, code)]
         yield from (change for change in bodyChanges if self.scope(i, change[1]) == "body")
 
@@ -212,13 +214,11 @@ class Source:
             form = "k" if re.match("k[A-Z]", name) else name[0].isupper()
             yield (form, isCall, before, name.endswith("_")), match.start("name"), name
 
-    def names(self, i, code):
+    def names(self, i):
         near = collections.defaultdict(set)
-        for line in range(max(0, i - NAMES_NEAR), min(len(self.code), i + NAMES_NEAR + 1)):
-            for style, column, name in self.names_of(self.code[line]):
-                if self.scope(line, column) == "body":
-                    near[style].add(name)
-        for style, column, name in self.names_of(code):
-            if self.scope(i, column) == "body":
-                for other in sorted(near[style] - {name}):
-                    yield "name", column, column + len(name), other
+        for names in self.body_names[max(0, i - NAMES_NEAR):i + NAMES_NEAR + 1]:
+            for style, _, name in names:
+                near[style].add(name)
+        for style, column, name in self.body_names[i]:
+            for other in sorted(near[style] - {name}):
+                yield "name", column, column + len(name), other

@@ -34,7 +34,7 @@ from tree import PROGRAM_PER_FILE, PROGRAMS, SANITIZED, BrokenTree, Tree, Verdic
 
 FOLDERS = ("mox_xmlApi", "companions", "tools")  # a folder that ships is added here
 SUFFIXES = (".h", ".hpp", ".cpp")
-WORKERS = 1
+WORKERS = 2
 RESULTS = ("drawn", "not compiled", "no difference", "caught", "explained", "survived")
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 
@@ -83,8 +83,9 @@ def read_explained(path):
 
 def outdated(project, explained):
     """The keys that no fault has."""
-    all_faults = {key(fault) for source in sources(project) for kinds in source.faults().values()
-                  for some in kinds.values() for fault in some}
+    files = {file for file, _, _ in explained}
+    all_faults = {key(fault) for source in sources(project) if source.file in files
+                  for kinds in source.faults().values() for some in kinds.values() for fault in some}
     return [known for known in explained if known not in all_faults]
 
 

@@ -109,7 +109,7 @@ add_executable(host_tests tools/half.cpp tests/test.cpp)
 """
 PRESETS = {"version": 6, "configurePresets": [
     {"name": name, "generator": "Ninja", "binaryDir": "${sourceDir}/build/" + name,
-     "cacheVariables": {"CMAKE_CXX_FLAGS": "-O1"}} for name in ("linux", "sanitize")]}
+     "cacheVariables": {"CMAKE_CXX_FLAGS": "-O1", "CMAKE_CXX_COMPILER_FORCED": "ON"}} for name in ("linux", "sanitize")]}
 
 
 class SmallProject(unittest.TestCase):
