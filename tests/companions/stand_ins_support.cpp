@@ -17,6 +17,8 @@ using WideText = std::basic_string<wchar16>;
 
 std::string failing;
 int callsBeforeFailure = 0;
+std::string refusing;
+int callsBeforeRefusal = 0;
 std::vector<std::string> calls;
 
 // The texts of the last record that got any: a test has one record at a time.
@@ -31,6 +33,11 @@ void Called(const char* function, const std::string& detail = "") {
     if (failing == function && --callsBeforeFailure == 0) throw Failure{function};
 }
 
+// Whether this call of a function that reports failure by its result is to do so, and to change nothing.
+bool IsRefused(const char* function) {
+    return refusing == function && --callsBeforeRefusal == 0;
+}
+
 }  // namespace
 
 void FailAt(int number, const std::string& function) {
@@ -40,6 +47,12 @@ void FailAt(int number, const std::string& function) {
 
 void FailNever() {
     failing.clear();
+    refusing.clear();
+}
+
+void RefuseAt(int number, const std::string& function) {
+    refusing = function;
+    callsBeforeRefusal = number;
 }
 
 std::vector<std::string> TakeCalls() {
@@ -52,6 +65,7 @@ using namespace companions;
 
 bool pdConvertString(const std::basic_string<wchar16>& wide, std::string& narrow) {
     Called("pdConvertString to narrow");
+    if (IsRefused("pdConvertString to narrow")) return false;
     narrow.clear();
     for (const wchar16 unit : wide)
         narrow += static_cast<char>(unit);
@@ -60,6 +74,7 @@ bool pdConvertString(const std::basic_string<wchar16>& wide, std::string& narrow
 
 bool pdConvertString(const std::string& narrow, std::basic_string<wchar16>& wide) {
     Called("pdConvertString to wide");
+    if (IsRefused("pdConvertString to wide")) return false;
     wide.assign(narrow.begin(), narrow.end());
     return true;
 }
@@ -116,12 +131,14 @@ const wchar16* TableEntryValueInfoStruct::GetVal_w() const {
 
 bool TableEntryValueInfoStruct::SetVal(const char* text) {
     Called("SetVal");
+    if (IsRefused("SetVal")) return false;
     narrowValue = text;
     return true;
 }
 
 bool TableEntryValueInfoStruct::SetVal_w(const wchar16* text) {
     Called("SetVal_w");
+    if (IsRefused("SetVal_w")) return false;
     wideValue = text;
     return true;
 }

@@ -15,7 +15,9 @@ struct Failure {
 
 // From now on the call of that number, 1 for the next one, of the function of that name throws; all others work.
 void FailAt(int number, const std::string& function);
-// No call throws.
+// From now on the call of that number of a conversion, SetVal or SetVal_w returns false and changes nothing.
+void RefuseAt(int number, const std::string& function);
+// No call throws or refuses.
 void FailNever();
 
 // The functions that were called since the last call of this, in their order; pdSwprintf with its format.
