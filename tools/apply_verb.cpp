@@ -12,6 +12,7 @@
 #include "mox_xmlApi/document/text_format.h"
 #include "mox_xmlApi/entries/entry_codes.h"
 #include "tools/change_list.h"
+#include "tools/changed_bytes.h"
 #include "tools/command_line.h"
 #include "tools/document_diff.h"
 #include "tools/open_document.h"
@@ -520,7 +521,7 @@ class Changer {
     Expectations expectations_{};
 };
 
-void MakeAll(const ApplyArguments& arguments, const std::vector<RequestedChange>& changes, Changer& changer) {
+void MakeAll(const std::string& path, const std::vector<RequestedChange>& changes, Changer& changer) {
     std::size_t number = 0;
     for (const RequestedChange& change : changes) {
         ++number;
@@ -531,8 +532,8 @@ void MakeAll(const ApplyArguments& arguments, const std::vector<RequestedChange>
             const std::string place = change.Location();
             const std::string message = refusal.what();
             const bool hasPlace = place.empty() || message.rfind(place + ": ", 0) == 0;
-            throw ExitError(refusal.Code(), arguments.file.path + ": change " + std::to_string(number) +
-                                                ": " + (hasPlace ? "" : place + ": ") + message +
+            throw ExitError(refusal.Code(), path + ": change " + std::to_string(number) + ": " +
+                                                (hasPlace ? "" : place + ": ") + message +
                                                 "; nothing was changed");
         }
     }
@@ -567,10 +568,7 @@ void RunApply(const ApplyArguments& arguments, Output& output) {
     FileStamp stamp;
     const std::string bytes = ReadBytes(arguments.file.path, &stamp);
     const Document before = ParseDocument(arguments.file.path, bytes, arguments.file.RequestedForm());
-    Changer changer(arguments.file.path, bytes, before);
-    MakeAll(arguments, changes, changer);
-    changer.RequireAllRemoved(arguments.file.path);
-    const std::string newBytes = changer.Bytes(arguments.file.path);
+    const std::string newBytes = ChangedBytes(arguments.file.path, bytes, before, changes);
     const Document after = ParseDocument(arguments.file.path, newBytes, before.form());
     // A save of settings removes every "eud", which is no change that was asked for.
     const bool isTable = before.kind() == DocumentKind::Table;
@@ -586,6 +584,14 @@ void RunApply(const ApplyArguments& arguments, Output& output) {
 }
 
 }  // namespace
+
+std::string ChangedBytes(const std::string& path, std::string_view bytes, const Document& before,
+                         const std::vector<RequestedChange>& changes) {
+    Changer changer(path, bytes, before);
+    MakeAll(path, changes, changer);
+    changer.RequireAllRemoved(path);
+    return changer.Bytes(path);
+}
 
 void AddApplyVerb(CLI::App& app, Output& output) {
     const auto arguments = std::make_shared<ApplyArguments>();
