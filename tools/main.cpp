@@ -10,6 +10,7 @@
 #include "mox_xmlApi/document/text_format.h"
 #include "tools/arguments.h"
 #include "tools/command_line.h"
+#include "tools/edit/dropped_file.h"
 #include "tools/exit_error.h"
 #include "tools/output.h"
 #include "tools/system.h"
@@ -25,6 +26,7 @@ mox-xml set camera.xml Camera Exposure 2400     change it; the file is replaced 
 mox-xml keys camera.xml Camera                  list the keys of a section
 mox-xml check camera.xml                        report errors and likely problems
 mox-xml diff old.xml new.xml                    compare the contents of two files
+mox-xml edit camera.xml                         edit it in the browser, as a form
 mox-xml convert --wide camera.xml               store as 16-bit text, which can hold any letter)";
 
 constexpr const char* kFooter =
@@ -128,8 +130,9 @@ void RunTool(Output& output, const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
     namespace tool = mox::tool;
     tool::Output output(tool::IsStdoutTerminal());
-    tool::RunTool(output, tool::CommandLineArguments(argc, argv));
+    tool::RunTool(output, tool::WithDroppedFile(tool::CommandLineArguments(argc, argv)));
     if (!tool::WriteStandardStreams(output.Data(), output.Messages()))
         return static_cast<int>(tool::ExitCode::kIoError);
+    if (output.code != tool::ExitCode::kSuccess) tool::KeepConsoleOpen();
     return static_cast<int>(output.code);
 }
