@@ -8,7 +8,6 @@
 #include "tools/document_diff.h"
 #include "tools/edited_file.h"
 #include "tools/open_document.h"
-#include "tools/save_file.h"
 #include "tools/verbs.h"
 
 namespace mox::tool {
@@ -24,13 +23,7 @@ void RunApply(const ApplyArguments& arguments, Output& output) {
     EditedFile::RefuseStdin(arguments.edit);
     const std::vector<RequestedChange> changes = ReadChanges(arguments.changes, ReadBytes(arguments.changes));
     EditedFile file(arguments.edit);
-    ChangeMaker maker(file);
-    maker.MakeAll(changes);
-    const Document& after = file.Prepare();
-    const std::string broken = maker.Expected().FindBroken(after);
-    if (!broken.empty())
-        throw ExitError(ExitCode::kIoError,
-                        file.Path() + ": the file would not keep " + broken + kNothingChanged);
+    const Document& after = PrepareChanges(file, changes);
     // A save of settings removes every "eud", which is no change that was asked for.
     const bool isTable = file.Before()->kind() == DocumentKind::Table;
     const std::vector<Difference> differences = CompareDocuments(*file.Before(), after, isTable);

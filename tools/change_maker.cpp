@@ -406,4 +406,14 @@ void ChangeMaker::RequireOldField(const RequestedChange& change) const {
     }
 }
 
+const Document& PrepareChanges(EditedFile& file, const std::vector<RequestedChange>& changes) {
+    ChangeMaker maker(file);
+    maker.MakeAll(changes);
+    const Document& after = file.Prepare();
+    const std::string broken = maker.Expected().FindBroken(after);
+    if (broken.empty()) return after;
+    throw ExitError(ExitCode::kIoError,
+                    file.Path() + ": the file would not keep " + broken + kNothingChanged);
+}
+
 }  // namespace mox::tool

@@ -63,6 +63,10 @@ class ChangeMaker {
     Expectations expectations_{};
 };
 
+// Makes all changes and the content of the new file, and returns what that would be read as. Nothing is written. Throws
+// ExitError for the first change that cannot be made, or if the new file would not keep one.
+const Document& PrepareChanges(EditedFile& file, const std::vector<RequestedChange>& changes);
+
 }  // namespace mox::tool
 
 #endif

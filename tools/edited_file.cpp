@@ -104,6 +104,11 @@ EditedFile::EditedFile(const EditArguments& arguments, Missing missing)
     before_.emplace(ParseDocument(Path(), bytes_, arguments.file.RequestedForm()));
 }
 
+EditedFile::EditedFile(const EditArguments& arguments, std::string bytes, Form form)
+    : arguments_(arguments), bytes_(std::move(bytes)) {
+    before_.emplace(ParseDocument(Path(), bytes_, form));
+}
+
 EditedFile::EditedFile(const EditArguments& arguments, Profile&& profile)
     : arguments_(arguments), profile_(std::move(profile)) {
     RefuseStdin(arguments);

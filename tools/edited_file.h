@@ -46,6 +46,10 @@ class EditedFile {
     // (kIoError), does not parse (kSyntaxError), or is stdin (kUsageError).
     explicit EditedFile(const EditArguments& arguments, Missing missing = Missing::Refuse);
 
+    // Changes these bytes, which the file has, in memory: nothing is read or locked. Throws ExitError (kSyntaxError) if they
+    // do not parse.
+    EditedFile(const EditArguments& arguments, std::string bytes, Form form);
+
     // Creates a file, which must not exist unless the user said --overwrite. Nothing is written before Save.
     EditedFile(const EditArguments& arguments, Profile&& profile);
     EditedFile(const EditArguments& arguments, Table&& table);
@@ -67,6 +71,9 @@ class EditedFile {
     // Makes the content of the new file. Returns what it would be read as, which belongs to this object. Throws ExitError
     // (kIoError) if the document cannot be saved.
     const Document& Prepare();
+
+    // What Prepare has made.
+    const std::string& NewBytes() const noexcept { return newBytes_; }
 
     // Replaces the file with what Prepare has made, and prints a note about what that changes besides; of "eud" only if
     // the user has not asked to change it.

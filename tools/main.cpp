@@ -1,4 +1,6 @@
 // mox-xml: displays, edits and checks the files of mox_xmlApi.
+#include "tools/edit/dropped_file.h"
+#include "tools/exit_error.h"
 #include "tools/output.h"
 #include "tools/run_tool.h"
 #include "tools/system.h"
@@ -6,8 +8,9 @@
 int main(int argc, char** argv) {
     namespace tool = mox::tool;
     tool::Output output(tool::IsStdoutTerminal());
-    tool::RunTool(tool::CommandLineArguments(argc, argv), tool::ReadStdin, output);
+    tool::RunTool(tool::WithDroppedFile(tool::CommandLineArguments(argc, argv)), tool::ReadStdin, output);
     if (!tool::WriteStandardStreams(output.Data(), output.Messages()))
         return static_cast<int>(tool::ExitCode::kIoError);
+    if (output.code != tool::ExitCode::kSuccess) tool::KeepConsoleOpen();
     return static_cast<int>(output.code);
 }

@@ -25,6 +25,7 @@ mox-xml set camera.xml Camera Exposure 2400     change it; the file is replaced 
 mox-xml keys camera.xml Camera                  list the keys of a section
 mox-xml check camera.xml                        report errors and likely problems
 mox-xml diff old.xml new.xml                    compare the contents of two files
+mox-xml edit camera.xml                         edit it in the browser, as a form
 mox-xml convert --wide camera.xml               store as 16-bit text, which can hold any letter)";
 
 constexpr const char* kFooter =

@@ -22,11 +22,12 @@ void AddConvertVerb(CLI::App& app, Output& output);      // convert
 void AddDiffVerb(CLI::App& app, Output& output);         // diff
 void AddApplyVerb(CLI::App& app, Output& output);        // apply
 void AddCheckVerb(CLI::App& app, Output& output);        // check
+void AddEditVerb(CLI::App& app, Output& output);         // edit, form
 
 // In the order of --help.
 inline constexpr void (*kVerbSources[])(CLI::App& app, Output& output) = {
-    AddKeyVerbs,  AddKeyWritingVerbs, AddEntryVerbs, AddDocumentVerbs, AddShowVerb,
-    AddFileVerbs, AddConvertVerb,     AddDiffVerb,   AddApplyVerb,     AddCheckVerb};
+    AddKeyVerbs,    AddKeyWritingVerbs, AddEntryVerbs, AddDocumentVerbs, AddShowVerb, AddFileVerbs,
+    AddConvertVerb, AddDiffVerb,        AddApplyVerb,  AddCheckVerb,     AddEditVerb};
 
 }  // namespace mox::tool
 

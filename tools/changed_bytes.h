@@ -1,0 +1,22 @@
+// Makes a list of changes to a document in memory.
+#ifndef MOX_XMLAPI_TOOLS_CHANGED_BYTES_H
+#define MOX_XMLAPI_TOOLS_CHANGED_BYTES_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "mox_xmlApi/front/form.hpp"
+#include "tools/change_list.h"
+
+namespace mox::tool {
+
+// Returns the bytes of the file at `path` after all changes. `bytes` are those that the file has, which are read as
+// `form`; nothing is read or written. Throws ExitError, with the path and the number of the change, if one of
+// them cannot be made or the new file would not keep it; kIoError if the document cannot be changed at all.
+std::string ChangedBytes(const std::string& path, std::string_view bytes, Form form,
+                         const std::vector<RequestedChange>& changes);
+
+}  // namespace mox::tool
+
+#endif

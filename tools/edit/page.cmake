@@ -1,0 +1,30 @@
+# cmake -DFOLDER=<folder of the page> -DOUTPUT=<source> -P page.cmake: writes the parts of the page as a C++ source,
+# with the hashes by which the browser knows them. The parts are ASCII.
+set(source "// Made from page.html, page.css and page.js.\n#include \"tools/edit/page.h\"\n\nnamespace mox::tool {\n")
+
+# Compilers limit the length of one literal.
+set(pieceSize 8000)
+
+foreach(part Html=page.html Style=page.css Script=page.js)
+  string(REGEX MATCH "^(.*)=(.*)$" part "${part}")
+  set(name ${CMAKE_MATCH_1})
+  file(READ ${FOLDER}/${CMAKE_MATCH_2} text)
+  string(APPEND source "\nconst char* const kPage${name} =")
+  string(LENGTH "${text}" length)
+  if(length EQUAL 0)
+    string(APPEND source " \"\"")
+  endif()
+  set(at 0)
+  while(at LESS length)
+    string(SUBSTRING "${text}" ${at} ${pieceSize} piece)
+    string(APPEND source "\n    R\"page(${piece})page\"")
+    math(EXPR at "${at} + ${pieceSize}")
+  endwhile()
+  string(APPEND source ";\n")
+  if(NOT name STREQUAL "Html")
+    string(SHA256 hash "${text}")
+    string(APPEND source "const char* const kPage${name}Hash = \"${hash}\";\n")
+  endif()
+endforeach()
+string(APPEND source "\n}  // namespace mox::tool\n")
+file(WRITE ${OUTPUT} "${source}")

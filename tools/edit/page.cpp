@@ -1,0 +1,78 @@
+#include "tools/edit/page.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace mox::tool {
+namespace {
+
+unsigned HexDigitValue(char digit) noexcept {
+    return static_cast<unsigned>(digit <= '9' ? digit - '0' : (digit | 0x20) - 'a' + 10);
+}
+
+// The bytes that the hexadecimal digits stand for, in base 64.
+std::string Base64OfHex(std::string_view digits) {
+    constexpr const char* kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    std::uint32_t bits = 0;
+    unsigned count = 0;
+    for (const char digit : digits) {
+        bits = (bits << 4U) | HexDigitValue(digit);
+        count += 4;
+        if (count < 6) continue;
+        count -= 6;
+        text += kLetters[(bits >> count) & 0x3FU];
+    }
+    if (count > 0) text += kLetters[(bits << (6 - count)) & 0x3FU];
+    while (text.size() % 4 != 0)
+        text += '=';
+    return text;
+}
+
+void ReplaceMark(std::string& text, const std::string& mark, const std::string& by) {
+    const std::size_t at = text.find(mark);
+    if (at != std::string::npos) text.replace(at, mark.size(), by);
+}
+
+// JSON means the same with these characters escaped, and then cannot end or begin an element or a comment.
+std::string EmbeddedJson(const Json& json) {
+    const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    std::string embedded;
+    embedded.reserve(text.size() + text.size() / 16);
+    for (const char character : text) {
+        if (character == '<' || character == '>' || character == '&') {
+            constexpr const char* kHexDigits = "0123456789abcdef";
+            const auto code = static_cast<unsigned char>(character);
+            embedded.append("\\u00").append(1, kHexDigits[code >> 4U]).append(1, kHexDigits[code & 0xFU]);
+        } else {
+            embedded += character;
+        }
+    }
+    return embedded;
+}
+
+}  // namespace
+
+std::string PagePolicy(PageUse use) {
+    std::string policy = "default-src 'none'; script-src 'sha256-" + Base64OfHex(kPageScriptHash) +
+                         "'; style-src 'sha256-" + Base64OfHex(kPageStyleHash) +
+                         "'; base-uri 'none'; form-action 'none'; require-trusted-types-for 'script'; "
+                         "trusted-types 'none'";
+    if (use == PageUse::Served) policy += "; connect-src 'self'";
+    return policy;
+}
+
+std::string PageText(PageUse use, const Json& form) {
+    std::string text = kPageHtml;
+    const bool isAlone = use == PageUse::Alone;
+    ReplaceMark(
+        text, "@POLICY@",
+        isAlone ? "<meta http-equiv=\"Content-Security-Policy\" content=\"" + PagePolicy(use) + "\">" : "");
+    ReplaceMark(text, "@STYLE@", kPageStyle);
+    ReplaceMark(text, "@SCRIPT@", kPageScript);
+    ReplaceMark(text, "@DOCUMENT@", isAlone ? EmbeddedJson(form) : "null");
+    return text;
+}
+
+}  // namespace mox::tool
