@@ -1,0 +1,37 @@
+# Makes the wheel of an installation. On Linux, installs it in a new virtual environment and removes the installation; for
+# Windows, unpacks it and loads its library.
+include(${SOURCES}/tests/packaging/helpers.cmake)
+
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${FOLDER}/prefix --strip)
+run(${PYTHON} ${SOURCES}/python/build_wheel.py ${FOLDER}/prefix ${FOLDER}/wheel)
+file(REMOVE_RECURSE ${FOLDER}/prefix)
+file(GLOB wheel ${FOLDER}/wheel/*)
+cmake_path(GET wheel FILENAME name)
+if(NOT EMULATOR)
+  if(NOT name MATCHES "^mox_xmlapi-${VERSION}-py3-none-linux_[a-z0-9_]+\\.whl$")
+    message(FATAL_ERROR "The wheel has the name ${name}")
+  endif()
+  run(${PYTHON} -m venv ${FOLDER}/environment)
+  run(${FOLDER}/environment/bin/python -m pip --disable-pip-version-check install --no-index ${wheel})
+  return()
+endif()
+
+if(NOT name STREQUAL "mox_xmlapi-${VERSION}-py3-none-win_amd64.whl")
+  message(FATAL_ERROR "The wheel has the name ${name}")
+endif()
+file(ARCHIVE_EXTRACT INPUT ${wheel} DESTINATION ${FOLDER}/unpacked)
+file(GLOB found RELATIVE ${FOLDER}/unpacked/mox_xmlapi/lib ${FOLDER}/unpacked/mox_xmlapi/lib/*)
+set(expected libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll mox_dbtInfo.dll mox_host.dll mox_porting.dll
+  mox_xmlApi.dll runtime-dlls.txt)
+list(SORT found)
+list(SORT expected)
+if(NOT found STREQUAL expected)
+  message(FATAL_ERROR "The wheel has the libraries ${found} instead of ${expected}")
+endif()
+check_files(${FOLDER}/unpacked mox_xmlapi/__init__.py mox_xmlapi/py.typed mox_xmlapi-${VERSION}.dist-info/METADATA)
+execute_process(COMMAND ${EMULATOR} ${LOADER} "Z:${FOLDER}/unpacked/mox_xmlapi/lib/mox_host.dll"
+  OUTPUT_VARIABLE output ERROR_VARIABLE errors RESULT_VARIABLE result OUTPUT_STRIP_TRAILING_WHITESPACE)
+string(STRIP "${output}" output)
+if(NOT result EQUAL 0 OR NOT output STREQUAL "version ${VERSION}, opened and saved")
+  message(FATAL_ERROR "load_library ended with ${result}: ${output}\n${errors}")
+endif()
