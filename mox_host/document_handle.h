@@ -23,13 +23,6 @@ inline bool RequireNoSection(Outcome& outcome, const Text& section) {
                                             : "the section is not UTF-8, or contains a zero");
 }
 
-// Calls use(profile) for a settings document and use(table) for a table document, whose section has to be empty.
-template <class Document, class Use>
-bool WithKeys(Document& document, const Text& section, Outcome& outcome, Use use) {
-    if (auto* const profile = std::get_if<Profile>(&document.content)) return use(*profile);
-    return RequireNoSection(outcome, section) && use(std::get<Table>(document.content));
-}
-
 // Calls use(entries) with the entries of a section, or of the table of a table document.
 template <class Use>
 bool WithEntries(const mox_document& document, const Text& section, Outcome& outcome, Use use) {

@@ -58,6 +58,7 @@ bool TakeOpenArguments(Outcome& outcome, std::uint32_t kind, const mox_open_opti
 template <class Opened>
 bool Adopt(std::optional<Opened>&& opened, std::unique_ptr<mox_document>& document) {
     if (!opened.has_value()) return false;
+    // NOLINTNEXTLINE(modernize-make-unique): clang 14 makes no aggregates in parentheses
     document.reset(new mox_document{std::move(*opened)});
     return true;
 }

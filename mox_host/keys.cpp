@@ -102,15 +102,21 @@ mox_status GetData(const mox_document* document, TextArgument section, TextArgum
 
 // ---- writing
 
+// Only a call that fails needs a problem. It has changed nothing, so it fails again.
 template <class T>
 bool Set(mox_document& document, const Key& key, const T& value, Outcome& outcome) {
-    return WithKeys(document, key.section, outcome, [&](auto& keys) {
-        if constexpr (std::is_same_v<decltype(keys), Profile&>) {
-            return keys.set(key.section, key.name, value, outcome.Why());
-        } else {
-            return keys.set(key.name, value, outcome.Why());
+    if (auto* const profile = std::get_if<Profile>(&document.content)) {
+        if constexpr (std::is_same_v<T, std::string_view>) {
+            const Text text(value);
+            return profile->setString(key.section, key.name, text) ||
+                   profile->setString(key.section, key.name, text, outcome.Why());
         }
-    });
+        return profile->set(key.section, key.name, value) ||
+               profile->set(key.section, key.name, value, outcome.Why());
+    }
+    auto& table = std::get<Table>(document.content);
+    return RequireNoSection(outcome, key.section) &&
+           (table.set(key.name, value) || table.set(key.name, value, outcome.Why()));
 }
 
 template <class T>
