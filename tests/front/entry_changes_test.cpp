@@ -8,6 +8,7 @@
 namespace {
 
 using front_tests::FullUi;
+using front_tests::kUnpaired;
 using front_tests::ProfileWith;
 using front_tests::SavedBytes;
 using front_tests::TableFile;
@@ -20,8 +21,6 @@ using mox::Table;
 using mox::ValueType;
 
 const std::string kWithEud = "<Var name=\"A\" type=\"long\" eud=\"true\"><Value>1</Value></Var>";
-const std::u16string kUnpaired{0xD800};
-
 TEST(FrontEntryChanges, SetValueChangesTheValueAlone) {
     Table table = TableWith("");
     ASSERT_TRUE(table.add({"A", "1", ValueType::Long, Shape::Vector, 12, FullUi()}));

@@ -8,6 +8,7 @@
 namespace {
 
 using front_tests::FullUi;
+using front_tests::kUnpaired;
 using front_tests::SavedBytes;
 using front_tests::TableFile;
 using front_tests::TableWith;
@@ -25,8 +26,6 @@ const std::string kNoType = "<Var name=\"A\"><Value>1</Value></Var>";
 const std::string kValuesInUi =
     "<Var name=\"A\" type=\"long\"><UI control=\"num\"><Value>1</Value></UI></Var>"
     "<Var name=\"B\" type=\"long\"><Value>2</Value></Var>";
-const std::u16string kUnpaired{0xD800};
-
 std::string NamesOf(const mox::EntryTable& table) {
     std::string names;
     for (const Entry& entry : table.entries())

@@ -111,6 +111,9 @@ inline mox::Presentation FullUi() {
     return ui;
 }
 
+// A surrogate alone, which is no letter.
+inline const std::u16string kUnpaired{0xD800};
+
 }  // namespace front_tests
 
 #endif

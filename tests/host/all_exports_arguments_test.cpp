@@ -18,8 +18,6 @@ void PrintTo(const Export& tested, std::ostream* out) {
     *out << tested.name;
 }
 
-constexpr std::uint32_t kGuard = 77;
-
 void ProfileNew() {
     // Nothing to load: the handle of an empty document.
     EXPECT_EQ(SaveBytes(Profile(xmlProfileNew(nullptr, nullptr, 0, 0))), EmptySettingsFile());

@@ -17,6 +17,9 @@
 
 namespace host {
 
+// What an output has before a call, to see whether that writes it.
+inline constexpr std::uint32_t kGuard = 77;
+
 using WideText = std::basic_string<wchar16>;
 
 // The units of a literal, kept by the compiler for as long as the program runs.

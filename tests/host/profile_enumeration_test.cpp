@@ -6,8 +6,6 @@
 namespace host {
 namespace {
 
-constexpr std::uint32_t kGuard = 77;
-
 TEST(EnumProfileSections, GivesEverySectionInOrder) {
     const Profile profile = LoadSections(
         "<Table name=\"B\" editable=\"true\"/><Table name=\"A\" editable=\"false\"/><Table name=\"C\"/>");

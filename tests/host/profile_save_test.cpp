@@ -4,8 +4,6 @@
 namespace host {
 namespace {
 
-constexpr std::uint32_t kGuard = 77;
-
 // Whether the section still carries its mark; asking stamps the section.
 std::uint32_t EudOf(moxSettings* profile, const wchar16* section) {
     std::uint32_t eud = kGuard;

@@ -4,8 +4,6 @@
 namespace host {
 namespace {
 
-constexpr std::uint32_t kGuard = 77;
-
 TEST(GetProfileSection, KnownSectionGivesAHandleAndItsEditableFlag) {
     const Profile profile = LoadSections(
         "<Table name=\"yes\" editable=\"true\"/><Table name=\"no\" editable=\"false\"/><Table name=\"none\"/>"

@@ -8,10 +8,6 @@ template <class Kind>
 class TableAdd : public testing::Test {};
 TYPED_TEST_SUITE(TableAdd, TableKinds, TableKindNames);
 
-bool Add(void* handle, TableEntryValueInfoStruct value, std::int32_t mark = 0, std::int32_t update = 0) {
-    return xmlTableEntryAdd(handle, nullptr, &value, nullptr, mark, update);
-}
-
 TYPED_TEST(TableAdd, WritesWhatIsSet) {
     const TypeParam table("");
     EXPECT_TRUE(Add(table, ValueRecord("a"_w, 0x2003, "1", 9)));

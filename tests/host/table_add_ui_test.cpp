@@ -8,10 +8,6 @@ template <class Kind>
 class TableAddUi : public testing::Test {};
 TYPED_TEST_SUITE(TableAddUi, TableKinds, TableKindNames);
 
-bool Add(void* handle, TableEntryValueInfoStruct value, std::int32_t mark = 0, std::int32_t update = 0) {
-    return xmlTableEntryAdd(handle, nullptr, &value, nullptr, mark, update);
-}
-
 bool AddBoth(void* handle, TableEntryValueInfoStruct value, TableEntryUInfoStruct ui,
              std::int32_t update = 0) {
     return xmlTableEntryAdd(handle, nullptr, &value, &ui, 0, update);

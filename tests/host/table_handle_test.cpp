@@ -17,8 +17,6 @@ Table LoadFile(std::string_view text, const wchar16* name = nullptr) {
     return Table(xmlTableNew(file.Name(), nullptr, 0, name, 0, 0, 0, 0));
 }
 
-constexpr std::string_view kTableA = "<Table name=\"A\"/>";
-
 TEST(TableNew, WithoutArgumentsHasDeclarationSchemaAndDefaultName) {
     EXPECT_EQ(NewTable(nullptr, 0, 0, 0, 1),
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

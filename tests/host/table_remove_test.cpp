@@ -14,7 +14,7 @@ bool Remove(void* handle, const wchar16* name, std::int32_t occurrence, std::int
 }
 
 // One entry for each character, with that name and its number as value.
-std::string Entries(std::string_view names) {
+std::string EntriesNamed(std::string_view names) {
     std::string text;
     int number = 0;
     for (const char name : names) {
@@ -37,7 +37,7 @@ std::string Left(void* handle) {
 // What is left of A, B, A, A.
 template <class Kind>
 std::string LeftAfter(const wchar16* name, std::int32_t occurrence, std::int32_t removeAll, bool expected) {
-    const Kind table(Entries("ABAA"));
+    const Kind table(EntriesNamed("ABAA"));
     EXPECT_EQ(Remove(table, name, occurrence, removeAll), expected);
     return Left(table);
 }
@@ -94,7 +94,7 @@ TYPED_TEST(TableRemove, EmptyNameMatchesAnEmptyNameAlone) {
 }
 
 TYPED_TEST(TableRemove, EntriesWithoutNameAndCommentsAreNotCounted) {
-    const TypeParam table("<Var type=\"long\"><Value>x</Value></Var><!-- A -->" + Entries("AA"));
+    const TypeParam table("<Var type=\"long\"><Value>x</Value></Var><!-- A -->" + EntriesNamed("AA"));
     EXPECT_TRUE(Remove(table, "A"_w, 1, 0));
     EXPECT_EQ(Left(table), "x0");
 }
@@ -134,7 +134,7 @@ TYPED_TEST(TableRemove, WholeSubtreeGoes) {
 }
 
 TYPED_TEST(TableRemove, EnumerationGoesOnAfterEntriesBeforeItWereRemoved) {
-    const TypeParam table(Entries("ABCD"));
+    const TypeParam table(EntriesNamed("ABCD"));
     std::uint64_t position = PositionOn(table, 2);
     EXPECT_TRUE(Remove(table, "A"_w, 0, 0));
     EXPECT_TRUE(Remove(table, "B"_w, 0, 0));
@@ -144,7 +144,7 @@ TYPED_TEST(TableRemove, EnumerationGoesOnAfterEntriesBeforeItWereRemoved) {
 }
 
 TYPED_TEST(TableRemove, EverythingOfManyEntries) {
-    const TypeParam table(Entries(std::string(3000, 'A') + "B" + std::string(3000, 'A')));
+    const TypeParam table(EntriesNamed(std::string(3000, 'A') + "B" + std::string(3000, 'A')));
     EXPECT_TRUE(Remove(table, "A"_w, 2, 1));
     EXPECT_EQ(Left(table), "013000");
     EXPECT_TRUE(Remove(table, "A"_w, 0, 1));
@@ -175,7 +175,7 @@ TYPED_TEST(TableRemove, EntryWithoutNameGoesOnlyWithAllEntries) {
 }
 
 TYPED_TEST(TableRemove, EmptiedTableTakesNewEntries) {
-    const TypeParam table(Entries("AB"));
+    const TypeParam table(EntriesNamed("AB"));
     EXPECT_TRUE(xmlTableRemoveEntries(table));
     TableEntryValueInfoStruct value = ValueRecord("a"_w, 3, "1");
     EXPECT_TRUE(xmlTableEntryAdd(table, nullptr, &value, nullptr, 0, 0));

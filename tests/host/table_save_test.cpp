@@ -4,8 +4,6 @@
 namespace host {
 namespace {
 
-constexpr std::string_view kTableA = "<Table name=\"A\"/>";
-
 TEST(TableSave, FileIsWideWithAZeroUnitAndNoMark) {
     const ScratchFile file;
     ASSERT_TRUE(xmlTableSave(LoadTable("<Table/>"), file.Name(), 0, 0));

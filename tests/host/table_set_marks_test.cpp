@@ -8,15 +8,6 @@ template <class Kind>
 class TableSetMarks : public testing::Test {};
 TYPED_TEST_SUITE(TableSetMarks, TableKinds, TableKindNames);
 
-bool SetByName(void* handle, TableEntryValueInfoStruct value, std::int32_t force = 0, std::int32_t mark = 0) {
-    return xmlTableEntrySet(handle, nullptr, &value, nullptr, force, mark);
-}
-
-constexpr std::string_view kUiValue =
-    "<Var name=\"a\" type=\"long\" array=\"\"><UI control=\"num\" prov_index=\"7\" prov_owner=\"dwg\" "
-    "name=\"n\" access=\"hidden\" flags=\"00FF\" regen=\"r\" minVal=\"0\" maxVal=\"9\">"
-    "<Comment>c</Comment><Value>1</Value></UI></Var>";
-
 TYPED_TEST(TableSetMarks, ByPositionProtectedEntryMovesThePositionAndStays) {
     const TypeParam table("<Var name=\"a\" type=\"long\" eud=\"true\"><Value>1</Value></Var>");
     const std::string before = table.Text();

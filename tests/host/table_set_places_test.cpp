@@ -8,20 +8,9 @@ template <class Kind>
 class TableSetPlaces : public testing::Test {};
 TYPED_TEST_SUITE(TableSetPlaces, TableKinds, TableKindNames);
 
-bool SetByName(void* handle, TableEntryValueInfoStruct value) {
-    return xmlTableEntrySet(handle, nullptr, &value, nullptr, 0, 0);
-}
-
 bool SetBoth(void* handle, TableEntryValueInfoStruct value, TableEntryUInfoStruct ui) {
     return xmlTableEntrySet(handle, nullptr, &value, &ui, 0, 0);
 }
-
-constexpr std::string_view kOwnValue =
-    "<Var name=\"a\" id=\"1\" type=\"long\" array=\"\"><Value>1</Value></Var>";
-constexpr std::string_view kUiValue =
-    "<Var name=\"a\" type=\"long\" array=\"\"><UI control=\"num\" prov_index=\"7\" prov_owner=\"dwg\" "
-    "name=\"n\" access=\"hidden\" flags=\"00FF\" regen=\"r\" minVal=\"0\" maxVal=\"9\">"
-    "<Comment>c</Comment><Value>1</Value></UI></Var>";
 
 TYPED_TEST(TableSetPlaces, TypeOfTheRecordDoesNotMakeAnUnreadableEntryReadable) {
     // Its value is not seen: it counts as an entry without one, and keeps it.

@@ -8,13 +8,6 @@ template <class Kind>
 class TableSet : public testing::Test {};
 TYPED_TEST_SUITE(TableSet, TableKinds, TableKindNames);
 
-bool SetByName(void* handle, TableEntryValueInfoStruct value, std::int32_t force = 0, std::int32_t mark = 0) {
-    return xmlTableEntrySet(handle, nullptr, &value, nullptr, force, mark);
-}
-
-constexpr std::string_view kOwnValue =
-    "<Var name=\"a\" id=\"1\" type=\"long\" array=\"\"><Value>1</Value></Var>";
-
 TYPED_TEST(TableSet, WritesEveryFieldOfTheValueRecord) {
     const TypeParam table(kOwnValue);
     EXPECT_TRUE(SetByName(table, ValueRecord("a"_w, 0x2008, "x<y", 9)));

@@ -261,6 +261,26 @@ inline std::uint64_t PositionOn(void* handle, int number) {
     return position;
 }
 
+// ---- Documents and calls of several tests
+
+inline constexpr std::string_view kTableA = "<Table name=\"A\"/>";
+inline constexpr std::string_view kOwnValue =
+    "<Var name=\"a\" id=\"1\" type=\"long\" array=\"\"><Value>1</Value></Var>";
+inline constexpr std::string_view kUiValue =
+    "<Var name=\"a\" type=\"long\" array=\"\"><UI control=\"num\" prov_index=\"7\" prov_owner=\"dwg\" "
+    "name=\"n\" access=\"hidden\" flags=\"00FF\" regen=\"r\" minVal=\"0\" maxVal=\"9\">"
+    "<Comment>c</Comment><Value>1</Value></UI></Var>";
+
+inline bool Add(void* handle, TableEntryValueInfoStruct value, std::int32_t mark = 0,
+                std::int32_t update = 0) {
+    return xmlTableEntryAdd(handle, nullptr, &value, nullptr, mark, update);
+}
+
+inline bool SetByName(void* handle, TableEntryValueInfoStruct value, std::int32_t force = 0,
+                      std::int32_t mark = 0) {
+    return xmlTableEntrySet(handle, nullptr, &value, nullptr, force, mark);
+}
+
 }  // namespace host
 
 #endif

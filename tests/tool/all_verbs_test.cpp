@@ -19,7 +19,7 @@ namespace {
 
 using AllVerbs = ToolTest;
 
-const std::string kText = TextForCalls();
+const std::string kCallsText = TextForCalls();
 
 // All verbs that change the file, and convert.
 Calls AllCalls(const std::string& file) {
@@ -36,7 +36,7 @@ std::vector<std::string> FilesInFolder() {
 }
 
 TEST_F(AllVerbs, DoNotChangeAFileThatDoesNotParse) {
-    const std::string bytes = Narrow(kText).substr(0, 200);
+    const std::string bytes = Narrow(kCallsText).substr(0, 200);
     WriteBytes("a.xml", bytes);
     for (const auto& call : AllCalls("a.xml"))
         Fails(3, call, "mox-xml: a.xml:");
@@ -58,40 +58,40 @@ TEST_F(AllVerbs, ExitWithFourIfAFileCannotBeRead) {
 }
 
 TEST_F(AllVerbs, DoNotWriteNonAsciiTextToANarrowFile) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kCallsText));
     Fails(4, {"set", "a.xml", "S", "k", "ü"},
           "mox-xml: a.xml: S/k: the value contains U+00FC, and a narrow file keeps 7-bit text only (see "
           "\"mox-xml "
           "convert --wide\")\n");
     Fails(4, {"set", "a.xml", "S", "ü", "1"}, "convert --wide");
     Fails(4, {"set", "a.xml", "ü", "k", "1"}, "convert --wide");
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kCallsText));
 }
 
 TEST_F(AllVerbs, KeepTheOldFileWithBackup) {
     for (auto call : AllCalls("a.xml")) {
-        WriteBytes("a.xml", Narrow(kText));
+        WriteBytes("a.xml", Narrow(kCallsText));
         WriteBytes("a.xml.bak", "something longer than the file" + std::string(2000, '.'));
         call.emplace_back("--backup");
         EXPECT_EQ(RunTool(call).code, 0) << call[0];
-        EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kText)) << call[0];
-        EXPECT_NE(ReadBytes("a.xml"), Narrow(kText)) << call[0];
+        EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kCallsText)) << call[0];
+        EXPECT_NE(ReadBytes("a.xml"), Narrow(kCallsText)) << call[0];
     }
 }
 
 TEST_F(AllVerbs, ChangeNothingIfTheBackupFails) {
     fs::create_directory("a.xml.bak");
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kCallsText));
     for (auto call : AllCalls("a.xml")) {
         call.emplace_back("--backup");
         Fails(4, call, "a.xml.bak: the backup would replace what is not a regular file; nothing was changed");
     }
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kCallsText));
 }
 
 TEST_F(AllVerbs, KeepTheForm) {
-    WriteBytes("w.xml", Wide(kText));
-    WriteBytes("n.xml", Narrow(kText));
+    WriteBytes("w.xml", Wide(kCallsText));
+    WriteBytes("n.xml", Narrow(kCallsText));
     EXPECT_EQ(RunTool({"set", "w.xml", "S", "k", "ü"}).code, 0);
     EXPECT_EQ(RunTool({"set", "n.xml", "S", "k", "u"}).code, 0);
     EXPECT_EQ(ReadBytes("w.xml").substr(0, 4), std::string("<\0?\0", 4));
@@ -103,7 +103,7 @@ TEST_F(AllVerbs, KeepTheForm) {
 }
 
 TEST_F(AllVerbs, ExitWithTwoOnUsageErrors) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kCallsText));
     Fails(2, {}, "mox-xml: a verb is required (see \"mox-xml --help\")\n");
     Fails(2, {"frobnicate", "a.xml"}, "mox-xml: unknown verb frobnicate (see \"mox-xml --help\")\n");
     Fails(2, {"get", "a.xml", "S"}, "KEY is required");
@@ -120,7 +120,7 @@ TEST_F(AllVerbs, ExitWithTwoOnUsageErrors) {
 #if !defined(_WIN32)
     Fails(2, {"get", "a.xml", "S", "\xFF"}, "an argument is not valid UTF-8");
 #endif
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kCallsText));
 }
 
 TEST_F(AllVerbs, ProgramHasHelpAndAVersion) {
@@ -153,11 +153,11 @@ TEST_F(AllVerbs, HelpHasExamplesAndMatchesManualAndCompletion) {
 #if defined(_WIN32)
 
 TEST_F(AllVerbs, DoNotChangeAReadOnlyFile) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kCallsText));
     fs::permissions("a.xml", fs::perms::owner_read);
     for (const auto& call : AllCalls("a.xml"))
         Fails(4, call, "a.xml: the file is read-only; nothing was changed");
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kCallsText));
     EXPECT_EQ(FilesInFolder(), std::vector<std::string>{"a.xml"});
     fs::permissions("a.xml", fs::perms::owner_all);
 }
@@ -191,7 +191,7 @@ TEST_F(AllVerbs, LeaveTheFileUnchangedOnAFullDisk) {
 }
 
 TEST_F(AllVerbs, KeepPermissionsOfTheFileAndItsBackup) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kCallsText));
     ASSERT_EQ(chmod("a.xml", 0640), 0);
     EXPECT_EQ(RunTool({"set", "a.xml", "S", "k", "2", "--backup"}).code, 0);
     for (const char* const name : {"a.xml", "a.xml.bak"}) {
@@ -202,7 +202,7 @@ TEST_F(AllVerbs, KeepPermissionsOfTheFileAndItsBackup) {
 }
 
 TEST_F(AllVerbs, ExitWithFourIfStdoutCannotBeWritten) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kCallsText));
     const std::string command = std::string("'") + std::getenv("MOX_TOOL") + "' show a.xml >/dev/full";
     EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 4);
 }

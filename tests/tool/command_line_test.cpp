@@ -6,7 +6,7 @@
 namespace tool {
 namespace {
 
-const std::string kText = Settings("\t<Table name=\"S\">\n" + Var("k", "1") + "\t</Table>\n");
+const std::string kOneKey = Settings("\t<Table name=\"S\">\n" + Var("k", "1") + "\t</Table>\n");
 
 class CommandLine : public ToolTest {
   protected:
@@ -32,7 +32,7 @@ TEST_F(CommandLine, NamesTheVerbsNearestToAnUnknownOne) {
 }
 
 TEST_F(CommandLine, NamesTheOptionsNearestToAnUnknownOne) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKey));
     Fails(2, {"set", "a.xml", "S", "k", "2", "--bakcup"},
           "mox-xml: unknown option --bakcup; the nearest is --backup (see \"mox-xml set --help\")\n");
     Fails(2, {"get", "a.xml", "S", "k", "--jsno"}, "unknown option --jsno; the nearest is --json (see");
@@ -40,11 +40,11 @@ TEST_F(CommandLine, NamesTheOptionsNearestToAnUnknownOne) {
     Fails(2, {"entry", "set", "a.xml", "k", "2", "--provider-idx", "1"},
           "unknown option --provider-idx; the nearest is --provider-index (see \"mox-xml entry set "
           "--help\")\n");
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kOneKey));
 }
 
 TEST_F(CommandLine, HintsAtTwoDashesForAValueThatLooksLikeAnOption) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKey));
     const std::string hint = "an argument that begins with \"-\" must follow \"--\"";
     Fails(2, {"set", "a.xml", "S", "k", "-auto"},
           "mox-xml: unknown option -auto; " + hint + " (see \"mox-xml set --help\")\n");
@@ -65,7 +65,7 @@ TEST_F(CommandLine, HintsAtTwoDashesForAValueThatLooksLikeAnOption) {
 }
 
 TEST_F(CommandLine, PointsToTheHelpOfTheVerb) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKey));
     Fails(2, {"get", "a.xml", "S", "k", "more"}, "unexpected argument more (see \"mox-xml get --help\")\n");
     Fails(2, {"set", "a.xml", "S", "k", "x", "--hex"}, " (see \"mox-xml set --help\")\n");
     Fails(2, {"set", "a.xml", "S", "k", "x", "--int"}, " (see \"mox-xml set --help\")\n");
@@ -76,20 +76,20 @@ TEST_F(CommandLine, PointsToTheHelpOfTheVerb) {
     Fails(2, {"get", "a.xml", "S", "k", "--default"},
           "--default requires a value (see \"mox-xml get --help\")\n");
     Fails(2, {"get", "a.xml", "S", "k", "--json=7"}, "--json takes no value (see \"mox-xml get --help\")\n");
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kOneKey));
 }
 
 // "++" once ended the arguments of a verb, so that this deleted the whole section.
 TEST_F(CommandLine, TwoPlusSignsAreAnArgumentLikeAnyOther) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKey));
     Fails(1, {"delete", "a.xml", "S", "++"}, "a.xml: no key S/++\n");
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kOneKey));
     Succeeds({"set", "a.xml", "S", "++", "++"});
     EXPECT_EQ(ValueOf("++"), "++\n");
 }
 
 TEST_F(CommandLine, EmptyValueAfterAnEqualsSignIsTheValue) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKey));
     EXPECT_EQ(Succeeds({"get", "a.xml", "S", "none", "--default="}), "\n");
     EXPECT_EQ(Succeeds({"get", "--default=", "a.xml", "S", "none"}), "\n");
     EXPECT_EQ(Succeeds({"get", "a.xml", "S", "none", "--default=a=b"}), "a=b\n");
@@ -98,7 +98,7 @@ TEST_F(CommandLine, EmptyValueAfterAnEqualsSignIsTheValue) {
 }
 
 TEST_F(CommandLine, TakesOptionsBeforeAndAfterTheVerb) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKey));
     const std::string json = Succeeds({"get", "a.xml", "S", "k", "--json"});
     EXPECT_EQ(json, "\"1\"\n");
     EXPECT_EQ(Succeeds({"--json", "get", "a.xml", "S", "k"}), json);
@@ -109,7 +109,7 @@ TEST_F(CommandLine, TakesOptionsBeforeAndAfterTheVerb) {
     EXPECT_EQ(Succeeds({"--json", "entry", "get", "a.xml", "k", "--section", "S"}), entry);
     EXPECT_EQ(Succeeds({"entry", "--json", "get", "a.xml", "k", "--section", "S"}), entry);
     Succeeds({"--backup", "set", "a.xml", "S", "k", "2"});
-    EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kOneKey));
     Fails(2, {"--json", "set", "a.xml", "S", "k", "2"}, "unknown option --json");
 }
 
@@ -130,7 +130,7 @@ TEST_F(CommandLine, HelpAndVersionWorkBeforeAndAfterTheVerb) {
 }
 
 TEST_F(CommandLine, CheckTakesAnyNumberOfFilesWithAnyNames) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKey));
     WriteBytes("--odd.xml", "<a>");
     WriteBytes("--", "<a>");
     Fails(2, {"check", "a.xml", "--odd.xml"}, "unknown option --odd.xml; an argument that begins with");

@@ -6,7 +6,7 @@ namespace {
 
 using Convert = ToolTest;
 
-const std::string kText =
+const std::string kConverted =
     Settings("\t<Table name=\"Größe\">\n" + Var("k", "ä\xF0\x9F\x95\x92") + "\t</Table>\n");
 
 // The bytes of a wide file without the zero at its end.
@@ -26,18 +26,18 @@ TEST_F(Convert, ImportsUtf8AndUtf16WithAndWithoutAByteOrderMark) {
     const struct {
         const char* from;
         std::string bytes;
-    } cases[] = {{"utf-8", kText},
-                 {"utf-8", "\xEF\xBB\xBF" + kText},
-                 {"utf-8", kText + std::string(3, '\0')},
-                 {"utf-16", Utf16Le(kText)},
-                 {"utf-16", "\xFF\xFE" + Utf16Le(kText)},
-                 {"utf-16", Utf16Be(kText)},
-                 {"utf-16", "\xFE\xFF" + Utf16Be(kText)},
-                 {"utf-16", Utf16Be(kText) + std::string(2, '\0')}};
+    } cases[] = {{"utf-8", kConverted},
+                 {"utf-8", "\xEF\xBB\xBF" + kConverted},
+                 {"utf-8", kConverted + std::string(3, '\0')},
+                 {"utf-16", Utf16Le(kConverted)},
+                 {"utf-16", "\xFF\xFE" + Utf16Le(kConverted)},
+                 {"utf-16", Utf16Be(kConverted)},
+                 {"utf-16", "\xFE\xFF" + Utf16Be(kConverted)},
+                 {"utf-16", Utf16Be(kConverted) + std::string(2, '\0')}};
     for (const auto& test : cases) {
         WriteBytes("a.xml", test.bytes);
         Succeeds({"convert", "--from", test.from, "a.xml", "--backup"});
-        EXPECT_EQ(ReadBytes("a.xml"), Wide(kText)) << test.from;
+        EXPECT_EQ(ReadBytes("a.xml"), Wide(kConverted)) << test.from;
         EXPECT_EQ(ReadBytes("a.xml.bak"), test.bytes) << test.from;
         EXPECT_EQ(Succeeds({"get", "a.xml", "Größe", "k"}), "ä\xF0\x9F\x95\x92\n");
     }
@@ -55,9 +55,9 @@ TEST_F(Convert, ImportsSevenBitTextIntoTheNarrowForm) {
     WriteBytes("a.xml", "\xEF\xBB\xBF" + text);
     Succeeds({"convert", "--from", "utf-8", "a.xml", "--narrow"});
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(text));
-    WriteBytes("b.xml", kText);
+    WriteBytes("b.xml", kConverted);
     Fails(4, {"convert", "--from", "utf-8", "b.xml", "--narrow"}, "b.xml:3:17: a narrow file cannot store");
-    EXPECT_EQ(ReadBytes("b.xml"), kText);
+    EXPECT_EQ(ReadBytes("b.xml"), kConverted);
 }
 
 TEST_F(Convert, RefusesWhatIsNotInTheEncoding) {
@@ -66,7 +66,7 @@ TEST_F(Convert, RefusesWhatIsNotInTheEncoding) {
     Fails(3, {"convert", "--from", "utf-8", "a.xml"}, "a.xml:3:14: byte 0xE4 at offset");
     Fails(3, {"convert", "--from", "utf-16", "a.xml"}, "a.xml:");
     EXPECT_EQ(ReadBytes("a.xml"), broken);
-    WriteBytes("w.xml", Utf16Be(kText));
+    WriteBytes("w.xml", Utf16Be(kConverted));
     Fails(3, {"convert", "--from", "utf-8", "w.xml"}, "(see \"mox-xml convert --from utf-16\")");
     WriteBytes("no.xml", "<a>ä</b>");
     Fails(3, {"convert", "--from", "utf-8", "no.xml"},
@@ -75,7 +75,7 @@ TEST_F(Convert, RefusesWhatIsNotInTheEncoding) {
 }
 
 TEST_F(Convert, LeavesAFileInAnotherEncodingAsItIs) {
-    const std::string big = Utf16Be(kText);
+    const std::string big = Utf16Be(kConverted);
     WriteBytes("big.xml", big);
     for (const std::string form : {"--wide", "--narrow"}) {
         Fails(
@@ -88,7 +88,7 @@ TEST_F(Convert, LeavesAFileInAnotherEncodingAsItIs) {
     WriteBytes("zeros.xml", zeros);
     Fails(3, {"convert", "zeros.xml", "--wide"}, "zeros.xml:1:1: the text is nothing but zeros\n");
     EXPECT_EQ(ReadBytes("zeros.xml"), zeros);
-    WriteBytes("mark.xml", "\xEF\xBB\xBF" + kText);
+    WriteBytes("mark.xml", "\xEF\xBB\xBF" + kConverted);
     Fails(3, {"convert", "mark.xml", "--wide"},
           "; the text is UTF-8 with a byte-order mark (see \"mox-xml convert --from utf-8\")\n");
 }
@@ -121,7 +121,7 @@ TEST_F(Convert, ReplacesAnotherFileOnlyWithOverwrite) {
 }
 
 TEST_F(Convert, EveryReadingVerbNamesTheImport) {
-    WriteBytes("a.xml", Utf16Be(kText));
+    WriteBytes("a.xml", Utf16Be(kConverted));
     const std::string message =
         "a.xml:1:1: the text is UTF-16 with the high byte first (see \"mox-xml convert --from utf-16\")\n";
     for (const auto& call : std::vector<std::vector<std::string>>{{"show", "a.xml"},
@@ -131,7 +131,7 @@ TEST_F(Convert, EveryReadingVerbNamesTheImport) {
                                                                   {"set", "a.xml", "S", "k", "v"},
                                                                   {"diff", "a.xml", "a.xml"}})
         Fails(3, call, message);
-    EXPECT_EQ(ReadBytes("a.xml"), Utf16Be(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Utf16Be(kConverted));
     const Result checked = RunTool({"check", "a.xml"});
     EXPECT_EQ(checked.code, 3);
     EXPECT_EQ(checked.out, message);

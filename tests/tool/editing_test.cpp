@@ -21,7 +21,7 @@ namespace {
 
 using Editing = ToolTest;
 
-const std::string kText = Settings("\t<Table name=\"S\">\n" + Var("k", "1") + "\t</Table>\n");
+const std::string kOneKeyText = Settings("\t<Table name=\"S\">\n" + Var("k", "1") + "\t</Table>\n");
 
 std::string HighByteFirst(const std::string& text) {
     std::string bytes = Wide(text);
@@ -48,7 +48,7 @@ Result RunWithStdin(const std::string& words, const std::string& input) {
 // ---- files that a save would not keep
 
 TEST_F(Editing, DoesNotChangeAFileOfWhichTheLibraryReadsOnlyTheBeginning) {
-    const std::string bytes = Narrow(kText) + "more text";
+    const std::string bytes = Narrow(kOneKeyText) + "more text";
     WriteBytes("a.xml", bytes);
     for (const auto& call : WritingCalls("a.xml")) {
         Fails(4, call, "mox-xml: a.xml:");
@@ -58,9 +58,9 @@ TEST_F(Editing, DoesNotChangeAFileOfWhichTheLibraryReadsOnlyTheBeginning) {
 }
 
 TEST_F(Editing, DoesNotChangeAFileInAnotherEncoding) {
-    const std::string highFirst = HighByteFirst(kText);
+    const std::string highFirst = HighByteFirst(kOneKeyText);
     const std::string zeros(434, '\0');
-    const std::string marked = "\xEF\xBB\xBF" + kText;
+    const std::string marked = "\xEF\xBB\xBF" + kOneKeyText;
     WriteBytes("be.xml", highFirst);
     WriteBytes("zeros.xml", zeros);
     WriteBytes("bom.xml", marked);
@@ -105,17 +105,17 @@ TEST_F(Editing, RefusesToSaveDeepDocumentsBeforeThatFillsTheMemory) {
 // ---- outputs and backups
 
 TEST_F(Editing, ExportDoesNotReplaceItsInput) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKeyText));
     fs::create_directory("folder");
     for (const std::string output : {"a.xml", "./a.xml", "folder/../a.xml"}) {
         Fails(2, {"export", "a.xml", output, "--ui"}, output + ": the output would replace FILE itself");
         Fails(2, {"export", "a.xml", output, "--values"}, "the output would replace FILE itself");
     }
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kOneKeyText));
 }
 
 TEST_F(Editing, ExportKeepsAnOldOutputWithBackup) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKeyText));
     WriteBytes("out.xml", "old");
     Succeeds({"export", "a.xml", "out.xml", "--values", "--backup"});
     EXPECT_EQ(ReadBytes("out.xml.bak"), "old");
@@ -124,7 +124,7 @@ TEST_F(Editing, ExportKeepsAnOldOutputWithBackup) {
 }
 
 TEST_F(Editing, AFailedWriteKeepsTheOldBackup) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKeyText));
     WriteBytes("a.xml.bak", "the good backup");
     Fails(4, {"set", "a.xml", "S", "k", " leading blank", "--backup"}, "begins with white space");
     Fails(1, {"delete", "a.xml", "S", "none", "--backup"}, "a.xml: no key S/none");
@@ -134,7 +134,7 @@ TEST_F(Editing, AFailedWriteKeepsTheOldBackup) {
 // ---- values
 
 TEST_F(Editing, SetRefusesValuesThatAFileDoesNotKeep) {
-    WriteBytes("a.xml", Wide(kText));
+    WriteBytes("a.xml", Wide(kOneKeyText));
     Fails(
         4, {"set", "a.xml", "S", "k", "  x"},
         "mox-xml: a.xml: S/k: the value begins with white space, which is dropped when the file is opened\n");
@@ -146,7 +146,7 @@ TEST_F(Editing, SetRefusesValuesThatAFileDoesNotKeep) {
     Fails(4, {"entry", "set", "a.xml", "k", " x", "--section", "S"}, "begins with white space");
     Fails(4, {"entry", "add", "a.xml", "l", " x", "--section", "S"}, "begins with white space");
     Fails(4, {"entry", "set", "a.xml", "k", "--comment", "a\nb", "--section", "S"}, "contains a line feed");
-    EXPECT_EQ(ReadBytes("a.xml"), Wide(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Wide(kOneKeyText));
 }
 
 TEST_F(Editing, SetRefusesKeysThatNobodyCanRead) {
@@ -194,7 +194,7 @@ TEST_F(Editing, EntrySetRefusesToClearAnId) {
 }
 
 TEST_F(Editing, SetGivesANewKeyAType) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKeyText));
     Succeeds({"set", "a.xml", "S", "n", "5", "--type", "long"});
     Succeeds({"set", "a.xml", "New", "n", "5", "--int", "--type", "short"});
     Succeeds({"set", "a.xml", "S", "n", "6", "--type", "long"});
@@ -207,7 +207,7 @@ TEST_F(Editing, SetGivesANewKeyAType) {
 }
 
 TEST_F(Editing, ValuesCanComeFromStdinOrAFile) {
-    WriteBytes("a.xml", Wide(kText));
+    WriteBytes("a.xml", Wide(kOneKeyText));
     WriteBytes("value", "Länge\n");
     WriteBytes("value with a line break", "x\r\n");
     EXPECT_EQ(RunWithStdin("set a.xml S k --stdin", "value").code, 0);
@@ -267,16 +267,16 @@ TEST_F(Editing, NewCreatesSettingsAndTableDocuments) {
 }
 
 TEST_F(Editing, NewReplacesAFileOnlyIfAsked) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKeyText));
     Fails(4, {"new", "a.xml"}, "a.xml: the file exists; --overwrite replaces it");
-    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml"), Narrow(kOneKeyText));
     Succeeds({"new", "a.xml", "--overwrite", "--backup"});
     EXPECT_EQ(Succeeds({"show", "a.xml"}), "settings document, wide\n");
-    EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kOneKeyText));
 }
 
 TEST_F(Editing, SectionsAreAddedChangedAndRemoved) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKeyText));
     Succeeds({"section", "add", "a.xml", "T", "--first-id", "5", "--type-code", "255", "--editable"});
     EXPECT_EQ(Succeeds({"show", "a.xml"}),
               "settings document, narrow\nsection S\n  k = \"1\"  [string]\n"
@@ -311,7 +311,7 @@ TEST_F(Editing, EntryRenameKeepsTheEntryInItsPlace) {
 // ---- stdin and pipes
 
 TEST_F(Editing, ADashIsStdinForVerbsThatReadTheFile) {
-    WriteBytes("a.xml", Wide(kText));
+    WriteBytes("a.xml", Wide(kOneKeyText));
     WriteBytes("t.xml", Wide(TableDocument(Var("a", "1"))));
     EXPECT_EQ(RunWithStdin("get - S k", "a.xml").out, "1\n");
     EXPECT_EQ(RunWithStdin("sections -", "a.xml").out, "S\n");
@@ -338,7 +338,7 @@ std::string Bash(const std::string& script) {
 }
 
 TEST_F(Editing, PipesAreReadLikeFiles) {
-    WriteBytes("a.xml", Wide(kText));
+    WriteBytes("a.xml", Wide(kOneKeyText));
     EXPECT_EQ(Bash("\"$t\" get <(cat a.xml) S k"), "1\n");
     EXPECT_EQ(Bash("cat a.xml | \"$t\" export /dev/stdin out.xml --values; \"$t\" get out.xml S k"), "1\n");
     EXPECT_EQ(Bash("\"$t\" diff <(cat a.xml) a.xml"), "");
@@ -352,7 +352,7 @@ TEST_F(Editing, AFileWithoutAnEndIsRefused) {
 }
 
 TEST_F(Editing, ABackupReplacesALinkInsteadOfWhatItRefersTo) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKeyText));
     WriteBytes("other", "belongs to somebody else");
     ASSERT_EQ(chmod("a.xml", 0644), 0);
     ASSERT_EQ(chmod("other", 0600), 0);
@@ -361,7 +361,7 @@ TEST_F(Editing, ABackupReplacesALinkInsteadOfWhatItRefersTo) {
     EXPECT_EQ(ReadBytes("other"), "belongs to somebody else");
     EXPECT_EQ(fs::status("other").permissions(), fs::perms(0600));
     EXPECT_FALSE(fs::is_symlink("a.xml.bak"));
-    EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kText));
+    EXPECT_EQ(ReadBytes("a.xml.bak"), Narrow(kOneKeyText));
 }
 
 TEST_F(Editing, AFullDiskLeavesTheFileAndItsOldBackup) {
@@ -391,7 +391,7 @@ TEST_F(Editing, AFullDiskLeavesTheFileAndItsOldBackup) {
 
 // Runs "set a.xml S k --value-from pipe", and writes `other` to a.xml after the tool has read it.
 Result SetWhileTheFileChanges(const std::string& other, std::vector<std::string> more) {
-    WriteBytes("a.xml", Narrow(kText));
+    WriteBytes("a.xml", Narrow(kOneKeyText));
     fs::remove("pipe");
     EXPECT_EQ(mkfifo("pipe", 0600), 0);
     std::vector<std::string> call{"set", "a.xml", "S", "k", "--value-from", "pipe"};
@@ -413,7 +413,7 @@ TEST_F(Editing, AFileThatChangedMeanwhileIsReplacedOnlyIfAsked) {
     EXPECT_EQ(refused.code, 4);
     EXPECT_EQ(refused.err, "mox-xml: a.xml: the file has changed since it was read (see --overwrite)\n");
     EXPECT_EQ(ReadBytes("a.xml"), other);
-    EXPECT_EQ(SetWhileTheFileChanges(Narrow(kText), {}).code, 0);
+    EXPECT_EQ(SetWhileTheFileChanges(Narrow(kOneKeyText), {}).code, 0);
     const Result asked = SetWhileTheFileChanges(other, {"--overwrite"});
     EXPECT_EQ(asked.code, 0) << asked;
     EXPECT_EQ(Succeeds({"get", "a.xml", "S", "k"}), "2\n");

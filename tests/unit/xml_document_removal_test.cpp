@@ -15,7 +15,7 @@ using test::Declaration;
 using test::Dump;
 using test::Element;
 
-constexpr std::uint64_t kFirst = XmlDocument::kFirstMatch;
+constexpr std::uint64_t kFirstMatch = XmlDocument::kFirstMatch;
 
 class XmlRemoval : public testing::Test {
   protected:
@@ -90,7 +90,7 @@ TEST_F(XmlRemoval, OccurrenceCountsTheMatches) {
 TEST_F(XmlRemoval, OccurrenceBeyondTheMatchesRemovesNothing) {
     XmlNode* e = Parent({Element("a", {{"k", "v"}}), Element("b", {{"k", "w"}})});
     EXPECT_FALSE(ByAttribute(e, "k"_w, "v"_w, 1));
-    EXPECT_FALSE(ByAttribute(e, "k"_w, "v"_w, kFirst - 1));
+    EXPECT_FALSE(ByAttribute(e, "k"_w, "v"_w, kFirstMatch - 1));
     EXPECT_EQ(Dump(e), "e(a{k='v'} b{k='w'})");
 }
 
@@ -102,14 +102,14 @@ TEST_F(XmlRemoval, AllBitsSetMeansTheFirstMatch) {
 
 TEST_F(XmlRemoval, WithoutAttributeNameAndNameTestIsRefused) {
     XmlNode* e = Parent({Element("a"), Element("")});
-    EXPECT_FALSE(ByAttribute(e, WideView(), "a"_w, kFirst));
-    EXPECT_FALSE(ByAttribute(e, WideView(), WideView(), kFirst));
+    EXPECT_FALSE(ByAttribute(e, WideView(), "a"_w, kFirstMatch));
+    EXPECT_FALSE(ByAttribute(e, WideView(), WideView(), kFirstMatch));
     EXPECT_EQ(e->children.Size(), 2U);
 }
 
 TEST_F(XmlRemoval, FromNoParentOrOneWithoutChildrenIsFalse) {
-    EXPECT_FALSE(ByName(nullptr, "a"_w, kFirst));
-    EXPECT_FALSE(ByName(Parent({}), "a"_w, kFirst));
+    EXPECT_FALSE(ByName(nullptr, "a"_w, kFirstMatch));
+    EXPECT_FALSE(ByName(Parent({}), "a"_w, kFirstMatch));
 }
 
 TEST_F(XmlRemoval, ByNameWhenThereIsNoAttributeName) {
@@ -117,33 +117,33 @@ TEST_F(XmlRemoval, ByNameWhenThereIsNoAttributeName) {
         Parent({Element("b"), Element("a", {{"name", "b"}}), Element("b", {{"k", "v"}}), Element("a")});
     EXPECT_TRUE(ByName(e, "a"_w, 1));
     EXPECT_EQ(Dump(e), "e(b a{name='b'} b{k='v'})");
-    EXPECT_TRUE(ByName(e, "b"_w, kFirst));
+    EXPECT_TRUE(ByName(e, "b"_w, kFirstMatch));
     EXPECT_EQ(Dump(e), "e(a{name='b'} b{k='v'})");
-    EXPECT_FALSE(ByName(e, "k"_w, kFirst));
+    EXPECT_FALSE(ByName(e, "k"_w, kFirstMatch));
 }
 
 TEST_F(XmlRemoval, NamesAndValuesAreComparedWholeAndCaseSensitively) {
     XmlNode* e = Parent({Element("ab", {{"key", "val"}})});
-    EXPECT_FALSE(ByName(e, "a"_w, kFirst));
-    EXPECT_FALSE(ByName(e, "abc"_w, kFirst));
-    EXPECT_FALSE(ByName(e, "AB"_w, kFirst));
-    EXPECT_FALSE(ByAttribute(e, "Key"_w, "val"_w, kFirst));
-    EXPECT_FALSE(ByAttribute(e, "key"_w, "va"_w, kFirst));
-    EXPECT_FALSE(ByAttribute(e, "key"_w, "value"_w, kFirst));
-    EXPECT_FALSE(ByAttribute(e, "key"_w, "VAL"_w, kFirst));
-    EXPECT_TRUE(ByAttribute(e, "key"_w, "val"_w, kFirst));
+    EXPECT_FALSE(ByName(e, "a"_w, kFirstMatch));
+    EXPECT_FALSE(ByName(e, "abc"_w, kFirstMatch));
+    EXPECT_FALSE(ByName(e, "AB"_w, kFirstMatch));
+    EXPECT_FALSE(ByAttribute(e, "Key"_w, "val"_w, kFirstMatch));
+    EXPECT_FALSE(ByAttribute(e, "key"_w, "va"_w, kFirstMatch));
+    EXPECT_FALSE(ByAttribute(e, "key"_w, "value"_w, kFirstMatch));
+    EXPECT_FALSE(ByAttribute(e, "key"_w, "VAL"_w, kFirstMatch));
+    EXPECT_TRUE(ByAttribute(e, "key"_w, "val"_w, kFirstMatch));
 }
 
 TEST_F(XmlRemoval, ChildWithAnotherAttributeValueIsNotTestedByName) {
     XmlNode* e = Parent({Element("v", {{"k", "other"}}), Element("v")});
-    EXPECT_TRUE(ByEither(e, "k"_w, "v"_w, kFirst));
+    EXPECT_TRUE(ByEither(e, "k"_w, "v"_w, kFirstMatch));
     EXPECT_EQ(Dump(e), "e(v{k='other'})");
-    EXPECT_FALSE(ByEither(e, "k"_w, "v"_w, kFirst));
+    EXPECT_FALSE(ByEither(e, "k"_w, "v"_w, kFirstMatch));
 }
 
 TEST_F(XmlRemoval, ChildWithoutTheAttributeIsSkippedWithoutTheNameTest) {
     XmlNode* e = Parent({Element("v"), Element("v", {{"other", "v"}})});
-    EXPECT_FALSE(ByAttribute(e, "k"_w, "v"_w, kFirst));
+    EXPECT_FALSE(ByAttribute(e, "k"_w, "v"_w, kFirstMatch));
     EXPECT_EQ(Dump(e), "e(v v{other='v'})");
 }
 
@@ -158,15 +158,15 @@ TEST_F(XmlRemoval, MatchesByAttributeAndByNameAreCountedTogether) {
 
 TEST_F(XmlRemoval, EmptyWantedTextMatchesAnEmptyAttributeOnly) {
     XmlNode* e = Parent({Element("a"), Element("b", {{"k", "v"}}), Element("c", {{"k", ""}})});
-    EXPECT_TRUE(ByAttribute(e, "k"_w, WideView(), kFirst));
+    EXPECT_TRUE(ByAttribute(e, "k"_w, WideView(), kFirstMatch));
     EXPECT_EQ(Dump(e), "e(a b{k='v'})");
-    EXPECT_FALSE(ByAttribute(e, "k"_w, WideView(), kFirst));
+    EXPECT_FALSE(ByAttribute(e, "k"_w, WideView(), kFirstMatch));
 }
 
 TEST_F(XmlRemoval, OfTwoAttributesWithTheNameTheFirstDecides) {
     XmlNode* e = Parent({Element("a", {{"k", "1"}, {"k", "2"}})});
-    EXPECT_FALSE(ByAttribute(e, "k"_w, "2"_w, kFirst));
-    EXPECT_TRUE(ByAttribute(e, "k"_w, "1"_w, kFirst));
+    EXPECT_FALSE(ByAttribute(e, "k"_w, "2"_w, kFirstMatch));
+    EXPECT_TRUE(ByAttribute(e, "k"_w, "1"_w, kFirstMatch));
     EXPECT_EQ(Dump(e), "e");
 }
 
@@ -174,16 +174,16 @@ TEST_F(XmlRemoval, ByNameReachesCommentsAndTheDeclaration) {
     Build(document_, document_.root, Declaration());
     Build(document_, document_.root, Element("e"));
     Build(document_, document_.root, Comment("note"));
-    EXPECT_TRUE(ByName(document_.root, WideView(), kFirst));
+    EXPECT_TRUE(ByName(document_.root, WideView(), kFirstMatch));
     EXPECT_EQ(test::DumpChildren(document_.root), "?xml{version='1.0'} e");
-    EXPECT_TRUE(ByName(document_.root, "xml"_w, kFirst));
+    EXPECT_TRUE(ByName(document_.root, "xml"_w, kFirstMatch));
     EXPECT_EQ(test::DumpChildren(document_.root), "e");
 }
 
 TEST_F(XmlRemoval, AttributesOfTheDeclarationAreNotLookedAt) {
     Build(document_, document_.root, Declaration());
-    EXPECT_FALSE(ByAttribute(document_.root, "version"_w, "1.0"_w, kFirst));
-    EXPECT_TRUE(ByEither(document_.root, "version"_w, "xml"_w, kFirst));
+    EXPECT_FALSE(ByAttribute(document_.root, "version"_w, "1.0"_w, kFirstMatch));
+    EXPECT_TRUE(ByEither(document_.root, "version"_w, "xml"_w, kFirstMatch));
     EXPECT_EQ(test::DumpChildren(document_.root), "");
 }
 
@@ -195,7 +195,7 @@ TEST_F(XmlRemoval, ByContentFreesTheSubtreeAndClosesTheRest) {
         Build(document_, e, Element("z"));
         EXPECT_TRUE(ByName(e, "a"_w, 0));
         EXPECT_EQ(e->children.At(0), e->children.Last());
-        EXPECT_TRUE(ByName(e, "z"_w, kFirst));
+        EXPECT_TRUE(ByName(e, "z"_w, kFirstMatch));
         if (round == 0) held = document_.Pool().BytesHeld();
     }
     EXPECT_EQ(document_.Pool().BytesHeld(), held);
@@ -206,9 +206,9 @@ TEST_F(XmlRemoval, ByContentFreesTheSubtreeAndClosesTheRest) {
 TEST_F(XmlRemoval, AllMatchesGoInOnePass) {
     XmlNode* e = Parent({Element("a", {{"k", "v"}}), Element("x"), Element("b", {{"k", "v"}}), Comment("c"),
                          Element("y", {{"k", "w"}}), Element("c", {{"k", "v"}}, "", {Element("d")})});
-    EXPECT_EQ(document_.RemoveChildrenWhere(e, "k"_w, "v"_w, kFirst, false), 3U);
+    EXPECT_EQ(document_.RemoveChildrenWhere(e, "k"_w, "v"_w, kFirstMatch, false), 3U);
     EXPECT_EQ(Dump(e), "e(x !'c' y{k='w'})");
-    EXPECT_EQ(document_.RemoveChildrenWhere(e, "k"_w, "v"_w, kFirst, false), 0U);
+    EXPECT_EQ(document_.RemoveChildrenWhere(e, "k"_w, "v"_w, kFirstMatch, false), 0U);
 }
 
 TEST_F(XmlRemoval, AllMatchesFromANumberOnGo) {
@@ -223,15 +223,15 @@ TEST_F(XmlRemoval, AllMatchesFromANumberOnGo) {
 TEST_F(XmlRemoval, AllMatchesAreChosenByAttributeFirstAndNameSecond) {
     XmlNode* e =
         Parent({Element("v"), Element("a", {{"k", "v"}}), Element("v", {{"k", "no"}}), Element("b")});
-    EXPECT_EQ(document_.RemoveChildrenWhere(e, "k"_w, "v"_w, kFirst, true), 2U);
+    EXPECT_EQ(document_.RemoveChildrenWhere(e, "k"_w, "v"_w, kFirstMatch, true), 2U);
     EXPECT_EQ(Dump(e), "e(v{k='no'} b)");
 }
 
 TEST_F(XmlRemoval, AllMatchesOfNothingIsRefused) {
     XmlNode* e = Parent({Element("a"), Comment("note")});
-    EXPECT_EQ(document_.RemoveChildrenWhere(e, WideView(), "a"_w, kFirst, false), 0U);
-    EXPECT_EQ(document_.RemoveChildrenWhere(nullptr, WideView(), "a"_w, kFirst, true), 0U);
-    EXPECT_EQ(document_.RemoveChildrenWhere(Parent({}), WideView(), "a"_w, kFirst, true), 0U);
+    EXPECT_EQ(document_.RemoveChildrenWhere(e, WideView(), "a"_w, kFirstMatch, false), 0U);
+    EXPECT_EQ(document_.RemoveChildrenWhere(nullptr, WideView(), "a"_w, kFirstMatch, true), 0U);
+    EXPECT_EQ(document_.RemoveChildrenWhere(Parent({}), WideView(), "a"_w, kFirstMatch, true), 0U);
     EXPECT_EQ(Dump(e), "e(a !'note')");
 }
 
