@@ -11,9 +11,9 @@
 >>> Settings.open(path)["Camera"]["Exposure"]
 2400
 
-Settings is a mapping of sections, and a Section a mapping of values; a Table document is a mapping of values, too. Whole
-entries, with their presentation data, are Entry objects. What cannot be stored, or would be lost when the document is
-saved and opened, is refused: every failure is a MoxError, of a class for its reason, with file, line and column.
+Settings is a mapping of sections, a Section one of values; a Table document is a mapping of values, too. Whole entries,
+with their presentation data, are Entry objects. What cannot be stored, or would be lost when the document is saved and
+opened, is refused: every failure is a MoxError, of a class for its reason, with file, line and column.
 """
 from ._documents import Document, Section, Settings, Table, diagnose
 from ._entries import EntryTable
@@ -37,8 +37,5 @@ __all__ = [
 ]
 
 # Messages name the classes as programs import them.
-for _name in __all__:
-    _object = globals()[_name]
-    if isinstance(_object, type):
-        _object.__module__ = __name__
-del _name, _object
+for _class in [found for found in map(globals().get, __all__) if isinstance(found, type)]:
+    _class.__module__ = __name__

@@ -4,7 +4,7 @@ from ctypes import byref, c_size_t, c_void_p, string_at
 from typing import Any, Dict, Iterator, List, Mapping, Optional, Type, TypeVar, Union
 
 from ._entries import EntryTable, names_of
-from ._errors import ArgumentError, NoSuchSectionError, Reason
+from ._errors import ArgumentError, InvalidTextError, NoSuchSectionError, Reason
 from ._library import (CALLS, FREE_CALLS, OF_THREAD, DiagnosticRecord, DocumentInfo, Handle, OpenOptions,
                        SaveOptions, SectionInfo, TableOptions, check, decoded, encoded, in_range, sized)
 from ._types import Content, Diagnostic, Encoding, Form, Severity
@@ -16,8 +16,8 @@ _D = TypeVar("_D", bound="Document")
 class Document:
     """What Settings and Table have in common. A document may be used by any thread, but by one at a time.
 
-    At the end of a with block the document is closed, not saved. One that is not closed is freed with the last reference
-    to it or to one of its sections.
+    At the end of a with block it is closed, not saved. One that is not closed is freed with the last reference to it or
+    to one of its sections.
     """
 
     _kind: int
@@ -35,12 +35,9 @@ class Document:
     @classmethod
     def open(cls: Type[_D], path: PathLike, *, form: Optional[Form] = None, encoding: Optional[Encoding] = None,
              any_document: bool = False, name: str = "") -> _D:
-        """Opens a file. It finds out the form, unless that is given; a table is always wide, and may be required to have a
-        name. With an encoding, a file of another program is imported; it does not count as read, so saving to it takes
-        overwrite. With any_document, every document that parses is opened; one of another kind seems empty.
-
-        Raises FileMissingError and other FileErrors, DocumentSyntaxError with line and column, WrongKindError or
-        WrongEncodingError."""
+        """Opens a file in the form that is given, or found. A table is always wide, and must have the name, if there is
+        one. With an encoding, a file of another program is imported; it does not count as read, so saving to it takes
+        overwrite. With any_document, every document that parses is opened; one of another kind seems empty."""
         document = cls.__new__(cls)
         document._open(FREE_CALLS.mox_open, encoded(os.fspath(path)), form, encoding, any_document, name)
         document._path = path
@@ -79,7 +76,7 @@ class Document:
 
     @property
     def form(self) -> Form:
-        """The form of the next save. Setting it, of settings, makes later writes refuse what that form does not keep."""
+        """The form of the next save. Setting that of settings makes later writes refuse what it does not keep."""
         info = sized(DocumentInfo)
         check(CALLS.mox_document_get_info(self._handle, byref(info)), self._handle)
         return Form(info.form)
@@ -91,12 +88,12 @@ class Document:
     def save(self, path: Optional[PathLike] = None, *, form: Optional[Form] = None,
              content: Content = Content.DOCUMENT, section: Optional[str] = None, overwrite: bool = False,
              backup: Optional[PathLike] = None) -> None:
-        """Replaces a file as a whole, without a path the one that was opened: after an exception the old file is unchanged.
-        A save of settings, unless it is an export or of one section, removes "eud" from all sections and entries.
+        """Replaces a file as a whole, without a path the one that was opened. After an exception the old file is
+        unchanged. A save of whole settings that is no export removes "eud" from all sections and entries.
 
-        A file that is not the one that was read or saved last is not replaced (ChangedError), unless overwrite is set. A
-        narrow file keeps 7-bit text only (NotKeptError). The old file is copied to backup before it is replaced. With a
-        section, only its element is saved, as a wide file. Tables and sections are always wide and saved as they are."""
+        A file that is not the one that was read or saved last is not replaced (ChangedError), unless overwrite is set.
+        A narrow file keeps 7-bit text only (NotKeptError). The old file is copied to backup before it is replaced. With
+        a section, only its element is saved. Tables and sections are always wide and saved as they are."""
         target = self._path if path is None else path
         if target is None:
             raise ArgumentError("a document that was not opened from a file needs a path", Reason.INVALID_ARGUMENT)
@@ -111,10 +108,9 @@ class Document:
         options = _save_options(form, content, section)
         check(CALLS.mox_to_bytes(self._handle, byref(options), byref(data), byref(size), OF_THREAD.problem),
               self._handle)
-        try:
-            return string_at(data, size.value)
-        finally:
-            CALLS.mox_free(data)
+        content_bytes = string_at(data, size.value)
+        CALLS.mox_free(data)
+        return content_bytes
 
     def __repr__(self) -> str:
         return f"<{type(self).__name__}{'' if self._path is None else f' {os.fspath(self._path)!r}'}>"
@@ -132,7 +128,7 @@ def _table_options(editable: bool, first_id: int, type: int) -> Any:
 
 
 class Section(EntryTable):
-    """A section of settings. It is looked up by its name whenever it is used; a write of a value creates it if it is gone."""
+    """A section of settings. It is looked up by its name in every call; a write of a value creates it if it is gone."""
 
     def __init__(self, handle: Handle, name: str) -> None:
         self._handle = handle
@@ -177,9 +173,14 @@ class Settings(Document, Mapping[str, Section]):
         return section
 
     def __delitem__(self, name: str) -> None:
-        """Removes a section with everything in it."""
         self._sections.pop(name, None)
         Section(self._handle, name)._call(CALLS.mox_remove_section, None)
+
+    def __contains__(self, name: object) -> bool:
+        try:
+            return isinstance(name, str) and self[name] is not None
+        except (InvalidTextError, NoSuchSectionError):
+            return False
 
     def __iter__(self) -> Iterator[str]:
         names = Handle(CALLS.mox_list_free)
@@ -218,11 +219,8 @@ class Table(Document, EntryTable):
 
 def diagnose(data: Union[bytes, bytearray, memoryview], *, form: Optional[Form] = None,
              values: bool = False) -> List[Diagnostic]:
-    """What is wrong with the content of a file, and what is likely to be, sorted by position. A file with an error has no
-    other diagnostics. With values, also values that do not suit the types, limits and controls of their entries.
-
-    >>> diagnose(b'<Settings><Table name="A"><Var name="x"/></Table></Settings>')[0].line
-    1
+    """What is wrong with the content of a file, and what is likely to be, sorted by position. A file with an error has
+    no other diagnostics. With values, also values that do not suit the types, limits and controls of their entries.
     """
     content = bytes(data)
     found = Handle(CALLS.mox_list_free)

@@ -5,7 +5,7 @@ from binascii import unhexlify
 from ctypes import byref, c_double, c_int32, c_int64, c_size_t, c_void_p
 from typing import Any, Callable, Dict, Iterator, List, MutableMapping, Optional, Tuple, Type, TypeVar, Union, overload
 
-from ._errors import NoSuchKeyError, NoSuchSectionError, Reason, RefusedError, WrongTypeError
+from ._errors import InvalidTextError, NoSuchKeyError, NoSuchSectionError, Reason, RefusedError, WrongTypeError
 from ._library import CALLS, OF_THREAD, EntryRecord, Handle, check, decoded, encoded, in_range, sized
 from ._types import Control, Entry, Owner, Presentation, Shape, Value, ValueType
 
@@ -39,8 +39,8 @@ _SIZE_OF_RECORD = ctypes.sizeof(EntryRecord)
 class EntryTable(MutableMapping[str, Value]):
     """The entries of a Section or a Table, found by their names. If several have the same name, the first one is used.
 
-    table[name] is an int, float or bool if the entry has such a type, bytes if it is an array of bytes, otherwise a str.
-    An empty value is replaced by that of the presentation data. Text that is no value of its type raises WrongTypeError;
+    table[name] is an int, float or bool if the entry has such a type, bytes if it is an array of bytes, else a str. An
+    empty value is replaced by that of the presentation data. Text that is no value of its type raises WrongTypeError;
     read(name, str) returns it. Iteration gives the names of the entries that can be read.
 
     table[name] = value changes the value of an entry and nothing else, except that it removes its "eud"; or it adds an
@@ -80,8 +80,11 @@ class EntryTable(MutableMapping[str, Value]):
     def __contains__(self, name: object) -> bool:
         """Whether there is such an entry. That of a Table counts also if it cannot be read."""
         found = c_int32()
-        if isinstance(name, str):
-            self._call(CALLS.mox_contains, name, byref(found))
+        try:
+            if isinstance(name, str):
+                self._call(CALLS.mox_contains, name, byref(found))
+        except InvalidTextError:
+            pass  # no entry can have such a name
         return found.value == 1
 
     def __iter__(self) -> Iterator[str]:
@@ -131,8 +134,8 @@ class EntryTable(MutableMapping[str, Value]):
             return default
 
     def write(self, name: str, value: Value) -> None:
-        """Writes a value whatever the type of an existing entry: its text changes, the type stays. An int of more than 32
-        bits in a new entry gets the type "string"."""
+        """Writes a value whatever the type of an existing entry: its text changes, the type stays. A new entry with an
+        int of more than 32 bits, or with bytes, gets the type "string"."""
         if isinstance(value, bool):
             self._call(CALLS.mox_set_bool, name, value)
         elif isinstance(value, int):
@@ -157,18 +160,16 @@ class EntryTable(MutableMapping[str, Value]):
             return  # it is new, or the write says what is wrong
         kind = _KINDS.get((entry.type, entry.shape), _TEXT)[0]
         is_int = isinstance(value, int) and not isinstance(value, bool)
-        place = self._place(name)
+        what = f"{'/'.join(filter(None, (decoded(self._section), name)))}: the type is {entry.type.name.lower()}"
         fits = isinstance(value, (bytes, bytearray, memoryview) if kind is bytes else kind)
         if is_int and (kind is int or kind is float):
-            in_range(value, f"{place} has the type {entry.type.name.lower()}: the value",
-                     *_RANGES.get(entry.type, (-2**53, 2**53)))
+            in_range(value, what + ", but the value", *_RANGES.get(entry.type, (-2**53, 2**53)))
         elif (not fits or kind is int) and (kind is not str or entry.shape):
-            raise WrongTypeError(f"it has the type {entry.type.name.lower()}{' array' if entry.shape else ''}: expected "
-                                 f"{kind.__name__}, found {value!r:.60}", Reason.WRONG_TYPE, place=place)
+            array = " array" if entry.shape else ""
+            raise WrongTypeError(f"{what}{array}: expected {kind.__name__}, found {value!r:.60}", Reason.WRONG_TYPE)
 
     def remove(self, name: str, occurrence: Optional[int] = None) -> None:
-        """Removes the entries of that name, or only one of them: occurrence 0 is the first. An empty name means the
-        entries whose name is empty."""
+        """Removes the entries of that name, which may be empty, or only one of them: occurrence 0 is the first."""
         number = _ALL if occurrence is None else in_range(occurrence, "the occurrence", 0, 0x7FFFFFFF)
         self._call(CALLS.mox_remove, name, number)
 
@@ -201,22 +202,21 @@ class EntryTable(MutableMapping[str, Value]):
         >>> from mox_xmlapi import Control, Entry, Presentation, Table, ValueType
         >>> gauges = Table("Gauges")
         >>> gauges.add(Entry("Pressure", "2.5", ValueType.DOUBLE, ui=Presentation(Control.NUMBER, comment="in bar")))
-        >>> gauges.add(Entry("Number", "7", ValueType.LONG), before="Pressure")
-        >>> dict(gauges), gauges.entry("Pressure").ui.comment
-        ({'Number': 7, 'Pressure': 2.5}, 'in bar')
+        >>> gauges["Pressure"], gauges.entry("Pressure").ui.comment
+        (2.5, 'in bar')
         """
         position = None if before is None else encoded(before)
         self._call(CALLS.mox_add_entry, None, position, len(position or b""), byref(_record_of(entry)),
-                   _EUD_SET if eud else 0, place=entry.name)
+                   _EUD_SET if eud else 0)
 
     def put(self, entry: Entry, *, eud: bool = False) -> None:
         """Changes the entry of that name, or adds it. What is None, 0 or empty leaves the entry as it is; but type,
         shape, an empty value and the control are always written."""
-        self._call(CALLS.mox_put_entry, None, byref(_record_of(entry)), _EUD_SET if eud else 0, place=entry.name)
+        self._call(CALLS.mox_put_entry, None, byref(_record_of(entry)), _EUD_SET if eud else 0)
 
     def set_value(self, name: str, value: str, *, eud: bool = False, respect_eud: bool = False) -> None:
-        """Changes the text of an existing entry and nothing else. Without eud, its "eud" is removed. With respect_eud, an
-        entry with eud="true" is left alone (ProtectedError), and so is one without a value of its own."""
+        """Changes the text of an existing entry and nothing else. Without eud, its "eud" is removed. With respect_eud,
+        an entry with eud="true" is left alone (ProtectedError), and so is one without a value of its own."""
         flags = (_EUD_SET if eud else 0) | (_EUD_RESPECT if respect_eud else 0)
         self._call_with_text(CALLS.mox_set_value, name, value, flags)
 
@@ -225,8 +225,7 @@ class EntryTable(MutableMapping[str, Value]):
         self._call(CALLS.mox_set_eud, name, 1 if eud else 0)
 
     def set_comment(self, name: str, comment: str) -> None:
-        """Sets or, with an empty text, removes the comment of the presentation data. If that would lose what only the
-        file has, NotStoredError says what."""
+        """Sets or, with an empty text, removes the comment; NotStoredError if that would lose something else."""
         self._call_with_text(CALLS.mox_set_comment, name, comment)
 
     def set_shown_name(self, name: str, shown_name: str) -> None:
@@ -245,14 +244,11 @@ class EntryTable(MutableMapping[str, Value]):
             value, ui_value = (None if data is None else decoded(data) for data in (record.value, record.ui_value))
             ui = Presentation(Control(record.control), Owner(record.provider_owner), record.provider_index,
                               decoded(record.shown_name), decoded(record.comment), ui_value) if record.has_ui else None
-            entries.append(Entry(decoded(record.name), value, ValueType(record.type), Shape(record.shape), record.id, ui))
+            entries.append(Entry(decoded(record.name), value, ValueType(record.type), Shape(record.shape), record.id,
+                                 ui))
         return entries
 
-    def _place(self, name: Optional[str]) -> Optional[str]:
-        return "/".join(part for part in (decoded(self._section), name) if part) or None
-
-    def _call(self, function: Callable[..., int], name: Optional[str], *arguments: Any, place: Optional[str] = None,
-              allowed: int = 0) -> int:
+    def _call(self, function: Callable[..., int], name: Optional[str], *arguments: Any, allowed: int = 0) -> int:
         """Calls a function of the section or, with a name, of that entry. Returns 0 or the status that is allowed."""
         names: Tuple[Any, ...] = (self._section, len(self._section))
         if name is not None:
@@ -260,7 +256,7 @@ class EntryTable(MutableMapping[str, Value]):
             names += (key, len(key))
         status = function(self._handle, *names, *arguments, OF_THREAD.problem)
         if status != allowed:
-            check(status, self._handle, self._place(name or place))
+            check(status, self._handle)
         return status
 
     def _call_with_text(self, function: Callable[..., int], name: str, text: str, *arguments: Any) -> None:

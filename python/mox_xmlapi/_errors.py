@@ -15,17 +15,16 @@ Reason = enum.IntEnum("Reason", {
 class MoxError(Exception):
     """A call that failed. What it should have changed is unchanged.
 
-    str(error) has the place and the message: 'camera.xml:3:17: found ...', 'Camera/Exposure: there is no such key'.
+    str(error) has the file and the message: 'camera.xml:3:17: found ...', 'Camera/Exposure: there is no such key'.
     """
 
-    message: str  # why, as one sentence in plain English
+    message: str  # why, in plain English, with the section and the key that it is about
     reason: Reason  # why, for programs; INTERNAL_ERROR also for a status that this package does not know
     file: Optional[str] = None  # the path as it was given, if the call was about a file
     line: Optional[int] = None  # of the place in the file, from 1 on, if there is one
     column: Optional[int] = None  # from 1 on: in bytes of a narrow file, in 16-bit units of a wide one
     found: Optional[str] = None  # what is at that place, if the file does not parse
     expected: Optional[str] = None  # what was expected there
-    place: Optional[str] = None  # the section and key that the call was about: "Camera/Exposure"
 
     def __init__(self, message: str, reason: Reason, **where: Any) -> None:
         super().__init__(message, reason)
@@ -34,9 +33,8 @@ class MoxError(Exception):
         self.__dict__.update(where)
 
     def __str__(self) -> str:
-        position = None if self.line is None else f"{self.line}:{self.column}"
-        where = [part for part in (self.file or self.place, position) if part is not None]
-        return ": ".join([":".join(where), self.message] if where else [self.message])
+        position = "" if self.line is None else f"{self.line}:{self.column}"
+        return ": ".join(filter(None, [":".join(filter(None, [self.file, position])), self.message]))
 
 
 class LibraryError(MoxError, ImportError):
@@ -56,7 +54,6 @@ class FileError(MoxError, OSError):
         return self.file
 
 
-# What follows says it all in the line of the class.
 class FileMissingError(FileError, FileNotFoundError): """There is no such file or folder."""
 class FilePermissionError(FileError, PermissionError): """The process may not read, replace or create the file."""
 class ChangedError(FileError): """The file is no longer the one that was read: another program has written it."""
@@ -81,12 +78,9 @@ class ArgumentError(MoxError, ValueError): """The arguments do not go together. 
 class ClosedError(ArgumentError): """The document was closed."""
 class OutOfMemoryError(MoxError, MemoryError): """There is not enough memory."""
 
-
 _ERRNO = {Reason.NOT_FOUND: errno.ENOENT, Reason.NO_PERMISSION: errno.EACCES, Reason.BUSY: errno.EBUSY}
-
-# In the order of Reason.
 CLASSES: Dict[Reason, Type[MoxError]] = dict(zip(Reason, [
     FileMissingError, FilePermissionError, FileError, DocumentError, FileError, FileError, ChangedError, BusyError,
     DocumentSyntaxError, WrongKindError, WrongEncodingError, DocumentError, NoSuchSectionError, NoSuchKeyError,
     NameTakenError, ProtectedError, UnreadableError, AmbiguousError, InvalidTextError, NotKeptError, WrongTypeError,
-    OutOfRangeError, NotStoredError, ArgumentError, OutOfMemoryError, MoxError]))
+    OutOfRangeError, NotStoredError, ArgumentError, OutOfMemoryError, MoxError]))  # in the order of Reason

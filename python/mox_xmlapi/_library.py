@@ -1,4 +1,4 @@
-"""The shared library mox_host: where it is found, its structures and functions, and how a failure becomes an exception."""
+"""The shared library mox_host: where it is, its structures and functions, and how a failure becomes an exception."""
 import ctypes
 import os
 import sys
@@ -49,8 +49,7 @@ def _load() -> Tuple[ctypes.PyDLL, ctypes.CDLL]:
     return calls, free_calls
 
 
-# Calls through CALLS keep Python's global lock: they cost less, and no thread comes between. Those through FREE_CALLS open
-# files while other threads go on.
+# Calls through CALLS keep Python's global lock: they cost less, and no thread comes between. FREE_CALLS do not keep it.
 CALLS, FREE_CALLS = _load()
 
 # The types of C, by letter: "t" is a text with its length, "p" a handle or what byref gives.
@@ -84,10 +83,10 @@ DiagnosticRecord = _structure("u severity encoding reserved", "w line column", "
 _STATUS_CALLS = """
     problem_new p, problem_get pp, new_settings pp, new_table tppp, document_get_info pp, set_form pup, save ptpp,
     to_bytes ppppp, section_names ppp, section_get_info ptpp, make_section ptpp, remove_section ptp, entry_names ptpp,
-    contains pttpp, get_text pttpzpp, get_int pttpp, get_double pttpp, get_bool pttpp, get_bytes pttpzpp, set_text ptttp,
-    set_int pttlup, set_double pttdp, set_bool pttip, set_bytes ptttp, remove pttip, rename ptttp, clear ptp,
-    entries ptpp, find_entry pttpp, count_unreadable ptpp, add_entry pttpup, put_entry ptpup, set_value ptttup,
-    set_eud pttip, set_comment ptttp, set_shown_name ptttp, set_provider pttuup, list_name pzpp, list_entry pzp,
+    contains pttpp, get_text pttpzpp, get_int pttpp, get_double pttpp, get_bool pttpp, get_bytes pttpzpp, set_text
+    ptttp, set_int pttlup, set_double pttdp, set_bool pttip, set_bytes ptttp, remove pttip, rename ptttp, clear ptp,
+    entries ptpp, find_entry pttpp, count_unreadable ptpp, add_entry pttpup, put_entry ptpup, set_value ptttup, set_eud
+    pttip, set_comment ptttp, set_shown_name ptttp, set_provider pttuup, list_name pzpp, list_entry pzp,
     list_diagnostic pzp"""
 
 
@@ -155,7 +154,7 @@ def in_range(number: int, what: str, least: int = 0, most: int = 0xFFFFFFFF) -> 
     raise OutOfRangeError(f"{what} is not from {least} to {most}: {number}", Reason.OUT_OF_RANGE)
 
 
-def check(status: int, handle: Optional[Handle] = None, place: Optional[str] = None) -> None:
+def check(status: int, handle: Optional[Handle] = None) -> None:
     """Raises the exception for a call of this thread that has failed with the status."""
     if status == 0:
         return
@@ -166,7 +165,7 @@ def check(status: int, handle: Optional[Handle] = None, place: Optional[str] = N
     reason = Reason(status) if status in _STATUSES else Reason.INTERNAL_ERROR
     where = {name: decoded(text) for name in ("file", "found", "expected") for text in [getattr(info, name)] if text}
     raise CLASSES.get(reason, MoxError)(decoded(info.message or b"") or reason.name, reason, line=info.line or None,
-                                        column=info.column or None, place=place, **where)
+                                        column=info.column or None, **where)
 
 
 _STATUSES = frozenset(Reason)

@@ -6,28 +6,23 @@ from typing import Optional, Union
 # What a key can hold, and what can be written to one.
 Value = Union[int, float, bool, str, bytes]
 
-# The forms in which a document is stored. NARROW: one byte per character, keeps 7-bit text only. WIDE: two bytes per UTF-16
-# unit, low byte first, keeps everything. UTF8: for other programs; only to_bytes makes it.
+# The forms of a document. NARROW: one byte per character, keeps 7-bit text only. WIDE: two bytes per UTF-16 unit, low
+# byte first, keeps everything. UTF8: for other programs; only to_bytes makes it.
 Form = enum.IntEnum("Form", {"NARROW": 1, "WIDE": 2, "UTF8": 3})
-
 # Encodings that open and parse import; ZEROS only in a diagnostic, of a file that has nothing else.
 Encoding = enum.IntEnum("Encoding", {"NARROW": 1, "WIDE": 2, "UTF8": 3, "LATIN1": 4, "UTF16_BE": 5, "ZEROS": 6})
-
 # What a save of settings writes: the document, or an export of the presentation data or of the values of its entries.
 Content = enum.IntEnum("Content", {"DOCUMENT": 0, "UI": 1, "VALUES": 2})
-
 # Types of values, and how many of that type a value holds.
 ValueType = enum.IntEnum("ValueType", {"SHORT": 2, "LONG": 3, "DOUBLE": 5, "STRING": 8, "BOOL": 11, "CHAR": 16,
                                        "BYTE": 17, "USHORT": 18, "ULONG": 19, "UCSTRING": 31})
 Shape = enum.IntEnum("Shape", {"SINGLE": 0, "VECTOR": 0x1000, "ARRAY": 0x2000})
-
 # The control that displays a value and edits it, and the owner of an entry's provider.
 Control = enum.IntEnum("Control", {
     "NONE": 0, "NUMBER": 1, "TEXT": 2, "SWITCH": 4, "NO_EDIT": 5, "RGB": 7, "BUTTON": 8, "TEXT_ARRAY": 12,
     "NAMED_ARRAY": 14, "SWITCH_ARRAY": 15, "RADIO_ARRAY": 16, "STATE": 17, "NAMED_LIST_ARRAY": 18, "RADIO": 19,
     "PROPERTY_ARRAY": 20})
 Owner = enum.IntEnum("Owner", {"NONE": 0, "APP": 1, "DWG": 2, "ERG": 4})
-
 # How serious a diagnostic is.
 Severity = enum.IntEnum("Severity", {"ERROR": 1, "WARNING": 2, "NOTE": 3})
 
@@ -52,9 +47,8 @@ class Entry:
     written is None to write none. An id of 0 means none. To change an entry, use dataclasses.replace and put:
 
     >>> import dataclasses
-    >>> entry = Entry("Gain", "1.5", ValueType.DOUBLE)
-    >>> dataclasses.replace(entry, ui=Presentation(Control.NUMBER, shown_name="Gain of the sensor")).ui.shown_name
-    'Gain of the sensor'
+    >>> dataclasses.replace(Entry("Gain", "1.5", ValueType.DOUBLE), id=7, ui=Presentation(Control.NUMBER)).id
+    7
     """
 
     name: str
