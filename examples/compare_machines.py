@@ -51,7 +51,7 @@ def print_table(rows: List[List[str]]) -> None:
 
 
 def copy_value(source: Path, target: Path, section: str, key: str) -> None:
-    """Only the value is written, and only if nobody else has changed the file meanwhile; the old file stays beside it."""
+    """Writes only the value, and only if nobody else has changed the file meanwhile; keeps the old file beside it."""
     with Settings.open(source) as settings:
         value = settings[section][key]
     with Settings.open(target) as settings:

@@ -83,11 +83,11 @@ DiagnosticRecord = _structure("u severity encoding reserved", "w line column", "
 _STATUS_CALLS = """
     problem_new p, problem_get pp, new_settings pp, new_table tppp, document_get_info pp, set_form pup, save ptpp,
     to_bytes ppppp, section_names ppp, section_get_info ptpp, make_section ptpp, remove_section ptp, entry_names ptpp,
-    contains pttpp, get_text pttpzpp, get_int pttpp, get_double pttpp, get_bool pttpp, get_bytes pttpzpp, set_text
-    ptttp, set_int pttlup, set_double pttdp, set_bool pttip, set_bytes ptttp, remove pttip, rename ptttp, clear ptp,
-    entries ptpp, find_entry pttpp, count_unreadable ptpp, add_entry pttpup, put_entry ptpup, set_value ptttup, set_eud
-    pttip, set_comment ptttp, set_shown_name ptttp, set_provider pttuup, list_name pzpp, list_entry pzp,
-    list_diagnostic pzp"""
+    contains pttpp, get_text pttpzpp, get_int pttpp, get_double pttpp, get_bool pttpp, get_bytes pttpzpp,
+    set_text ptttp, set_int pttlup, set_double pttdp, set_bool pttip, set_bytes ptttp, remove pttip, rename ptttp,
+    clear ptp, entries ptpp, find_entry pttpp, count_unreadable ptpp, add_entry pttpup, put_entry ptpup,
+    set_value ptttup, set_eud pttip, set_comment ptttp, set_shown_name ptttp, set_provider pttuup, list_name pzpp,
+    list_entry pzp, list_diagnostic pzp"""
 
 
 def _declare(library: ctypes.CDLL, signatures: str, result: Any) -> None:

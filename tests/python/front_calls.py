@@ -1,19 +1,19 @@
 """Random calls, carried out through the package, in the words that front_replay reads.
 
-A call is a list of words. Texts and bytes are in hexadecimal digits after an "x"; "-" stands for None. The first word says
-what is called, the next ones are section, name, kind of value and value, where the call has these.
+A call is a list of words. Texts and bytes are in hexadecimal digits after an "x"; "-" stands for None. The first word
+says what is called, the next ones are section, name, kind of value and value, where the call has these.
 """
 import random
-from typing import Any, Callable, Dict, List, Optional
+from typing import Any, Callable, Dict, List, Optional, Union
 
-from mox_xmlapi import (Control, Entry, EntryTable, Form, MoxError, Owner, Presentation, Reason, Settings, Shape, Table,
-                        Value, ValueType)
+from mox_xmlapi import (Control, Entry, EntryTable, Form, MoxError, Owner, Presentation, Reason, Section, Settings,
+                        Shape, Table, Value, ValueType)
 
 Call = List[str]
 REASONS = [None, *Reason]  # the front numbers its reasons from 1 on, in the same order
 
 
-def hexed(data: Any) -> str:
+def hexed(data: Union[str, bytes, None]) -> str:
     if data is None:
         return "-"
     return "x" + (data if isinstance(data, bytes) else data.encode("utf-8", "surrogatepass")).hex()
@@ -94,13 +94,8 @@ class Replay:
     def _section(self, word: str) -> EntryTable:
         if isinstance(self.document, Table):
             return self.document
-        name = unhexed(word)
-        # A section that is not there can be written to, but is not found.
-        return self.document[name] if name in self.document else self._missing(name)
-
-    def _missing(self, name: str) -> EntryTable:
-        from mox_xmlapi import Section
-        return Section(self.document._handle, name)
+        # Also one that is not there: it can be written to, but is not found.
+        return Section(self.document._handle, unhexed(word))
 
     def _carry(self, words: Call) -> str:
         call, *rest = words
@@ -126,9 +121,9 @@ class Replay:
 
     def _carry_in(self, call: str, table: EntryTable, rest: Call) -> str:
         if call == "get":
-            return " ".join(_shown(table[unhexed(rest[0])]))
+            return " ".join(value_words(table[unhexed(rest[0])]))
         if call == "read":
-            return " ".join(_shown(table.read(unhexed(rest[0]), KINDS[rest[1]])))
+            return " ".join(value_words(table.read(unhexed(rest[0]), KINDS[rest[1]])))
         if call == "contains":
             return str(int(unhexed(rest[0]) in table))
         if call == "names":
@@ -157,20 +152,16 @@ class Replay:
         return ""
 
 
-def _shown(value: Value) -> List[str]:
-    return value_words(value)
-
-
 # ---- random calls
 
-NAMES = ["Exposure", "Gain", "Model", "A", "a b", "Länge", "😀", "\ud800", "<&>\"'", "", "x" * 259, "y" * 260, "ä" * 200,
-         "nul\0", "AutoExposure", "ToneCurve", "TestPattern", "Lease", "CalibratedOn", "LegacyName"]
+NAMES = ["Exposure", "Gain", "Model", "A", "a b", "Länge", "😀", "\ud800", "<&>\"'", "", "x" * 259, "y" * 260,
+         "ä" * 200, "nul\0", "AutoExposure", "ToneCurve", "TestPattern", "Lease", "CalibratedOn", "LegacyName"]
 SECTIONS = ["Camera", "Lens", "Trigger", "Neu", "Ab Schnitt", "", "\udfff", "Network"]
-TEXTS = ["", "1", "0", " 17", "17 ", "+5", "-3", "1_0", "00012", "2147483648", "9223372036854775808", "true", "false", "1.5",
-         ".5", "5.", "1e3", "1e999", "nan", "0A0b", "abc", "text", "Förderband", "😀", "\ud83d", "a\nb", "\x01", " ",
-         "x" * 300, "ä" * 200, "٣", "<&>", "0x10", "1" * 30, "\ufeff", "\uffff"]
-INTS = [0, 1, -1, 7, 255, 32767, -32769, 65536, 2147483647, -2147483648, 2147483648, 4294967295, 4294967296, -2147483649,
-        2**53, 2**53 + 1, 2**63 - 1, -2**63]
+TEXTS = ["", "1", "0", " 17", "17 ", "+5", "-3", "1_0", "00012", "2147483648", "9223372036854775808", "true", "false",
+         "1.5", ".5", "5.", "1e3", "1e999", "nan", "0A0b", "abc", "text", "Förderband", "😀", "\ud83d", "a\nb", "\x01",
+         " ", "x" * 300, "ä" * 200, "٣", "<&>", "0x10", "1" * 30, "\ufeff", "\uffff"]
+INTS = [0, 1, -1, 7, 255, 32767, -32769, 65536, 2147483647, -2147483648, 2147483648, 4294967295, 4294967296,
+        -2147483649, 2**53, 2**53 + 1, 2**63 - 1, -2**63]
 FLOATS = [0.0, -0.0, 1.5, 0.1, 1e300, 5e-324, float("inf"), float("nan"), 2400.0]
 DATA = [b"", b"\0", b"\x00\xff\x10", bytes(range(200))]
 
@@ -195,7 +186,8 @@ class RandomCalls:
         return hexed(self.random.choice(TEXTS))
 
     def value(self) -> List[str]:
-        return value_words(self.random.choice(self.random.choice([[True, False], INTS, FLOATS, TEXTS, DATA])))
+        kinds: List[List[Any]] = [[True, False], INTS, FLOATS, TEXTS, DATA]
+        return value_words(self.random.choice(self.random.choice(kinds)))
 
     def entry(self) -> List[str]:
         r = self.random

@@ -6,12 +6,12 @@
 
 typedef struct mox_document mox_document;
 
-int wmain(int argc, wchar_t** argv) {
-    wchar_t path[MAX_PATH];
+int main(int argc, char** argv) {
+    char path[MAX_PATH];
     if (argc != 2) return 2;
-    if (GetFullPathNameW(argv[1], MAX_PATH, path, NULL) == 0) return 3;
+    if (GetFullPathNameA(argv[1], MAX_PATH, path, NULL) == 0) return 3;
     const HMODULE library =
-        LoadLibraryExW(path, NULL, LOAD_LIBRARY_SEARCH_DEFAULT_DIRS | LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR);
+        LoadLibraryExA(path, NULL, LOAD_LIBRARY_SEARCH_DEFAULT_DIRS | LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR);
     if (library == NULL) {
         fprintf(stderr, "error %lu\n", GetLastError());
         return 4;

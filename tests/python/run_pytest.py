@@ -1,4 +1,4 @@
-"""run_pytest.py <python> <argument of pytest>...: runs pytest in an environment that has none, with that of another Python."""
+"""run_pytest.py <python> <argument of pytest>...: runs the pytest of another Python in an environment that has none."""
 import subprocess
 import sys
 

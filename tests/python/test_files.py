@@ -87,8 +87,8 @@ def test_other_kinds_and_encodings():
     assert list(Settings.parse(table, any_document=True)) == []
     with pytest.raises(mox.WrongKindError):
         Table.parse(table, name="Other")
-    text = ('<?xml version="1.0"?>\n<Settings xmlns:noNamespaceSchemaLocation="MXSettings.xsd">\n\t<Table name="S">\n\t\t<Var name="a" type="string"><Value>Länge</Value></Var>'
-            '\n\t</Table>\n</Settings>\n')
+    text = ('<?xml version="1.0"?>\n<Settings xmlns:noNamespaceSchemaLocation="MXSettings.xsd">\n\t<Table name="S">\n'
+            '\t\t<Var name="a" type="string"><Value>Länge</Value></Var>\n\t</Table>\n</Settings>\n')
     for encoding, codec in ((Encoding.UTF8, "utf-8"), (Encoding.LATIN1, "latin-1"), (Encoding.UTF16_BE, "utf-16-be")):
         assert Settings.parse(text.encode(codec), encoding=encoding)["S"]["a"] == "Länge"
     with pytest.raises(mox.WrongEncodingError):

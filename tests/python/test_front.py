@@ -14,9 +14,9 @@ def documents(data_folder: Path):
     press_line = (data_folder / "press_line.xml").read_bytes()
     table = Table("Recipe")
     table.update({"Exposure": 1800, "Gain": 1.5, "Model": "VC"})
-    ui_values = ('<?xml version="1.0"?>\n<Table name="T"><Var name="Exposure" id="1" type="long"><UI><Value>5</Value></UI>'
-                 '</Var><Var name="Gain" id="2" type="double"><Value/><UI><Value>1.5</Value></UI></Var><Lost name="Lease"/>'
-                 '</Table>').encode("utf-16-le")
+    ui_values = ('<?xml version="1.0"?>\n<Table name="T"><Var name="Exposure" id="1" type="long"><UI><Value>5</Value>'
+                 '</UI></Var><Var name="Gain" id="2" type="double"><Value/><UI><Value>1.5</Value></UI></Var>'
+                 '<Lost name="Lease"/></Table>').encode("utf-16-le")
     return [["new_settings"], ["new_table", hexed("Table")], ["parse_settings", hexed(camera)],
             ["parse_settings", hexed(press_line)], ["parse_table", hexed(table.to_bytes())],
             ["parse_table", hexed(ui_values)]]

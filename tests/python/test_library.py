@@ -41,7 +41,8 @@ def test_a_chosen_library_that_is_missing(tmp_path):
     result = run("-c", USE, library=tmp_path / "none.so")
     assert result.returncode == 1
     last = result.stderr.splitlines()[-1]
-    assert last.startswith(f"mox_xmlapi._errors.LibraryError: the library mox_host cannot be loaded ({tmp_path}/none.so: ")
+    assert last.startswith(
+        f"mox_xmlapi._errors.LibraryError: the library mox_host cannot be loaded ({tmp_path}/none.so: ")
     assert last.endswith("; install it, or set MOX_HOST_LIBRARY to its path")
 
 

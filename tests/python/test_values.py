@@ -26,8 +26,9 @@ def test_values_have_the_type_of_their_entry(camera):
 
 
 @pytest.mark.parametrize("value, type_name, text", [
-    (0, "LONG", "0"), (-2**31, "LONG", "-2147483648"), (2**31, "ULONG", "2147483648"), (2**32 - 1, "ULONG", "4294967295"),
-    (1.5, "DOUBLE", "1.5"), (True, "BOOL", "1"), (False, "BOOL", "0"), ("Förderband", "STRING", "Förderband"),
+    (0, "LONG", "0"), (-2**31, "LONG", "-2147483648"), (2**31, "ULONG", "2147483648"),
+    (2**32 - 1, "ULONG", "4294967295"), (1.5, "DOUBLE", "1.5"), (True, "BOOL", "1"), (False, "BOOL", "0"),
+    ("Förderband", "STRING", "Förderband"),
     ("", "STRING", ""), ("😀", "STRING", "😀")])
 def test_a_new_key_returns_what_was_assigned(value, type_name, text):
     section = Settings().make_section("S")
@@ -36,7 +37,8 @@ def test_a_new_key_returns_what_was_assigned(value, type_name, text):
     assert section.entry("key") == Entry("key", text, ValueType[type_name])
 
 
-@pytest.mark.parametrize("value, text", [(2**32, "4294967296"), (-2**63, "-9223372036854775808"), (b"\x01\xfe", "01FE")])
+@pytest.mark.parametrize("value, text", [
+    (2**32, "4294967296"), (-2**63, "-9223372036854775808"), (b"\x01\xfe", "01FE")])
 def test_what_has_no_type_of_its_own_is_stored_as_a_string(value, text):
     section = Settings().make_section("S")
     section["key"] = value
@@ -46,7 +48,8 @@ def test_what_has_no_type_of_its_own_is_stored_as_a_string(value, text):
 
 
 @pytest.mark.parametrize("type_name, shape, good, bad", [
-    ("SHORT", 0, [-32768, 32767], [(32768, mox.OutOfRangeError), (1.0, mox.WrongTypeError), (True, mox.WrongTypeError)]),
+    ("SHORT", 0, [-32768, 32767], [(32768, mox.OutOfRangeError), (1.0, mox.WrongTypeError),
+                                   (True, mox.WrongTypeError)]),
     ("LONG", 0, [2**31 - 1], [(2**31, mox.OutOfRangeError), (2.5, mox.WrongTypeError), ("17", mox.WrongTypeError)]),
     ("USHORT", 0, [65535], [(-1, mox.OutOfRangeError), (b"1", mox.WrongTypeError)]),
     ("ULONG", 0, [2**32 - 1], [(-1, mox.OutOfRangeError), (2**32, mox.OutOfRangeError)]),
