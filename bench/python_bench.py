@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Measures the Python package mox_xmlapi: the time of one read and one write of a key, in processor time.
 
     python_bench.py [<benchmarks.md>]

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Compares the settings of machines.
 
     compare_machines.py <folder>                                      prints the keys whose values differ

@@ -41,6 +41,7 @@ def main() -> None:
     with tempfile.TemporaryDirectory() as folder:
         stage = Path(folder, "python")
         shutil.copytree(HERE, stage, ignore=shutil.ignore_patterns("__pycache__", ".mypy_cache", "lib", "*.egg-info"))
+        shutil.copy(HERE.parent / "docs" / "python.md", stage / "README.md")
         (stage / "VERSION").write_text(version + "\n")
         libraries = stage / "mox_xmlapi" / "lib"
         if is_windows:
