@@ -80,6 +80,16 @@ def test_structures_have_the_layout_of_the_header():
     assert layout(len(structures)) == 0
 
 
+def test_every_status_of_the_library_has_a_reason():
+    name_of = ctypes.CDLL(_library.CALLS._name).mox_status_name
+    name_of.restype = ctypes.c_char_p
+    names = {name_of(number).decode(): number for number in range(1000)}
+    names = {name[len("MOX_"):]: number for name, number in names.items() if name.startswith("MOX_")}
+    assert names.pop("OK") == 0
+    assert names.pop("BUFFER_TOO_SMALL") == 81
+    assert names == {reason.name: reason.value for reason in mox_xmlapi.Reason}
+
+
 def test_the_example_compares_machines_and_copies_a_value(tmp_path, data_folder):
     script = data_folder.parent / "compare_machines.py"
     for name, exposure in (("line1.xml", 1800), ("line2.xml", 2400)):
