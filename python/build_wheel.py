@@ -53,8 +53,8 @@ def main() -> None:
         tag = "win_amd64" if is_windows else f"linux_{platform.machine()}"
         # The same input gives the same bytes.
         environment = dict(os.environ, MOX_WHEEL_PLATFORM=tag, SOURCE_DATE_EPOCH="315532800")
-        subprocess.run([sys.executable, "-m", "build", "--wheel", "--no-isolation", "--outdir", str(output), str(stage)],
-                       check=True, env=environment)
+        build = [sys.executable, "-m", "build", "--wheel", "--no-isolation", "--outdir", str(output), str(stage)]
+        subprocess.run(build, check=True, env=environment)
 
 
 if __name__ == "__main__":

@@ -26,10 +26,9 @@ _KINDS: Dict[Tuple[int, int], Tuple[type, Any, Any]] = {
 _TEXT: Tuple[type, Any, Any] = (str, lambda text: True, decoded)
 _RANGES = {ValueType.SHORT: (-0x8000, 0x7FFF), ValueType.LONG: (-0x80000000, 0x7FFFFFFF),
            ValueType.USHORT: (0, 0xFFFF), ValueType.ULONG: (0, 0xFFFFFFFF)}
-# The functions that read a value, and what they fill in.
 _READERS: Dict[Any, Tuple[Any, Any]] = {
     int: (CALLS.mox_get_int, c_int64), float: (CALLS.mox_get_double, c_double), bool: (CALLS.mox_get_bool, c_int32),
-    str: (CALLS.mox_get_text, None), bytes: (CALLS.mox_get_bytes, None)}
+    str: (CALLS.mox_get_text, None), bytes: (CALLS.mox_get_bytes, None)}  # and what they fill in
 
 # Looked up once: a read of a key takes about two microseconds.
 _find_entry, _list_entry, _list_free = CALLS.mox_find_entry, CALLS.mox_list_entry, CALLS.mox_list_free

@@ -140,7 +140,7 @@ def encoded(text: str) -> bytes:
 
 
 def decoded(data: bytes) -> str:
-    """A text of the library. Every text that it has can be decoded."""
+    """A text of the library."""
     try:
         return data.decode()
     except UnicodeDecodeError:
@@ -151,7 +151,8 @@ def in_range(number: int, what: str, least: int = 0, most: int = 0xFFFFFFFF) -> 
     """The number, if the C type of an argument can hold it."""
     if least <= number <= most:
         return number
-    raise OutOfRangeError(f"{what} is not from {least} to {most}: {number}", Reason.OUT_OF_RANGE)
+    shown = number if abs(number) < 2**70 else "far more digits"  # Python does not print numbers of any length
+    raise OutOfRangeError(f"{what} is not from {least} to {most}: {shown}", Reason.OUT_OF_RANGE)
 
 
 def check(status: int, handle: Optional[Handle] = None) -> None:

@@ -1,11 +1,14 @@
-/* A library that says it is mox_host of another major version; and what a compiler makes of the header's structures. */
+/* A library that says it is mox_host of the version in MOX_TEST_VERSION; and what a compiler makes of the header's
+ * structures. */
 #include <stddef.h>
 #include <stdint.h>
+#include <stdlib.h>
 
 #include "mox_host/mox_host.h"
 
 uint32_t mox_version(void) {
-    return 10203;
+    const char* const version = getenv("MOX_TEST_VERSION");
+    return version == NULL ? 0 : (uint32_t)strtoul(version, NULL, 10);
 }
 
 size_t mox_test_layout(uint32_t index);

@@ -1,5 +1,6 @@
 """Files and documents: opening, saving, closing, and what their errors say."""
 import copy
+import errno
 import gc
 import os
 import pickle
@@ -51,6 +52,7 @@ def test_saving_without_a_path(tmp_path):
 def test_missing_and_unreadable_files(tmp_path):
     with pytest.raises(FileNotFoundError) as caught:
         Settings.open(tmp_path / "none.xml")
+    assert caught.value.errno == errno.ENOENT and caught.value.strerror == caught.value.message
     assert isinstance(caught.value, mox.MoxError) and caught.value.file == str(tmp_path / "none.xml")
     assert caught.value.line is None and str(caught.value).startswith(str(tmp_path / "none.xml") + ": ")
     with pytest.raises(mox.FileError) as caught:
@@ -201,6 +203,11 @@ def test_diagnostics():
     assert diagnose(Settings().to_bytes()) == []
     [found] = diagnose(b"<Settings>\n\t<Table>\n\t</Tabel>\n</Settings>\n")
     assert (found.severity, found.line, found.column) == (mox.Severity.ERROR, 3, 2)
+    table = Table("T")
+    table.add(mox.Entry("a", "x", mox.ValueType.LONG))
+    assert diagnose(table.to_bytes()) == []
+    [found] = diagnose(table.to_bytes(), values=True)
+    assert found.severity is mox.Severity.WARNING and '"x"' in found.message
 
 
 def test_paths_that_no_text_can_be(tmp_path):

@@ -6,6 +6,8 @@ import subprocess
 import sys
 from pathlib import Path
 
+import pytest
+
 import mox_xmlapi
 from mox_xmlapi import Settings, _library
 
@@ -52,13 +54,15 @@ def test_a_library_that_is_another_one():
     assert "the library mox_host cannot be loaded" in result.stderr and "mox_version" in result.stderr
 
 
-def test_a_library_of_another_version():
+@pytest.mark.parametrize("number, version", [("10203", "1.2.3"), ("99", "0.0.99"), ("0", "0.0.0")])
+def test_a_library_of_another_version(monkeypatch, number, version):
+    monkeypatch.setenv("MOX_TEST_VERSION", number)
     other = os.environ["MOX_OTHER_HOST"]
     result = run("-c", USE, library=other)
     assert result.returncode == 1
     assert result.stderr.splitlines()[-1] == (
-        f"mox_xmlapi._errors.LibraryError: {other} has version 1.2.3; this package needs 0.1.0 or a later one of major "
-        "version 0")
+        f"mox_xmlapi._errors.LibraryError: {other} has version {version}; this package needs 0.1.0 or a later one of "
+        "major version 0")
 
 
 def test_the_chosen_library_comes_first(tmp_path):
@@ -78,6 +82,16 @@ def test_structures_have_the_layout_of_the_header():
         last = getattr(structure, structure._fields_[-1][0])
         assert 1000 * ctypes.sizeof(structure) + last.offset == layout(index), index
     assert layout(len(structures)) == 0
+
+
+def test_every_status_of_the_library_has_a_reason():
+    name_of = ctypes.CDLL(_library.CALLS._name).mox_status_name
+    name_of.restype = ctypes.c_char_p
+    names = {name_of(number).decode(): number for number in range(1000)}
+    names = {name[len("MOX_"):]: number for name, number in names.items() if name.startswith("MOX_")}
+    assert names.pop("OK") == 0
+    assert names.pop("BUFFER_TOO_SMALL") == 81
+    assert names == {reason.name: reason.value for reason in mox_xmlapi.Reason}
 
 
 def test_the_example_compares_machines_and_copies_a_value(tmp_path, data_folder):

@@ -107,6 +107,13 @@ def test_text_that_is_no_number_is_not_read_as_one(text):
         section.read("key", int)
 
 
+@pytest.mark.parametrize("text", ["9223372036854775808", "-9223372036854775809", "9999999999999999999"])
+def test_numbers_of_more_than_64_bits_are_not_read(text):
+    section = section_with(Entry("key", text, ValueType.LONG))
+    with pytest.raises(mox.OutOfRangeError):
+        section["key"]
+
+
 @pytest.mark.parametrize("text, type_name, value", [
     (" 17\n", "LONG", 17), ("+5", "SHORT", 5), ("-5", "SHORT", -5), ("true", "BOOL", True), (".5", "DOUBLE", 0.5),
     ("1e3", "DOUBLE", 1000.0), ("0.1", "DOUBLE", 0.1), ("123456789.123456789", "DOUBLE", 123456789.123456789),
@@ -119,7 +126,7 @@ def test_values_that_people_have_written_are_read(text, type_name, value):
 
 def test_numbers_beyond_64_bits_are_refused():
     section = Settings().make_section("S")
-    for value in (2**63, -2**63 - 1, 2**64):
+    for value in (2**63, -2**63 - 1, 2**64, 10**10000):
         with pytest.raises(mox.OutOfRangeError):
             section["key"] = value
         assert "key" not in section

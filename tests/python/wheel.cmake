@@ -1,4 +1,4 @@
-# Makes the wheel of an installation. On Linux, installs it in a new virtual environment and removes the installation; for
+# Makes the wheel of an installation. On Linux, installs it in a new virtual environment, without the installation; for
 # Windows, unpacks it and loads its library.
 include(${SOURCES}/tests/packaging/helpers.cmake)
 
