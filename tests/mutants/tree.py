@@ -218,7 +218,7 @@ class Tree:
                 continue
             differs = True
             cpu, wall = self.cost(program)
-            code = self.start(program, self.sources, int(2 + 3 * cpu), 60 + 10 * wall).code
+            code = self.start(program, self.sources, int(2 + 3 * cpu), 60 + 4 * wall).code
             if code != 0:
                 return Verdict("caught", f"{program}: {self.what_failed(code)}")
         return Verdict("survived" if differs else "no difference", "")
