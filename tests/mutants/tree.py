@@ -43,8 +43,8 @@ Ended = collections.namedtuple("Ended", "code seconds")  # the code is None if t
 
 
 def run(command, folder, log, environment=None, cpu=None, wall=None):
-    """Runs the command as a process group of its own and ends whatever is left of it. The seconds are of processor time.
-    With a limit for these (cpu), the program has one of memory, too."""
+    """Runs the command as a process group of its own and ends whatever is left of it. The seconds are of processor
+    time. With a limit for these (cpu), the program has one of memory, too."""
     def limit():
         os.nice(10)
         if cpu is not None:
