@@ -116,5 +116,11 @@ TEST(Encoding, AGivenFormIsNotDetected) {
            Form::Narrow);
 }
 
+TEST(Encoding, AShortTextWithAZeroFirstIsNotTakenForTheHighByteFirst) {
+    Expect("\0<ab"s, {Encoding::Narrow, Form::Narrow, 0, 3, false,
+                      "7-bit text that ends after 0 bytes, before 3 bytes other than zero"});
+    Expect("\0<\0a"s, {Encoding::Utf16Be, Form::Narrow, 0, 2, false, "UTF-16 with the high byte first"});
+}
+
 }  // namespace
 }  // namespace document_tests

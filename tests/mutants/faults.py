@@ -34,10 +34,10 @@ NOT = re.compile(r"(?<![\w)=])!(?=[\w(])")
 IF = re.compile(r"\b(if|while) \(")
 NAME = re.compile(r"(?P<before>(?:\b\w+::)+|\.|->|)\b(?P<name>[A-Za-z_]\w*)(?P<after>\(?)")
 NO_NAMES = set("""alignof auto bool break case catch char char16_t char32_t class const const_cast constexpr continue
-    decltype default delete do double else enum explicit false float for friend goto if inline int long mutable namespace
-    new noexcept nullptr operator private protected public reinterpret_cast return short signed sizeof static
-    static_assert static_cast std struct switch template this throw true try typedef typename union unsigned using virtual
-    void volatile wchar16 while""".split())
+    decltype default delete do double else enum explicit false float for friend goto if inline int long mutable
+    namespace new noexcept nullptr operator private protected public reinterpret_cast return short signed sizeof static
+    static_assert static_cast std struct switch template this throw true try typedef typename union unsigned using
+    virtual void volatile wchar16 while""".split())
 DECLARATION = re.compile(r"(const |constexpr |static |auto\b|(?!(return|throw|delete|new|goto) )"
                          r"[A-Za-z_][\w:]*(<.*>)?[*&]* +[*&]*[A-Za-z_]\w*\s*([;={(\[,]|$))")
 NO_STATEMENT = re.compile(r"(return\b.|using |static_assert|typedef |friend |goto |else\b|do\b|case |default:|public:)")

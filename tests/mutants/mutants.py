@@ -4,9 +4,9 @@
     mutants.py <count> [<seed>]      (./dev mutants)
 
 Draws the given number of faults in the files below FOLDERS: a kind of fault (faults.py has them) at random, then a line
-that can have it, then one of the faults of this line. Each is made in a copy of the project in build/mutants, which is then built as
-in the preset "linux", but for -O1. The test programs run until one fails, beginning with those that are quick or test the
-folder of the fault. What they do not catch runs once more with the sanitizers. A fault
+that can have it, then one of the faults of this line. Each is made in a copy of the project in build/mutants, which is
+then built as in the preset "linux", but for -O1. The test programs run until one fails, beginning with those that are
+quick or test the folder of the fault. What they do not catch runs once more with the sanitizers. A fault
 
     is not compiled     if the compiler refuses it, or warns;
     makes no difference if all programs stay the same, byte by byte;
@@ -16,8 +16,9 @@ folder of the fault. What they do not catch runs once more with the sanitizers. 
 
 The exit code is 0 if none has survived and each fault in tests/mutants.txt can still be made.
 
-The results are appended to build/mutants/results.jsonl. A run that was ended goes on where it was when it is started with
-the same count and seed. A fault is tried again if its file has changed, and one that was not caught if anything has.
+The results are appended to build/mutants/results.jsonl. A run that was ended goes on where it was when it is started
+with the same count and seed. A fault is tried again if its file has changed, and one that was not caught if anything
+has.
 """
 import collections
 import hashlib
@@ -76,7 +77,7 @@ def read_explained(path):
         if not "".join(lines):
             continue
         if len(lines) < 4 or not lines[1].startswith("- ") or not lines[2].startswith("+ ") or not lines[3].strip():
-            raise ValueError(f"{path.name}: expected a file, a line with -, a line with + and a reason, found:\n{block}")
+            raise ValueError(f"{path.name}: expected a file, lines with - and +, and a reason, found:\n{block}")
         reasons[lines[0].strip(), lines[1][2:].strip(), lines[2][2:].strip()] = " ".join(lines[3:])
     return reasons
 
@@ -193,7 +194,8 @@ def report(verdicts, explained, old):
     for fault in survivors:
         print(f"\nsurvived, line {fault.number}:\n" + "\n".join(as_listed(key(fault))))
     for known in old:
-        print("\nin tests/mutants.txt, but this line, or this fault of it, no longer exists:\n" + "\n".join(as_listed(known)))
+        print("\nin tests/mutants.txt, but this line, or this fault of it, no longer exists:")
+        print("\n".join(as_listed(known)))
     print("\n" + table(verdicts))
     seen = sum(verdict.result in ("caught", "explained", "survived") for verdict in verdicts.values())
     print(f"\n{seen - len(survivors)} of {seen} faults that make a difference are caught or explained")

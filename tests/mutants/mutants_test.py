@@ -57,7 +57,8 @@ class EachKindOfFault(unittest.TestCase):
         self.assertEqual(faults_in("const int a = b.c;", "name"), [])
 
     def test_constants_outside_of_functions_change(self):
-        source = faults.Source("a.h", "constexpr int kA = 5;\nconstexpr int kTable[] = {\n    3,\n};\nint Sum(int a = 2);\n")
+        source = faults.Source("a.h", "constexpr int kA = 5;\n"
+                               "constexpr int kTable[] = {\n    3,\n};\nint Sum(int a = 2);\n")
         after = [fault.after for kinds in source.faults().values() for some in kinds.values() for fault in some]
         self.assertEqual(after, ["constexpr int kA = 6;", "constexpr int kA = 4;", "    4,", "    2,",
                                  "int Sum(int a = 3);", "int Sum(int a = 1);"])
@@ -77,12 +78,14 @@ class LeftAlone(unittest.TestCase):
         self.assert_no_faults("#define A(b) (b < 1 && \\\n              b == 2)\n#if A > 3\n#endif\n")
 
     def test_code_for_windows(self):
-        self.assert_no_faults("#if defined(_WIN32)\nint a = 1;\n#endif\n#if !defined(_WIN32)\n#else\nint a = 1;\n#endif\n")
+        self.assert_no_faults("#if defined(_WIN32)\nint a = 1;\n#endif\n"
+                              "#if !defined(_WIN32)\n#else\nint a = 1;\n#endif\n")
         ours = faults.Source("a.h", "#if defined(_WIN32)\nint a = 1;\n#else\nint b = 2;\n#endif\n").faults()
         self.assertEqual(list(ours), [4])
 
     def test_declarations(self):
-        self.assert_no_faults("#include <a>\nnamespace a {\nusing B = int;\nclass C {\n  public:\n    C(const C& other) noexcept;\n"
+        self.assert_no_faults("#include <a>\nnamespace a {\nusing B = int;\nclass C {\n  public:\n"
+                              "    C(const C& other) noexcept;\n"
                               "    char name[260];\n    bool Has(int a) const;\n};\ntemplate <int N = 3>\nvoid F();\n"
                               "static_assert(sizeof(int) == 4);\nextern \"C\" {\nint G(int a);\n}\n}\n")
         self.assertEqual(faults_in("T* a;", "statement"), [])
@@ -109,7 +112,8 @@ add_executable(host_tests tools/half.cpp tests/test.cpp)
 """
 PRESETS = {"version": 6, "configurePresets": [
     {"name": name, "generator": "Ninja", "binaryDir": "${sourceDir}/build/" + name,
-     "cacheVariables": {"CMAKE_CXX_FLAGS": "-O1", "CMAKE_CXX_COMPILER_FORCED": "ON"}} for name in ("linux", "sanitize")]}
+     "cacheVariables": {"CMAKE_CXX_FLAGS": "-O1", "CMAKE_CXX_COMPILER_FORCED": "ON"}}
+    for name in ("linux", "sanitize")]}
 
 
 class SmallProject(unittest.TestCase):
@@ -156,7 +160,8 @@ class SmallProject(unittest.TestCase):
         list_file.write_text("\n\n".join(block + "\nNo test calls it so." for block in blocks))
         code, output = self.run_all()
         self.assertEqual(code, 0, output)
-        list_file.write_text("tools/half.cpp\n- return a;\n+ return b;\nThis line does not exist.\n\n" + list_file.read_text())
+        list_file.write_text("tools/half.cpp\n- return a;\n+ return b;\nThis line does not exist.\n\n" +
+                             list_file.read_text())
         code, output = self.run_all()
         self.assertEqual(code, 1, output)
         self.assertIn("no longer exists:\ntools/half.cpp\n- return a;", output)

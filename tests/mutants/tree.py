@@ -43,8 +43,8 @@ Ended = collections.namedtuple("Ended", "code seconds")  # the code is None if t
 
 
 def run(command, folder, log, environment=None, cpu=None, wall=None):
-    """Runs the command as a process group of its own and ends whatever is left of it. The seconds are of processor time.
-    With a limit for these (cpu), the program has one of memory, too."""
+    """Runs the command as a process group of its own and ends whatever is left of it. The seconds are of processor
+    time. With a limit for these (cpu), the program has one of memory, too."""
     def limit():
         os.nice(10)
         if cpu is not None:
@@ -218,7 +218,7 @@ class Tree:
                 continue
             differs = True
             cpu, wall = self.cost(program)
-            code = self.start(program, self.sources, int(2 + 3 * cpu), 60 + 10 * wall).code
+            code = self.start(program, self.sources, int(2 + 3 * cpu), 60 + 4 * wall).code
             if code != 0:
                 return Verdict("caught", f"{program}: {self.what_failed(code)}")
         return Verdict("survived" if differs else "no difference", "")

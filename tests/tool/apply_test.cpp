@@ -241,5 +241,19 @@ TEST_F(Apply, ReadsChangesFromStdin) {
 
 #endif
 
+TEST_F(Apply, GivesNewEntriesTheTypeThatTheirNumberFits) {
+    WriteBytes("a.xml", Narrow(Settings("")));
+    WriteBytes("changes.json", R"([{"section": "S", "entry": "a", "value": -2147483648},
+                                   {"section": "S", "entry": "b", "value": 2147483647},
+                                   {"section": "S", "entry": "c", "value": 2147483648},
+                                   {"section": "S", "entry": "d", "value": 4294967295},
+                                   {"section": "S", "entry": "e", "value": -2147483649},
+                                   {"section": "S", "entry": "f", "value": 4294967296}])");
+    Succeeds({"apply", "a.xml", "changes.json"});
+    EXPECT_EQ(Succeeds({"entries", "a.xml", "--section", "S"}),
+              "a\tlong\t-2147483648\nb\tlong\t2147483647\nc\tulong\t2147483648\nd\tulong\t4294967295\n"
+              "e\tstring\t-2147483649\nf\tstring\t4294967296\n");
+}
+
 }  // namespace
 }  // namespace tool

@@ -160,5 +160,11 @@ TEST_F(CommandLine, ZeroBytesEndItemsWithNull) {
     Fails(2, {"set", "a.xml", "C", "k", "v", "-z"}, "unknown option -z");
 }
 
+TEST_F(CommandLine, AnOptionBeforeTheVerbDoesNotTakeAnArgumentAfterIt) {
+    WriteBytes("a.xml", Narrow(Settings("<Table name=\"S\">" + Var("k", "1") + "</Table>")));
+    Fails(2, {"--section", "entries", "S", "a.xml"}, "mox-xml: --section requires a value after \"=\" (see");
+    EXPECT_EQ(Succeeds({"--section=S", "entries", "a.xml"}), "k\tstring\t1\n");
+}
+
 }  // namespace
 }  // namespace tool

@@ -166,5 +166,13 @@ TEST_F(TerminalOutput, ConsoleGetsCharactersBeyondItsCodePage) {
 
 #endif
 
+TEST_F(TerminalOutput, NeighboursOfEscapedCharactersAreShown) {
+    WriteBytes("a.xml", Wide(Settings("")));
+    for (const std::string text : {" ~", "\u00A0", "\u00AC\u00AE", "\u061B\u061D", "\u180D\u180F",
+                                   "\u200A\u200C", "\u200D\u2010", "\u2027\u202F", "\u205F\u2070",
+                                   "\uD7FF\uE000", "\uFEFE\uFF00", "\uFFF8\uFFFC", "\U000DFFFF\U000E0080"})
+        Fails(1, {"get", "a.xml", "S", "x" + text + "x"}, "x" + text + "x");
+}
+
 }  // namespace
 }  // namespace tool
