@@ -33,7 +33,7 @@ import threading
 import faults
 from tree import PROGRAM_PER_FILE, PROGRAMS, SANITIZED, BrokenTree, Tree, Verdict, files_below
 
-FOLDERS = ("mox_xmlApi", "companions", "tools")  # a folder that ships is added here
+FOLDERS = ("mox_xmlApi", "mox_host", "companions", "tools")  # a folder that ships is added here
 SUFFIXES = (".h", ".hpp", ".cpp")
 WORKERS = 2
 RESULTS = ("drawn", "not compiled", "no difference", "caught", "explained", "survived")
