@@ -130,9 +130,12 @@ void RunTool(Output& output, const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
     namespace tool = mox::tool;
     tool::Output output(tool::IsStdoutTerminal());
-    tool::RunTool(output, tool::WithDroppedFile(tool::CommandLineArguments(argc, argv)));
+    const std::vector<std::string> given = tool::CommandLineArguments(argc, argv);
+    const std::vector<std::string> arguments = tool::WithDroppedFile(given);
+    tool::RunTool(output, arguments);
     if (!tool::WriteStandardStreams(output.Data(), output.Messages()))
         return static_cast<int>(tool::ExitCode::kIoError);
-    if (output.code != tool::ExitCode::kSuccess) tool::KeepConsoleOpen();
+    const bool isDropped = arguments != given;
+    if (isDropped && output.code != tool::ExitCode::kSuccess) tool::KeepConsoleOpen();
     return static_cast<int>(output.code);
 }
