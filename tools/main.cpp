@@ -8,9 +8,12 @@
 int main(int argc, char** argv) {
     namespace tool = mox::tool;
     tool::Output output(tool::IsStdoutTerminal());
-    tool::RunTool(tool::WithDroppedFile(tool::CommandLineArguments(argc, argv)), tool::ReadStdin, output);
+    const std::vector<std::string> given = tool::CommandLineArguments(argc, argv);
+    const std::vector<std::string> arguments = tool::WithDroppedFile(given);
+    tool::RunTool(arguments, tool::ReadStdin, output);
     if (!tool::WriteStandardStreams(output.Data(), output.Messages()))
         return static_cast<int>(tool::ExitCode::kIoError);
-    if (output.code != tool::ExitCode::kSuccess) tool::KeepConsoleOpen();
+    const bool isDropped = arguments != given;
+    if (isDropped && output.code != tool::ExitCode::kSuccess) tool::KeepConsoleOpen();
     return static_cast<int>(output.code);
 }

@@ -67,8 +67,9 @@ class Editor:
     def __init__(self, path, *options, arguments=None, **environment):
         self.path = path
         self.process = subprocess.Popen(
-            command(*(arguments or ["edit", DRIVE + path, "--no-browser", *options])), env={**os.environ, **environment},
-            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+            command(*(arguments or ["edit", DRIVE + path, "--no-browser", *options])),
+            env={**os.environ, **environment}, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE, text=True)
         self.address = self.process.stdout.readline().strip()
         if not self.address:
             raise RuntimeError(self.process.communicate(timeout=30)[1])

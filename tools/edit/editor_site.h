@@ -20,7 +20,7 @@ namespace mox::tool {
 
 // The most bytes of a request's head and body.
 inline constexpr std::size_t kLargestHead = 8192;
-inline constexpr std::size_t kLargestBody = std::size_t{32} << 20;
+inline constexpr std::size_t kLargestBody = std::size_t{16} << 20;
 // The most changes in one request.
 inline constexpr std::size_t kMostChanges = 200000;
 
