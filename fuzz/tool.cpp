@@ -558,7 +558,7 @@ class Runs {
         }
         const bool mayWriteOther = has("new") || has("export") || has("convert") || has("apply") ||
                                    has("--create") || has("--value-from");
-        if (mayWriteOther) return;
+        if (mayWriteOther || has("edit")) return;  // the editor runs until its page is closed
         run.writes =
             has("set") || has("rename") || has("copy") || has("remove") || has("add") || has("delete")
                 ? WrittenBy(run.arguments)

@@ -331,7 +331,7 @@ TEST_F(Editing, ADashIsStdinForVerbsThatReadTheFile) {
 #if !defined(_WIN32)
 
 // Runs a script of bash in which "$t" is the tool. Returns its stdout.
-std::string Bash(const std::string& script) {
+std::string ByBash(const std::string& script) {
     WriteBytes("script", "t=$MOX_TOOL\n" + script);
     EXPECT_EQ(std::system("bash ./script >out.txt"), 0) << script;
     return ReadBytes("out.txt");
@@ -339,11 +339,11 @@ std::string Bash(const std::string& script) {
 
 TEST_F(Editing, PipesAreReadLikeFiles) {
     WriteBytes("a.xml", Wide(kOneKeyText));
-    EXPECT_EQ(Bash("\"$t\" get <(cat a.xml) S k"), "1\n");
-    EXPECT_EQ(Bash("cat a.xml | \"$t\" export /dev/stdin out.xml --values; \"$t\" get out.xml S k"), "1\n");
-    EXPECT_EQ(Bash("\"$t\" diff <(cat a.xml) a.xml"), "");
-    EXPECT_EQ(Bash("\"$t\" entries --section S <(cat a.xml)"), "k\tstring\t1\n");
-    EXPECT_EQ(Bash("\"$t\" set <(cat a.xml) S k 2 2>err.txt; echo $?"), "4\n");
+    EXPECT_EQ(ByBash("\"$t\" get <(cat a.xml) S k"), "1\n");
+    EXPECT_EQ(ByBash("cat a.xml | \"$t\" export /dev/stdin out.xml --values; \"$t\" get out.xml S k"), "1\n");
+    EXPECT_EQ(ByBash("\"$t\" diff <(cat a.xml) a.xml"), "");
+    EXPECT_EQ(ByBash("\"$t\" entries --section S <(cat a.xml)"), "k\tstring\t1\n");
+    EXPECT_EQ(ByBash("\"$t\" set <(cat a.xml) S k 2 2>err.txt; echo $?"), "4\n");
 }
 
 TEST_F(Editing, AFileWithoutAnEndIsRefused) {
