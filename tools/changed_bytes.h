@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "mox_xmlApi/front/form.hpp"
+#include "mox_xmlApi/document/document.hpp"
 #include "tools/change_list.h"
 
 namespace mox::tool {
