@@ -71,8 +71,9 @@ TEST(HostThreads, DifferentDocumentsAtTheSameTime) {
             ++ready;
             while (ready < kThreads)
                 std::this_thread::yield();
-            for (int round = 0; round < kRounds && results[t].empty(); ++round)
-                results[t] = WorkOnOwnDocument(t, round);
+            std::string& result = results[static_cast<std::size_t>(t)];
+            for (int round = 0; round < kRounds && result.empty(); ++round)
+                result = WorkOnOwnDocument(t, round);
         });
     }
     for (std::thread& thread : threads)

@@ -9,12 +9,12 @@
 namespace mox::test {
 namespace {
 
-using Value = TableEntryValueInfoStruct;
+using Record = TableEntryValueInfoStruct;
 
 // DataToHex of the bytes into a buffer that is exactly large enough.
 std::string ToHex(const std::vector<unsigned char>& bytes) {
     std::vector<char> hex(2 * bytes.size() + 1, '#');
-    Value::DataToHex(bytes.data(), hex.data(), bytes.size());
+    Record::DataToHex(bytes.data(), hex.data(), bytes.size());
     EXPECT_EQ(hex.back(), '\0');
     return {hex.data(), hex.size() - 1};
 }
@@ -22,7 +22,7 @@ std::string ToHex(const std::vector<unsigned char>& bytes) {
 // HexToData into `size` bytes: the bytes that were stored. The byte after them must stay.
 std::vector<unsigned char> FromHex(const char* hex, std::size_t size) {
     std::vector<unsigned char> bytes(size + 1, 0xEE);
-    const std::size_t stored = Value::HexToData(hex, bytes.data(), size);
+    const std::size_t stored = Record::HexToData(hex, bytes.data(), size);
     EXPECT_LE(stored, size);
     for (std::size_t i = stored; i < bytes.size(); ++i)
         EXPECT_EQ(bytes[i], 0xEE);
@@ -40,13 +40,13 @@ TEST(EntryHex, BytesBecomeTwoUpperCaseDigitsEach) {
 
 TEST(EntryHex, NullIsNoBytes) {
     char hex[3] = {'#', '#', '#'};
-    Value::DataToHex(nullptr, hex, 1);
+    Record::DataToHex(nullptr, hex, 1);
     EXPECT_STREQ(hex, "");
     EXPECT_EQ(hex[1], '#');
-    Value::DataToHex("ab", nullptr, 2);
+    Record::DataToHex("ab", nullptr, 2);
 
     EXPECT_EQ(FromHex(nullptr, 4), Bytes());
-    EXPECT_EQ(Value::HexToData("0102", nullptr, 2), 0U);
+    EXPECT_EQ(Record::HexToData("0102", nullptr, 2), 0U);
 }
 
 TEST(EntryHex, DigitsOfEitherCaseAreRead) {
