@@ -5,7 +5,7 @@ set(allowed
   # the system and the compiler's runtime
   libc.so.6 libm.so.6 libgcc_s.so.1 libstdc++.so.6
   # the companions, and the library for mox_host
-  libmox_dbtInfo.so libmox_porting.so libmox_xmlApi.so.0)
+  libmox_dbtInfo.so.0 libmox_porting.so.0 libmox_xmlApi.so.0)
 
 string(REPLACE "," ";" libraries "${LIBRARIES}")
 string(REPLACE "," ";" versioned "${VERSIONED}")

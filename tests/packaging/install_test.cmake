@@ -7,7 +7,8 @@ check_headers(${prefix}/include)
 check_no_build_paths(${prefix})
 check_links(${prefix}/share/doc/mox_xmlApi)
 check_files(${prefix}
-  lib/libmox_host.so lib/libmox_host.so.0 lib/libmox_host.so.${VERSION} lib/libmox_xmlApi.so lib/libmox_xmlApi.so.${VERSION} lib/libmox_dbtInfo.so lib/libmox_porting.so lib/libmox_front.a
+  lib/libmox_host.so lib/libmox_host.so.0 lib/libmox_host.so.${VERSION} lib/libmox_xmlApi.so lib/libmox_xmlApi.so.${VERSION} lib/libmox_dbtInfo.so
+  lib/libmox_dbtInfo.so.${VERSION} lib/libmox_porting.so lib/libmox_porting.so.${VERSION} lib/libmox_front.a
   share/doc/mox_xmlApi/examples/host_demo.c share/doc/mox_xmlApi/examples/data/camera.xml
   share/doc/mox_xmlApi/README.md share/doc/mox_xmlApi/docs/file-format.md
   bin/mox-xml share/man/man1/mox-xml.1 share/bash-completion/completions/mox-xml)
