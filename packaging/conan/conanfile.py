@@ -10,8 +10,8 @@ from conan.tools.files import copy, load
 class MoxXmlApi(ConanFile):
     name = "mox_xmlapi"
     description = "Settings profiles and data tables in XML files"
-    # There is no attribute "license", because no licence has been chosen yet. Until there is one, the package is for the
-    # owners of the software alone.
+    # There is no attribute "license", because no licence has been chosen yet. Until there is one, the package is for
+    # the owners of the software alone.
     package_type = "shared-library"
     settings = "os", "compiler", "build_type", "arch"
 
