@@ -30,7 +30,7 @@ Source SourceOf(char letter) {
     constexpr Source kSources[] = {Source::NarrowFile, Source::WideFile, Source::Memory, Source::NarrowPipe,
                                    Source::WidePipe,   Source::WideFile, Source::Memory, Source::WidePipe};
     const std::size_t number = kLetters.find(letter);
-    return kSources[number == std::string_view::npos ? letter & 7U : number];
+    return kSources[number == std::string_view::npos ? static_cast<unsigned char>(letter) & 7U : number];
 }
 
 bool IsTable(char letter) {

@@ -93,7 +93,7 @@ void WithLargeStack(const std::function<void()>& work) {
         return nullptr;
     };
     pthread_attr_t attributes;
-    pthread_t thread;
+    pthread_t thread{};
     std::function<void()> copy = work;
     pthread_attr_init(&attributes);
     const bool isStarted = pthread_attr_setstacksize(&attributes, kStack) == 0 &&
