@@ -23,7 +23,7 @@ mkdir -p "$build/logs" "$build/findings"
 prepare() {
     [ -e "$build/build.ninja" ] ||
         cmake -S fuzz -B "$build" -G Ninja -DCMAKE_C_COMPILER=clang-14 -DCMAKE_CXX_COMPILER=clang++-14
-    ninja -C "$build" -j "$(nproc)" fuzzers
+    ninja -C "$build" -j "$(nproc)" "${targets[@]/#/fuzz_}"
 }
 if ! prepare >"$build/logs/build.log" 2>&1; then
     cat "$build/logs/build.log"
