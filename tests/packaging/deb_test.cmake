@@ -72,7 +72,7 @@ endif()
 
 # ---- what they unpack to
 
-set(root ${FOLDER}/root)
+set(root ${FOLDER}/unpacked)
 set(prefix ${root}/usr)
 file(MAKE_DIRECTORY ${root}/var/lib/dpkg/info ${root}/var/lib/dpkg/updates)
 file(TOUCH ${root}/var/lib/dpkg/status ${root}/var/lib/dpkg/available)
@@ -137,7 +137,7 @@ with Settings.open(sys.argv[1]) as settings:
     settings["Camera"]["Exposure"] = 1234
     settings.save()
 with open("/proc/self/maps", encoding="utf-8") as maps:
-    assert any("/root/usr/lib/" in line and "libmox_host.so" in line for line in maps)
+    assert any("/unpacked/usr/lib/" in line and "libmox_host.so" in line for line in maps)
 ]])
 run(${python3} ${FOLDER}/write.py ${FOLDER}/camera.xml)
 execute_process(COMMAND ${prefix}/bin/mox-xml get ${FOLDER}/camera.xml Camera Exposure
