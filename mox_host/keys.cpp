@@ -63,18 +63,18 @@ bool CopyToHost(const void* data, std::size_t length, std::size_t zeros, void* b
     return true;
 }
 
-// Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other, which
-// is then copied as a string; the buffer has been written to only if it has room for that.
+// Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other, and
+// changes nothing; it is then copied as a string.
 bool CopyShortText(const Profile& profile, const Key& key, char* buffer, std::size_t capacity,
                    std::size_t* size) {
     wchar16 units[front::kReadSize];
     const std::optional<std::uint32_t> length =
         front::ReadStart(profile.handle(), key.section, key.name, units);
-    constexpr std::size_t kMostBytesPerUnit = 3;
-    if (!length.has_value() || *length + 1 >= front::kReadSize || capacity <= *length * kMostBytesPerUnit)
-        return false;
-    if (front::NarrowAscii(front::UnitsView(units, *length), buffer) != *length) return false;
-    buffer[*length] = '\0';
+    if (!length.has_value() || *length + 1 >= front::kReadSize || capacity <= *length) return false;
+    char bytes[front::kReadSize];
+    if (front::NarrowAscii(front::UnitsView(units, *length), bytes) != *length) return false;
+    bytes[*length] = '\0';
+    std::memcpy(buffer, bytes, *length + 1);
     if (size != nullptr) *size = *length;
     return true;
 }

@@ -1,6 +1,7 @@
 // mox_host when memory runs out: each allocation under each of its functions fails in turn, alone and with all that
 // follow. Each failure comes back as a status; nothing is left of the call, and nothing of the document is lost.
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -54,9 +55,14 @@ struct Host {
         tree = nullptr;
         bytes = nullptr;
         size = 0;
+        integer = 0;
+        number = 0;
+        truth = 0;
+        buffer[0] = '\0';
     }
     bool HasNoOutputs() const {
-        return made == nullptr && list == nullptr && tree == nullptr && bytes == nullptr && size == 0;
+        return made == nullptr && list == nullptr && tree == nullptr && bytes == nullptr && size == 0 &&
+               integer == 0 && number == 0 && truth == 0 && buffer[0] == '\0';
     }
 };
 
@@ -381,6 +387,31 @@ TEST_F(FailingMemoryUnderHost, EachAllocationOfEachFunction) {
     }
     EXPECT_GT(failures, 500U);
     RecordProperty("failures", static_cast<int>(failures));
+}
+
+TEST_F(FailingMemoryUnderHost, ReadingTextLeavesTheBufferAsItWas) {
+    ASSERT_EQ(mox_new_settings(&host_.document, nullptr), MOX_OK);
+    ASSERT_EQ(mox_set_text(host_.document, MOX_STR("S"), MOX_STR("K"),
+                           MOX_STR("twenty plain letters and more \xC3\xA4"), nullptr),
+              MOX_OK);
+    std::uint64_t failures = 0;
+    for (std::uint64_t first = 1;; ++first) {
+        std::snprintf(host_.buffer, sizeof host_.buffer, "default");
+        mox_status status = MOX_OK;
+        {
+            FailingMemory memory(first, Failing::Once);
+            status = mox_get_text(host_.document, MOX_STR("S"), MOX_STR("K"), host_.buffer,
+                                  sizeof host_.buffer, nullptr, nullptr);
+            memory.Stop();
+        }
+        if (FailingMemory::Injected() == 0) break;
+        if (status == MOX_OK) continue;
+        ++failures;
+        EXPECT_EQ(status, MOX_OUT_OF_MEMORY);
+        ASSERT_STREQ(host_.buffer, "default");
+    }
+    EXPECT_GT(failures, 0U);
+    EXPECT_STREQ(host_.buffer, "twenty plain letters and more \xC3\xA4");
 }
 
 TEST_F(FailingMemoryUnderHost, NothingOfACallStaysAllocated) {
