@@ -409,7 +409,10 @@ void mox_problem_free(mox_problem* problem);
 /** Makes a settings document without sections; its form is wide. To be freed with mox_document_free. */
 mox_status mox_new_settings(mox_document** document, mox_problem* problem);
 
-/** Makes a table document with an empty table of that name. options may be null. To be freed with mox_document_free. */
+/**
+ * Makes a table document with an empty table of that name. options may be null. To be freed with mox_document_free.
+ * Fails with MOX_NOT_KEPT if no file keeps that name.
+ */
 mox_status mox_new_table(const char* name, size_t name_size, const mox_table_options* options,
                          mox_document** document, mox_problem* problem);
 
@@ -444,14 +447,15 @@ mox_status mox_set_form(mox_document* document, uint32_t form, mox_problem* prob
  *
  * A file that is not the one that was read or saved last is not replaced (MOX_CHANGED), unless MOX_SAVE_OVERWRITE is
  * set. A narrow file keeps 7-bit text only (MOX_NOT_KEPT). Saving a settings document with MOX_CONTENT_DOCUMENT removes
- * "eud" from all its sections and entries, in memory as well.
+ * "eud" from all its sections and entries, in memory as well, even if the save then fails.
  */
 mox_status mox_save(mox_document* document, const char* path, size_t path_size,
                     const mox_save_options* options, mox_problem* problem);
 
 /**
  * Gives the bytes that mox_save would write, or with MOX_FORM_UTF8 the same text as UTF-8 without a byte-order mark.
- * options may be null. *bytes is to be freed with mox_free; a zero byte follows it, which *size does not count.
+ * options may be null. *bytes is to be freed with mox_free; a zero byte follows it, which *size does not count. Like
+ * mox_save, it removes "eud" from a settings document in memory.
  */
 mox_status mox_to_bytes(mox_document* document, const mox_save_options* options, void** bytes, size_t* size,
                         mox_problem* problem);
@@ -473,7 +477,8 @@ mox_status mox_section_get_info(const mox_document* document, const char* sectio
 
 /**
  * Creates a section, or gives an existing one the first id and the type of the options; whether that one is editable
- * does not change. options may be null.
+ * does not change. options may be null. Fails with MOX_NOT_KEPT if a file of the document's form does not keep that
+ * name.
  */
 mox_status mox_make_section(mox_document* document, const char* section, size_t section_size,
                             const mox_table_options* options, mox_problem* problem);
@@ -541,7 +546,10 @@ mox_status mox_set_text(mox_document* document, const char* section, size_t sect
 mox_status mox_set_int(mox_document* document, const char* section, size_t section_size, const char* name,
                        size_t name_size, int64_t value, uint32_t type, mox_problem* problem);
 
-/** Writes a finite number, as the shortest text that reads as the same one. A new key has the type "double". */
+/**
+ * Writes a finite number, as the shortest text that reads as the same one; any other gives MOX_OUT_OF_RANGE. A new key
+ * has the type "double".
+ */
 mox_status mox_set_double(mox_document* document, const char* section, size_t section_size, const char* name,
                           size_t name_size, double value, mox_problem* problem);
 
@@ -549,7 +557,10 @@ mox_status mox_set_double(mox_document* document, const char* section, size_t se
 mox_status mox_set_bool(mox_document* document, const char* section, size_t section_size, const char* name,
                         size_t name_size, int32_t value, mox_problem* problem);
 
-/** Writes two hexadecimal digits per byte. A new key has the type "string". */
+/**
+ * Writes two hexadecimal digits per byte. bytes may be null if size is 0. A new key has the type "string". More than
+ * 1,073,741,823 bytes give MOX_TOO_LARGE.
+ */
 mox_status mox_set_bytes(mox_document* document, const char* section, size_t section_size, const char* name,
                          size_t name_size, const void* bytes, size_t size, mox_problem* problem);
 

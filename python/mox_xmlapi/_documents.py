@@ -103,7 +103,7 @@ class Document:
 
     def to_bytes(self, *, form: Optional[Form] = None, content: Content = Content.DOCUMENT,
                  section: Optional[str] = None) -> bytes:
-        """What save would write or, with Form.UTF8, the same text as UTF-8."""
+        """What save would write or, with Form.UTF8, the same text as UTF-8. Like save, it removes "eud" in memory."""
         data, size = c_void_p(), c_size_t()
         options = _save_options(form, content, section)
         check(CALLS.mox_to_bytes(self._handle, byref(options), byref(data), byref(size), OF_THREAD.problem),
