@@ -28,8 +28,7 @@ class Document:
     def __new__(cls: Type[_D], *_arguments: Any, **_options: Any) -> _D:
         document = super().__new__(cls)
         document._handle = Handle(CALLS.mox_document_free)
-        document._path = None
-        document._sections = {}
+        document._path, document._sections = None, {}
         return document
 
     @classmethod
@@ -67,6 +66,7 @@ class Document:
     def close(self) -> None:
         """Frees the document. What was not saved is lost; later calls raise ClosedError. Closing again does nothing."""
         self._handle.close()
+        self._sections.clear()
 
     def __enter__(self: _D) -> _D:
         return self

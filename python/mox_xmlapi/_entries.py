@@ -58,8 +58,8 @@ class EntryTable(MutableMapping[str, Value]):
         section = self._section
         found = c_void_p()
         if _find_entry(self._handle, section, len(section), key, len(key), byref(found), None):
-            # Names that are too long for an entry can be those of keys.
-            return self.read(name, str) if len(key) > _LONGEST_NAME else self.entry(name).effective_value
+            # Names that are too long for an entry can be those of keys. For others, entry says what was wrong.
+            return self.read(name, str) if len(key) > _LONGEST_NAME or not self.entry(name) else self[name]
         record = EntryRecord(_SIZE_OF_RECORD)
         _list_entry(found, 0, byref(record))
         text = record.value
@@ -147,7 +147,7 @@ class EntryTable(MutableMapping[str, Value]):
         elif isinstance(value, str):
             self._call_with_text(CALLS.mox_set_text, name, value)
         elif isinstance(value, (bytes, bytearray, memoryview)):
-            self._call(CALLS.mox_set_bytes, name, bytes(value), len(bytes(value)))
+            self._call(CALLS.mox_set_bytes, name, bytes(value), memoryview(value).nbytes)
         else:
             raise TypeError(f"a value is an int, float, bool, str or bytes, not {value.__class__.__name__}")
 

@@ -140,6 +140,7 @@ def test_a_closed_document_says_so(camera):
     with Settings.open(camera) as settings:
         section = settings["Camera"]
     for call in (lambda: section["Exposure"], lambda: section.entries(), lambda: settings["Lens"], settings.to_bytes,
+                 lambda: settings["Camera"], lambda: "Camera" in settings,
                  lambda: settings.form, lambda: list(settings), lambda: section.write("a", 1), settings.save):
         with pytest.raises(mox.ClosedError) as caught:
             call()
