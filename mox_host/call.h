@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "mox_host/mox_host.h"
 #include "mox_xmlApi/front/problem.hpp"
@@ -98,29 +99,24 @@ inline bool RequireFlags(Outcome& outcome, std::uint32_t flags, std::uint32_t kn
 
 // ---- structures
 
-// The size that a structure had in its first release.
+// The size that a structure had in its first release; 0 for what is no structure of the interface.
 template <class Structure>
-inline constexpr std::size_t kFirstSize = 0;
-template <>
-inline constexpr std::size_t kFirstSize<mox_problem_info> = 104;
-template <>
-inline constexpr std::size_t kFirstSize<mox_open_options> = 32;
-template <>
-inline constexpr std::size_t kFirstSize<mox_save_options> = 48;
-template <>
-inline constexpr std::size_t kFirstSize<mox_document_info> = 12;
-template <>
-inline constexpr std::size_t kFirstSize<mox_table_options> = 16;
-template <>
-inline constexpr std::size_t kFirstSize<mox_section_info> = 8;
-template <>
-inline constexpr std::size_t kFirstSize<mox_entry> = 112;
-template <>
-inline constexpr std::size_t kFirstSize<mox_diagnostic> = 48;
-template <>
-inline constexpr std::size_t kFirstSize<mox_node> = 88;
-template <>
-inline constexpr std::size_t kFirstSize<mox_attribute> = 40;
+inline constexpr std::size_t kFirstSize = std::is_same_v<Structure, mox_problem_info>    ? 104
+                                          : std::is_same_v<Structure, mox_open_options>  ? 32
+                                          : std::is_same_v<Structure, mox_save_options>  ? 48
+                                          : std::is_same_v<Structure, mox_document_info> ? 12
+                                          : std::is_same_v<Structure, mox_table_options> ? 16
+                                          : std::is_same_v<Structure, mox_section_info>  ? 8
+                                          : std::is_same_v<Structure, mox_entry>         ? 112
+                                          : std::is_same_v<Structure, mox_diagnostic>    ? 48
+                                          : std::is_same_v<Structure, mox_node>          ? 88
+                                          : std::is_same_v<Structure, mox_attribute>     ? 40
+                                                                                         : 0;
+
+template <class Structure>
+constexpr bool HasFirstSize() noexcept {
+    return kFirstSize<Structure> >= sizeof(Structure::size) && kFirstSize<Structure> <= sizeof(Structure);
+}
 
 // No structure is larger than this in any release: a larger size is a mistake of the host.
 inline constexpr std::size_t kMostStructureBytes = 4096;
@@ -131,6 +127,7 @@ inline constexpr const char* kUnknownSize =
 // Copies a structure of the host, which may be smaller than the present one. Null gives the defaults.
 template <class Structure>
 bool TakeStructure(Outcome& outcome, const Structure* given, Structure& copy) noexcept {
+    static_assert(HasFirstSize<Structure>());
     copy = Structure{};
     if (given == nullptr) return true;
     if (given->size < kFirstSize<Structure> || given->size > sizeof(Structure))
@@ -142,6 +139,7 @@ bool TakeStructure(Outcome& outcome, const Structure* given, Structure& copy) no
 // Copies a structure to the host, as much as that has room for.
 template <class Structure>
 mox_status GiveStructure(const Structure& filled, Structure* given) noexcept {
+    static_assert(HasFirstSize<Structure>());
     const std::size_t size = given->size;
     if (size < kFirstSize<Structure> || size > kMostStructureBytes) return MOX_INVALID_ARGUMENT;
     constexpr std::size_t kHead = sizeof given->size;

@@ -73,12 +73,14 @@ void AddNodes(const Document& document, mox_tree& tree) {
             number = added;
             continue;
         }
-        while (!node.next()) {
+        DocumentNode next = node.next();
+        while (!next) {
             number = tree.nodes[number].parent;
             if (number == MOX_NO_NODE) return;
             node = node.parent();
+            next = node.next();
         }
-        node = node.next();
+        node = next;
         const std::size_t added = AddNode(node, tree.nodes[number].parent, tree);
         tree.nodes[number].next = added;
         number = added;
