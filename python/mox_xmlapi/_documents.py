@@ -99,7 +99,7 @@ class Document:
             raise ArgumentError("a document that was not opened from a file needs a path", Reason.INVALID_ARGUMENT)
         name = encoded(os.fspath(target))
         options = _save_options(form, content, section, overwrite, backup)
-        check(CALLS.mox_save(self._handle, name, len(name), byref(options), OF_THREAD.problem), self._handle)
+        check(FREE_CALLS.mox_save(self._handle, name, len(name), byref(options), OF_THREAD.problem), self._handle)
 
     def to_bytes(self, *, form: Optional[Form] = None, content: Content = Content.DOCUMENT,
                  section: Optional[str] = None) -> bytes:

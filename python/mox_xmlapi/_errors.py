@@ -13,7 +13,7 @@ Reason = enum.IntEnum("Reason", {
 
 
 class MoxError(Exception):
-    """A call that failed. What it should have changed is unchanged, except that a save may have removed "eud" in memory.
+    """A call that failed. What it should have changed is unchanged; a save may have removed "eud" in memory.
 
     str(error) has the file and the message: 'camera.xml:3:17: found ...', 'Camera/Exposure: there is no such key'.
     """

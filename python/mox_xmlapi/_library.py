@@ -81,7 +81,7 @@ EntryRecord = _structure("u type shape id", "t name value", "u has_ui control pr
 DiagnosticRecord = _structure("u severity encoding reserved", "w line column", "t message")
 
 _STATUS_CALLS = """
-    problem_new p, problem_get pp, new_settings pp, new_table tppp, document_get_info pp, set_form pup, save ptpp,
+    problem_new p, problem_get pp, new_settings pp, new_table tppp, document_get_info pp, set_form pup,
     to_bytes ppppp, section_names ppp, section_get_info ptpp, make_section ptpp, remove_section ptp, entry_names ptpp,
     contains pttpp, get_text pttpzpp, get_int pttpp, get_double pttpp, get_bool pttpp, get_bytes pttpzpp,
     set_text ptttp, set_int pttlup, set_double pttdp, set_bool pttip, set_bytes ptttp, remove pttip, rename ptttp,
@@ -98,7 +98,7 @@ def _declare(library: ctypes.CDLL, signatures: str, result: Any) -> None:
 
 
 _declare(CALLS, _STATUS_CALLS, c_int32)
-_declare(FREE_CALLS, "open tuppp, parse tuppp, diagnose tuupp", c_int32)
+_declare(FREE_CALLS, "open tuppp, parse tuppp, diagnose tuupp, save ptpp", c_int32)
 _declare(CALLS, "free p, problem_free p, document_free p, list_free p", None)
 _declare(CALLS, "list_count p", c_size_t)
 

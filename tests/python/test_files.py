@@ -148,6 +148,17 @@ def test_a_closed_document_says_so(camera):
     settings.close()
 
 
+def test_other_threads_run_while_a_save_waits(camera):
+    fcntl = pytest.importorskip("fcntl")
+    settings = Settings.open(camera)
+    with open(camera, "rb") as other:
+        fcntl.flock(other, fcntl.LOCK_EX)
+        release = threading.Timer(0.2, fcntl.flock, (other, fcntl.LOCK_UN))
+        release.start()
+        settings.save()  # BusyError, if the thread that releases the lock could not run
+        release.join()
+
+
 def test_a_section_keeps_its_document_alive(camera):
     section = Settings.open(camera)["Camera"]
     gc.collect()
