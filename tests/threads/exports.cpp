@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <array>
-#include <condition_variable>
+#include <atomic>
 #include <cstdint>
 #include <fstream>
 #include <mutex>
@@ -151,14 +151,18 @@ void CallAllExports(int rounds) {
 
 void ShareOneDocument(int rounds) {
     std::mutex mutex;
-    std::condition_variable changed;
     int turn = 0;
+    const auto isTurn = [&](int wanted) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return turn == wanted;
+    };
     moxSettings* profile = nullptr;
     void* section = nullptr;
     InThreads([&](int number) {
         for (int i = 0; i < rounds; ++i) {
-            std::unique_lock<std::mutex> lock(mutex);
-            changed.wait(lock, [&] { return turn == i * kThreads + number; });
+            while (!isTurn(i * kThreads + number))
+                std::this_thread::yield();
+            const std::lock_guard<std::mutex> lock(mutex);
             // Opened, indexed, changed and released by different threads.
             if (turn % 6 == 0) profile = OpenText(Settings(kKeys));
             for (int key = 0; key < kKeys; ++key)
@@ -170,7 +174,6 @@ void ShareOneDocument(int rounds) {
             if (turn % 6 == 4 || turn + 1 == rounds * kThreads) xmlTableDispose(&section);
             if (turn % 6 == 5 || turn + 1 == rounds * kThreads) xmlProfileDispose(&profile);
             ++turn;
-            changed.notify_all();
         }
     });
 }
@@ -192,9 +195,7 @@ void LookUpFirst() {
 }
 
 void KeepParsing() {
-    static std::mutex mutex;
-    static std::condition_variable changed;
-    static int started = 0;
+    static std::atomic<int> started = 0;
     for (int number = 0; number < kThreads; ++number) {
         std::thread([] {
             for (bool isFirst = true;; isFirst = false) {
@@ -202,15 +203,12 @@ void KeepParsing() {
                 for (int i = 0; i < kKeys; ++i)
                     xmlGetProfileInt(profile, Wide("S").c_str(), Key(i * 10).c_str(), -1);
                 xmlProfileDispose(&profile);
-                if (!isFirst) continue;
-                const std::lock_guard<std::mutex> lock(mutex);
-                ++started;
-                changed.notify_all();
+                if (isFirst) ++started;
             }
         }).detach();
     }
-    std::unique_lock<std::mutex> lock(mutex);
-    changed.wait(lock, [] { return started == kThreads; });
+    while (started != kThreads)
+        std::this_thread::yield();
 }
 
 }  // namespace threads
