@@ -10,6 +10,7 @@ import time
 import unittest
 
 from selenium import webdriver
+from selenium.common.exceptions import StaleElementReferenceException
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
@@ -113,7 +114,9 @@ class BrowserTest(unittest.TestCase):
         return self.browser.execute_script(text, *arguments)
 
     def wait(self, condition, seconds=15):
-        return WebDriverWait(self.browser, seconds, 0.03).until(lambda _: condition())
+        # The page may replace the elements that a condition looks at.
+        ignored = (StaleElementReferenceException,)
+        return WebDriverWait(self.browser, seconds, 0.03, ignored).until(lambda _: condition())
 
     def by_id(self, name):
         return self.browser.find_element(By.ID, name)
@@ -123,10 +126,15 @@ class BrowserTest(unittest.TestCase):
         self.by_id(name).click()
 
     def section(self, name):
-        for button in self.browser.find_elements(By.CSS_SELECTOR, "#sections button"):
-            if button.find_element(By.TAG_NAME, "bdi").text == name:
-                return button.click()
-        self.fail(f"no section {name}")
+        """Opens the page of the section."""
+        def press():
+            for button in self.browser.find_elements(By.CSS_SELECTOR, "#sections button"):
+                if button.find_element(By.TAG_NAME, "bdi").text == name:
+                    button.click()
+                    return True
+            return False
+
+        self.wait(press)
 
     def row(self, name):
         """The entry of that displayed name."""
@@ -190,7 +198,7 @@ class Form(BrowserTest):
         self.assertEqual(self.browser.current_url, self.editor.origin + "/")
         self.assertEqual(self.script("return document.cookie"), "")  # HttpOnly
         self.assertEqual((self.browser.title, self.text("file"), self.text("path")), ("a.xml", "a.xml", self.path))
-        self.assertEqual([b.text.split("\n")[0] for b in self.browser.find_elements(By.CSS_SELECTOR, "#sections bdi")],
+        self.assertEqual(self.script("return [...document.querySelectorAll('#sections bdi')].map(b => b.textContent)"),
                          ["All sections", "All", "Rules", "Frozen", "Odd", "<Foreign>"])
 
     def test_each_control_is_changed_saved_and_loaded_again(self):
@@ -284,7 +292,7 @@ class Form(BrowserTest):
         self.field("A switch").click()
         self.assertIn("changed", row.get_attribute("class"))
         self.assertIn("Changed; in the file: 5", row.text)
-        self.assertIn("2 changed", self.browser.find_elements(By.CSS_SELECTOR, "#sections button")[1].text)
+        self.wait(lambda: "2 changed" in self.browser.find_elements(By.CSS_SELECTOR, "#sections button")[1].text)
         self.assertEqual(self.browser.title, "* a.xml")
         row.find_element(By.CSS_SELECTOR, ".revert").click()
         self.assertEqual((self.field("A number").get_attribute("value"), self.text("save")), ("5", "Save 1 change"))
