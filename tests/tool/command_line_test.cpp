@@ -8,7 +8,7 @@ namespace {
 
 const std::string kOneKey = Settings("\t<Table name=\"S\">\n" + Var("k", "1") + "\t</Table>\n");
 
-class CommandLine : public ToolTest {
+class CommandLine : public ToolProcessTest {
   protected:
     static std::string ValueOf(const std::string& key) { return Succeeds({"get", "a.xml", "S", "--", key}); }
 };
@@ -164,6 +164,12 @@ TEST_F(CommandLine, AnOptionBeforeTheVerbDoesNotTakeAnArgumentAfterIt) {
     WriteBytes("a.xml", Narrow(Settings("<Table name=\"S\">" + Var("k", "1") + "</Table>")));
     Fails(2, {"--section", "entries", "S", "a.xml"}, "mox-xml: --section requires a value after \"=\" (see");
     EXPECT_EQ(Succeeds({"--section=S", "entries", "a.xml"}), "k\tstring\t1\n");
+}
+
+TEST_F(CommandLine, ArgumentsMayHaveCharactersOfAnyScript) {
+    WriteBytes("a.xml", Wide(Settings("")));
+    Succeeds({"set", "a.xml", "Größe", "Ключ \"鍵\"", "\xF0\x9F\x98\x80\\"});
+    EXPECT_EQ(Succeeds({"get", "a.xml", "Größe", "Ключ \"鍵\""}), "\xF0\x9F\x98\x80\\\n");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "mox_xmlApi/front/text.hpp"
 #include "tests/tool/run_program_support.h"
+#include "tools/run_tool.h"
 
 namespace fs = std::filesystem;
 
@@ -14,14 +15,24 @@ namespace tool {
 namespace {
 
 const fs::path startFolder = fs::current_path();
+bool isProcessWanted = false;
 
 fs::path PathOf(const std::string& name) {
     return {mox::toUtf16(name).value_or(u"")};
 }
 
+Result RunInThisProcess(const std::vector<std::string>& arguments) {
+    mox::tool::Output output(false);
+    mox::tool::RunTool(
+        arguments, [] { return std::string(); }, output);
+    return {static_cast<int>(output.code), output.Data(), output.Messages()};
+}
+
 }  // namespace
 
 Result RunTool(const std::vector<std::string>& arguments, const std::string& run) {
+    const bool isHere = run.empty() && !isProcessWanted && std::getenv("MOX_TOOL_IN_PROCESS") != nullptr;
+    if (isHere) return RunInThisProcess(arguments);
     const char* const program = std::getenv("MOX_TOOL");
     if (program == nullptr) throw std::runtime_error("MOX_TOOL is not set");
     const std::string messages =
@@ -90,6 +101,16 @@ void ToolTest::SetUp() {
 
 void ToolTest::TearDown() {
     fs::current_path(startFolder);
+}
+
+void ToolProcessTest::SetUp() {
+    ToolTest::SetUp();
+    isProcessWanted = true;
+}
+
+void ToolProcessTest::TearDown() {
+    isProcessWanted = false;
+    ToolTest::TearDown();
 }
 
 std::string ToolTest::Succeeds(const std::vector<std::string>& arguments) {

@@ -23,7 +23,8 @@ struct Result {
     }
 };
 
-// Runs the tool with the arguments (UTF-8). Runs at the same time need different names of their own.
+// Runs the tool with the arguments (UTF-8), as a process; if MOX_TOOL_IN_PROCESS is set, which saves time where processes
+// start slowly, within this one. Runs with a name are processes always; runs at the same time need different ones.
 Result RunTool(const std::vector<std::string>& arguments, const std::string& run = "");
 
 // ---- files in the current folder; names are UTF-8
@@ -58,6 +59,13 @@ class ToolTest : public testing::Test {
     static std::string Succeeds(const std::vector<std::string>& arguments);
     // Runs the tool; expects this exit code, an empty stdout, and a message that contains the text.
     static void Fails(int code, const std::vector<std::string>& arguments, const std::string& message);
+};
+
+// Each run of the tool is a process: for tests of what a process gets and leaves.
+class ToolProcessTest : public ToolTest {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
 };
 
 }  // namespace tool
