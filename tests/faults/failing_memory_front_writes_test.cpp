@@ -141,7 +141,7 @@ std::uint64_t FailEachAllocation(const Write& write, const States& states, Promi
     }
 }
 
-void FailMemoryIn(const char* what, Promise promise, const Write& write) {
+void FailMemoryInWrite(const char* what, Promise promise, const Write& write) {
     SCOPED_TRACE(what);
     Profile profile = NewProfile();
     States states;
@@ -163,7 +163,7 @@ void FailMemoryIn(const char* what, Promise promise, const Write& write) {
     EXPECT_GT(failures, 0U);
 }
 
-const std::string kLong =
+const std::string kLongText =
     "a value that needs some memory of its own, wherever it is stored, because it is so long";
 
 Entry FullEntry(const std::string& name) {
@@ -173,81 +173,85 @@ Entry FullEntry(const std::string& name) {
     ui.providerOwner = mox::Owner::Erg;
     ui.shownName = "another displayed name";
     ui.comment = "another comment that takes its room";
-    ui.value = kLong;
-    return {name, kLong, mox::ValueType::String, mox::Shape::Single, 12, ui};
+    ui.value = kLongText;
+    return {name, kLongText, mox::ValueType::String, mox::Shape::Single, 12, ui};
 }
 
 TEST(FailingMemoryInFrontWrites, WhatIsAddedIsThereOrNot) {
-    FailMemoryIn("a key", Promise::AllOrNothing, [](Profile& p) { return p.setString("S", "New", kLong); });
-    FailMemoryIn("a typed key", Promise::AllOrNothing, [](Profile& p) { return p.set("S", "New", 2.5); });
-    FailMemoryIn("a key in a new section", Promise::AllOrNothing,
-                 [](Profile& p) { return p.setString("A new section", "New", kLong); });
-    FailMemoryIn("a typed key in a new section", Promise::AllOrNothing,
-                 [](Profile& p) { return p.set("A new section", "New", true); });
-    FailMemoryIn("a typed key in presentation data", Promise::AllOrNothing,
-                 [](Profile& p) { return p.set("U", "New", 5); });
-    FailMemoryIn("a section", Promise::AllOrNothing, [](Profile& p) {
+    FailMemoryInWrite("a key", Promise::AllOrNothing,
+                      [](Profile& p) { return p.setString("S", "New", kLongText); });
+    FailMemoryInWrite("a typed key", Promise::AllOrNothing,
+                      [](Profile& p) { return p.set("S", "New", 2.5); });
+    FailMemoryInWrite("a key in a new section", Promise::AllOrNothing,
+                      [](Profile& p) { return p.setString("A new section", "New", kLongText); });
+    FailMemoryInWrite("a typed key in a new section", Promise::AllOrNothing,
+                      [](Profile& p) { return p.set("A new section", "New", true); });
+    FailMemoryInWrite("a typed key in presentation data", Promise::AllOrNothing,
+                      [](Profile& p) { return p.set("U", "New", 5); });
+    FailMemoryInWrite("a section", Promise::AllOrNothing, [](Profile& p) {
         return p.makeSection("A new section", {true, 5, 6}).has_value();
     });
-    FailMemoryIn("an entry", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->add(FullEntry("New")); });
-    FailMemoryIn("an entry before another one", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->addBefore("A", FullEntry("New")); });
-    FailMemoryIn("an entry by put", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->put(FullEntry("New")); });
-    FailMemoryIn("an entry by set", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->set("New", kLong); });
+    FailMemoryInWrite("an entry", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->add(FullEntry("New")); });
+    FailMemoryInWrite("an entry before another one", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->addBefore("A", FullEntry("New")); });
+    FailMemoryInWrite("an entry by put", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->put(FullEntry("New")); });
+    FailMemoryInWrite("an entry by set", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->set("New", kLongText); });
 }
 
 TEST(FailingMemoryInFrontWrites, AValueIsTheOldOrTheNewOne) {
-    FailMemoryIn("of a key", Promise::AllOrNothing, [](Profile& p) { return p.setString("S", "A", kLong); });
-    FailMemoryIn("of a key by its type", Promise::AllOrNothing,
-                 [](Profile& p) { return p.set("S", "C", 7); });
-    FailMemoryIn("of an entry", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->setValue("A", kLong); });
-    FailMemoryIn("of an entry without one", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->setValue("C", kLong); });
-    FailMemoryIn("in presentation data", Promise::ValuesOnly,
-                 [](Profile& p) { return p.findSection("U")->setValue("A", kLong); });
+    FailMemoryInWrite("of a key", Promise::AllOrNothing,
+                      [](Profile& p) { return p.setString("S", "A", kLongText); });
+    FailMemoryInWrite("of a key by its type", Promise::AllOrNothing,
+                      [](Profile& p) { return p.set("S", "C", 7); });
+    FailMemoryInWrite("of an entry", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->setValue("A", kLongText); });
+    FailMemoryInWrite("of an entry without one", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->setValue("C", kLongText); });
+    FailMemoryInWrite("in presentation data", Promise::ValuesOnly,
+                      [](Profile& p) { return p.findSection("U")->setValue("A", kLongText); });
 }
 
 TEST(FailingMemoryInFrontWrites, AnEntryThatIsChangedKeepsItsValueOrHasTheNewOne) {
-    FailMemoryIn("put", Promise::ValuesOnly,
-                 [](Profile& p) { return p.findSection("S")->put(FullEntry("A")); });
-    FailMemoryIn("comment", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->setComment("A", kLong); });
-    FailMemoryIn("provider", Promise::ValuesOnly,
-                 [](Profile& p) { return p.findSection("S")->setProvider("B", mox::Owner::Erg, 12); });
-    FailMemoryIn("displayed name cleared in place", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->setShownName("A", ""); });
-    FailMemoryIn("displayed name cleared with a temporary value", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->setShownName("D", ""); });
-    FailMemoryIn("provider cleared and written with a temporary value", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->setProvider("D", mox::Owner::None, 123456); });
+    FailMemoryInWrite("put", Promise::ValuesOnly,
+                      [](Profile& p) { return p.findSection("S")->put(FullEntry("A")); });
+    FailMemoryInWrite("comment", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->setComment("A", kLongText); });
+    FailMemoryInWrite("provider", Promise::ValuesOnly,
+                      [](Profile& p) { return p.findSection("S")->setProvider("B", mox::Owner::Erg, 12); });
+    FailMemoryInWrite("displayed name cleared in place", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->setShownName("A", ""); });
+    FailMemoryInWrite("displayed name cleared with a temporary value", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->setShownName("D", ""); });
+    FailMemoryInWrite(
+        "provider cleared and written with a temporary value", Promise::AllOrNothing,
+        [](Profile& p) { return p.findSection("S")->setProvider("D", mox::Owner::None, 123456); });
 }
 
 TEST(FailingMemoryInFrontWrites, AnEntryIsReplacedOrStays) {
-    FailMemoryIn("comment cleared", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->setComment("A", ""); });
-    FailMemoryIn("displayed name cleared", Promise::AllOrNothing,
-                 [](Profile& p) { return p.findSection("S")->setShownName("B", ""); });
+    FailMemoryInWrite("comment cleared", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->setComment("A", ""); });
+    FailMemoryInWrite("displayed name cleared", Promise::AllOrNothing,
+                      [](Profile& p) { return p.findSection("S")->setShownName("B", ""); });
 }
 
 TEST(FailingMemoryInFrontWrites, AnEntryIsRenamedOrNot) {
-    FailMemoryIn("with a value", Promise::AllOrNothing,
-                 [](Profile& p) { return p.rename("S", "A", "A name that needs memory of its own"); });
-    FailMemoryIn("without a value", Promise::ValuesOnly,
-                 [](Profile& p) { return p.rename("S", "C", "A name that needs memory of its own"); });
+    FailMemoryInWrite("with a value", Promise::AllOrNothing,
+                      [](Profile& p) { return p.rename("S", "A", "A name that needs memory of its own"); });
+    FailMemoryInWrite("without a value", Promise::ValuesOnly,
+                      [](Profile& p) { return p.rename("S", "C", "A name that needs memory of its own"); });
 }
 
 TEST(FailingMemoryInFrontWrites, ReadsChangeNothing) {
-    FailMemoryIn("reads, then a write", Promise::AllOrNothing, [](Profile& p) {
+    FailMemoryInWrite("reads, then a write", Promise::AllOrNothing, [](Profile& p) {
         mox::Problem problem;
         const bool isRead = p.get<int>("S", "A", &problem).has_value() &&
                             !p.get<int>("S", "None", &problem) &&
                             p.findSection("S")->find("A", &problem).has_value() &&
                             p.keys("S", &problem).size() == 4 && p.sectionNames().size() == 2;
-        return isRead && p.setString("S", "A", kLong, &problem);
+        return isRead && p.setString("S", "A", kLongText, &problem);
     });
 }
 

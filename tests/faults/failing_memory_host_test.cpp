@@ -66,7 +66,7 @@ struct Host {
     }
 };
 
-struct Call {
+struct HostCall {
     const char* name;
     mox_status expected;
     std::function<mox_status(Host&)> call;
@@ -94,8 +94,8 @@ mox_entry NewEntry(const char* name, size_t size) {
 }
 
 // Each function that can fail for want of memory, in the ways that differ.
-const std::vector<Call>& Calls() {
-    static const std::vector<Call> calls = {
+const std::vector<HostCall>& Calls() {
+    static const std::vector<HostCall> calls = {
         {"problem_new", MOX_OK,
          [](Host&) {
              mox_problem* problem = nullptr;
@@ -309,7 +309,7 @@ class FailingMemoryUnderHost : public testing::Test {
     }
 
     // A new document and a new file, and a problem that has memory of its own.
-    void Prepare(const Call& call) {
+    void Prepare(const HostCall& call) {
         const std::string_view name = call.name;
         const bool needsFile =
             name.find("open") == 0 || name.find("save") == 0 || name == "import" || name == "read_file";
@@ -325,7 +325,7 @@ class FailingMemoryUnderHost : public testing::Test {
     }
 
     // Returns how many failures were injected.
-    std::uint64_t FailEach(const Call& call, Failing how) {
+    std::uint64_t FailEach(const HostCall& call, Failing how) {
         std::uint64_t failures = 0;
         Prepare(call);
         EXPECT_EQ(call.call(host_), call.expected);
@@ -380,7 +380,7 @@ class FailingMemoryUnderHost : public testing::Test {
 
 TEST_F(FailingMemoryUnderHost, EachAllocationOfEachFunction) {
     std::uint64_t failures = 0;
-    for (const Call& call : Calls()) {
+    for (const HostCall& call : Calls()) {
         SCOPED_TRACE(call.name);
         for (const Failing how : {Failing::Once, Failing::FromThenOn})
             failures += FailEach(call, how);
@@ -415,7 +415,7 @@ TEST_F(FailingMemoryUnderHost, ReadingTextLeavesTheBufferAsItWas) {
 }
 
 TEST_F(FailingMemoryUnderHost, NothingOfACallStaysAllocated) {
-    for (const Call& call : Calls()) {
+    for (const HostCall& call : Calls()) {
         SCOPED_TRACE(call.name);
         bool isInjected = true;
         for (std::uint64_t first = 1; isInjected && !HasFailure(); ++first) {

@@ -1,5 +1,6 @@
 // Documents that are large in one way each. Under the sanitizer they are an eighth of the size.
 #include "tests/host/table_support.h"
+#include "tests/limits/long_texts_support.h"
 #include "tests/sanitized_build.h"
 
 namespace limits {
@@ -11,13 +12,6 @@ constexpr std::size_t Sized(std::size_t size) {
     return kIsSanitized ? size / 8 : size;
 }
 
-// Whether two long texts are the same; they are not shown when they differ.
-template <typename Text>
-testing::AssertionResult Same(const Text& actual, const Text& expected) {
-    if (actual == expected) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << actual.size() << " units, " << expected.size() << " expected";
-}
-
 TEST(LargeDocument, FourHundredThousandAttributesOfOneElementAreKept) {
     std::string entry = "<Var name=\"k\" type=\"long\"";
     for (std::size_t i = 0; i < Sized(400000); ++i)
@@ -25,7 +19,7 @@ TEST(LargeDocument, FourHundredThousandAttributesOfOneElementAreKept) {
     entry.append(" Value=\"5\"/>");
     const host::Profile profile = host::LoadEntries(entry);
     EXPECT_EQ(xmlGetProfileInt(profile, "S"_w, "k"_w, -1), 5);
-    EXPECT_TRUE(Same(host::SaveBytes(profile), host::SectionFile({"\t\t" + entry})));
+    EXPECT_TRUE(SameLongText(host::SaveBytes(profile), host::SectionFile({"\t\t" + entry})));
     EXPECT_EQ(xmlWriteProfileInt(profile, "S"_w, "k"_w, 6), 1U);
     EXPECT_EQ(xmlGetProfileInt(profile, "S"_w, "k"_w, -1), 6);
     EXPECT_EQ(xmlWriteProfileString(profile, "S"_w, "k"_w, nullptr), 1U);
@@ -84,7 +78,7 @@ TEST(LargeDocument, ValueOf64MebibytesIsWrittenSavedAndReadBack) {
     const host::ScratchFile file;
     ASSERT_EQ(xmlProfileSave(profile, file.Name(), 0, 0, 0), 1U);
     const host::Profile again(xmlProfileNew(file.Name(), nullptr, 0, 0));
-    EXPECT_TRUE(Same(host::ReadText(again, "S"_w, "k"_w), value));
+    EXPECT_TRUE(SameLongText(host::ReadText(again, "S"_w, "k"_w), value));
     // Short again, it gives its memory back.
     EXPECT_EQ(xmlWriteProfileInt(again, "S"_w, "k"_w, 5), 1U);
     EXPECT_EQ(xmlGetProfileInt(again, "S"_w, "k"_w, -1), 5);
@@ -104,7 +98,7 @@ TEST(LargeDocument, TextOf64MebibytesOfEntitiesIsDecoded) {
     for (std::size_t i = 0; i < count; ++i)
         text.append("&lt;");
     const host::Profile profile = host::LoadEntries(text.append("</Value></Var>"));
-    EXPECT_TRUE(Same(host::ReadText(profile, "S"_w, "k"_w), host::WideText(count, '<')));
+    EXPECT_TRUE(SameLongText(host::ReadText(profile, "S"_w, "k"_w), host::WideText(count, '<')));
 }
 
 }  // namespace

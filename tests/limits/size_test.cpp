@@ -2,18 +2,12 @@
 #include <vector>
 
 #include "tests/host/host_support.h"
+#include "tests/limits/long_texts_support.h"
 
 namespace limits {
 namespace {
 
 using host::operator""_w;
-
-// Whether two long texts are the same; they are not shown when they differ.
-template <typename Text>
-testing::AssertionResult Same(const Text& actual, const Text& expected) {
-    if (actual == expected) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << actual.size() << " units, " << expected.size() << " expected";
-}
 
 // Characters that change all the time, so that no piece can be taken for another.
 std::string Filler(std::size_t size) {
@@ -32,14 +26,14 @@ TEST(LongText, ValueOfEightMebibytesIsWrittenSavedAndReadBack) {
     const host::WideText wideValue = Widened(value);
     const host::Profile profile(xmlProfileNew(nullptr, nullptr, 0, 0));
     ASSERT_EQ(xmlWriteProfileString(profile, "S"_w, "k"_w, wideValue.c_str()), 1U);
-    EXPECT_TRUE(Same(host::ReadText(profile, "S"_w, "k"_w), wideValue));
+    EXPECT_TRUE(SameLongText(host::ReadText(profile, "S"_w, "k"_w), wideValue));
     const std::string line = "\t\t\t<Value>" + value + "</Value>";
     const std::string narrow = host::SaveBytes(profile);
-    EXPECT_TRUE(Same(
+    EXPECT_TRUE(SameLongText(
         narrow, host::SectionFile({"\t\t<Var name=\"k\" type=\"string\" array=\"\">", line, "\t\t</Var>"})));
-    EXPECT_TRUE(Same(host::ReadText(host::LoadBytes(narrow, 0), "S"_w, "k"_w), wideValue));
+    EXPECT_TRUE(SameLongText(host::ReadText(host::LoadBytes(narrow, 0), "S"_w, "k"_w), wideValue));
     const std::string wide = host::SaveBytes(profile, 2, 1);
-    EXPECT_TRUE(Same(host::ReadText(host::LoadBytes(wide, 1), "S"_w, "k"_w), wideValue));
+    EXPECT_TRUE(SameLongText(host::ReadText(host::LoadBytes(wide, 1), "S"_w, "k"_w), wideValue));
 }
 
 TEST(LongText, FourMebibytesOfDataComeBack) {
@@ -49,7 +43,7 @@ TEST(LongText, FourMebibytesOfDataComeBack) {
     ASSERT_EQ(xmlWriteProfileData(profile, "S"_w, "k"_w, data.data(), size), 1U);
     std::string back(data.size(), '?');
     EXPECT_EQ(xmlGetProfileData(profile, "S"_w, "k"_w, back.data(), size), size);
-    EXPECT_TRUE(Same(back, data));
+    EXPECT_TRUE(SameLongText(back, data));
 }
 
 TEST(LongText, EveryCharacterOfAMebibyteMayNeedAnEntity) {
@@ -58,7 +52,7 @@ TEST(LongText, EveryCharacterOfAMebibyteMayNeedAnEntity) {
     ASSERT_EQ(xmlWriteProfileString(profile, "S"_w, "k"_w, value.c_str()), 1U);
     const std::string bytes = host::SaveBytes(profile);
     EXPECT_EQ(bytes.size(), 4 * value.size() + 208);
-    EXPECT_TRUE(Same(host::ReadText(host::LoadBytes(bytes, 0), "S"_w, "k"_w), value));
+    EXPECT_TRUE(SameLongText(host::ReadText(host::LoadBytes(bytes, 0), "S"_w, "k"_w), value));
 }
 
 TEST(LongText, NamesMayBeLong) {
@@ -69,17 +63,17 @@ TEST(LongText, NamesMayBeLong) {
     ASSERT_EQ(xmlWriteProfileInt(profile, wideName.c_str(), wideName.c_str(), 5), 1U);
     EXPECT_EQ(xmlGetProfileInt(profile, wideName.c_str(), wideName.c_str(), -1), 5);
     EXPECT_EQ(xmlGetProfileInt(profile, wideName.c_str(), wideName.c_str() + 1, -1), -1);
-    EXPECT_TRUE(
-        Same(host::SaveBytes(profile), host::NarrowFile(host::Lines({
-                                           "<" + name + " " + name + "=\"1\"/>",
-                                           host::kRootStart,
-                                           "\t<Table name=\"" + name + "\">",
-                                           "\t\t<Var name=\"" + name + "\" type=\"string\" array=\"\">",
-                                           "\t\t\t<Value>5</Value>",
-                                           "\t\t</Var>",
-                                           "\t</Table>",
-                                           host::kRootEnd,
-                                       }))));
+    EXPECT_TRUE(SameLongText(host::SaveBytes(profile),
+                             host::NarrowFile(host::Lines({
+                                 "<" + name + " " + name + "=\"1\"/>",
+                                 host::kRootStart,
+                                 "\t<Table name=\"" + name + "\">",
+                                 "\t\t<Var name=\"" + name + "\" type=\"string\" array=\"\">",
+                                 "\t\t\t<Value>5</Value>",
+                                 "\t\t</Var>",
+                                 "\t</Table>",
+                                 host::kRootEnd,
+                             }))));
 }
 
 TEST(LongText, EndTagThatDiffersAtTheVeryEndIsRefused) {
@@ -94,8 +88,8 @@ TEST(LongText, UnfinishedEntityOfAMebibyteIsRefused) {
 
 TEST(LongText, CommentMayBeLong) {
     const std::string comment = "<!-- " + Filler(std::size_t{4} << 20) + " -->";
-    EXPECT_TRUE(Same(host::SaveBytes(host::LoadText(comment)),
-                     host::NarrowFile(host::Lines({comment, host::kEmptyRoot}))));
+    EXPECT_TRUE(SameLongText(host::SaveBytes(host::LoadText(comment)),
+                             host::NarrowFile(host::Lines({comment, host::kEmptyRoot}))));
 }
 
 TEST(LongText, TextOfAHundredThousandPiecesIsJoined) {
@@ -107,7 +101,7 @@ TEST(LongText, TextOfAHundredThousandPiecesIsJoined) {
         expected.append(1, '\n').append(1, static_cast<wchar16>(digit));
     }
     const host::Profile profile = host::LoadEntries(text + "</Value></Var>");
-    EXPECT_TRUE(Same(host::ReadText(profile, "S"_w, "k"_w), expected));
+    EXPECT_TRUE(SameLongText(host::ReadText(profile, "S"_w, "k"_w), expected));
 }
 
 TEST(LongList, HundredThousandAttributesAreKeptInOrder) {
@@ -115,8 +109,8 @@ TEST(LongList, HundredThousandAttributesAreKeptInOrder) {
     for (int i = 0; i < 100000; ++i)
         element.append(" x").append(std::to_string(i)).append("=\"1\"");
     element.append("/>");
-    EXPECT_TRUE(Same(host::SaveBytes(host::LoadText(element)),
-                     host::NarrowFile(host::Lines({element, host::kEmptyRoot}))));
+    EXPECT_TRUE(SameLongText(host::SaveBytes(host::LoadText(element)),
+                             host::NarrowFile(host::Lines({element, host::kEmptyRoot}))));
 }
 
 // Keys k0, k1, ... in section "S", each with its number as its value, as they are laid out.
@@ -140,7 +134,7 @@ TEST(LongList, TwoHundredThousandKeysLoadReadAndSave) {
     EXPECT_EQ(xmlGetProfileInt(profile, "S"_w, "k199999"_w, -1), 199999);
     EXPECT_EQ(xmlGetProfileInt(profile, "S"_w, "k200000"_w, -1), -1);
     for (const std::uint32_t mode : {0U, 2U}) {
-        EXPECT_TRUE(Same(host::SaveBytes(profile, mode), host::NarrowFile(text)));
+        EXPECT_TRUE(SameLongText(host::SaveBytes(profile, mode), host::NarrowFile(text)));
     }
     EXPECT_EQ(xmlWriteProfileString(profile, "S"_w, "k0"_w, nullptr), 1U);
     EXPECT_EQ(xmlWriteProfileInt(profile, "S"_w, "k200000"_w, 7), 1U);
@@ -183,8 +177,8 @@ TEST(LongList, HundredThousandTopLevelNodesAreKept) {
     std::string text;
     for (int i = 0; i < 50000; ++i)
         text.append("<!--c-->\n<a/>\n");
-    EXPECT_TRUE(Same(host::SaveBytes(host::LoadText(text)),
-                     host::NarrowFile(text + host::Lines({host::kEmptyRoot}))));
+    EXPECT_TRUE(SameLongText(host::SaveBytes(host::LoadText(text)),
+                             host::NarrowFile(text + host::Lines({host::kEmptyRoot}))));
 }
 
 TEST(LongList, ManyProfilesMayBeOpenAtOnce) {
