@@ -3,8 +3,8 @@
 # A program finds its data relative to its working directory, tests/, and may write only below MOX_TEST_TMP, an empty
 # folder for this program.
 
-# A program starts in 10 ms, but with the sanitizers and under Wine in 60: two minutes of processor time for all cases of
-# such a preset. There ctest runs each suite as one test; these are ten times fewer.
+# A program starts in 15 ms, with the sanitizers and under Wine in 60: together one to two minutes of processor time for
+# all cases. Most presets therefore have ctest run each suite as one test; these are ten times fewer.
 option(MOX_CTEST_SUITES "One test of ctest for each suite, not for each case" OFF)
 
 set(MOX_TEST_ENVIRONMENT
