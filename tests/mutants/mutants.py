@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Makes one-line faults in the sources, one at a time, and reports which of them the tests catch.
 
-    mutants.py <count> [<seed>]      (./dev mutants)
+    mutants.py <count> [<seed> [<folder>]]      (./dev mutants)
 
-Draws the given number of faults in the files below FOLDERS: a kind of fault (faults.py has them) at random, then a line
+Draws the given number of faults in the files below FOLDERS, or below the folder: a kind of fault (faults.py has them) at random, then a line
 that can have it, then one of the faults of this line. Each is made in a copy of the project in build/mutants, which is
 then built as in the preset "linux", but for -O1. The test programs run until one fails, beginning with those that are
 quick or test the folder of the fault. What they do not catch runs once more with the sanitizers. A fault
@@ -17,8 +17,8 @@ quick or test the folder of the fault. What they do not catch runs once more wit
 The exit code is 0 if none has survived and each fault in tests/mutants.txt can still be made.
 
 The results are appended to build/mutants/results.jsonl. A run that was ended goes on where it was when it is started
-with the same count and seed. A fault is tried again if its file has changed, and one that was not caught if anything
-has.
+with the same arguments. A fault is tried again if its file has changed, and one that made no difference or survived if
+anything has.
 """
 import collections
 import hashlib
@@ -48,10 +48,10 @@ def sources(project):
                 yield faults.Source(file, path.read_text(encoding="utf-8"))
 
 
-def draw(project, count, seed):
-    """The faults that the seed gives, each once."""
+def draw(project, count, seed, folder=""):
+    """The faults that the seed gives in the folder, each once."""
     lines = collections.defaultdict(list)  # of each kind: the faults of each line
-    for source in sources(project):
+    for source in (source for source in sources(project) if source.file.startswith(folder)):
         for _, kinds in sorted(source.faults().items()):
             for kind, some in kinds.items():
                 lines[kind].append(some)
@@ -115,7 +115,7 @@ class Results:
         entry = self.known.get((fault.file, fault.number, fault.before, fault.after))
         if entry is None or entry["file_state"] != self.file_state(fault.file):
             return None
-        if entry["result"] == "survived" and entry["state"] != self.state:
+        if entry["result"] in ("survived", "no difference") and entry["state"] != self.state:
             return None
         return Verdict(entry["result"], entry["detail"])
 
@@ -210,7 +210,8 @@ def as_listed(known):
 def main(arguments, root=ROOT, programs=PROGRAMS):
     count = int(arguments[0]) if arguments else 50
     seed = int(arguments[1]) if len(arguments) > 1 else random.randrange(1000000)
-    print(f"{count} faults, seed {seed}", flush=True)
+    folder = arguments[2].removesuffix("/") + "/" if len(arguments) > 2 else ""
+    print(f"{count} faults{' in ' * bool(folder)}{folder}, seed {seed}", flush=True)
     explained = read_explained(root / "tests/mutants.txt")
     home = root / "build/mutants"
     home.mkdir(parents=True, exist_ok=True)
@@ -219,7 +220,7 @@ def main(arguments, root=ROOT, programs=PROGRAMS):
     trees = [Tree(f"linux-{number}", "linux", options, root, programs) for number in range(WORKERS)]
     sanitized = Tree("sanitize", "sanitize", options, root, [name for name in programs if name in SANITIZED])
     try:
-        verdicts = judge_all(draw(root, count, seed), trees, Results(home / "results.jsonl", root))
+        verdicts = judge_all(draw(root, count, seed, folder), trees, Results(home / "results.jsonl", root))
         unexplained = [fault for fault, verdict in verdicts.items()
                        if verdict.result == "survived" and key(fault) not in explained]
         if unexplained:

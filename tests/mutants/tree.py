@@ -16,18 +16,24 @@ MEMORY = 8 << 30  # bytes of address space of a test program
 
 # The programs in the order in which they run. Those after the folder of a fault run first.
 PROGRAMS = ("host_tests", "companion_tests", "document_tests", "second_opinion_tests", "unit_tests", "tool_tests",
-            "limit_tests", "front_tests", "fault_tests", "disk_tests", "memory_tests", "replay")
+            "limit_tests", "c_host_tests", "editor_tests", "front_tests", "fault_tests", "disk_tests", "memory_tests",
+            "editor_server", "replay")
 FIRST = {
+    "mox_host/": ("c_host_tests", "fault_tests"),
     "mox_xmlApi/disk/": ("disk_tests", "fault_tests", "document_tests", "tool_tests", "front_tests"),
     "mox_xmlApi/document/": ("document_tests", "tool_tests", "front_tests"),
     "mox_xmlApi/front/": ("front_tests", "document_tests", "fault_tests", "tool_tests"),
     "mox_xmlApi/mox_xmlApi.hpp": ("front_tests",),
     "mox_xmlApi/platform/": ("host_tests", "unit_tests"),
     "mox_xmlApi/xml/": ("host_tests", "document_tests", "unit_tests"),
-    "tools/": ("tool_tests",),
+    "tools/edit/": ("editor_tests", "editor_server", "tool_tests"),
+    "tools/": ("tool_tests", "editor_tests"),
 }
 # What survives runs with the sanitizers in these, after the same order.
-SANITIZED = ("host_tests", "document_tests", "unit_tests", "front_tests", "tool_tests")
+SANITIZED = ("host_tests", "document_tests", "unit_tests", "c_host_tests", "editor_tests", "front_tests", "tool_tests")
+# Tests that are scripts, and tests that run the tool as a process.
+SCRIPTS = {"editor_server": "tests/editor/server_test.py"}
+TOOL_TESTS = ("tool_tests", "editor_server")
 # One program for each of their files: a fault in a header then costs one file more at a time.
 PROGRAM_PER_FILE = ("front_tests",)
 
@@ -85,6 +91,10 @@ def files_below(folder):
     return [path for path in folder.rglob("*") if path.is_file() or path.is_symlink()]
 
 
+def target_of(program):
+    return "mox-xml" if program in SCRIPTS else program
+
+
 def make_same(folder, model):
     """Makes all files of the model the same in the folder; whatever a test does to the sources is undone, too."""
     for path in files_below(model):
@@ -106,6 +116,7 @@ class Tree:
         self.build = self.sources / "build" / preset
         self.saved = self.home / "saved"  # a copy of all that, as it was before a fault
         self.preset, self.options = preset, options
+        self.libraries = {}  # of each program that has run
         self.costs = {}  # of each program that has run: seconds of processor time, seconds
 
     def prepare(self):
@@ -118,7 +129,7 @@ class Tree:
             done.unlink(missing_ok=True)
             with preparing:
                 self.do(["cmake", "--preset", self.preset, *self.options], "configure")
-                self.do(["ninja", "-C", self.build, "-j", "2", *self.runs("")], "build")
+                self.do(["ninja", "-C", self.build, "-j", "2", *map(target_of, self.runs(""))], "build")
             shutil.rmtree(self.saved, ignore_errors=True)
             make_same(self.saved, self.sources)
             done.touch()
@@ -171,7 +182,10 @@ class Tree:
             name = program.removeprefix("replay_")
             found = (f"fuzz/corpus/{name}", f"tests/regression/inputs/{name}")
             arguments = [f"../{inputs}" for inputs in found if (folder / inputs).exists()]
-        return run([programs / program, *arguments], folder / "tests", self.home / "test.log", environment, cpu, wall)
+        command = [programs / program, *arguments]
+        if program in SCRIPTS:
+            command = ["/usr/bin/python3", "-B", folder / SCRIPTS[program], "--failfast"]
+        return run(command, folder / "tests", self.home / "test.log", environment, cpu, wall)
 
     def make(self, *targets):
         """Builds the targets. A compiler cache is not used: no fault is compiled twice."""
@@ -188,6 +202,21 @@ class Tree:
         paths = [re.search(r" -o (\S+)", entry["command"])[1] for entry in commands
                  if entry["file"] == str(self.sources / file)]
         return paths
+
+    def libraries_of(self, program):
+        """Our shared libraries that the program loads, without a fault."""
+        if program not in self.libraries:
+            listed = subprocess.run(["ldd", self.saved / "build" / self.preset / "bin" / program], text=True, check=False,
+                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+            names = tuple(line.split()[0] for line in listed.splitlines() if line.strip())
+            self.libraries[program] = [path.relative_to(self.build) for path in self.build.glob("lib/*.so*")
+                                       if not path.is_symlink() and path.name.startswith(names)]
+        return self.libraries[program]
+
+    def outputs(self, program):
+        """The files that the program consists of."""
+        return [*([] if program in SCRIPTS else [f"bin/{program}"]), *self.libraries_of(program),
+                *(["bin/mox-xml"] if program in TOOL_TESTS else [])]
 
     def judge(self, fault):
         """Makes the fault, tests it, and takes it back."""
@@ -209,12 +238,10 @@ class Tree:
             if not any(self.has_changed(output) for output in objects):
                 return Verdict("no difference", "")
         differs = False
-        libraries = [path.relative_to(self.build) for path in self.build.glob("lib/*.so*") if not path.is_symlink()]
         for program in self.runs(fault.file):
-            if not self.make(program):
+            if not self.make(target_of(program)):
                 return Verdict("not compiled", "")
-            helpers = ["bin/mox-xml"] if program == "tool_tests" else []
-            if not any(self.has_changed(output) for output in (f"bin/{program}", *libraries, *helpers)):
+            if not any(self.has_changed(output) for output in self.outputs(program)):
                 continue
             differs = True
             cpu, wall = self.cost(program)
@@ -225,7 +252,7 @@ class Tree:
 
     def what_failed(self, code):
         log = (self.home / "test.log").read_text(encoding="utf-8", errors="replace")
-        failed = re.search(r"\[  FAILED  \] ([\w./]+)", log)
+        failed = re.search(r"(?:\[  FAILED  \]|^(?:FAIL|ERROR):) ([\w./]+)", log, re.M)
         if failed:
             return failed[1]
         return "time limit" if code in (None, -signal.SIGXCPU, -signal.SIGKILL) else f"exit code {code}"
