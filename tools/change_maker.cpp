@@ -139,6 +139,7 @@ void ChangeMaker::MakeAll(const std::vector<RequestedChange>& changes) {
         }
     }
     RequireAllRemoved();
+    ChangeEditableTexts();
 }
 
 void ChangeMaker::Make(const RequestedChange& change) {
@@ -220,6 +221,8 @@ void ChangeMaker::RemoveSection(const RequestedChange& change) {
     Problem problem;
     Require(profile_->removeSection(change.section, &problem), problem);
     removedSections_.try_emplace(change.section);
+    ++removals_[change.section];
+    sections_.erase(change.section);
     expectations_.Forget(change.section);
     if (IsOnlySection(change.section)) expectations_.SetGone(change.section);
 }
@@ -232,35 +235,54 @@ void ChangeMaker::AddSection(const RequestedChange& change) {
         SetSectionField(options, field, text);
     Problem problem;
     Require(profile_->makeSection(change.section, options, &problem).has_value(), problem);
+    sections_[change.section] = {options, false};
     expectations_.Forget(change.section);
     for (const auto& [field, text] : change.fields)
         expectations_.SetSection(change.section, field, text);
 }
 
+// The fields of the section as the changes so far have left them, apart from those in sections_.
+TableOptions ChangeMaker::OptionsOf(const std::string& section) const {
+    TableOptions options;
+    const auto removals = removals_.find(section);
+    std::size_t removed = removals == removals_.end() ? 0 : removals->second;
+    for (const DocumentTable& table : before_.tables()) {
+        if (!table.isTable || !table.hasName || table.name != section) continue;
+        if (removed-- != 0) continue;
+        options.firstId = table.firstId;
+        options.type = table.type;
+        options.editable = table.isEditable;
+        return options;
+    }
+    return options;  // a value has added the section
+}
+
 void ChangeMaker::ChangeSectionField(const RequestedChange& change) {
-    const DocumentTable* const old = before_.findTable(change.section);
-    if (old == nullptr) Refuse(ExitCode::kNotFound, "there is no such section");
+    if (!profile_->findSection(change.section).has_value())
+        Refuse(ExitCode::kNotFound, "there is no such section");
     if (change.field != "first_id" && change.field != "type" && change.field != "editable")
         Refuse(ExitCode::kIoError, "the library cannot change the field " + Quoted(change.field));
     auto [known, isNew] = sections_.try_emplace(change.section);
-    TableOptions& options = known->second;
-    if (isNew) {
-        options.firstId = old->firstId;
-        options.type = old->type;
-        options.editable = old->isEditable;
-    }
-    RequireBefore(change, TextOfSectionField(options, change.field));
-    SetSectionField(options, change.field, *change.after);
+    SectionHeader& header = known->second;
+    if (isNew) header.options = OptionsOf(change.section);
+    RequireBefore(change, TextOfSectionField(header.options, change.field));
+    SetSectionField(header.options, change.field, *change.after);
     Problem problem;
-    Require(profile_->makeSection(change.section, options, &problem).has_value(), problem);
-    if (change.field == "editable") {
+    Require(profile_->makeSection(change.section, header.options, &problem).has_value(), problem);
+    if (change.field == "editable") header.isEditableChanged = true;
+    expectations_.SetSection(change.section, change.field, TextOfSectionField(header.options, change.field));
+}
+
+// Whether a section is editable can be changed only in the text, which is there when all other changes are made.
+void ChangeMaker::ChangeEditableTexts() {
+    for (const auto& [section, known] : sections_) {
+        if (!known.isEditableChanged) continue;
         HeaderChange header;
-        header.editable = options.editable;
-        file_.ChangeText([name = change.section, header](std::string_view bytes, Form form, Problem* why) {
+        header.editable = known.options.editable;
+        file_.ChangeText([name = section, header](std::string_view bytes, Form form, Problem* why) {
             return changeSection(bytes, form, name, header, why);
         });
     }
-    expectations_.SetSection(change.section, change.field, TextOfSectionField(options, change.field));
 }
 
 // ---- values

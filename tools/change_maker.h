@@ -30,6 +30,12 @@ class ChangeMaker {
     const Expectations& Expected() const noexcept { return expectations_; }
 
   private:
+    // The fields of a section that the changes have added or changed.
+    struct SectionHeader {
+        TableOptions options{};
+        bool isEditableChanged = false;  // after the section was added, if it was
+    };
+
     void Make(const RequestedChange& change);
     void RequireRemoved(const RequestedChange& change);
     void RequireAllRemoved() const;
@@ -38,6 +44,8 @@ class ChangeMaker {
     void AddSection(const RequestedChange& change);
     void RemoveSection(const RequestedChange& change);
     void ChangeSectionField(const RequestedChange& change);
+    void ChangeEditableTexts();
+    TableOptions OptionsOf(const std::string& section) const;
     bool IsOnlySection(const std::string& name) const;
 
     void SetValue(const RequestedChange& change);
@@ -59,7 +67,8 @@ class ChangeMaker {
     std::optional<Section> section_{};  // of the last change
     // The names and occurrences of the entries that the changes remove with each section.
     std::map<std::string, std::set<std::pair<std::string, std::size_t>>> removedSections_{};
-    std::map<std::string, TableOptions> sections_{};  // whose fields were changed
+    std::map<std::string, std::size_t> removals_{};  // how often a section of that name was removed
+    std::map<std::string, SectionHeader> sections_{};
     Expectations expectations_{};
 };
 

@@ -255,5 +255,78 @@ TEST_F(Apply, GivesNewEntriesTheTypeThatTheirNumberFits) {
               "e\tstring\t-2147483649\nf\tstring\t4294967296\n");
 }
 
+// ---- several changes to one section
+
+class ApplyToSections : public ToolTest {
+  protected:
+    // Makes the changes to a narrow settings document, and expects that the new file has the expected sections.
+    static void ExpectApplied(const std::string& sections, const std::string& changes,
+                              const std::string& expected) {
+        WriteBytes("a.xml", Narrow(Settings(sections)));
+        WriteBytes("changes.json", changes);
+        EXPECT_EQ(Succeeds({"apply", "a.xml", "changes.json"}), "");
+        WriteBytes("b.xml", Narrow(Settings(expected)));
+        EXPECT_EQ(RunTool({"diff", "a.xml", "b.xml"}).out, "") << changes;
+    }
+};
+
+TEST_F(ApplyToSections, GivesASectionThatIsAddedAgainNothingOfTheRemovedOne) {
+    const std::string old = "<Table name=\"S\" first_id=\"7\" type=\"0010\" editable=\"true\"/>";
+    const std::string again =
+        R"([{"change": "removed", "section": "S"}, {"change": "added", "section": "S"},)";
+    ExpectApplied(old, again + R"({"change": "changed", "section": "S", "field": "type", "after": "0001"}])",
+                  "<Table name=\"S\" type=\"0001\"/>");
+    ExpectApplied(old, again + R"({"change": "changed", "section": "S", "field": "first_id", "before": "0",
+                              "after": "5"}])",
+                  "<Table name=\"S\" first_id=\"5\"/>");
+}
+
+TEST_F(ApplyToSections, ForgetsChangesToASectionThatIsRemovedLater) {
+    const std::string change =
+        R"([{"change": "changed", "section": "S", "field": "editable", "after": "true"},
+                                   {"change": "changed", "section": "S", "field": "first_id", "after": "9"},
+                                   {"change": "removed", "section": "S"})";
+    ExpectApplied("<Table name=\"S\"/>", change + "]", "");
+    ExpectApplied("<Table name=\"S\"/>", change + R"(, {"change": "added", "section": "S"}])",
+                  "<Table name=\"S\"/>");
+    ExpectApplied("<Table name=\"S\"/>", change + R"(, {"change": "added", "section": "S"},
+                             {"change": "changed", "section": "S", "field": "type", "after": "0002"}])",
+                  "<Table name=\"S\" type=\"0002\"/>");
+}
+
+TEST_F(ApplyToSections, ChangesSectionsThatItHasAdded) {
+    ExpectApplied("", R"([{"change": "added", "section": "S", "fields": {"first_id": "3", "type": "0010"}},
+                          {"change": "changed", "section": "S", "field": "editable", "before": "false",
+                           "after": "true"},
+                          {"change": "changed", "section": "S", "field": "first_id", "before": "3",
+                           "after": "4"}])",
+                  "<Table name=\"S\" first_id=\"4\" type=\"0010\" editable=\"true\"/>");
+}
+
+TEST_F(ApplyToSections, WritesTheLastOfSeveralTextsOfEditable) {
+    ExpectApplied("<Table name=\"S\"/>",
+                  R"([{"change": "changed", "section": "S", "field": "editable", "before": "false",
+                       "after": "true"},
+                      {"change": "changed", "section": "S", "field": "editable", "before": "true",
+                       "after": "false"}])",
+                  "<Table name=\"S\" editable=\"false\"/>");
+}
+
+TEST_F(ApplyToSections, ChangesTheSectionThatIsLeftOfTwoWithOneName) {
+    ExpectApplied("<Table name=\"S\" first_id=\"7\"/><Table name=\"S\" first_id=\"8\"/>",
+                  R"([{"change": "removed", "section": "S"},
+                      {"change": "changed", "section": "S", "field": "type", "after": "0001"}])",
+                  "<Table name=\"S\" first_id=\"8\" type=\"0001\"/>");
+}
+
+TEST_F(ApplyToSections, ChangesNoSectionThatItHasRemoved) {
+    const std::string bytes = Narrow(Settings("<Table name=\"S\" first_id=\"7\"/>"));
+    WriteBytes("a.xml", bytes);
+    WriteBytes("changes.json", R"([{"change": "removed", "section": "S"},
+                                   {"change": "changed", "section": "S", "field": "type", "after": "0001"}])");
+    Fails(1, {"apply", "a.xml", "changes.json"}, "a.xml: change 2: S: ");
+    EXPECT_EQ(ReadBytes("a.xml"), bytes);
+}
+
 }  // namespace
 }  // namespace tool
