@@ -287,6 +287,12 @@ void ChangeMaker::ChangeEditableTexts() {
 
 // ---- values
 
+// What the expectations call the section of the change: a table document has one name for it, whether the change names the
+// table or not.
+std::string ChangeMaker::ExpectedSection(const RequestedChange& change) const {
+    return table_ != nullptr ? "" : change.section;
+}
+
 template <class T>
 void ChangeMaker::Write(const RequestedChange& change, const T& value) {
     Problem problem;
@@ -338,8 +344,8 @@ void ChangeMaker::SetValue(const RequestedChange& change) {
                "\"value\" is neither a text nor a number, true, false or a list of bytes");
     }
     const std::optional<Entry> entry = TableOf(change).find(change.entry);
-    expectations_.Forget(change.section, change.entry);
-    expectations_.Set(change.section, change.entry, Expectations::kEffective,
+    expectations_.Forget(ExpectedSection(change), change.entry);
+    expectations_.Set(ExpectedSection(change), change.entry, Expectations::kEffective,
                       entry.has_value() ? entry->effectiveValue() : "");
 }
 
@@ -359,9 +365,9 @@ void ChangeMaker::AddEntry(const RequestedChange& change) {
         Refuse(ExitCode::kNotFound, "there is no such section");
     Problem problem;
     Require(TableOf(change).add(entry, Eud::DoNotSet, &problem), problem);
-    expectations_.Forget(change.section, change.entry);
+    expectations_.Forget(ExpectedSection(change), change.entry);
     const auto expect = [&](const std::string& field, const std::string& text) {
-        expectations_.Set(change.section, change.entry, field, text);
+        expectations_.Set(ExpectedSection(change), change.entry, field, text);
     };
     expect("type", change.type);
     if (change.after.has_value()) expect(Expectations::kEffective, *change.after);
@@ -374,9 +380,9 @@ void ChangeMaker::RemoveEntry(const RequestedChange& change, EntryTable& table) 
     if (entry.has_value()) RequireBefore(change, entry->effectiveValue());
     Problem problem;
     Require(table.remove(change.entry, 0, &problem), problem);
-    expectations_.Forget(change.section, change.entry);
+    expectations_.Forget(ExpectedSection(change), change.entry);
     if (!table.contains(change.entry) && !change.entry.empty())
-        expectations_.SetGone(change.section, change.entry);
+        expectations_.SetGone(ExpectedSection(change), change.entry);
 }
 
 void ChangeMaker::ChangeField(const RequestedChange& change, EntryTable& table) {
@@ -412,7 +418,7 @@ void ChangeMaker::ChangeField(const RequestedChange& change, EntryTable& table) 
         isDone = table.put(*entry, Eud::DoNotSet, &problem);
     }
     Require(isDone, problem);
-    expectations_.Set(change.section, change.entry, field, text);
+    expectations_.Set(ExpectedSection(change), change.entry, field, text);
 }
 
 // Refuses the change unless the entry, as it was read from the file, has the text that the change expects in the field.

@@ -58,6 +58,7 @@ class ChangeMaker {
     void RemoveEntry(const RequestedChange& change, EntryTable& table);
     void ChangeField(const RequestedChange& change, EntryTable& table);
     void RequireOldField(const RequestedChange& change) const;
+    std::string ExpectedSection(const RequestedChange& change) const;
     EntryTable& TableOf(const RequestedChange& change);
 
     EditedFile& file_;

@@ -10,6 +10,12 @@ const DocumentTable* TableIn(const Document& document, const std::string& sectio
     return document.kind() == DocumentKind::Table ? &document.tables().front() : document.findTable(section);
 }
 
+// "Camera/Exposure"; in a table document "Exposure".
+std::string PlaceIn(const Document& document, const std::string& section, const std::string& entry) {
+    return (document.kind() == DocumentKind::Table ? "" : QuotedIfNeeded(section) + "/") +
+           QuotedIfNeeded(entry);
+}
+
 std::string FieldIn(const Fields& fields, const std::string& field) {
     for (const auto& [name, text] : fields) {
         if (name == field) return text;
@@ -55,8 +61,9 @@ std::string Expectations::FindBroken(const Document& document) const {
     for (const auto& [section, entry] : gone_) {
         const DocumentTable* const table = TableIn(document, section);
         if (entry.has_value() ? table != nullptr && table->findElement(*entry) != nullptr : table != nullptr)
-            return "that " + QuotedIfNeeded(section) +
-                   (entry.has_value() ? "/" + QuotedIfNeeded(*entry) : "") + " is removed";
+            return "that " +
+                   (entry.has_value() ? PlaceIn(document, section, *entry) : QuotedIfNeeded(section)) +
+                   " is removed";
     }
     for (const auto& [place, text] : sectionFields_) {
         const DocumentTable* const table = TableIn(document, place.first);
@@ -69,7 +76,7 @@ std::string Expectations::FindBroken(const Document& document) const {
         const DocumentEntry* const entry = table == nullptr ? nullptr : table->find(entryName);
         if (entry == nullptr ||
             (field == kEffective ? entry->effectiveValue() : FieldIn(FieldsOf(*entry), field)) != text)
-            return QuotedIfNeeded(section) + "/" + QuotedIfNeeded(entryName) + " " + field;
+            return PlaceIn(document, section, entryName) + " " + field;
     }
     return "";
 }

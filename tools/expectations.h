@@ -14,8 +14,8 @@
 namespace mox::tool {
 
 // The fields of sections and entries that were written, and the sections and entries that were removed. What is set later
-// counts. The fields are those of FieldsOf (tools/document_diff.h); in a table document the name of the section does not
-// matter.
+// counts. The fields are those of FieldsOf (tools/document_diff.h). In a table document every change must name the section
+// alike; an empty name will do.
 class Expectations {
   public:
     // The field that hosts read as the value.

@@ -328,5 +328,28 @@ TEST_F(ApplyToSections, ChangesNoSectionThatItHasRemoved) {
     EXPECT_EQ(ReadBytes("a.xml"), bytes);
 }
 
+TEST_F(Apply, TakesATableWithItsNameAndWithoutForTheSame) {
+    const struct {
+        std::string changes;
+        std::string expected;
+    } cases[] = {
+        {R"([{"entry": "k", "value": 2}, {"section": "Tools", "entry": "k", "value": 3}])", Var("k", "3")},
+        {R"([{"section": "Tools", "entry": "k", "value": 2}, {"entry": "k", "value": 3}])", Var("k", "3")},
+        {R"([{"change": "removed", "entry": "k"}, {"section": "Tools", "entry": "k", "value": "4"}])",
+         Var("k", "4")},
+        {R"([{"section": "Tools", "entry": "k", "value": 2}, {"change": "removed", "entry": "k"}])", ""},
+        {R"([{"change": "changed", "entry": "k", "field": "value", "after": "5"},
+             {"change": "changed", "section": "Tools", "entry": "k", "field": "value", "after": "6"}])",
+         Var("k", "6")},
+    };
+    for (const auto& test : cases) {
+        WriteBytes("a.xml", Wide(TableDocument(Var("k", "1"))));
+        WriteBytes("b.xml", Wide(TableDocument(test.expected)));
+        WriteBytes("changes.json", test.changes);
+        EXPECT_EQ(Succeeds({"apply", "a.xml", "changes.json"}), "");
+        EXPECT_EQ(RunTool({"diff", "a.xml", "b.xml"}).out, "") << test.changes;
+    }
+}
+
 }  // namespace
 }  // namespace tool
