@@ -28,12 +28,15 @@
 namespace mox {
 
 // Gives the section `name` of a settings document another name, in its place. If several sections have the name, the
-// first one gets the new name. Fails if there is no such section (NoSuchSection), if there is a section of the new name
-// (NameTaken), if that is empty (InvalidText), or if the file does not keep it (NotKept).
+// first one gets the new name. If the section already has the new name, the bytes are returned unchanged.
+//
+// Fails if there is no such section (NoSuchSection), if another section has the new name (NameTaken), if that is empty
+// (InvalidText), or if the file does not keep it (NotKept).
 std::optional<std::string> renameSection(std::string_view bytes, std::optional<Form> form, const Text& name,
                                          const Text& newName, Problem* problem = nullptr);
 
-// Adds a copy of the section, with everything in it, directly after it. Fails as renameSection does.
+// Adds a copy of the section, with everything in it, directly after it. If several sections have the name, the first
+// one is copied. Fails as renameSection does, and also if the new name is that of the section itself (NameTaken).
 std::optional<std::string> copySection(std::string_view bytes, std::optional<Form> form, const Text& name,
                                        const Text& newName, Problem* problem = nullptr);
 
@@ -41,7 +44,7 @@ std::optional<std::string> copySection(std::string_view bytes, std::optional<For
 struct HeaderChange {
     std::optional<bool> editable{};
     std::optional<std::uint32_t> firstId{};  // beyond 2147483647 reads return that number
-    std::optional<std::uint16_t> type{};
+    std::optional<std::uint16_t> type{};     // written as four hexadecimal digits: 16 as "0010"
 };
 
 // Changes attributes of a section; a missing one is added. Fails if there is no such section (NoSuchSection).
