@@ -22,9 +22,9 @@ OpenFile OpenToLock(const Place& place, const char* name, bool& isReadable) noex
         return opened;
     };
     int file = openFor(O_RDWR);
-    // EISDIR: a folder can only be opened for reading.
+    // EISDIR: a folder can only be opened for reading. EWOULDBLOCK: so can a file on which somebody has a read lease.
     const bool isRefused = file < 0 && (errno == EACCES || errno == EPERM || errno == EROFS ||
-                                        errno == ETXTBSY || errno == EISDIR);
+                                        errno == ETXTBSY || errno == EISDIR || errno == EWOULDBLOCK);
     if (isRefused) file = openFor(O_RDONLY);
     isReadable = file >= 0;
     if (isRefused && file < 0 && errno == EACCES) file = openFor(O_WRONLY);

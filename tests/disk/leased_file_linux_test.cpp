@@ -1,0 +1,62 @@
+// Files on which somebody has a lease: the system tells its holder when others open the file.
+#if defined(__linux__)
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <unistd.h>
+
+#include "tests/disk/disk_support.h"
+
+namespace disk_tests {
+namespace {
+
+namespace fs = std::filesystem;
+using mox::Reason;
+using std::chrono::milliseconds;
+
+class LeasedFiles : public testing::Test {
+  protected:
+    void SetUp() override {
+        host::WriteBytes(path, "old");
+        // What tells the holder of a lease would end the process.
+        handler_ = std::signal(SIGIO, SIG_IGN);
+    }
+    void TearDown() override {
+        if (file_ >= 0) close(file_);
+        std::signal(SIGIO, handler_);
+    }
+
+    // Takes a lease, F_RDLCK or F_WRLCK. Returns false if the file system has none.
+    bool Lease(int kind) {
+        file_ = open(path.c_str(), (kind == F_RDLCK ? O_RDONLY : O_RDWR) | O_CLOEXEC);
+        return file_ >= 0 && fcntl(file_, F_SETLEASE, kind) == 0;
+    }
+
+    const ScratchFolder folder;
+    const fs::path path = folder.Of("f.xml");
+
+  private:
+    int file_ = -1;
+    void (*handler_)(int) = SIG_DFL;
+};
+
+TEST_F(LeasedFiles, AReaderWithALeaseDoesNotKeepAFileFromBeingReplaced) {
+    if (!Lease(F_RDLCK)) GTEST_SKIP() << "no leases here";
+    EXPECT_EQ(ReasonFor(path, "new"), Reason::None);
+    EXPECT_EQ(host::ReadBytes(path), "new");
+}
+
+TEST_F(LeasedFiles, AReaderWithALeaseDoesNotKeepAFileFromBeingLocked) {
+    if (!Lease(F_RDLCK)) GTEST_SKIP() << "no leases here";
+    mox::Problem problem;
+    EXPECT_TRUE(mox::FileLock::acquire(path.u16string(), milliseconds(50), &problem).has_value())
+        << problem.toString();
+}
+
+}  // namespace
+}  // namespace disk_tests
+#endif
