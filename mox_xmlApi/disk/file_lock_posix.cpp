@@ -61,6 +61,10 @@ Outcome HeldLock::TryToLock(const Text& path, const Deadline& deadline, Problem*
     bool isReadable = false;
     file_ = OpenToLock(place, isThere ? place.Name().c_str() : ".", isReadable);
     if (!file_.IsOpen()) {
+        if (errno == EWOULDBLOCK) {
+            FailFor(problem, path, Reason::Busy, "another process has a lease on the file");
+            return Outcome::Failed;
+        }
         if (errno == ENOENT || errno == ELOOP) return Outcome::Again;
         return failBySystem(isThere ? "cannot open the file" : "cannot open the folder");
     }

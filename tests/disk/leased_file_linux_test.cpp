@@ -57,6 +57,18 @@ TEST_F(LeasedFiles, AReaderWithALeaseDoesNotKeepAFileFromBeingLocked) {
         << problem.toString();
 }
 
+TEST_F(LeasedFiles, AWriterWithALeaseMakesTheFileBusy) {
+    if (!Lease(F_WRLCK)) GTEST_SKIP() << "no leases here";
+    constexpr const char* kMessage = "another process has a lease on the file";
+    mox::Problem problem;
+    EXPECT_FALSE(mox::FileLock::acquire(path.u16string(), milliseconds(50), &problem).has_value());
+    EXPECT_EQ(problem.reason, Reason::Busy);
+    EXPECT_EQ(problem.message, kMessage);
+    EXPECT_FALSE(mox::replaceFile(path.u16string(), "new", {}, nullptr, &problem));
+    EXPECT_EQ(problem.reason, Reason::Busy);
+    EXPECT_EQ(problem.message, kMessage);
+}
+
 }  // namespace
 }  // namespace disk_tests
 #endif
