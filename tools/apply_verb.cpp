@@ -1,6 +1,7 @@
 // apply: makes many changes to a file, all or none.
-#include <algorithm>
 #include <memory>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "tools/change_list.h"
@@ -33,9 +34,11 @@ void RunApply(const ApplyArguments& arguments, Output& output) {
         return;
     }
     if (differences.empty()) return;  // a save would change only the layout
-    const bool isEudAsked = std::any_of(changes.begin(), changes.end(),
-                                        [](const RequestedChange& change) { return change.field == "eud"; });
-    file.Write(output, isEudAsked);
+    std::set<std::string> changedEud;
+    for (const RequestedChange& change : changes) {
+        if (change.field == "eud") changedEud.insert(change.entry);
+    }
+    file.Write(output, changedEud);
 }
 
 }  // namespace

@@ -1,6 +1,11 @@
 #include "tools/change_list.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <system_error>
 #include <utility>
 
 #include "mox_xmlApi/document/text_format.h"
@@ -49,6 +54,13 @@ class Reader {
         }
     }
 
+    // A member that says nothing about such a change would be ignored.
+    void RefuseMembers(std::initializer_list<const char*> others) const {
+        for (const char* const name : others) {
+            if (object_.contains(name)) Fail(Quoted(name) + " does not belong to such a change");
+        }
+    }
+
     std::optional<std::string> Text(const char* name) const {
         const auto found = object_.find(name);
         if (found == object_.end()) return std::nullopt;
@@ -84,19 +96,25 @@ class Reader {
         if (!kind.has_value()) {
             if (!change.hasEntry) Fail("\"entry\" is missing");
             if (!object_.contains("value")) Fail("\"value\" is missing");
+            RefuseMembers({"field", "type", "after", "fields"});
             change.value = object_["value"];
             return;
         }
         if (object_.contains("value")) Fail("\"value\" and \"change\" exclude each other");
         if (*kind == "changed") {
+            RefuseMembers({"type", "fields"});
             change.kind = Change::Changed;
             change.field = RequiredText("field");
             change.after = RequiredText("after");
         } else if (*kind == "added") {
+            RefuseMembers({"field", "before"});
+            if (!change.hasEntry) RefuseMembers({"type", "after"});
             change.kind = Change::Added;
             if (change.hasEntry) change.type = RequiredText("type");
             change.after = Text("after");
         } else if (*kind == "removed") {
+            RefuseMembers({"field", "after", "fields"});
+            if (!change.hasEntry) RefuseMembers({"type", "before"});
             change.kind = Change::Removed;
         } else {
             Fail("unknown change " + Quoted(*kind) + " (expected added, removed or changed)");
@@ -107,6 +125,35 @@ class Reader {
     std::size_t number_;
     const ChangeJson& object_;
 };
+
+// Whether a number of JSON is a whole one that has more than 64 bits. It would become a floating-point number, and lose
+// digits.
+bool IsLongInteger(std::string_view number) {
+    if (number.find_first_of(".eE") != std::string_view::npos) return false;
+    std::int64_t negative = 0;
+    std::uint64_t positive = 0;
+    const char* const begin = number.data();
+    const char* const end = begin + number.size();
+    const auto result =
+        number.front() == '-' ? std::from_chars(begin, end, negative) : std::from_chars(begin, end, positive);
+    return result.ec != std::errc();
+}
+
+// Returns the first such number of a text that is JSON; empty if there is none.
+std::string_view FindLongInteger(std::string_view text) {
+    constexpr std::string_view kOfNumbers = "+-.0123456789Ee";
+    bool isQuoted = false;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] == '"') isQuoted = !isQuoted;
+        if (isQuoted && text[at] == '\\') ++at;
+        if (isQuoted || (text[at] != '-' && (text[at] < '0' || text[at] > '9'))) continue;
+        const std::size_t end = std::min(text.find_first_not_of(kOfNumbers, at), text.size());
+        const std::string_view number = text.substr(at, end - at);
+        if (IsLongInteger(number)) return number;
+        at = end - 1;
+    }
+    return {};
+}
 
 }  // namespace
 
@@ -128,6 +175,10 @@ std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_vi
                         path + ": not JSON: " + (end == std::string::npos ? what : what.substr(end + 2)));
     }
     if (!list.is_array()) throw ExitError(ExitCode::kSyntaxError, path + ": expected a list of changes");
+    if (const std::string_view number = FindLongInteger(text); !number.empty()) {
+        throw ExitError(ExitCode::kSyntaxError, path + ": the number " + std::string(number) +
+                                                    " has more than 64 bits; write it as a text");
+    }
     std::vector<RequestedChange> changes;
     for (const ChangeJson& object : list)
         changes.push_back(Reader(path, changes.size() + 1, object).Read());

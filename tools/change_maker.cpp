@@ -118,8 +118,12 @@ std::string TextOfSectionField(const TableOptions& options, const std::string& f
 ChangeMaker::ChangeMaker(EditedFile& file) : file_(file), before_(*file.Before()) {
     if (before_.kind() == DocumentKind::Table) {
         table_ = &file.TableDocument();
-    } else {
-        profile_ = &file.Settings();
+        inFile_[""].push_back(&before_.tables().front());
+        return;
+    }
+    profile_ = &file.Settings();
+    for (const DocumentTable& table : before_.tables()) {
+        if (table.isTable && table.hasName) inFile_[table.name].push_back(&table);
     }
 }
 
@@ -144,8 +148,10 @@ void ChangeMaker::MakeAll(const std::vector<RequestedChange>& changes) {
 
 void ChangeMaker::Make(const RequestedChange& change) {
     const bool isRemoval = change.kind.has_value() && *change.kind == Change::Removed;
-    if (isRemoval && change.hasEntry && removedSections_.count(change.section) != 0)
-        return RequireRemoved(change);
+    std::optional<std::size_t>& lastRemoved = StateOf(change).lastRemoved;
+    if (isRemoval && change.hasEntry && lastRemoved.has_value())
+        return RemoveFrom(removedSections_[*lastRemoved], change);
+    lastRemoved.reset();
     if (change.occurrence > 1)
         Refuse(ExitCode::kIoError, "only the first one of several with the same name can be changed");
     if (!change.hasSection && profile_ != nullptr) Refuse(ExitCode::kUsageError, "\"section\" is missing");
@@ -159,6 +165,41 @@ void ChangeMaker::Make(const RequestedChange& change) {
     ChangeField(change, table);
 }
 
+// What the section of the change is called in the maps and the expectations: a table document has one name for its
+// table, whether the change names that or not.
+std::string ChangeMaker::KeyOf(const RequestedChange& change) const {
+    return table_ != nullptr ? "" : change.section;
+}
+
+ChangeMaker::SectionState& ChangeMaker::StateOf(const RequestedChange& change) {
+    return sections_[KeyOf(change)];
+}
+
+// The section of the change as it is in the file; null if the changes have added it, or if there is none.
+const DocumentTable* ChangeMaker::InFile(const RequestedChange& change) const {
+    const auto tables = inFile_.find(KeyOf(change));
+    const auto state = sections_.find(KeyOf(change));
+    const std::size_t index = state == sections_.end() ? 0 : state->second.removals;
+    return tables == inFile_.end() || index >= tables->second.size() ? nullptr : tables->second[index];
+}
+
+// The entry of the change as it is in the file; null if the changes have added it, or if there is none that can be
+// read.
+const DocumentEntry* ChangeMaker::EntryInFile(const RequestedChange& change) const {
+    const DocumentTable* const table = InFile(change);
+    if (table == nullptr) return nullptr;
+    const auto state = sections_.find(KeyOf(change));
+    std::size_t removed = 0;
+    if (state != sections_.end() && state->second.removedEntries.count(change.entry) != 0)
+        removed = state->second.removedEntries.at(change.entry);
+    if (removed == 0) return table->find(change.entry);
+    for (const DocumentEntry& entry : table->entries) {
+        if (entry.hasName && entry.name == change.entry && removed-- == 0)
+            return entry.isReadable ? &entry : nullptr;
+    }
+    return nullptr;
+}
+
 EntryTable& ChangeMaker::TableOf(const RequestedChange& change) {
     if (table_ != nullptr) return *table_;
     Problem problem;
@@ -167,41 +208,25 @@ EntryTable& ChangeMaker::TableOf(const RequestedChange& change) {
     return *section_;
 }
 
-// The entry of a section that was removed: whether it was there, with the value that the change expects.
-void ChangeMaker::RequireRemoved(const RequestedChange& change) {
-    std::size_t occurrence = 0;
-    for (const DocumentEntry& entry : before_.findTable(change.section)->entries) {
-        if ((!entry.isReadable && !entry.hasName) || entry.name != change.entry) continue;
-        if (++occurrence != change.occurrence) continue;
-        RequireBefore(change, entry.effectiveValue());
-        removedSections_[change.section].insert({change.entry, occurrence});
-        return;
-    }
-    Refuse(ExitCode::kNotFound, "there is no such entry");
+// An entry of a section that was removed: whether it was there, with the value that the change expects.
+void ChangeMaker::RemoveFrom(RemovedSection& section, const RequestedChange& change) const {
+    const auto entry = section.left.find({change.entry, change.occurrence});
+    if (entry == section.left.end()) Refuse(ExitCode::kNotFound, "there is no such entry");
+    RequireBefore(change, entry->second->effectiveValue());
+    section.left.erase(entry);
 }
 
 void ChangeMaker::RequireAllRemoved() const {
-    for (const auto& [section, removed] : removedSections_) {
-        std::map<std::string, std::size_t> counts;
-        for (const DocumentEntry& entry : before_.findTable(section)->entries) {
-            if (!entry.isReadable && !entry.hasName) continue;
-            if (removed.count({entry.name, ++counts[entry.name]}) != 0) continue;
-            throw ExitError(ExitCode::kNotFound, file_.Path() + ": section " + QuotedIfNeeded(section) +
-                                                     " has the entry " + QuotedIfNeeded(entry.name) +
-                                                     ", which the changes do not remove" + kNothingChanged);
-        }
+    for (const RemovedSection& section : removedSections_) {
+        if (section.left.empty()) continue;
+        throw ExitError(ExitCode::kNotFound, file_.Path() + ": section " + QuotedIfNeeded(section.name) +
+                                                 " has the entry " +
+                                                 QuotedIfNeeded(section.left.begin()->first.first) +
+                                                 ", which the changes do not remove" + kNothingChanged);
     }
 }
 
 // ---- sections
-
-// Whether there is one section of that name. Of several, the removal of the first leaves the next one.
-bool ChangeMaker::IsOnlySection(const std::string& name) const {
-    const auto& tables = before_.tables();
-    return std::count_if(tables.begin(), tables.end(), [&](const DocumentTable& table) {
-               return table.isTable && table.hasName && table.name == name;
-           }) == 1;
-}
 
 void ChangeMaker::ChangeSection(const RequestedChange& change) {
     if (profile_ == nullptr || !change.kind.has_value())
@@ -216,15 +241,29 @@ void ChangeMaker::ChangeSection(const RequestedChange& change) {
 }
 
 void ChangeMaker::RemoveSection(const RequestedChange& change) {
-    if (before_.findTable(change.section) == nullptr)
-        Refuse(ExitCode::kNotFound, "there is no such section in the file");
+    const DocumentTable* const table = InFile(change);
     Problem problem;
     Require(profile_->removeSection(change.section, &problem), problem);
-    removedSections_.try_emplace(change.section);
-    ++removals_[change.section];
-    sections_.erase(change.section);
+    SectionState& state = StateOf(change);
+    if (table != nullptr) {
+        RemovedSection removed{change.section, {}};
+        std::map<std::string, std::size_t> counts;
+        for (const DocumentEntry& entry : table->entries) {
+            if (!entry.isReadable && !entry.hasName) continue;
+            const std::size_t occurrence = ++counts[entry.name];
+            if (occurrence > state.removedEntries[entry.name])
+                removed.left[{entry.name, occurrence}] = &entry;
+        }
+        state.lastRemoved = removedSections_.size();
+        removedSections_.push_back(std::move(removed));
+        ++state.removals;
+    }
+    state.removedEntries.clear();
+    state.options.reset();
+    state.isEditableChanged = false;
     expectations_.Forget(change.section);
-    if (IsOnlySection(change.section)) expectations_.SetGone(change.section);
+    // Of several, the removal of the first leaves the next one.
+    if (InFile(change) == nullptr) expectations_.SetGone(change.section);
 }
 
 void ChangeMaker::AddSection(const RequestedChange& change) {
@@ -235,26 +274,10 @@ void ChangeMaker::AddSection(const RequestedChange& change) {
         SetSectionField(options, field, text);
     Problem problem;
     Require(profile_->makeSection(change.section, options, &problem).has_value(), problem);
-    sections_[change.section] = {options, false};
+    StateOf(change).options = options;
     expectations_.Forget(change.section);
-    for (const auto& [field, text] : change.fields)
-        expectations_.SetSection(change.section, field, text);
-}
-
-// The fields of the section as the changes so far have left them, apart from those in sections_.
-TableOptions ChangeMaker::OptionsOf(const std::string& section) const {
-    TableOptions options;
-    const auto removals = removals_.find(section);
-    std::size_t removed = removals == removals_.end() ? 0 : removals->second;
-    for (const DocumentTable& table : before_.tables()) {
-        if (!table.isTable || !table.hasName || table.name != section) continue;
-        if (removed-- != 0) continue;
-        options.firstId = table.firstId;
-        options.type = table.type;
-        options.editable = table.isEditable;
-        return options;
-    }
-    return options;  // a value has added the section
+    for (const char* const field : {"first_id", "type", "editable"})
+        expectations_.SetSection(change.section, field, TextOfSectionField(options, field));
 }
 
 void ChangeMaker::ChangeSectionField(const RequestedChange& change) {
@@ -262,23 +285,26 @@ void ChangeMaker::ChangeSectionField(const RequestedChange& change) {
         Refuse(ExitCode::kNotFound, "there is no such section");
     if (change.field != "first_id" && change.field != "type" && change.field != "editable")
         Refuse(ExitCode::kIoError, "the library cannot change the field " + Quoted(change.field));
-    auto [known, isNew] = sections_.try_emplace(change.section);
-    SectionHeader& header = known->second;
-    if (isNew) header.options = OptionsOf(change.section);
-    RequireBefore(change, TextOfSectionField(header.options, change.field));
-    SetSectionField(header.options, change.field, *change.after);
+    SectionState& state = StateOf(change);
+    const DocumentTable* const table = InFile(change);  // otherwise a value has added the section
+    if (!state.options.has_value())
+        state.options =
+            table == nullptr ? TableOptions{} : TableOptions{table->isEditable, table->firstId, table->type};
+    TableOptions& options = *state.options;
+    RequireBefore(change, TextOfSectionField(options, change.field));
+    SetSectionField(options, change.field, *change.after);
     Problem problem;
-    Require(profile_->makeSection(change.section, header.options, &problem).has_value(), problem);
-    if (change.field == "editable") header.isEditableChanged = true;
-    expectations_.SetSection(change.section, change.field, TextOfSectionField(header.options, change.field));
+    Require(profile_->makeSection(change.section, options, &problem).has_value(), problem);
+    if (change.field == "editable") state.isEditableChanged = true;
+    expectations_.SetSection(change.section, change.field, TextOfSectionField(options, change.field));
 }
 
 // Whether a section is editable can be changed only in the text, which is there when all other changes are made.
 void ChangeMaker::ChangeEditableTexts() {
-    for (const auto& [section, known] : sections_) {
-        if (!known.isEditableChanged) continue;
+    for (const auto& [section, state] : sections_) {
+        if (!state.isEditableChanged) continue;
         HeaderChange header;
-        header.editable = known.options.editable;
+        header.editable = state.options->editable;
         file_.ChangeText([name = section, header](std::string_view bytes, Form form, Problem* why) {
             return changeSection(bytes, form, name, header, why);
         });
@@ -287,10 +313,8 @@ void ChangeMaker::ChangeEditableTexts() {
 
 // ---- values
 
-// What the expectations call the section of the change: a table document has one name for it, whether the change names the
-// table or not.
-std::string ChangeMaker::ExpectedSection(const RequestedChange& change) const {
-    return table_ != nullptr ? "" : change.section;
+void ChangeMaker::Expect(const RequestedChange& change, const std::string& field, const std::string& text) {
+    expectations_.Set(KeyOf(change), change.entry, field, text);
 }
 
 template <class T>
@@ -344,9 +368,11 @@ void ChangeMaker::SetValue(const RequestedChange& change) {
                "\"value\" is neither a text nor a number, true, false or a list of bytes");
     }
     const std::optional<Entry> entry = TableOf(change).find(change.entry);
-    expectations_.Forget(ExpectedSection(change), change.entry);
-    expectations_.Set(ExpectedSection(change), change.entry, Expectations::kEffective,
-                      entry.has_value() ? entry->effectiveValue() : "");
+    const std::string own = entry.has_value() ? entry->value.value_or("") : "";
+    const std::string effective = entry.has_value() ? entry->effectiveValue() : "";
+    Expect(change, "value", own);
+    if (own.empty()) Expect(change, "ui.value", effective);
+    Expect(change, Expectations::kEffective, effective);
 }
 
 // ---- entries
@@ -365,24 +391,26 @@ void ChangeMaker::AddEntry(const RequestedChange& change) {
         Refuse(ExitCode::kNotFound, "there is no such section");
     Problem problem;
     Require(TableOf(change).add(entry, Eud::DoNotSet, &problem), problem);
-    expectations_.Forget(ExpectedSection(change), change.entry);
-    const auto expect = [&](const std::string& field, const std::string& text) {
-        expectations_.Set(ExpectedSection(change), change.entry, field, text);
-    };
-    expect("type", change.type);
-    if (change.after.has_value()) expect(Expectations::kEffective, *change.after);
+    expectations_.Forget(KeyOf(change), change.entry);
+    Expect(change, "type", change.type);
+    if (change.after.has_value()) Expect(change, Expectations::kEffective, *change.after);
     for (const auto& [field, text] : change.fields)
-        expect(field, text);
+        Expect(change, field, text);
 }
 
 void ChangeMaker::RemoveEntry(const RequestedChange& change, EntryTable& table) {
     const std::optional<Entry> entry = table.find(change.entry);
-    if (entry.has_value()) RequireBefore(change, entry->effectiveValue());
+    if (entry.has_value()) {
+        RequireBefore(change, entry->effectiveValue());
+    } else if (table.contains(change.entry)) {
+        RequireBefore(change, "");  // what hosts read from an entry without a known type
+    }
     Problem problem;
     Require(table.remove(change.entry, 0, &problem), problem);
-    expectations_.Forget(ExpectedSection(change), change.entry);
+    ++StateOf(change).removedEntries[change.entry];
+    expectations_.Forget(KeyOf(change), change.entry);
     if (!table.contains(change.entry) && !change.entry.empty())
-        expectations_.SetGone(ExpectedSection(change), change.entry);
+        expectations_.SetGone(KeyOf(change), change.entry);
 }
 
 void ChangeMaker::ChangeField(const RequestedChange& change, EntryTable& table) {
@@ -392,6 +420,11 @@ void ChangeMaker::ChangeField(const RequestedChange& change, EntryTable& table) 
     if (!entry.has_value()) Refuse(problem);
     const std::string& field = change.field;
     const std::string& text = *change.after;
+    // The values as they will be.
+    std::optional<std::string> own = field == "value" ? text : entry->value;
+    std::optional<std::string> shown = field == "ui.value"     ? text
+                                       : entry->ui.has_value() ? entry->ui->value
+                                                               : std::string();
     bool isDone = false;
     if (field == "value") {
         isDone = table.setValue(change.entry, text, Eud::DoNotSet, &problem);
@@ -418,16 +451,17 @@ void ChangeMaker::ChangeField(const RequestedChange& change, EntryTable& table) 
         isDone = table.put(*entry, Eud::DoNotSet, &problem);
     }
     Require(isDone, problem);
-    expectations_.Set(ExpectedSection(change), change.entry, field, text);
+    Expect(change, field, text);
+    const std::optional<std::string>& effective = own == "" ? shown : own;
+    if ((field == "value" || field == "ui.value") && effective.has_value())
+        Expect(change, Expectations::kEffective, *effective);
 }
 
 // Refuses the change unless the entry, as it was read from the file, has the text that the change expects in the field.
 // Earlier changes in the list are not taken into account.
 void ChangeMaker::RequireOldField(const RequestedChange& change) const {
     if (!change.before.has_value()) return;
-    const DocumentTable* const table =
-        table_ != nullptr ? &before_.tables().front() : before_.findTable(change.section);
-    const DocumentEntry* const entry = table == nullptr ? nullptr : table->find(change.entry);
+    const DocumentEntry* const entry = EntryInFile(change);
     if (entry == nullptr) Refuse(ExitCode::kNotFound, "there is no such entry");
     for (const auto& [name, text] : FieldsOf(*entry)) {
         if (name == change.field) RequireBefore(change, text);

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,14 +29,29 @@ class ChangeMaker {
     const Expectations& Expected() const noexcept { return expectations_; }
 
   private:
-    // The fields of a section that the changes have added or changed.
-    struct SectionHeader {
-        TableOptions options{};
-        bool isEditableChanged = false;  // after the section was added, if it was
+    // The first section of a name, as the changes so far have left it; or the table of a table document.
+    struct SectionState {
+        std::size_t removals = 0;  // how many of the file's sections of the name are removed
+        // The place in removedSections_ of the one that was removed last, until the name is used for anything but
+        // removing the entries of that.
+        std::optional<std::size_t> lastRemoved{};
+        std::map<std::string, std::size_t> removedEntries{};  // how many of each name
+        std::optional<TableOptions> options{};                // once a field is added or changed
+        bool isEditableChanged = false;                       // after the section was added, if it was
+    };
+
+    // A section of the file that the changes remove, and the entries that they have not removed yet, by name and
+    // occurrence.
+    struct RemovedSection {
+        std::string name{};
+        std::map<std::pair<std::string, std::size_t>, const DocumentEntry*> left{};
     };
 
     void Make(const RequestedChange& change);
-    void RequireRemoved(const RequestedChange& change);
+    SectionState& StateOf(const RequestedChange& change);
+    const DocumentTable* InFile(const RequestedChange& change) const;
+    const DocumentEntry* EntryInFile(const RequestedChange& change) const;
+    void RemoveFrom(RemovedSection& section, const RequestedChange& change) const;
     void RequireAllRemoved() const;
 
     void ChangeSection(const RequestedChange& change);
@@ -45,8 +59,6 @@ class ChangeMaker {
     void RemoveSection(const RequestedChange& change);
     void ChangeSectionField(const RequestedChange& change);
     void ChangeEditableTexts();
-    TableOptions OptionsOf(const std::string& section) const;
-    bool IsOnlySection(const std::string& name) const;
 
     void SetValue(const RequestedChange& change);
     void WriteInteger(const RequestedChange& change);
@@ -58,7 +70,8 @@ class ChangeMaker {
     void RemoveEntry(const RequestedChange& change, EntryTable& table);
     void ChangeField(const RequestedChange& change, EntryTable& table);
     void RequireOldField(const RequestedChange& change) const;
-    std::string ExpectedSection(const RequestedChange& change) const;
+    void Expect(const RequestedChange& change, const std::string& field, const std::string& text);
+    std::string KeyOf(const RequestedChange& change) const;
     EntryTable& TableOf(const RequestedChange& change);
 
     EditedFile& file_;
@@ -66,10 +79,9 @@ class ChangeMaker {
     Profile* profile_ = nullptr;        // belongs to the file; null for a table document
     Table* table_ = nullptr;            // belongs to the file; null for a settings document
     std::optional<Section> section_{};  // of the last change
-    // The names and occurrences of the entries that the changes remove with each section.
-    std::map<std::string, std::set<std::pair<std::string, std::size_t>>> removedSections_{};
-    std::map<std::string, std::size_t> removals_{};  // how often a section of that name was removed
-    std::map<std::string, SectionHeader> sections_{};
+    std::map<std::string, std::vector<const DocumentTable*>> inFile_{};  // by KeyOf, in their order
+    std::map<std::string, SectionState> sections_{};                     // by KeyOf
+    std::vector<RemovedSection> removedSections_{};
     Expectations expectations_{};
 };
 

@@ -13,16 +13,17 @@
 namespace mox::tool {
 namespace {
 
-// How many sections and entries have "eud" in one document and are there without it in the other.
-std::size_t CountLostEud(const Document& before, const Document& after) {
+// How many sections and entries have "eud" in one document and are there without it in the other, leaving out the
+// entries whose "eud" was to be changed.
+std::size_t CountLostEud(const Document& before, const Document& after, const std::set<std::string>& asked) {
     std::size_t count = 0;
     for (const DocumentTable& table : before.tables()) {
         if (before.findTable(table.name) != &table) continue;
         const DocumentTable* const left = after.findTable(table.name);
         if (left == nullptr) continue;
-        if (table.hasEud && !left->hasEud) ++count;
+        if (table.hasEud && !left->hasEud && asked.empty()) ++count;
         for (const DocumentEntry& entry : table.entries) {
-            if (!entry.hasEud) continue;
+            if (!entry.hasEud || asked.count(entry.name) != 0) continue;
             const DocumentEntry* const leftEntry = left->findElement(entry.name);
             if (leftEntry != nullptr && !leftEntry->hasEud) ++count;
         }
@@ -181,16 +182,15 @@ const Document& EditedFile::Prepare() {
     return *after_;
 }
 
-void EditedFile::Write(Output& output, bool isEudAsked) {
+void EditedFile::Write(Output& output, const std::set<std::string>& changedEud) {
     SaveArguments save;
     save.withBackup = arguments_.withBackup;
     if (!arguments_.mayOverwrite) save.onlyIf = &stamp_;
     if (lock_.has_value()) save.lock = &*lock_;
     SaveBytes(newBytes_, Path(), save);
     if (!before_.has_value()) return;
-    const std::size_t lostEud = isEudAsked ? 0 : CountLostEud(*before_, *after_);
-    PrintNote(Path(), "removed the attribute \"eud\" from", lostEud, "section or entry",
-              "sections and entries", output);
+    PrintNote(Path(), "removed the attribute \"eud\" from", CountLostEud(*before_, *after_, changedEud),
+              "section or entry", "sections and entries", output);
     PrintNote(Path(), "added white space to", CountAddedSpace(*before_, *after_),
               "value or comment with a line break", "values and comments with line breaks", output);
 }

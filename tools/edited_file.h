@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -75,12 +76,12 @@ class EditedFile {
     // What Prepare has made.
     const std::string& NewBytes() const noexcept { return newBytes_; }
 
-    // Replaces the file with what Prepare has made, and prints a note about what that changes besides; of "eud" only if
-    // the user has not asked to change it.
+    // Replaces the file with what Prepare has made, and prints a note about what that changes besides. `changedEud` has
+    // the entries of a table document whose "eud" the user has asked to change.
     //
     // Throws ExitError (kIoError) on failure; the file is then unchanged. Fails if the file is no longer the one that was
     // read, unless the user said --overwrite.
-    void Write(Output& output, bool isEudAsked = false);
+    void Write(Output& output, const std::set<std::string>& changedEud = {});
 
     // Both. `holds` returns whether the document that Prepare returns has what was asked for; if not, nothing is written
     // (kIoError).

@@ -27,10 +27,13 @@ std::string FieldIn(const Fields& fields, const std::string& field) {
 
 void Expectations::Set(const std::string& section, const std::string& entry, const std::string& field,
                        const std::string& text) {
+    gone_.erase({section, std::nullopt});
+    gone_.erase({section, entry});
     fields_[{section, entry, field}] = text;
 }
 
 void Expectations::SetSection(const std::string& section, const std::string& field, const std::string& text) {
+    gone_.erase({section, std::nullopt});
     sectionFields_[{section, field}] = text;
 }
 

@@ -13,9 +13,9 @@
 
 namespace mox::tool {
 
-// The fields of sections and entries that were written, and the sections and entries that were removed. What is set later
-// counts. The fields are those of FieldsOf (tools/document_diff.h). In a table document every change must name the section
-// alike; an empty name will do.
+// The fields of sections and entries that were written, and the sections and entries that were removed. What is set
+// later counts: a field of what was removed means that it is there again. The fields are those of FieldsOf
+// (tools/document_diff.h). In a table document every change must name the section alike; an empty name will do.
 class Expectations {
   public:
     // The field that hosts read as the value.
