@@ -25,16 +25,21 @@
 //   afterwards, it is compared with the file of that name, so that a file which another user has swapped in is
 //   detected.
 //   Programs that use this function on the same file exclude each other from the comparison with `onlyIf` to the
-//   renaming, by a lock on the file (flock; on Windows a named mutex) that ends with the process. FileLock holds it from
-//   the reading on. On a file system without locks, and against other programs, the comparison is made but a change
-//   right after it is not seen. Whoever may read the file can hold that lock, too, and so make replacements end with
-//   Reason::Busy.
+//   renaming, by a lock on the file (flock; on Windows a named mutex) that ends with the process. FileLock holds it
+//   from the reading on. On a file system without locks, and against other programs, the comparison is made but a
+//   change right after it is not seen. Whoever may read the file can hold that lock, too, and so make replacements end
+//   with Reason::Busy.
+//   A missing file is created without a lock, whether a FileLock is held on it or not. If another program creates it
+//   first, that is seen: with `onlyIf` the call fails (Changed), and without it the other one's file is replaced. (Not
+//   on a file system that knows neither links nor a renaming that replaces nothing: there a file that is created at
+//   the very moment of the renaming is replaced.)
 //
 // Failure
 //   The old file is unchanged and the temporary file is removed. That file, ".mox-<number>-<number>.tmp" in the folder
 //   of the file, stays only if the process ends midway or if the system cannot remove it.
-//   There is one exception: if the system fails to say whose file has the name right after the renaming, the reason is
-//   Changed, the message begins with "the file was replaced, but", and the new file is in place.
+//   There are two exceptions, both right after the renaming on POSIX systems and both with the reason Changed. If the
+//   system fails to say whose file has the name, the message begins with "the file was replaced, but", and the new file
+//   is in place. If another program has put its own file in the place of the new one, that file is there.
 //
 // Power cuts
 //   At each moment the disk has the old file or the new one, whole, and the backup or what was there before it; the new
@@ -63,13 +68,18 @@ struct ReplaceOptions {
     const FileStamp* onlyIf = nullptr;
 
     // A path to which the old file, if there is one, is copied before it is replaced, with the same access. The copy
-    // replaces what was there, a link too, as atomically as the file itself, and is flushed before that is replaced. If
-    // it fails, neither has changed. If replacing the file fails after that, the new backup stays: it is a copy of the
-    // file, which is unchanged.
+    // replaces what was there, a link too, as atomically as the file itself, and is flushed before that is replaced.
+    //
+    // If making the backup fails, the file is unchanged. So is what was at the path of the backup, with three
+    // exceptions on POSIX systems, after the copy was renamed: the copy is there if the system cannot examine it
+    // (Changed, with a message that begins with "the file was replaced, but") or cannot flush its folder (WriteFailed);
+    // and another program's file is there if that has put it in the place of the copy (Changed). If replacing the file
+    // fails after that, the new backup stays: it is a copy of the file as it was.
     std::optional<Text> backup{};
 
-    // The lock on the file that the caller holds. Without it, a file that anybody has locked cannot be replaced (Busy).
-    // (On Windows it is not needed: the thread that has locked a file can replace it.)
+    // The lock on the file that the caller holds. Without it, a file that anybody has locked cannot be replaced (Busy);
+    // a missing one is created nevertheless. (On Windows it is not needed: the thread that has locked a file can
+    // replace it.)
     const FileLock* lock = nullptr;
 
     // How long to wait for other processes that are replacing the same file, or have locked it.

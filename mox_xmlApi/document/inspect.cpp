@@ -1,8 +1,8 @@
 #include "mox_xmlApi/document/inspect.hpp"
 
 #include <algorithm>
+#include <map>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 #include "mox_xmlApi/document/parsed_text.h"
@@ -166,7 +166,7 @@ class Inspection {
     }
 
     void FindOnlyTables(const XmlNode& root) {
-        std::unordered_map<WideView, std::size_t> counts;
+        std::map<WideView, std::size_t> counts;  // no hash table: a file could hold names with equal hashes
         for (const XmlNode* section : root.children) {
             if (section->kind == XmlNodeKind::Element) ++counts[NameOf(*section)];
         }

@@ -115,6 +115,35 @@ TEST_F(FileLocks, AMissingFileCanBeLockedAndCreated) {
     EXPECT_EQ(seen, "new");
 }
 
+TEST_F(FileLocks, AMissingFileThatIsLockedIsCreatedNevertheless) {
+    const std::optional<FileLock> lock = FileLock::acquire(file.u16string(), kShort);
+    ASSERT_TRUE(lock.has_value());
+    mox::FileStamp missing;
+    EXPECT_FALSE(mox::readFile(file.u16string(), &missing).has_value());
+    EXPECT_EQ(ReplaceElsewhere(file), Reason::None);
+    EXPECT_EQ(host::ReadBytes(file), "other");
+    // Whoever found no file loses nothing of the new one.
+    mox::ReplaceOptions options = disk_tests::OnlyIf(missing);
+    options.lock = &*lock;
+    EXPECT_EQ(ReasonFor(file, "new", options), Reason::Changed);
+    EXPECT_EQ(host::ReadBytes(file), "other");
+}
+
+TEST_F(FileLocks, WhoCreatesAFileLocksNothingAfterwards) {
+    EXPECT_EQ(ReplaceElsewhere(file), Reason::None);
+    EXPECT_EQ(ReasonElsewhere(file), Reason::None);
+    EXPECT_EQ(ReasonElsewhere(folder.Of("second.xml")), Reason::None);
+}
+
+TEST_F(FileLocks, WithoutPatienceOneTryIsMade) {
+    host::WriteBytes(file, "old");
+    for (const milliseconds patience : {milliseconds(0), milliseconds(-1), milliseconds::min()}) {
+        const std::optional<FileLock> lock = FileLock::acquire(file.u16string(), patience);
+        ASSERT_TRUE(lock.has_value());
+        EXPECT_EQ(ReasonElsewhere(file, patience), Reason::Busy);
+    }
+}
+
 TEST_F(FileLocks, LeaveNothingInTheFolder) {
     { const auto lock = FileLock::acquire(file.u16string(), kShort); }
     EXPECT_TRUE(fs::is_empty(file.parent_path()));
@@ -149,6 +178,20 @@ TEST_F(FileLocks, ALinkLocksTheFile) {
     const std::optional<FileLock> lock = FileLock::acquire(link.u16string(), kShort);
     ASSERT_TRUE(lock.has_value());
     EXPECT_EQ(ReasonElsewhere(file), Reason::Busy);
+}
+
+TEST_F(FileLocks, MissingFilesOfOneFolderHaveOneLock) {
+    const std::optional<FileLock> lock = FileLock::acquire(file.u16string(), kShort);
+    ASSERT_TRUE(lock.has_value());
+    mox::Problem problem;
+    EXPECT_FALSE(FileLock::acquire(folder.Of("second.xml").u16string(), kShort, &problem).has_value());
+    EXPECT_EQ(problem.reason, Reason::Busy);
+}
+#else
+TEST_F(FileLocks, AThreadCanAcquireItsLockAgain) {
+    host::WriteBytes(file, "old");
+    const std::optional<FileLock> lock = FileLock::acquire(file.u16string(), kShort);
+    EXPECT_TRUE(FileLock::acquire(file.u16string(), kShort).has_value());
 }
 #endif
 
