@@ -157,9 +157,7 @@ TEST_F(Replacing, BeginsAgainIfAnotherProgramReplacesTheFileMeanwhile) {
         EXPECT_TRUE(mox::replaceFile(file.u16string(), "new"));
     }
     EXPECT_EQ(host::ReadBytes(file), "new");
-    struct stat status {};
-    ASSERT_EQ(stat(file.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, mode_t{0640});
+    EXPECT_EQ(ModeOf(file), mode_t{0640});
     // The other one's file is the one that stays if only the file that was read may be replaced.
     mox::FileStamp stamp;
     ASSERT_TRUE(mox::readFile(file.u16string(), &stamp).has_value());
@@ -279,9 +277,7 @@ TEST_F(Replacing, ScratchFilesAreInAFolderOfTheirOwnIfNotInMemory) {
         auto scratch = mox::ScratchFile::create();
         ASSERT_TRUE(scratch.has_value());
         ASSERT_EQ(Names().size(), 1U);
-        struct stat status {};
-        ASSERT_EQ(stat((folder / Names()[0]).c_str(), &status), 0);
-        EXPECT_EQ(status.st_mode & 07777, mode_t{0700});
+        EXPECT_EQ(ModeOf(folder / Names()[0]), mode_t{0700});
         EXPECT_TRUE(scratch->write("text"));
         EXPECT_EQ(scratch->read(), "text");
         mox::ScratchFile moved(std::move(*scratch));

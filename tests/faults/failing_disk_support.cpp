@@ -1,10 +1,12 @@
 #include "tests/faults/failing_disk_support.h"
 
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <utility>
 
 #include "mox_xmlApi/disk/system_problem.h"
 #include "tests/faults/watched_calls_support.h"
+#include "tests/host/host_support.h"
 
 namespace faults {
 namespace {
@@ -47,5 +49,17 @@ std::string NameOf(FileCall call) {
 std::string TextOfFailure(FileCall call) {
     return mox::disk::TextOf(ErrorOf(call));
 }
+
+Content ContentOf(const std::filesystem::path& path) {
+    return std::filesystem::exists(path) ? Content(host::ReadBytes(path)) : std::nullopt;
+}
+
+#if !defined(_WIN32)
+mode_t ModeOf(const std::filesystem::path& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0);
+    return status.st_mode & 07777;
+}
+#endif
 
 }  // namespace faults

@@ -8,10 +8,14 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <limits>
 #include <optional>
 #include <string>
+#if !defined(_WIN32)
+#include <sys/stat.h>
+#endif
 
 #include "tests/faults/failing_memory_support.h"
 
@@ -93,6 +97,15 @@ class FailedCall {
 
 // How many files and other things of the system this process has open.
 std::uint64_t OpenHandles();
+
+// Of a file; nullopt if there is none.
+using Content = std::optional<std::string>;
+Content ContentOf(const std::filesystem::path& path);
+
+#if !defined(_WIN32)
+// The mode bits of a file without its kind. The running test fails if there is no such file.
+mode_t ModeOf(const std::filesystem::path& path);
+#endif
 
 }  // namespace faults
 

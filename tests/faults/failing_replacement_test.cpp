@@ -33,11 +33,6 @@ namespace {
 namespace fs = std::filesystem;
 using mox::Reason;
 using Calls = std::set<FileCall>;
-using Content = std::optional<std::string>;  // of a file; nullopt if there is none
-
-Content ContentOf(const fs::path& path) {
-    return fs::exists(path) ? Content(host::ReadBytes(path)) : std::nullopt;
-}
 
 // Failures of these calls can be tolerated: what was to be closed is no longer needed; a lock that the file system does
 // not have is not missed; owner, attributes and access-control list are kept as far as possible; and the folder is
@@ -302,14 +297,6 @@ class FailingReplacement : public testing::Test {
     static void RemoveStaying(const Case& tried, const FailedCall& rule, std::set<std::string>& names) {
         if (rule.HasFailed(FileCall::Remove)) names = tried.names;
     }
-
-#if !defined(_WIN32)
-    static mode_t ModeOf(const fs::path& path) {
-        struct stat status {};
-        EXPECT_EQ(stat(path.c_str(), &status), 0);
-        return status.st_mode & 07777;
-    }
-#endif
 
     // Whether the message ends with the system's text for a call that failed.
     static bool NamesFailure(const FailedCall& rule, const std::string& message) {

@@ -26,11 +26,6 @@ namespace faults {
 namespace {
 
 namespace fs = std::filesystem;
-using Content = std::optional<std::string>;  // of a file; nullopt if there is none
-
-Content ContentOf(const fs::path& path) {
-    return fs::exists(path) ? Content(host::ReadBytes(path)) : std::nullopt;
-}
 
 FileNumber FolderOf(const fs::path& path) {
     const int folder = open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY);

@@ -30,7 +30,6 @@ inline WideText Wide(std::string_view ascii) {
 // A file in the folder for tests, which is not there yet, and its path for the exports.
 std::filesystem::path FilePath(const std::string& name);
 WideText WidePath(const std::filesystem::path& path);
-std::string ReadBytes(const std::filesystem::path& path);
 
 // exports.cpp
 // All exports, each thread with documents of its own, on the same file to read and on a file of its own to write.

@@ -22,8 +22,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -75,12 +73,6 @@ std::filesystem::path FilePath(const std::string& name) {
 WideText WidePath(const std::filesystem::path& path) {
     const std::u16string units = path.u16string();
     return {units.begin(), units.end()};
-}
-
-std::string ReadBytes(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    Expect(stream.is_open(), "a saved file is there");
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 }  // namespace threads
