@@ -70,7 +70,8 @@ inline bool RenameByValue(void* handle, std::uint64_t before, const Text& newNam
 }
 
 // Renames an entry without one: it gets the value that reads return anyway and, with the new name, loses it again, also
-// if memory runs out.
+// if memory runs out. Nothing else can make the second write fail: the entry is there, and records of all types hold an
+// empty value.
 inline bool RenameByTemporaryValue(void* handle, std::uint64_t before, const Text& name, const Text& newName,
                                    const Entry16& entry) {
     TableEntryValueInfoStruct added;
@@ -79,17 +80,15 @@ inline bool RenameByTemporaryValue(void* handle, std::uint64_t before, const Tex
     const Text value = hasUiValue ? Text(*entry.ui->value) : Text("0");
     TableEntryValueInfoStruct renamed;
     FillNameRecord(newName.units(), TypeCodeOf(entry), kMaskName | kMaskValue, renamed);
-    TableEntryValueInfoStruct emptied;
-    FillNameRecord(name.units(), TypeCodeOf(entry), kMaskValue, emptied);
     if (!SetRecordValue(value, added.type, added) || !SetRecordValue(Text(""), renamed.type, renamed) ||
-        !SetRecordValue(Text(""), emptied.type, emptied) ||
         !xmlTableEntryAdd(handle, nullptr, &added, nullptr, 0, 1))
         return false;
-    std::uint64_t position = before;
+    std::uint64_t position = before;  // the export moves the other one
     try {
         return xmlTableEntrySet(handle, &before, &renamed, nullptr, 1, 0);
     } catch (...) {
-        xmlTableEntrySet(handle, &position, &emptied, nullptr, 1, 0);
+        renamed.writeMask = kMaskValue;
+        xmlTableEntrySet(handle, &position, &renamed, nullptr, 1, 0);
         throw;
     }
 }
