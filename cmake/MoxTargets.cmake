@@ -87,8 +87,8 @@ function(mox_version_resource target)
 endfunction()
 
 # mox_msvc_import_library(<target> <def file>): a .lib for MSVC's linker in addition to MinGW's own import library; adds
-# its path to the global property MOX_MSVC_IMPORT_LIBRARIES. LLVM's tool writes the same as MSVC's; MinGW's writes another form, which MSVC's
-# linker is not documented to accept.
+# its path to the global property MOX_MSVC_IMPORT_LIBRARIES. LLVM's tool writes the same as MSVC's; MinGW's writes
+# another form, which MSVC's linker is not documented to accept.
 function(mox_msvc_import_library target def)
   if(NOT MINGW)
     return()

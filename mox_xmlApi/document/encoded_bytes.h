@@ -23,10 +23,6 @@ inline bool IsBeyondAscii(char byte) noexcept {
     return ByteOf(byte) >= 0x80;
 }
 
-inline bool BeginsWith(std::string_view bytes, std::string_view start) noexcept {
-    return bytes.substr(0, start.size()) == start;
-}
-
 // Returns the offset of the first byte that does not belong to a character.
 inline std::optional<std::size_t> FindBadUtf8(std::string_view bytes) noexcept {
     std::string_view rest = bytes;

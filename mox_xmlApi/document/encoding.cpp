@@ -13,7 +13,7 @@ namespace {
 bool LooksWide(std::string_view bytes) noexcept {
     if (bytes.empty()) return true;
     if (bytes.size() == 1) return false;
-    return bytes[1] == '\0' || BeginsWith(bytes, kUtf16LeMark) || BeginsWith(bytes, kUtf16BeMark);
+    return bytes[1] == '\0' || bytes.starts_with(kUtf16LeMark) || bytes.starts_with(kUtf16BeMark);
 }
 
 // The high byte comes first of what a document begins with, and of an ASCII character after that.
@@ -67,10 +67,10 @@ EncodingReport detectEncoding(std::string_view bytes, std::optional<Form> form) 
     const std::string_view rest = bytes.substr(report.textSize);
     report.unreadBytes = rest.size() - static_cast<std::size_t>(std::count(rest.begin(), rest.end(), '\0'));
     report.encoding = Encoding::Wide;
-    if (BeginsWith(bytes, kUtf16LeMark) || BeginsWith(bytes, kUtf16BeMark)) {
+    if (bytes.starts_with(kUtf16LeMark) || bytes.starts_with(kUtf16BeMark)) {
         report.hasByteOrderMark = true;
-        if (BeginsWith(bytes, kUtf16BeMark)) report.encoding = Encoding::Utf16Be;
-    } else if (BeginsWith(bytes, kUtf8Mark)) {
+        if (bytes.starts_with(kUtf16BeMark)) report.encoding = Encoding::Utf16Be;
+    } else if (bytes.starts_with(kUtf8Mark)) {
         report.hasByteOrderMark = true;
         report.encoding = Encoding::Utf8;
     } else if (!bytes.empty() && text.empty() && report.unreadBytes == 0 && bytes[0] == '\0') {

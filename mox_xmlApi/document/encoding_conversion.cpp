@@ -60,7 +60,7 @@ std::string_view MarkOf(Encoding encoding) noexcept {
 Import Begin(std::string_view bytes, Encoding from, Problem* problem) noexcept {
     Import import{bytes, from, 0, bytes.size(), problem};
     const std::string_view mark = MarkOf(from);
-    if (!mark.empty() && BeginsWith(bytes, mark)) import.begin = mark.size();
+    if (!mark.empty() && bytes.starts_with(mark)) import.begin = mark.size();
     const std::size_t unitSize = import.UnitSizeOf();
     if ((import.end - import.begin) % unitSize != 0 && bytes[import.end - 1] == '\0') --import.end;
     if ((import.end - import.begin) % unitSize != 0) return import;
@@ -73,7 +73,7 @@ std::string HexByte(char byte) {
     return ByteText(ByteOf(byte));
 }
 
-// Why the bytes are not a text in the encoding; nullopt if they are. Returns true if they are.
+// Whether the bytes are a text in the encoding, without zeros. If not, the problem says why.
 bool Check(const Import& import) {
     const std::string_view text = import.bytes.substr(import.begin, import.end - import.begin);
     const auto at = [](std::size_t offset) { return " at offset " + std::to_string(offset); };

@@ -76,8 +76,8 @@ auto OpenBytes(std::string_view bytes, const DocumentFindings& findings, Open op
     return open(nullptr, buffer.data(), static_cast<std::int32_t>(buffer.size()), 0);
 }
 
-// Stores the findings about a document that has been opened, except for its form. Odd entries are recorded by section and name only. If one of
-// several entries with the same name is odd, writes to all of them are refused.
+// Stores the findings about a document that has been opened, except for its form. Odd entries are recorded by section
+// and name only. If one of several entries with the same name is odd, writes to all of them are refused.
 inline void TakeFindings(const DocumentFindings& findings, WriteRules& rules) {
     constexpr std::uint32_t kValueOddities = kTwoTypes | kTwoValues | kValueHasChildren;
     rules.indentationUnits = findings.indentationUnits;

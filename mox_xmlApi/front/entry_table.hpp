@@ -182,9 +182,9 @@ class EntryTable {
     //
     // The exports cannot remove a comment, and cannot clear the others where the entry has a value of its own, but the
     // presentation data have neither value nor comment. There the entry is replaced by a new one in its place. If that
-    // would lose what only the file has (minimum and maximum, access, flags, regen, comments of XML, other elements), the
-    // call fails (NotStored) and says what. An iterator at an entry that was replaced is no longer valid. (The attribute "loc" of a value that is written again is emptied, as the
-    // exports do.)
+    // would lose what only the file has (minimum and maximum, access, flags, regen, comments of XML, other elements),
+    // the call fails (NotStored) and says what. An iterator at an entry that was replaced is no longer valid. (The
+    // attribute "loc" of a value that is written again is emptied, as the exports do.)
     bool setComment(const Text& name, const Text& comment, Problem* problem = nullptr) {
         return SetUiText(name, comment, "the comment", &Presentation16::comment, problem);
     }

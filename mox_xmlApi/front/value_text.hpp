@@ -33,7 +33,8 @@ template <class T>
 inline constexpr bool kFitsInt32 = kIsOneOf<T, short, unsigned short, int> ||
                                    (std::is_same_v<T, long> && sizeof(long) == sizeof(int));
 
-// Why a text is not a valid value of a type; the reason is None if it is one. `what` ends the sentence that begins with the value.
+// Why a text is not a valid value of a type; the reason is None if it is one. `what` ends the sentence that begins with
+// the value.
 struct Misfit {
     Reason reason = Reason::None;
     const char* what = "";
