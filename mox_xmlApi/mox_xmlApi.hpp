@@ -26,8 +26,9 @@
 //   mox::Problem   why a call failed: front/problem.hpp
 //
 // mox::readFile and mox::replaceFile read and replace files as a whole, and mox::FileLock keeps a file from changing in
-// between: disk/read_file.hpp, disk/replace_file.hpp, disk/file_lock.hpp. mox::renameSection, copySection, changeSection and
-// removePresentation change the text of a document where no class can: document/text_edit.hpp.
+// between: disk/read_file.hpp, disk/replace_file.hpp, disk/file_lock.hpp. mox::renameSection, copySection,
+// changeSection, changeSections and removePresentation change the text of a document where no class can:
+// document/text_edit.hpp.
 //
 // Texts
 //   Arguments are UTF-8 (std::string, std::string_view, "...") or UTF-16 (std::u16string, std::u16string_view, u"...",

@@ -301,14 +301,16 @@ void ChangeMaker::ChangeSectionField(const RequestedChange& change) {
 
 // Whether a section is editable can be changed only in the text, which is there when all other changes are made.
 void ChangeMaker::ChangeEditableTexts() {
+    std::vector<SectionChange> changes;
     for (const auto& [section, state] : sections_) {
         if (!state.isEditableChanged) continue;
-        HeaderChange header;
-        header.editable = state.options->editable;
-        file_.ChangeText([name = section, header](std::string_view bytes, Form form, Problem* why) {
-            return changeSection(bytes, form, name, header, why);
-        });
+        changes.push_back({section, {}});
+        changes.back().header.editable = state.options->editable;
     }
+    if (changes.empty()) return;
+    file_.ChangeText([changes = std::move(changes)](std::string_view bytes, Form form, Problem* why) {
+        return changeSections(bytes, form, changes, why);
+    });
 }
 
 // ---- values

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -284,6 +286,16 @@ WideString UnitsOfAscii(std::string_view text) {
     return WideString(text.begin(), text.end());
 }
 
+std::vector<NewAttribute> AttributesOf(const HeaderChange& change) {
+    std::vector<NewAttribute> attributes;
+    if (change.firstId.has_value())
+        attributes.push_back({names::kFirstId, UnitsOfAscii(std::to_string(*change.firstId))});
+    if (change.type.has_value()) attributes.push_back({names::kType, UnitsOfAscii(Hex(*change.type, 4))});
+    if (change.editable.has_value())
+        attributes.push_back({names::kEditable, WideString(*change.editable ? names::kTrue : names::kFalse)});
+    return attributes;
+}
+
 }  // namespace
 
 std::optional<std::string> renameSection(std::string_view bytes, std::optional<Form> form, const Text& name,
@@ -317,18 +329,30 @@ std::optional<std::string> copySection(std::string_view bytes, std::optional<For
 
 std::optional<std::string> changeSection(std::string_view bytes, std::optional<Form> form, const Text& name,
                                          const HeaderChange& change, Problem* problem) {
+    return changeSections(bytes, form, {{name, change}}, problem);
+}
+
+std::optional<std::string> changeSections(std::string_view bytes, std::optional<Form> form,
+                                          const std::vector<SectionChange>& changes, Problem* problem) {
     EditedText edit;
     if (!edit.Open(bytes, form, DocumentKind::Settings, problem)) return std::nullopt;
-    const DocumentTable* const table = FindSection(edit.Content(), name, problem);
-    if (table == nullptr) return std::nullopt;
-    std::vector<NewAttribute> wanted;
-    if (change.firstId.has_value())
-        wanted.push_back({names::kFirstId, UnitsOfAscii(std::to_string(*change.firstId))});
-    if (change.type.has_value()) wanted.push_back({names::kType, UnitsOfAscii(Hex(*change.type, 4))});
-    if (change.editable.has_value())
-        wanted.push_back({names::kEditable, WideString(*change.editable ? names::kTrue : names::kFalse)});
+    std::map<const DocumentTable*, HeaderChange> headers;  // in document order: the tables are in one vector
+    for (const SectionChange& change : changes) {
+        const DocumentTable* const table = FindSection(edit.Content(), change.name, problem);
+        if (table == nullptr) return std::nullopt;
+        HeaderChange& header = headers[table];
+        if (change.header.editable.has_value()) header.editable = change.header.editable;
+        if (change.header.firstId.has_value()) header.firstId = change.header.firstId;
+        if (change.header.type.has_value()) header.type = change.header.type;
+    }
+    std::vector<Change> all;
+    for (const auto& [table, header] : headers) {
+        std::vector<Change> ofTable =
+            ChangesOfAttributes(edit.Units(), EditedText::BeginOf(table->node), AttributesOf(header));
+        std::move(ofTable.begin(), ofTable.end(), std::back_inserter(all));
+    }
     front::Succeed(problem);
-    return edit.BytesWith(ChangesOfAttributes(edit.Units(), EditedText::BeginOf(table->node), wanted));
+    return edit.BytesWith(all);
 }
 
 std::optional<std::string> removePresentation(std::string_view bytes, std::optional<Form> form,

@@ -20,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "mox_xmlApi/front/form.hpp"
 #include "mox_xmlApi/front/problem.hpp"
@@ -50,6 +51,18 @@ struct HeaderChange {
 // Changes attributes of a section; a missing one is added. Fails if there is no such section (NoSuchSection).
 std::optional<std::string> changeSection(std::string_view bytes, std::optional<Form> form, const Text& name,
                                          const HeaderChange& change, Problem* problem = nullptr);
+
+// A change of one of several sections.
+struct SectionChange {
+    Text name;
+    HeaderChange header{};
+};
+
+// Changes several sections at once, in the time that one takes. Of several changes of the same attribute the last one
+// counts. Fails as changeSection does, for the first section that is missing.
+std::optional<std::string> changeSections(std::string_view bytes, std::optional<Form> form,
+                                          const std::vector<SectionChange>& changes,
+                                          Problem* problem = nullptr);
 
 // Removes the presentation data of an entry: all its "UI" elements, with everything in them. If the entry has no value
 // of its own, it gets the one that the presentation data had, so that hosts read the same value as before. An entry

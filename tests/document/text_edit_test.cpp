@@ -125,6 +125,24 @@ TEST(TextEdits, ChangeTheAttributesOfASection) {
     EXPECT_EQ(problem.reason, Reason::NoSuchSection);
 }
 
+TEST(TextEdits, ChangeTheAttributesOfSeveralSections) {
+    const std::string text = Settings("<Table name=\"A\"/><Table name=\"B\" type=\"1\"/><Table name=\"C\"/>");
+    mox::HeaderChange editable;
+    editable.editable = true;
+    mox::HeaderChange type;
+    type.type = std::uint16_t{2};
+    mox::HeaderChange others = type;
+    others.editable = false;
+    others.firstId = 7;
+    EXPECT_EQ(mox::changeSections(text, std::nullopt, {{"C", others}, {"A", type}, {"C", editable}}),
+              Settings("<Table name=\"A\" type=\"0002\"/><Table name=\"B\" type=\"1\"/>"
+                       "<Table name=\"C\" first_id=\"7\" type=\"0002\" editable=\"true\"/>"));
+    EXPECT_EQ(mox::changeSections(text, std::nullopt, {}), text);
+    Problem problem;
+    EXPECT_FALSE(mox::changeSections(text, std::nullopt, {{"A", type}, {"D", type}}, &problem).has_value());
+    EXPECT_EQ(problem.toString(), "D: there is no such section");
+}
+
 TEST(TextEdits, RemovePresentationData) {
     const auto removed = [](const std::string& entry) {
         const std::optional<std::string> bytes =
