@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -166,8 +167,18 @@ std::string RequestedChange::Location() const {
 
 std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_view text) {
     ChangeJson list;
+    std::vector<std::set<std::string>> members;  // of the objects that are open
+    std::optional<std::string> twice;
+    const auto watch = [&](int /*depth*/, ChangeJson::parse_event_t event, const ChangeJson& parsed) {
+        if (event == ChangeJson::parse_event_t::object_start) members.emplace_back();
+        if (event == ChangeJson::parse_event_t::object_end) members.pop_back();
+        if (event != ChangeJson::parse_event_t::key) return true;
+        const auto name = parsed.get<std::string>();
+        if (!members.back().insert(name).second) twice = name;
+        return true;
+    };
     try {
-        list = ChangeJson::parse(text);
+        list = ChangeJson::parse(text, watch);
     } catch (const ChangeJson::exception& error) {
         const std::string what = error.what();
         const std::size_t end = what.find("] ");  // of the name of the exception
@@ -175,6 +186,9 @@ std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_vi
                         path + ": not JSON: " + (end == std::string::npos ? what : what.substr(end + 2)));
     }
     if (!list.is_array()) throw ExitError(ExitCode::kSyntaxError, path + ": expected a list of changes");
+    if (twice.has_value())
+        throw ExitError(ExitCode::kSyntaxError,
+                        path + ": an object has the member " + Quoted(*twice) + " twice");
     if (const std::string_view number = FindLongInteger(text); !number.empty()) {
         throw ExitError(ExitCode::kSyntaxError, path + ": the number " + std::string(number) +
                                                     " has more than 64 bits; write it as a text");

@@ -283,6 +283,21 @@ TEST_F(ApplyInOrder, RefusesMembersThatItWouldIgnore) {
     }
 }
 
+TEST_F(ApplyInOrder, RefusesMembersThatAreThereTwice) {
+    const std::string bytes = Narrow(Settings("<Table name=\"S\">" + Var("k", "1") + "</Table>"));
+    WriteBytes("a.xml", bytes);
+    WriteBytes(
+        "changes.json",
+        R"([{"section": "S", "entry": "k", "value": "2"}, {"section": "S", "entry": "k", "value": "value"}])");
+    EXPECT_EQ(Succeeds({"apply", "a.xml", "changes.json", "--dry-run"}), "~ S/k value: \"1\" -> \"value\"\n");
+    WriteBytes("changes.json", R"([{"section": "S", "entry": "k", "value": "2", "value": "3"}])");
+    Fails(3, {"apply", "a.xml", "changes.json"}, "changes.json: an object has the member \"value\" twice\n");
+    WriteBytes("changes.json", R"([{"change": "added", "section": "S", "entry": "n", "type": "long",
+                                    "fields": {"id": "1", "id": "2"}}])");
+    Fails(3, {"apply", "a.xml", "changes.json"}, "changes.json: an object has the member \"id\" twice\n");
+    EXPECT_EQ(ReadBytes("a.xml"), bytes);
+}
+
 TEST_F(ApplyInOrder, RefusesWholeNumbersThatLoseDigits) {
     const std::string bytes = Narrow(Settings("<Table name=\"S\">" + Var("k", "1") + "</Table>"));
     const auto changes = [](const std::string& value) {
