@@ -17,6 +17,21 @@ namespace {
 
 using ChangeJson = nlohmann::json;
 
+// A copy of the value, in which lists and objects are empty. A whole one would recurse on their depth.
+ChangeJson Shallow(const ChangeJson& value) {
+    if (value.is_object()) return ChangeJson::object();
+    return value.is_array() ? ChangeJson::array() : value;
+}
+
+// The same, but a list keeps its elements.
+ChangeJson WithoutContents(const ChangeJson& value) {
+    ChangeJson copy = Shallow(value);
+    if (!value.is_array()) return copy;
+    for (const ChangeJson& element : value)
+        copy.push_back(Shallow(element));
+    return copy;
+}
+
 class Reader {
   public:
     Reader(const std::string& path, std::size_t number, const ChangeJson& object)
@@ -98,7 +113,7 @@ class Reader {
             if (!change.hasEntry) Fail("\"entry\" is missing");
             if (!object_.contains("value")) Fail("\"value\" is missing");
             RefuseMembers({"field", "type", "after", "fields"});
-            change.value = object_["value"];
+            change.value = WithoutContents(object_["value"]);
             return;
         }
         if (object_.contains("value")) Fail("\"value\" and \"change\" exclude each other");

@@ -29,14 +29,16 @@ Json ReadChoices(const std::string& path) {
     if (!given.is_object()) fail("expected a JSON object with lists of choices");
     for (const auto& [provider, list] : given.items()) {
         if (!list.is_array()) fail("the choices of " + provider + " are not a list");
+        Json& known = choices[provider] = Json::array();
         for (const Json& choice : list) {
             const bool isPair = choice.is_object() && choice.contains("value") &&
                                 choice["value"].is_string() && choice.contains("name") &&
                                 choice["name"].is_string();
             if (!choice.is_string() && !isPair)
                 fail("a choice of " + provider + R"( is neither a text nor {"value": text, "name": text})");
+            // Nothing else: a copy would recurse on its depth.
+            known.push_back(isPair ? Json({{"value", choice["value"]}, {"name", choice["name"]}}) : choice);
         }
-        choices[provider] = list;
     }
     return choices;
 }
