@@ -380,6 +380,12 @@ std::optional<std::string> removePresentation(std::string_view bytes, std::optio
     std::vector<Change> changes;
     for (const DocumentNode child : entry->node.children()) {
         const bool isUi = child.isElement("UI");
+        if (isMoving && child.isElement("Value") && child.children().begin() != child.children().end()) {
+            FailFor(problem, Reason::NotKept, entry->name,
+                    "the value of the presentation data would replace an empty value that holds a comment or "
+                    "an element");
+            return std::nullopt;
+        }
         if (isUi || (isMoving && child.isElement("Value")))
             changes.push_back(
                 ReplacementOf(edit.Units(), child, isUi ? std::exchange(moved, {}) : WideString()));

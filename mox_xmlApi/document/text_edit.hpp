@@ -72,7 +72,8 @@ std::optional<std::string> changeSections(std::string_view bytes, std::optional<
 //   name     The entry; the first one of that name.
 //
 // Fails if there is no such section or entry (NoSuchSection, NoSuchKey), if the entry has no known type (Unreadable), or
-// if a value that moves begins with white space (NotKept).
+// if a value that moves begins with white space, or would replace an empty "Value" that holds comments or elements
+// (NotKept).
 std::optional<std::string> removePresentation(std::string_view bytes, std::optional<Form> form,
                                               const std::optional<Text>& section, const Text& name,
                                               Problem* problem = nullptr);

@@ -161,6 +161,9 @@ TEST(TextEdits, RemovePresentationData) {
     EXPECT_EQ(removed(begin + "<UI Value=\"2\" loc=\"true\"/></Var>"),
               begin + "<Value loc=\"true\">2</Value></Var>");
     EXPECT_EQ(removed(begin + "<UI Value=\" 2\"/></Var>"), "refused");
+    EXPECT_EQ(removed(begin + "<Value><!-- c --></Value><UI Value=\"2\"/></Var>"), "refused");
+    EXPECT_EQ(removed(begin + "<Value><!-- c --></Value><UI/></Var>"),
+              begin + "<Value><!-- c --></Value></Var>");
     EXPECT_EQ(removed(begin + "<UI/></Var>"), begin + "</Var>");
     EXPECT_EQ(removed(begin + "<Value>1</Value></Var>"), begin + "<Value>1</Value></Var>");
 }
