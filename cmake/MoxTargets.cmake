@@ -108,6 +108,26 @@ function(mox_msvc_import_library target def)
   set_property(GLOBAL APPEND PROPERTY MOX_MSVC_IMPORT_LIBRARIES ${library})
 endfunction()
 
+# mox_exporting_library(<name> <def file>): a shared library with the exports that the .def file lists. The code is linked
+# to it as objects.
+function(mox_exporting_library name def)
+  add_library(${name} SHARED ${def})
+  add_library(mox_xmlApi::${name} ALIAS ${name})
+  target_include_directories(${name} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+  set_target_properties(${name} PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    LINKER_LANGUAGE CXX)
+  mox_shared_library(${name})
+  if(UNIX AND NOT APPLE)
+    # dlclose leaves it in memory: what it creates once per process (platform/letters.cpp) is never freed.
+    target_link_options(${name} PRIVATE LINKER:-z,nodelete)
+  endif()
+  mox_export_only(${name} ${def})
+  mox_version_resource(${name})
+  mox_msvc_import_library(${name} ${def})
+endfunction()
+
 # Host and library share the compiler's runtime: its DLLs are copied next to the programs.
 set(MOX_RUNTIME_DLLS libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
 function(mox_runtime_dlls)
