@@ -165,13 +165,9 @@ mox_status mox_new_table(const char* name, size_t name_size, const mox_table_opt
         if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {{name, name_size}}) ||
             !TakeTableOptions(outcome, options, tableOptions))
             return false;
-        const mox::Text text(std::string_view(name, name_size));
-        const mox::front::WriteRules rules;
-        const mox::front::Target target{text.units(), {}, &rules, outcome.Why()};
-        if (!target.RequireValid(text, "the name") ||
-            !target.RequireKept(text.units(), mox::front::TextPlace::Attribute, "the name"))
-            return false;
-        *document = new mox_document{mox::Table::create(text, tableOptions)};
+        auto table = mox::Table::create(std::string_view(name, name_size), tableOptions, outcome.Why());
+        if (!table) return false;
+        *document = new mox_document{std::move(table)};
         return true;
     });
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "mox_xmlApi/document/text_edit.hpp"
 #include "mox_xmlApi/document/text_format.h"
@@ -79,7 +80,10 @@ void RunNew(const NewArguments& arguments, Output& output) {
         return;
     }
     if (arguments.edit.file.isNarrow) throw ExitError(ExitCode::kUsageError, "a table document must be wide");
-    EditedFile file(arguments.edit, Table::create(arguments.table, options));
+    Problem problem;
+    Table table = Table::create(arguments.table, options, &problem);
+    if (!table) ThrowProblem(arguments.edit.file.path, problem);
+    EditedFile file(arguments.edit, std::move(table));
     file.Save(
         [&](const Document& after) {
             return after.kind() == DocumentKind::Table &&

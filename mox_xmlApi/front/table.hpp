@@ -19,6 +19,7 @@
 #include "mox_xmlApi/front/entry_table.hpp"
 #include "mox_xmlApi/front/file_options.hpp"
 #include "mox_xmlApi/front/form.hpp"
+#include "mox_xmlApi/front/kept_text.hpp"
 #include "mox_xmlApi/front/problem.hpp"
 #include "mox_xmlApi/front/table_options.hpp"
 #include "mox_xmlApi/front/text.hpp"
@@ -30,12 +31,17 @@ namespace mox {
 // A table document. Its file is always wide.
 class Table : public EntryTable {
   public:
-    // A new document with an empty table of that name. If the name is invalid (see Text), the result is empty as after a
-    // move: it converts to false, finds nothing and writes nothing.
-    static Table create(const Text& name, const TableOptions& options = {}) {
-        if (!name.isValid()) return Table(front::TableHandle());
+    // A new document with an empty table of that name. If the name is invalid (InvalidText, see Text) or no file keeps it
+    // (NotKept), the result is empty as after a move: it converts to false, finds nothing and writes nothing.
+    static Table create(const Text& name, const TableOptions& options = {}, Problem* problem = nullptr) {
+        const front::WriteRules rules;
+        const front::Target target{{}, {}, &rules, problem};
+        if (!target.RequireValid(name, "the name") ||
+            !target.RequireKept(name.units(), front::TextPlace::Attribute, "the name"))
+            return Table(front::TableHandle());
         void* const handle = xmlTableNew(nullptr, nullptr, 0, name.c_str(), options.editable ? 1 : 0,
                                          options.firstId, options.type, 1);
+        front::Succeed(problem);
         return Table(front::TableHandle(handle, Dispose));
     }
 

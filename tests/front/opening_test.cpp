@@ -137,6 +137,32 @@ TEST_F(FrontOpening, ANewTableWithAnInvalidNameIsEmpty) {
     EXPECT_TRUE(Table::create(""));
 }
 
+TEST_F(FrontOpening, ANewTableHasANameThatFilesKeep) {
+    struct Case {
+        const char* name;
+        Reason reason;
+        const char* message;
+    };
+    for (const Case& wrong :
+         {Case{"\xFF", Reason::InvalidText, "the name is not UTF-8, contains a zero, or is null"},
+          Case{
+              "a\x01z", Reason::NotKept,
+              "the name contains the control character U+0001, with which other XML programs cannot read the "
+              "file"},
+          Case{"\xED\xA0\x80", Reason::NotKept,
+               "the name contains half of a surrogate pair, U+D800, with which other XML programs cannot "
+               "read the "
+               "file"}}) {
+        Problem problem;
+        EXPECT_FALSE(Table::create(wrong.name, {}, &problem));
+        EXPECT_EQ(problem.reason, wrong.reason);
+        EXPECT_EQ(problem.message, wrong.message);
+        EXPECT_FALSE(Table::create(wrong.name));
+        EXPECT_TRUE(Table::create("\xC3\xA4 <&>\t", {}, &problem));
+        EXPECT_EQ(problem.reason, Reason::None);
+    }
+}
+
 TEST_F(FrontOpening, ATableDocumentIsWideAndHasTheName) {
     Problem problem;
     EXPECT_FALSE(Table::open(Written(kTable), "T", &problem).has_value());

@@ -263,6 +263,7 @@ TEST_F(Editing, NewCreatesSettingsAndTableDocuments) {
               "table document, wide\ntable Tööls  [first id 100, type 0010, editable]\n");
     Fails(2, {"new", "u.xml", "--first-id", "1"}, "require --table");
     Fails(2, {"new", "u.xml", "--table", "T", "--narrow"}, "a table document must be wide");
+    Fails(4, {"new", "u.xml", "--table", "x\x01"}, "u.xml: the name contains the control character U+0001");
     EXPECT_FALSE(Exists("u.xml"));
 }
 
