@@ -200,7 +200,8 @@ class EntryTable {
     }
 
     // Removes one of the entries of that name (`occurrence` 0 is the first), or all of them, whatever their "eud". An
-    // empty name means the entries whose name is empty. Returns whether an entry was removed (NoSuchKey if not).
+    // empty name means the entries whose name is empty. Returns whether an entry was removed; if not, there is none
+    // (NoSuchKey), or the name is invalid or has more than 259 units (InvalidText).
     bool remove(const Text& name, std::int32_t occurrence = 0, Problem* problem = nullptr) {
         return Remove(name, occurrence, 0, problem);
     }
@@ -342,8 +343,9 @@ class EntryTable {
         const front::Target target = TargetOf(name, problem);
         TableEntryBaseInfoStruct key;
         if (!front::RequireHandle(handle(), problem) || !target.RequireValid(name, "the name")) return false;
-        if (!front::SetRecordName(name.units(), key) ||
-            !xmlTableRemoveEntry(handle(), &key, occurrence, removeAll))
+        if (!front::SetRecordName(name.units(), key))
+            return target.Refuse(Reason::InvalidText, "the name has more than 259 units");
+        if (!xmlTableRemoveEntry(handle(), &key, occurrence, removeAll))
             return target.Refuse(Reason::NoSuchKey, "there is no such entry");
         if (!xmlTableEntryIsExist(handle(), &key)) rules_->troubled.Remove(scope_, name.units());
         return front::Succeed(problem);
