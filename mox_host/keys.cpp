@@ -21,6 +21,11 @@ namespace {
 struct Key {
     Key(TextArgument ofSection, TextArgument ofName) : section(ofSection.View()), name(ofName.View()) {}
 
+    // Where a read reports why it fails. (Reads have no rules.)
+    front::Target TargetOf(Outcome& outcome) const noexcept {
+        return {section.units(), name.units(), nullptr, outcome.Why()};
+    }
+
     Text section;
     Text name;
 };
@@ -29,12 +34,9 @@ struct Key {
 
 template <class T>
 std::optional<T> Get(const mox_document& document, const Key& key, Outcome& outcome) {
-    if (const auto* const profile = std::get_if<Profile>(&document.content)) {
-        // Only a call that fails needs a problem.
-        std::optional<T> value = profile->get<T>(key.section, key.name);
-        if (!value.has_value()) value = profile->get<T>(key.section, key.name, outcome.Why());
-        return value;
-    }
+    if (const auto* const profile = std::get_if<Profile>(&document.content))
+        return front::GetKey<T>(profile->handle(), key.section, key.name,
+                                [&] { return key.TargetOf(outcome); });
     if (!RequireNoSection(outcome, key.section)) return std::nullopt;
     return std::get<Table>(document.content).get<T>(key.name, outcome.Why());
 }
@@ -53,51 +55,41 @@ mox_status GetNumber(const mox_document* document, TextArgument section, TextArg
     });
 }
 
-// Copies what was read to the host's memory; `zeros` bytes of 0 follow it there.
-bool CopyToHost(const void* data, std::size_t length, std::size_t zeros, void* buffer, std::size_t capacity,
-                std::size_t* size, Outcome& outcome) noexcept {
-    if (size != nullptr) *size = length;
-    if (capacity < length + zeros) return outcome.Refuse(MOX_BUFFER_TOO_SMALL, "the buffer is too small");
-    if (length != 0) std::memcpy(buffer, data, length);
-    if (zeros != 0) std::memset(static_cast<char*>(buffer) + length, 0, zeros);
+// The memory of the host for a text or bytes.
+struct Buffer {
+    void* data;
+    std::size_t capacity;
+    std::size_t* size;  // null: not asked for
+};
+
+// Copies what was read to the host's memory, a text with a zero byte after it.
+bool CopyToHost(std::string_view bytes, bool isText, const Buffer& buffer, Outcome& outcome) noexcept {
+    if (buffer.size != nullptr) *buffer.size = bytes.size();
+    if (buffer.capacity < bytes.size() + (isText ? 1 : 0))
+        return outcome.Refuse(MOX_BUFFER_TOO_SMALL, "the buffer is too small");
+    if (!bytes.empty()) std::memcpy(buffer.data, bytes.data(), bytes.size());
+    if (isText) static_cast<char*>(buffer.data)[bytes.size()] = '\0';
     return true;
 }
 
-// Copies a value that is short and 7-bit, as most are, without making a string of it. Returns false for any other, and
-// changes nothing; it is then copied as a string.
-bool CopyShortText(const Profile& profile, const Key& key, char* buffer, std::size_t capacity,
-                   std::size_t* size) {
+// Copies the value of a key. Most are short and 7-bit: no string is made of these.
+bool CopyKey(const Profile& profile, const Key& key, const Buffer& buffer, Outcome& outcome) {
     wchar16 units[front::kReadSize];
     const std::optional<std::uint32_t> length =
         front::ReadStart(profile.handle(), key.section, key.name, units);
-    if (!length.has_value() || *length + 1 >= front::kReadSize || capacity <= *length) return false;
+    if (!length.has_value())
+        return front::ExplainMissing(profile.handle(), key.TargetOf(outcome), key.section, key.name);
+    const front::UnitsView start(units, *length);
     char bytes[front::kReadSize];
-    if (front::NarrowAscii(front::UnitsView(units, *length), bytes) != *length) return false;
-    bytes[*length] = '\0';
-    std::memcpy(buffer, bytes, *length + 1);
-    if (size != nullptr) *size = *length;
-    return true;
+    if (*length + 1 < front::kReadSize && front::NarrowAscii(start, bytes) == *length)
+        return CopyToHost({bytes, *length}, true, buffer, outcome);
+    const auto text = front::WholeText<std::string>(profile.handle(), key.section, key.name, start);
+    return CopyToHost(text, true, buffer, outcome);
 }
 
-template <class T>
-mox_status GetData(const mox_document* document, TextArgument section, TextArgument name, void* buffer,
-                   std::size_t capacity, std::size_t* size, mox_problem* problem) noexcept {
-    return Run(problem, [&](Outcome& outcome) {
-        if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {section, name})) return false;
-        if (buffer == nullptr && capacity != 0)
-            return outcome.RefuseArgument("a buffer is a null pointer with a capacity");
-        const Key key(section, name);
-        constexpr std::size_t kZeros = std::is_same_v<T, std::string> ? 1 : 0;
-        if constexpr (kZeros != 0) {
-            const auto* const profile = std::get_if<Profile>(&document->content);
-            if (profile != nullptr &&
-                CopyShortText(*profile, key, static_cast<char*>(buffer), capacity, size))
-                return true;
-        }
-        const std::optional<T> value = Get<T>(*document, key, outcome);
-        return value.has_value() &&
-               CopyToHost(value->data(), value->size(), kZeros, buffer, capacity, size, outcome);
-    });
+bool RequireBuffer(Outcome& outcome, const Buffer& buffer) noexcept {
+    return buffer.data != nullptr || buffer.capacity == 0 ||
+           outcome.RefuseArgument("a buffer is a null pointer with a capacity");
 }
 
 // ---- writing
@@ -187,8 +179,19 @@ mox_status mox_contains(const mox_document* document, const char* section, size_
 mox_status mox_get_text(const mox_document* document, const char* section, size_t section_size,
                         const char* name, size_t name_size, char* buffer, size_t capacity, size_t* size,
                         mox_problem* problem) {
-    return GetData<std::string>(document, {section, section_size}, {name, name_size}, buffer, capacity, size,
-                                problem);
+    return Run(problem, [&](Outcome& outcome) {
+        const TextArgument sectionText{section, section_size};
+        const TextArgument nameText{name, name_size};
+        const Buffer given{buffer, capacity, size};
+        if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {sectionText, nameText}) ||
+            !RequireBuffer(outcome, given))
+            return false;
+        const Key key(sectionText, nameText);
+        if (const auto* const profile = std::get_if<mox::Profile>(&document->content))
+            return CopyKey(*profile, key, given, outcome);
+        const std::optional<std::string> text = Get<std::string>(*document, key, outcome);
+        return text.has_value() && CopyToHost(*text, true, given, outcome);
+    });
 }
 
 mox_status mox_get_int(const mox_document* document, const char* section, size_t section_size,
@@ -209,8 +212,18 @@ mox_status mox_get_bool(const mox_document* document, const char* section, size_
 mox_status mox_get_bytes(const mox_document* document, const char* section, size_t section_size,
                          const char* name, size_t name_size, void* buffer, size_t capacity, size_t* size,
                          mox_problem* problem) {
-    return GetData<mox::front::Bytes>(document, {section, section_size}, {name, name_size}, buffer, capacity,
-                                      size, problem);
+    return Run(problem, [&](Outcome& outcome) {
+        const TextArgument sectionText{section, section_size};
+        const TextArgument nameText{name, name_size};
+        const Buffer given{buffer, capacity, size};
+        if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {sectionText, nameText}) ||
+            !RequireBuffer(outcome, given))
+            return false;
+        const auto bytes = Get<mox::front::Bytes>(*document, Key(sectionText, nameText), outcome);
+        if (!bytes.has_value()) return false;
+        const std::string_view view(reinterpret_cast<const char*>(bytes->data()), bytes->size());
+        return CopyToHost(view, false, given, outcome);
+    });
 }
 
 // ---- writing

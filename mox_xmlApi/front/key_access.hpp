@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "mox_xmlApi/front/entry_reading.hpp"
 #include "mox_xmlApi/front/entry_writing.hpp"
@@ -51,19 +52,25 @@ inline std::uint32_t LengthOf(moxSettings* profile, const Text& section, const T
     return xmlGetProfileString(profile, section.c_str(), key.c_str(), nullptr, 0, nullptr);
 }
 
-// Returns the whole value; nullopt if there is no such key.
+// Returns the whole value of a key. `start` is what ReadStart has read of it, into a buffer of kReadSize units.
 template <class String>
-std::optional<String> ReadKey(moxSettings* profile, const Text& section, const Text& key) {
-    wchar16 start[kReadSize];
-    const std::optional<std::uint32_t> length = ReadStart(profile, section, key, start);
-    if (!length.has_value()) return std::nullopt;
-    if (*length + 1 < kReadSize) return StringOf<String>(UnitsView(start, *length));
+String WholeText(moxSettings* profile, const Text& section, const Text& key, UnitsView start) {
+    if (start.size() + 1 < kReadSize) return StringOf<String>(start);
     const std::uint32_t wholeLength =
         LengthOf(profile, section, key);  // less than 2^31, like that of every text
     Units text(std::size_t{wholeLength} + 1, wchar16{0});
     xmlGetProfileString(profile, section.c_str(), key.c_str(), text.data(), wholeLength + 1, nullptr);
     text.resize(wholeLength);
     return StringOf<String>(text);
+}
+
+// The same; nullopt if there is no such key.
+template <class String>
+std::optional<String> ReadKey(moxSettings* profile, const Text& section, const Text& key) {
+    wchar16 start[kReadSize];
+    const std::optional<std::uint32_t> length = ReadStart(profile, section, key, start);
+    if (!length.has_value()) return std::nullopt;
+    return WholeText<String>(profile, section, key, UnitsView(start, *length));
 }
 
 // ---- what there is
@@ -91,13 +98,18 @@ inline bool HasUnreadable(void* table, const Text& name) {
     return CountUnreadable(table) != 0;
 }
 
-// Of valid names.
-inline KeyState StateOf(moxSettings* profile, const Text& section, const Text& key) {
-    wchar16 start[2];
-    if (ReadStart(profile, section, key, start).has_value()) return KeyState::Readable;
+// Of valid names, of which ReadStart has found nothing.
+inline KeyState StateOfMissing(moxSettings* profile, const Text& section, const Text& key) {
     const ScopedSection table(xmlGetProfileSection(profile, section.c_str(), nullptr));
     if (table.get() == nullptr) return KeyState::NoSection;
     return HasUnreadable(table.get(), key) ? KeyState::Unreadable : KeyState::NoKey;
+}
+
+// Of valid names.
+inline KeyState StateOf(moxSettings* profile, const Text& section, const Text& key) {
+    wchar16 start[2];
+    return ReadStart(profile, section, key, start).has_value() ? KeyState::Readable
+                                                               : StateOfMissing(profile, section, key);
 }
 
 // Reports why a key cannot be read. Returns false.
@@ -121,10 +133,31 @@ inline bool RequireKey(const Target& target, const Text& section, const Text& ke
     return !key.units().empty() || target.Refuse(Reason::InvalidText, "the key is empty");
 }
 
-// Reports why a key that was not found cannot be read.
-inline void ExplainMissing(moxSettings* profile, const Target& target, const Text& section, const Text& key) {
-    if (target.problem == nullptr || !RequireKey(target, section, key)) return;
-    if (RequireHandle(profile, target.problem)) RefuseState(target, StateOf(profile, section, key));
+// Reports why a key that ReadStart has not found cannot be read. Returns false.
+inline bool ExplainMissing(moxSettings* profile, const Target& target, const Text& section, const Text& key) {
+    return target.problem != nullptr && RequireKey(target, section, key) &&
+           RequireHandle(profile, target.problem) &&
+           RefuseState(target, StateOfMissing(profile, section, key));
+}
+
+// Reads a key as a T; nullopt if there is none, or if its value is no T. Only then targetOf() is called, which returns
+// where to report why.
+template <class T, class TargetOf>
+std::optional<T> GetKey(moxSettings* profile, const Text& section, const Text& key, TargetOf targetOf) {
+    constexpr bool kIsString = kIsOneOf<T, std::string, std::u16string>;
+    using String = std::conditional_t<kIsString, T, std::string>;
+    std::optional<String> text = ReadKey<String>(profile, section, key);
+    if (!text.has_value()) {
+        ExplainMissing(profile, targetOf(), section, key);
+        return std::nullopt;
+    }
+    if constexpr (kIsString) {
+        return text;
+    } else {
+        std::optional<T> value = ValueOfText<T>(*text, Target());
+        if (!value.has_value()) ValueOfText<T>(*text, targetOf());
+        return value;
+    }
 }
 
 // ---- writing

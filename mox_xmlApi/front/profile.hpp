@@ -155,11 +155,11 @@ class Profile {
     // Returns the value as text, which may be empty.
     std::optional<std::string> getString(const Text& section, const Text& key,
                                          Problem* problem = nullptr) const {
-        return Read<std::string>(section, key, problem);
+        return Get<std::string>(section, key, problem);
     }
     std::optional<std::u16string> getString16(const Text& section, const Text& key,
                                               Problem* problem = nullptr) const {
-        return Read<std::u16string>(section, key, problem);
+        return Get<std::u16string>(section, key, problem);
     }
 
     // Returns the leading decimal digits of the value, after white space and an optional sign, limited to the range of
@@ -412,27 +412,13 @@ class Profile {
         return {section.units(), {}, rules_.get(), problem};
     }
 
-    template <class String>
-    std::optional<String> Read(const Text& section, const Text& key, Problem* problem) const {
-        std::optional<String> value = front::ReadKey<String>(handle(), section, key);
-        if (value.has_value()) {
-            front::Succeed(problem);
-        } else {
-            front::ExplainMissing(handle(), TargetOf(section, key, problem), section, key);
-        }
-        return value;
-    }
-
     template <class T>
     std::optional<T> Get(const Text& section, const Text& key, Problem* problem) const {
         front::RequireGettable<T>();
-        if constexpr (front::kIsOneOf<T, std::string, std::u16string>) {
-            return Read<T>(section, key, problem);
-        } else {
-            const std::optional<std::string> text = Read<std::string>(section, key, problem);
-            if (!text.has_value()) return std::nullopt;
-            return front::ValueOfText<T>(*text, TargetOf(section, key, problem));
-        }
+        std::optional<T> value =
+            front::GetKey<T>(handle(), section, key, [&] { return TargetOf(section, key, problem); });
+        if (value.has_value()) front::Succeed(problem);
+        return value;
     }
 
     std::optional<Section> SectionOf(void* handle, const Text& name, bool isEditable) const {
