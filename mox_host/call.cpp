@@ -139,11 +139,9 @@ bool RequireBytes(Outcome& outcome, const void* bytes, std::size_t size) noexcep
     return size <= kLargestFile || outcome.Refuse(MOX_TOO_LARGE, "the content is larger than any document");
 }
 
-void* CopyForHost(std::string_view bytes) {
-    auto* const copy = static_cast<char*>(::operator new(bytes.size() + 1));
-    if (!bytes.empty()) std::memcpy(copy, bytes.data(), bytes.size());
-    copy[bytes.size()] = '\0';
-    return copy;
+void* CopyForHost(const std::string& bytes) {
+    const std::size_t size = bytes.size() + 1;
+    return std::memcpy(::operator new(size), bytes.c_str(), size);
 }
 
 }  // namespace mox::host

@@ -153,7 +153,7 @@ mox_status GiveStructure(const Structure& filled, Structure* given) noexcept {
 // ---- memory that the host frees
 
 // A copy of the bytes with a zero byte after it, to be freed with mox_free. Throws std::bad_alloc.
-void* CopyForHost(std::string_view bytes);
+void* CopyForHost(const std::string& bytes);
 
 }  // namespace mox::host
 

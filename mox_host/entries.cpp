@@ -42,7 +42,7 @@ bool TakeEntry(Outcome& outcome, const mox_entry* host, Entry& entry) {
     if (given.has_ui > 1) return outcome.RefuseArgument("\"has_ui\" is neither 0 nor 1");
     if (given.has_ui == 0 && !HasNoUi(given))
         return outcome.RefuseArgument("\"has_ui\" is 0, but there are presentation data");
-    entry.name.assign(given.name_size == 0 ? "" : given.name, given.name_size);
+    entry.name = TextArgument{given.name, given.name_size}.View();
     entry.value = OptionalText({given.value, given.value_size});
     entry.type = static_cast<ValueType>(given.type);
     entry.shape = static_cast<Shape>(given.shape);

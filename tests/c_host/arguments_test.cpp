@@ -1,20 +1,29 @@
 // What no host should pass, passed to every function.
-#include <limits>
+#include <algorithm>
 
 #include "tests/c_host/c_host_support.h"
 
 namespace c_host {
 namespace {
 
-// What a call is given: a document, and a text as one of its texts.
+// A text of a call, as its two arguments.
+struct Text {
+    const char* data;
+    size_t size;
+};
+#define TEXT(text) (text).data, (text).size
+
+// What a call is given. Only one of the texts is wrong.
 struct Given {
     mox_document* document;
-    const char* text;
-    size_t size;
     mox_problem* problem;
+    Text section{"S", 1};
+    Text name{"K", 1};
+    Text text{"1", 1};
 };
 struct Call {
     const char* name;
+    std::vector<Text Given::*> texts;  // that it takes
     mox_status (*call)(const Given& given);
 };
 
@@ -29,198 +38,187 @@ mox_tree* tree = nullptr;
 mox_document* made = nullptr;
 mox_section_info section = Sized<mox_section_info>();
 
-mox_entry EntryNamed(const char* t, size_t n) {
+mox_entry EntryNamed(Text name) {
     auto entry = Sized<mox_entry>();
     entry.type = MOX_TYPE_STRING;
-    entry.name = t;
-    entry.name_size = n;
+    entry.name = name.data;
+    entry.name_size = name.size;
     return entry;
 }
 
-// Each text of each function once; the other arguments are good.
-const std::vector<Call>& TextCalls() {
+// Calls that need no document.
+const std::vector<Call>& FileCalls() {
+    constexpr auto kText = &Given::text;
     static const std::vector<Call> calls = {
         {"new_table",
-         [](const Given& g) { return mox_new_table(g.text, g.size, nullptr, &made, g.problem); }},
+         {kText},
+         [](const Given& g) { return mox_new_table(TEXT(g.text), nullptr, &made, g.problem); }},
         {"open",
-         [](const Given& g) { return mox_open(g.text, g.size, MOX_SETTINGS, nullptr, &made, g.problem); }},
-        {"open_name",
+         {kText},
+         [](const Given& g) { return mox_open(TEXT(g.text), MOX_SETTINGS, nullptr, &made, g.problem); }},
+        {"open as another encoding",
+         {kText},
          [](const Given& g) {
              auto options = Sized<mox_open_options>();
-             options.table_name = g.text;
-             options.table_name_size = g.size;
+             options.encoding = MOX_ENCODING_LATIN1;
+             return mox_open(TEXT(g.text), MOX_SETTINGS, &options, &made, g.problem);
+         }},
+        {"name of a table",
+         {kText},
+         [](const Given& g) {
+             auto options = Sized<mox_open_options>();
+             options.table_name = g.text.data;
+             options.table_name_size = g.text.size;
              return mox_parse(MOX_STR("<Table name=\"T\"/>"), MOX_TABLE, &options, &made, g.problem);
          }},
-        {"save", [](const Given& g) { return mox_save(g.document, g.text, g.size, nullptr, g.problem); }},
-        {"save_backup",
+        {"read_file",
+         {kText},
+         [](const Given& g) { return mox_read_file(TEXT(g.text), &bytes, &size, g.problem); }},
+    };
+    return calls;
+}
+
+// Calls with a document and a section of it.
+const std::vector<Call>& SectionCalls() {
+    constexpr auto kSection = &Given::section;
+    constexpr auto kText = &Given::text;
+    static const std::vector<Call> calls = {
+        {"save",
+         {kText},
+         [](const Given& g) { return mox_save(g.document, TEXT(g.text), nullptr, g.problem); }},
+        {"save with a backup",
+         {kText},
          [](const Given& g) {
              const ScratchPath path("host_arguments.xml");
              path.Write("old");
              auto options = Sized<mox_save_options>();
              options.flags = MOX_SAVE_OVERWRITE;
-             options.backup = g.text;
-             options.backup_size = g.size;
+             options.backup = g.text.data;
+             options.backup_size = g.text.size;
              return mox_save(g.document, path.data(), path.size(), &options, g.problem);
          }},
         {"to_bytes",
+         {kSection},
          [](const Given& g) {
              auto options = Sized<mox_save_options>();
-             options.section = g.text;
-             options.section_size = g.size;
+             options.section = g.section.data;
+             options.section_size = g.section.size;
              return mox_to_bytes(g.document, &options, &bytes, &size, g.problem);
          }},
         {"section_get_info",
+         {kSection},
          [](const Given& g) {
-             return mox_section_get_info(g.document, g.text, g.size, &section, g.problem);
+             return mox_section_get_info(g.document, TEXT(g.section), &section, g.problem);
          }},
         {"make_section",
-         [](const Given& g) { return mox_make_section(g.document, g.text, g.size, nullptr, g.problem); }},
+         {kSection},
+         [](const Given& g) { return mox_make_section(g.document, TEXT(g.section), nullptr, g.problem); }},
         {"remove_section",
-         [](const Given& g) { return mox_remove_section(g.document, g.text, g.size, g.problem); }},
+         {kSection},
+         [](const Given& g) { return mox_remove_section(g.document, TEXT(g.section), g.problem); }},
         {"entry_names",
-         [](const Given& g) { return mox_entry_names(g.document, g.text, g.size, &list, g.problem); }},
-        {"contains_section",
-         [](const Given& g) {
-             return mox_contains(g.document, g.text, g.size, MOX_STR("K"), &truth, g.problem);
-         }},
-        {"contains",
-         [](const Given& g) {
-             return mox_contains(g.document, MOX_STR("S"), g.text, g.size, &truth, g.problem);
-         }},
-        {"get_text",
-         [](const Given& g) {
-             return mox_get_text(g.document, MOX_STR("S"), g.text, g.size, buffer, 16, &size, g.problem);
-         }},
-        {"get_int",
-         [](const Given& g) {
-             return mox_get_int(g.document, g.text, g.size, MOX_STR("K"), &integer, g.problem);
-         }},
-        {"get_double",
-         [](const Given& g) {
-             return mox_get_double(g.document, MOX_STR("S"), g.text, g.size, &number, g.problem);
-         }},
-        {"get_bool",
-         [](const Given& g) {
-             return mox_get_bool(g.document, g.text, g.size, MOX_STR("K"), &truth, g.problem);
-         }},
-        {"get_bytes",
-         [](const Given& g) {
-             return mox_get_bytes(g.document, MOX_STR("S"), g.text, g.size, buffer, 16, &size, g.problem);
-         }},
-        {"set_text_section",
-         [](const Given& g) {
-             return mox_set_text(g.document, g.text, g.size, MOX_STR("N"), MOX_STR("1"), g.problem);
-         }},
-        {"set_text_name",
-         [](const Given& g) {
-             return mox_set_text(g.document, MOX_STR("S"), g.text, g.size, MOX_STR("1"), g.problem);
-         }},
-        {"set_text_value",
-         [](const Given& g) {
-             return mox_set_text(g.document, MOX_STR("S"), MOX_STR("N"), g.text, g.size, g.problem);
-         }},
-        {"set_int",
-         [](const Given& g) {
-             return mox_set_int(g.document, MOX_STR("S"), g.text, g.size, 1, MOX_TYPE_LONG, g.problem);
-         }},
-        {"set_int_range",
-         [](const Given& g) {
-             return mox_set_int(g.document, MOX_STR("S"), g.text, g.size, 1, MOX_TYPE_STRING, g.problem);
-         }},
-        {"set_double",
-         [](const Given& g) {
-             return mox_set_double(g.document, g.text, g.size, MOX_STR("N"), 1.0, g.problem);
-         }},
-        {"set_bool",
-         [](const Given& g) { return mox_set_bool(g.document, MOX_STR("S"), g.text, g.size, 1, g.problem); }},
-        {"set_bytes",
-         [](const Given& g) {
-             return mox_set_bytes(g.document, MOX_STR("S"), g.text, g.size, "1", 1, g.problem);
-         }},
-        {"remove",
-         [](const Given& g) { return mox_remove(g.document, MOX_STR("S"), g.text, g.size, 0, g.problem); }},
-        {"remove_all",
-         [](const Given& g) {
-             return mox_remove(g.document, g.text, g.size, MOX_STR("Z"), MOX_ALL, g.problem);
-         }},
-        {"rename",
-         [](const Given& g) {
-             return mox_rename(g.document, MOX_STR("S"), g.text, g.size, MOX_STR("N"), g.problem);
-         }},
-        {"rename_new",
-         [](const Given& g) {
-             return mox_rename(g.document, MOX_STR("S"), MOX_STR("K"), g.text, g.size, g.problem);
-         }},
-        {"clear", [](const Given& g) { return mox_clear(g.document, g.text, g.size, g.problem); }},
-        {"entries", [](const Given& g) { return mox_entries(g.document, g.text, g.size, &list, g.problem); }},
-        {"find_entry",
-         [](const Given& g) {
-             return mox_find_entry(g.document, MOX_STR("S"), g.text, g.size, &list, g.problem);
-         }},
+         {kSection},
+         [](const Given& g) { return mox_entry_names(g.document, TEXT(g.section), &list, g.problem); }},
+        {"clear",
+         {kSection},
+         [](const Given& g) { return mox_clear(g.document, TEXT(g.section), g.problem); }},
+        {"entries",
+         {kSection},
+         [](const Given& g) { return mox_entries(g.document, TEXT(g.section), &list, g.problem); }},
         {"count_unreadable",
-         [](const Given& g) { return mox_count_unreadable(g.document, g.text, g.size, &size, g.problem); }},
+         {kSection},
+         [](const Given& g) { return mox_count_unreadable(g.document, TEXT(g.section), &size, g.problem); }},
         {"add_entry",
+         {kSection, kText},
          [](const Given& g) {
-             const mox_entry entry = EntryNamed(g.text, g.size);
+             const mox_entry entry = EntryNamed(g.text);
+             return mox_add_entry(g.document, TEXT(g.section), nullptr, 0, &entry, 0, g.problem);
+         }},
+        {"add_entry before another",
+         {kSection, kText},
+         [](const Given& g) {
+             const mox_entry entry = EntryNamed({"N", 1});
+             return mox_add_entry(g.document, TEXT(g.section), TEXT(g.text), &entry, 0, g.problem);
+         }},
+        {"add_entry with a value",
+         {kText},
+         [](const Given& g) {
+             mox_entry entry = EntryNamed({"N", 1});
+             entry.value = g.text.data;
+             entry.value_size = g.text.size;
              return mox_add_entry(g.document, MOX_STR("S"), nullptr, 0, &entry, 0, g.problem);
          }},
-        {"add_entry_before",
+        {"put_entry",
+         {kSection, kText},
          [](const Given& g) {
-             const mox_entry entry = EntryNamed("N", 1);
-             return mox_add_entry(g.document, MOX_STR("S"), g.text, g.size, &entry, 0, g.problem);
+             const mox_entry entry = EntryNamed(g.text);
+             return mox_put_entry(g.document, TEXT(g.section), &entry, 0, g.problem);
          }},
-        {"add_entry_value",
+        {"put_entry with a comment",
+         {kText},
          [](const Given& g) {
-             mox_entry entry = EntryNamed("N", 1);
-             entry.value = g.text;
-             entry.value_size = g.size;
-             return mox_add_entry(g.document, MOX_STR("S"), nullptr, 0, &entry, 0, g.problem);
-         }},
-        {"put_entry_comment",
-         [](const Given& g) {
-             mox_entry entry = EntryNamed("N", 1);
+             mox_entry entry = EntryNamed({"N", 1});
              entry.has_ui = 1;
-             entry.comment = g.text;
-             entry.comment_size = g.size;
+             entry.comment = g.text.data;
+             entry.comment_size = g.text.size;
              return mox_put_entry(g.document, MOX_STR("S"), &entry, 0, g.problem);
          }},
-        {"put_entry_shown",
+        {"put_entry with a displayed name",
+         {kText},
          [](const Given& g) {
-             mox_entry entry = EntryNamed("N", 1);
+             mox_entry entry = EntryNamed({"N", 1});
              entry.has_ui = 1;
-             entry.shown_name = g.text;
-             entry.shown_name_size = g.size;
+             entry.shown_name = g.text.data;
+             entry.shown_name_size = g.text.size;
              return mox_put_entry(g.document, MOX_STR("S"), &entry, 0, g.problem);
          }},
-        {"put_entry_ui_value",
+        {"put_entry with a value in its presentation data",
+         {kText},
          [](const Given& g) {
-             mox_entry entry = EntryNamed("N", 1);
+             mox_entry entry = EntryNamed({"N", 1});
              entry.has_ui = 1;
              entry.comment = "c";
              entry.comment_size = 1;
-             entry.ui_value = g.text;
-             entry.ui_value_size = g.size;
+             entry.ui_value = g.text.data;
+             entry.ui_value_size = g.text.size;
              return mox_put_entry(g.document, MOX_STR("S"), &entry, 0, g.problem);
          }},
-        {"set_value",
-         [](const Given& g) {
-             return mox_set_value(g.document, MOX_STR("S"), MOX_STR("K"), g.text, g.size, 0, g.problem);
-         }},
-        {"set_eud",
-         [](const Given& g) { return mox_set_eud(g.document, MOX_STR("S"), g.text, g.size, 1, g.problem); }},
-        {"set_comment",
-         [](const Given& g) {
-             return mox_set_comment(g.document, MOX_STR("S"), MOX_STR("K"), g.text, g.size, g.problem);
-         }},
-        {"set_shown_name",
-         [](const Given& g) {
-             return mox_set_shown_name(g.document, MOX_STR("S"), MOX_STR("K"), g.text, g.size, g.problem);
-         }},
-        {"set_provider",
-         [](const Given& g) {
-             return mox_set_provider(g.document, MOX_STR("S"), g.text, g.size, 1, 1, g.problem);
-         }},
-        {"read_file", [](const Given& g) { return mox_read_file(g.text, g.size, &bytes, &size, g.problem); }},
+    };
+    return calls;
+}
+
+// Calls with a document, a section and the name of a key.
+const std::vector<Call>& KeyCalls() {
+    static const std::vector<Text Given::*> names{&Given::section, &Given::name};
+    static const std::vector<Text Given::*> namesAndText{&Given::section, &Given::name, &Given::text};
+#define KEY g.document, TEXT(g.section), TEXT(g.name)
+    static const std::vector<Call> calls = {
+        {"contains", names, [](const Given& g) { return mox_contains(KEY, &truth, g.problem); }},
+        {"get_text", names, [](const Given& g) { return mox_get_text(KEY, buffer, 16, &size, g.problem); }},
+        {"get_int", names, [](const Given& g) { return mox_get_int(KEY, &integer, g.problem); }},
+        {"get_double", names, [](const Given& g) { return mox_get_double(KEY, &number, g.problem); }},
+        {"get_bool", names, [](const Given& g) { return mox_get_bool(KEY, &truth, g.problem); }},
+        {"get_bytes", names, [](const Given& g) { return mox_get_bytes(KEY, buffer, 16, &size, g.problem); }},
+        {"set_text", namesAndText, [](const Given& g) { return mox_set_text(KEY, TEXT(g.text), g.problem); }},
+        {"set_int", names, [](const Given& g) { return mox_set_int(KEY, 1, MOX_TYPE_LONG, g.problem); }},
+        {"set_int of 64 bits", names,
+         [](const Given& g) { return mox_set_int(KEY, 1, MOX_TYPE_STRING, g.problem); }},
+        {"set_double", names, [](const Given& g) { return mox_set_double(KEY, 1.0, g.problem); }},
+        {"set_bool", names, [](const Given& g) { return mox_set_bool(KEY, 1, g.problem); }},
+        {"set_bytes", names, [](const Given& g) { return mox_set_bytes(KEY, "1", 1, g.problem); }},
+        {"remove", names, [](const Given& g) { return mox_remove(KEY, 0, g.problem); }},
+        {"remove all", names, [](const Given& g) { return mox_remove(KEY, MOX_ALL, g.problem); }},
+        {"rename", namesAndText, [](const Given& g) { return mox_rename(KEY, TEXT(g.text), g.problem); }},
+        {"find_entry", names, [](const Given& g) { return mox_find_entry(KEY, &list, g.problem); }},
+        {"set_value", namesAndText,
+         [](const Given& g) { return mox_set_value(KEY, TEXT(g.text), 0, g.problem); }},
+        {"set_eud", names, [](const Given& g) { return mox_set_eud(KEY, 1, g.problem); }},
+        {"set_comment", namesAndText,
+         [](const Given& g) { return mox_set_comment(KEY, TEXT(g.text), g.problem); }},
+        {"set_shown_name", namesAndText,
+         [](const Given& g) { return mox_set_shown_name(KEY, TEXT(g.text), g.problem); }},
+        {"set_provider", names,
+         [](const Given& g) { return mox_set_provider(KEY, MOX_OWNER_APP, 1, g.problem); }},
     };
     return calls;
 }
@@ -228,69 +226,63 @@ const std::vector<Call>& TextCalls() {
 constexpr std::string_view kEntry =
     "<Var name=\"K\" type=\"string\"><Value>1</Value><UI control=\"text\"><Comment>c</Comment></UI></Var>";
 
-// The document as it is before and must be after a call that fails.
-std::string Element(const Document& document) {
-    auto options = Sized<mox_save_options>();
-    options.form = MOX_FORM_UTF8;
-    options.section = "S";
-    options.section_size = 1;
-    void* text = nullptr;
-    size_t length = 0;
-    EXPECT_EQ(mox_to_bytes(document.get(), &options, &text, &length, nullptr), MOX_OK);
-    std::string result(static_cast<char*>(text), length);
-    mox_free(text);
-    return result;
-}
-
-void ExpectEachTextRefused(const char* text, size_t length, mox_status expected) {
+// Each text of each function once; the other arguments are good.
+void ExpectEachTextRefused(Text wrong, mox_status expected) {
     const Document document = Settings(kEntry);
-    const std::string before = Element(document);
+    const std::string before = SectionText(document, "S");
+    ASSERT_EQ(before.substr(0, 6), "<Table");
     const Problem problem;
-    for (const Call& call : TextCalls()) {
+    const auto expectRefused = [&](const Call& call, Text Given::*text) {
+        Given given{document.get(), problem};
+        given.*text = wrong;
         integer = 1000, number = 2.5, truth = 7, size = 77;
-        EXPECT_EQ(mox_status_name(call.call({document.get(), text, length, problem})),
-                  std::string(mox_status_name(expected)))
-            << call.name;
+        section.editable = 9;
+        std::fill(std::begin(buffer), std::end(buffer), '?');
+        EXPECT_STREQ(mox_status_name(call.call(given)), mox_status_name(expected)) << call.name;
         EXPECT_EQ(problem.Status(), expected) << call.name;
         EXPECT_NE(problem.Text(), "") << call.name;
-        EXPECT_EQ(call.call({document.get(), text, length, nullptr}), expected) << call.name;
+        given.problem = nullptr;
+        EXPECT_EQ(call.call(given), expected) << call.name;
         EXPECT_TRUE(integer == 1000 && number == 2.5 && truth == 7 && size == 77) << call.name;
+        EXPECT_EQ(std::string_view(buffer, sizeof buffer), "????????????????") << call.name;
+        EXPECT_EQ(section.editable, 9U) << call.name;
         EXPECT_TRUE(bytes == nullptr && list == nullptr && made == nullptr) << call.name;
-        EXPECT_EQ(Element(document), before) << call.name;
+        EXPECT_EQ(SectionText(document, "S"), before) << call.name;
+    };
+    for (const auto* const calls : {&FileCalls(), &SectionCalls(), &KeyCalls()}) {
+        for (const Call& call : *calls) {
+            for (Text Given::*const text : call.texts)
+                expectRefused(call, text);
+        }
     }
 }
 
 TEST(HostArguments, BytesThatAreNotUtf8AreRefusedEverywhere) {
     for (const std::string_view text :
          {"\xFF", "a\x80", "\xC3", "\xC0\x80", "\xF8\x88\x80\x80\x80", "\xF4\x90\x80\x80"})
-        ExpectEachTextRefused(text.data(), text.size(), MOX_INVALID_TEXT);
+        ExpectEachTextRefused({text.data(), text.size()}, MOX_INVALID_TEXT);
 }
 
 TEST(HostArguments, ZerosInTextsAreRefusedEverywhere) {
-    ExpectEachTextRefused("K\0", 2, MOX_INVALID_TEXT);
-    ExpectEachTextRefused("\0", 1, MOX_INVALID_TEXT);
+    ExpectEachTextRefused({"K\0", 2}, MOX_INVALID_TEXT);
+    ExpectEachTextRefused({"\0", 1}, MOX_INVALID_TEXT);
 }
 
 TEST(HostArguments, LengthsThatNoTextHasAreRefusedBeforeAnythingIsRead) {
-    for (const size_t length : {SIZE_MAX, SIZE_MAX / 2, SIZE_MAX / 2 + 1, size_t{1} << 33})
-        ExpectEachTextRefused("K", length, MOX_INVALID_ARGUMENT);
-    // Of the two texts that may be missing, a null pointer says so.
-    const Document document = Settings(kEntry);
-    for (const Call& call : TextCalls()) {
-        const std::string_view name = call.name;
-        if (name == "add_entry_before" || name == "save_backup" || name == "to_bytes") continue;
-        for (const size_t length : {size_t{1}, SIZE_MAX})
-            EXPECT_EQ(call.call({document.get(), nullptr, length, nullptr}), MOX_INVALID_ARGUMENT) << name;
-    }
+    // Three bytes for each of the 2^31 - 1 units that a text can have.
+    for (const size_t length : {SIZE_MAX, SIZE_MAX / 2, SIZE_MAX / 2 + 1, size_t{6442450942}})
+        ExpectEachTextRefused({"K", length}, MOX_INVALID_ARGUMENT);
+    for (const size_t length : {size_t{1}, SIZE_MAX})
+        ExpectEachTextRefused({nullptr, length}, MOX_INVALID_ARGUMENT);
 }
 
 TEST(HostArguments, ANullDocumentIsRefusedEverywhere) {
     const Problem problem;
-    for (const Call& call : TextCalls()) {
-        const std::string_view name = call.name;
-        if (name == "new_table" || name == "open" || name == "open_name" || name == "read_file") continue;
-        EXPECT_EQ(call.call({nullptr, "K", 1, problem}), MOX_INVALID_ARGUMENT) << name;
-        EXPECT_EQ(problem.Text(), "a handle or an output is null") << name;
+    for (const auto* const calls : {&SectionCalls(), &KeyCalls()}) {
+        for (const Call& call : *calls) {
+            EXPECT_EQ(call.call({nullptr, problem}), MOX_INVALID_ARGUMENT) << call.name;
+            EXPECT_EQ(problem.Text(), "a handle or an output is null") << call.name;
+        }
     }
     EXPECT_EQ(mox_section_names(nullptr, &list, problem), MOX_INVALID_ARGUMENT);
     EXPECT_EQ(mox_set_form(nullptr, MOX_FORM_WIDE, problem), MOX_INVALID_ARGUMENT);
@@ -361,7 +353,8 @@ TEST(HostArguments, ANullOutputIsRefusedEverywhere) {
 
 TEST(HostArguments, ContentThatNoFileHasIsRefused) {
     EXPECT_EQ(mox_parse(nullptr, 1, MOX_SETTINGS, nullptr, &made, nullptr), MOX_INVALID_ARGUMENT);
-    EXPECT_EQ(mox_parse("", SIZE_MAX, MOX_SETTINGS, nullptr, &made, nullptr), MOX_TOO_LARGE);
+    for (const size_t length : {SIZE_MAX, size_t{4294967297}})
+        EXPECT_EQ(mox_parse("", length, MOX_SETTINGS, nullptr, &made, nullptr), MOX_TOO_LARGE);
     EXPECT_EQ(mox_parse(nullptr, 0, MOX_SETTINGS, nullptr, &made, nullptr), MOX_WRONG_KIND);
     EXPECT_EQ(mox_diagnose(nullptr, 1, 0, 0, &list, nullptr), MOX_INVALID_ARGUMENT);
     EXPECT_EQ(mox_diagnose("", SIZE_MAX, 0, 0, &list, nullptr), MOX_TOO_LARGE);
@@ -370,8 +363,9 @@ TEST(HostArguments, ContentThatNoFileHasIsRefused) {
     const Document document = Settings(kEntry);
     EXPECT_EQ(mox_set_bytes(document.get(), MOX_STR("S"), MOX_STR("N"), nullptr, 1, nullptr),
               MOX_INVALID_ARGUMENT);
-    EXPECT_EQ(mox_set_bytes(document.get(), MOX_STR("S"), MOX_STR("N"), "", SIZE_MAX, nullptr),
-              MOX_TOO_LARGE);
+    for (const size_t length : {SIZE_MAX, size_t{1073741824}})
+        EXPECT_EQ(mox_set_bytes(document.get(), MOX_STR("S"), MOX_STR("N"), "", length, nullptr),
+                  MOX_TOO_LARGE);
     EXPECT_EQ(mox_set_bytes(document.get(), MOX_STR("S"), MOX_STR("N"), nullptr, 0, nullptr), MOX_OK);
     EXPECT_EQ(TextOf(document, "S", "N"), "");
 }
@@ -398,8 +392,17 @@ TEST(HostArguments, StructuresOfOtherReleasesAreFilledAsFarAsTheyGo) {
         EXPECT_EQ(mox_list_entry(list, 0, &later.entry), MOX_INVALID_ARGUMENT) << wrong;
     }
     mox_list_free(std::exchange(list, nullptr));
-    section.size = 7;
-    EXPECT_EQ(mox_section_get_info(document.get(), MOX_STR("S"), &section, nullptr), MOX_INVALID_ARGUMENT);
+    for (const uint32_t wrong : {7U, 4097U}) {
+        section.size = wrong;
+        EXPECT_EQ(mox_section_get_info(document.get(), MOX_STR("S"), &section, nullptr),
+                  MOX_INVALID_ARGUMENT);
+    }
+    struct Largest {
+        mox_section_info info;
+        unsigned char more[4096 - sizeof(mox_section_info)];
+    } largest{};
+    largest.info.size = sizeof largest;
+    EXPECT_EQ(mox_section_get_info(document.get(), MOX_STR("S"), &largest.info, nullptr), MOX_OK);
     section.size = sizeof section;
     for (const uint32_t wrong : {0U, 31U, 33U, 0xFFFFFFFFU}) {
         auto options = Sized<mox_open_options>();

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "mox_host/mox_host.h"
+#include "tests/c_host/sized.h"
 
 namespace c_host {
 
@@ -31,14 +32,6 @@ using Document = std::unique_ptr<mox_document, Freeing<mox_document_free>>;
 using List = std::unique_ptr<mox_list, Freeing<mox_list_free>>;
 using Tree = std::unique_ptr<mox_tree, Freeing<mox_tree_free>>;
 using ProblemHandle = std::unique_ptr<mox_problem, Freeing<mox_problem_free>>;
-
-// A structure with its size set and nothing else.
-template <class Structure>
-Structure Sized() {
-    Structure structure{};
-    structure.size = sizeof structure;
-    return structure;
-}
 
 // A problem, and what it says about the last call.
 class Problem {
@@ -121,30 +114,33 @@ inline std::vector<std::string> EntryNames(const Document& document, std::string
     return Names(List(names).get());
 }
 
-// What the document would save as UTF-8.
-inline std::string SavedText(const Document& document) {
-    auto options = Sized<mox_save_options>();
+// What the document would save as UTF-8, with these options; the name of the status if it would not.
+inline std::string SavedText(const Document& document, mox_save_options options) {
     options.form = MOX_FORM_UTF8;
     void* bytes = nullptr;
     size_t size = 0;
-    EXPECT_EQ(mox_to_bytes(document.get(), &options, &bytes, &size, nullptr), MOX_OK);
+    const mox_status status = mox_to_bytes(document.get(), &options, &bytes, &size, nullptr);
+    if (status != MOX_OK) return mox_status_name(status);
+    EXPECT_EQ(static_cast<char*>(bytes)[size], '\0');
     std::string text(static_cast<char*>(bytes), size);
     mox_free(bytes);
     return text;
 }
+inline std::string SavedText(const Document& document) {
+    return SavedText(document, Sized<mox_save_options>());
+}
 
-// The attribute eud="true", wherever it is in the saved section. (A save of the document removes it.)
-inline bool HasEud(const Document& document, const char* section) {
+// The same of one section. (A save of the document removes "eud", this one does not.)
+inline std::string SectionText(const Document& document, std::string_view section) {
     auto options = Sized<mox_save_options>();
-    options.form = MOX_FORM_UTF8;
-    options.section = section;
-    options.section_size = std::string_view(section).size();
-    void* bytes = nullptr;
-    size_t size = 0;
-    EXPECT_EQ(mox_to_bytes(document.get(), &options, &bytes, &size, nullptr), MOX_OK);
-    const std::string text(static_cast<char*>(bytes), size);
-    mox_free(bytes);
-    return text.find("eud=\"true\"") != std::string::npos;
+    options.section = section.data();
+    options.section_size = section.size();
+    return SavedText(document, options);
+}
+
+// The attribute eud="true", wherever it is in the section.
+inline bool HasEud(const Document& document, std::string_view section) {
+    return SectionText(document, section).find("eud=\"true\"") != std::string::npos;
 }
 
 // A path, in UTF-8, of a file that does not exist yet and is removed at the end of the scope.

@@ -199,25 +199,22 @@ TEST(HostDocuments, BytesAreThoseOfTheFile) {
 TEST(HostDocuments, PartsAreSavedAlone) {
     const Document document = Settings(
         "<Var name=\"K\" type=\"long\"><Value>1</Value><UI control=\"num\" name=\"shown\"/></Var><!-- c -->");
-    const auto text = [&](uint32_t content, const char* section, mox_status expected = MOX_OK) {
+    const auto text = [&](uint32_t content) {
         auto options = Sized<mox_save_options>();
-        options.form = MOX_FORM_UTF8;
         options.content = content;
-        options.section = section;
-        options.section_size = section == nullptr ? 0 : std::string_view(section).size();
-        void* bytes = nullptr;
-        size_t size = 0;
-        EXPECT_EQ(mox_to_bytes(document.get(), &options, &bytes, &size, nullptr), expected);
-        std::string result(static_cast<char*>(bytes), size);
-        mox_free(bytes);
-        return result;
+        return SavedText(document, options);
     };
-    EXPECT_EQ(text(MOX_CONTENT_VALUES, nullptr).find("shown"), std::string::npos);
-    EXPECT_EQ(text(MOX_CONTENT_UI, nullptr).find("<Value>"), std::string::npos);
-    EXPECT_EQ(text(MOX_CONTENT_DOCUMENT, "S").substr(0, 16), "<Table name=\"S\">");
-    text(MOX_CONTENT_DOCUMENT, "R", MOX_NO_SUCH_SECTION);
-    text(MOX_CONTENT_UI, "S", MOX_INVALID_ARGUMENT);
-    text(3, nullptr, MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(text(MOX_CONTENT_VALUES).find("shown"), std::string::npos);
+    EXPECT_EQ(text(MOX_CONTENT_UI).find("<Value>"), std::string::npos);
+    EXPECT_EQ(text(3), "MOX_INVALID_ARGUMENT");
+    EXPECT_EQ(SectionText(document, "S").substr(0, 16), "<Table name=\"S\">");
+    EXPECT_EQ(SectionText(document, "R"), "MOX_NO_SUCH_SECTION");
+    auto part = Sized<mox_save_options>();
+    part.content = MOX_CONTENT_UI;
+    EXPECT_EQ(SavedText(Table(""), part), "MOX_INVALID_ARGUMENT") << "a table is saved as it is";
+    part.section = "S";
+    part.section_size = 1;
+    EXPECT_EQ(SavedText(document, part), "MOX_INVALID_ARGUMENT");
     auto options = Sized<mox_save_options>();
     options.form = MOX_FORM_NARROW;
     const Document table = Table("");
@@ -289,6 +286,169 @@ TEST(HostDocuments, SectionsAreMadeListedAndRemoved) {
     EXPECT_EQ(mox_make_section(table.get(), MOX_STR("S"), nullptr, nullptr), MOX_WRONG_KIND);
     EXPECT_EQ(mox_remove_section(table.get(), MOX_STR("S"), nullptr), MOX_WRONG_KIND);
     EXPECT_EQ(mox_section_get_info(table.get(), MOX_STR("S"), &info, nullptr), MOX_WRONG_KIND);
+}
+
+TEST(HostDocuments, AnImportIsRefusedLikeAFile) {
+    const ScratchPath path("host_import.xml");
+    Document document;
+    const Problem problem;
+    auto options = Sized<mox_open_options>();
+    options.encoding = MOX_ENCODING_LATIN1;
+    EXPECT_EQ(Open(path, MOX_SETTINGS, document, &options, problem), MOX_NOT_FOUND);
+    path.Write("<Table name=\"\xE4\"/>");
+    EXPECT_EQ(Open(path, MOX_SETTINGS, document, &options, problem), MOX_WRONG_KIND);
+    EXPECT_EQ(std::string(problem.Info().file), path.data());
+    ASSERT_EQ(Open(path, MOX_TABLE, document, &options), MOX_OK);
+    EXPECT_NE(SavedText(document).find("name=\"\xC3\xA4\""), std::string::npos);
+    options.table_name = "\xC3\xA4";
+    options.table_name_size = 2;
+    EXPECT_EQ(Open(path, MOX_TABLE, document, &options), MOX_OK);
+    options.table_name_size = 0;
+    options.table_name = "T";
+    options.table_name_size = 1;
+    EXPECT_EQ(Open(path, MOX_TABLE, document, &options), MOX_WRONG_KIND);
+    options = Sized<mox_open_options>();
+    options.encoding = MOX_ENCODING_LATIN1;
+    options.flags = MOX_OPEN_ANY;
+    EXPECT_EQ(Open(path, MOX_TABLE, document, &options), MOX_INVALID_ARGUMENT);
+}
+
+TEST(HostDocuments, EachEncodingIsImported) {
+    const std::string ascii = SettingsText("<Var name=\"K\" type=\"long\"><Value>5</Value></Var>");
+    std::string wide;
+    std::string bigEndian;
+    for (const char c : ascii) {
+        wide.append({c, '\0'});
+        bigEndian.append({'\0', c});
+    }
+    const auto read = [](const std::string& bytes, uint32_t encoding) {
+        auto options = Sized<mox_open_options>();
+        options.encoding = encoding;
+        mox_document* made = nullptr;
+        const mox_status status =
+            mox_parse(bytes.data(), bytes.size(), MOX_SETTINGS, &options, &made, nullptr);
+        const Document document(made);
+        return status == MOX_OK ? TextOf(document, "S", "K") : mox_status_name(status);
+    };
+    for (const uint32_t encoding : {MOX_ENCODING_NARROW, MOX_ENCODING_UTF8, MOX_ENCODING_LATIN1}) {
+        EXPECT_EQ(read(ascii, encoding), "5") << encoding;
+        EXPECT_NE(read(bigEndian, encoding), "5") << encoding;
+    }
+    EXPECT_EQ(read(wide, MOX_ENCODING_WIDE), "5");
+    EXPECT_NE(read(bigEndian, MOX_ENCODING_WIDE), "5");
+    EXPECT_EQ(read(bigEndian, MOX_ENCODING_UTF16BE), "5");
+    EXPECT_NE(read(wide, MOX_ENCODING_UTF16BE), "5");
+    EXPECT_EQ(read(ascii, MOX_ENCODING_ZEROS), "MOX_INVALID_ARGUMENT");
+}
+
+TEST(HostDocuments, AFileHasWhatTheOptionsSay) {
+    const ScratchPath path("host_options.xml");
+    const Document document =
+        Settings("<Var name=\"K\" type=\"long\"><Value>1</Value><UI control=\"num\" name=\"shown\"/></Var>");
+    auto options = Sized<mox_save_options>();
+    for (const uint32_t content : {MOX_CONTENT_DOCUMENT, MOX_CONTENT_UI, MOX_CONTENT_VALUES}) {
+        options.flags = MOX_SAVE_OVERWRITE;
+        options.content = content;
+        ASSERT_EQ(Save(document, path, &options), MOX_OK);
+        EXPECT_EQ(path.Bytes().find("shown") != std::string::npos, content != MOX_CONTENT_VALUES) << content;
+        EXPECT_EQ(path.Bytes().find("<Value>1") != std::string::npos, content != MOX_CONTENT_UI) << content;
+    }
+    options.content = MOX_CONTENT_DOCUMENT;
+    options.section = "S";
+    options.section_size = 1;
+    ASSERT_EQ(Save(document, path, &options), MOX_OK);
+    EXPECT_EQ(path.Bytes().substr(0, 14), std::string("<\0T\0a\0b\0l\0e\0 \0", 14)) << "wide";
+    options.flags = 0;
+    EXPECT_EQ(Save(document, path, &options), MOX_CHANGED) << "a section is no file that was read";
+    options.section = "R";
+    EXPECT_EQ(Save(document, path, &options), MOX_NO_SUCH_SECTION);
+    options.section = nullptr;
+    options.section_size = 0;
+    options.flags = 2;
+    EXPECT_EQ(Save(document, path, &options), MOX_INVALID_ARGUMENT);
+    options.flags = 0;
+    for (const uint32_t form : {4U, 0xFFFFFFFFU}) {
+        options.form = form;
+        EXPECT_EQ(Save(document, path, &options), MOX_INVALID_ARGUMENT);
+        EXPECT_EQ(mox_set_form(document.get(), form, nullptr), MOX_INVALID_ARGUMENT);
+    }
+    EXPECT_EQ(Save(Table(""), path, &options), MOX_INVALID_ARGUMENT);
+}
+
+TEST(HostDocuments, AnEmptyNameOfASectionIsAName) {
+    const Document document = Settings("<Var name=\"K\" type=\"long\"/>");
+    auto options = Sized<mox_save_options>();
+    options.section = "";
+    EXPECT_EQ(SavedText(document, options), "MOX_NO_SUCH_SECTION");
+    EXPECT_EQ(SavedText(Table("")).find("<Table name=\"T\""),
+              SavedText(Table(""), options).find("<Table name=\"T\""))
+        << "it is that of the table of a table document";
+}
+
+TEST(HostDocuments, AProblemIsThatOfTheLastCall) {
+    const Problem problem;
+    EXPECT_EQ(problem.Status(), MOX_OK);
+    EXPECT_STREQ(problem.Info().text, "");
+    mox_document* none = nullptr;
+    const auto parse = [&](std::string_view text, uint32_t kind) {
+        return mox_parse(text.data(), text.size(), kind, nullptr, &none, problem);
+    };
+    EXPECT_EQ(parse("<Settings>\n<a b=c/>", MOX_SETTINGS), MOX_SYNTAX);
+    const mox_problem_info info = problem.Info();
+    EXPECT_EQ(info.line, 2U);
+    EXPECT_EQ(info.column, 6U);
+    EXPECT_STREQ(info.found, "\"c\"");
+    EXPECT_EQ(info.found_size, 3U);
+    EXPECT_NE(info.expected_size, 0U);
+    EXPECT_EQ(std::string(info.expected).size(), info.expected_size);
+    EXPECT_EQ(std::string(info.message), "found \"c\", expected " + std::string(info.expected));
+    EXPECT_EQ(std::string(info.message).size(), info.message_size);
+    EXPECT_EQ(std::string(info.text), "2:6: " + std::string(info.message));
+    EXPECT_EQ(info.file_size, 0U);
+    EXPECT_STREQ(info.file, "");
+
+    EXPECT_EQ(parse("", 9), MOX_INVALID_ARGUMENT);
+    EXPECT_STREQ(problem.Info().text, "the kind of document is unknown");
+    EXPECT_STREQ(problem.Info().message, "the kind of document is unknown");
+    EXPECT_EQ(problem.Info().found_size + problem.Info().expected_size, 0U);
+    EXPECT_EQ(problem.Info().line + problem.Info().column, 0U);
+
+    EXPECT_EQ(parse("<a/>", MOX_SETTINGS), MOX_WRONG_KIND);
+    EXPECT_NE(problem.Text(), "the kind of document is unknown");
+    EXPECT_EQ(problem.Text(), problem.Info().message);
+
+    EXPECT_EQ(mox_new_settings(&none, problem), MOX_OK);
+    mox_document_free(none);
+    EXPECT_EQ(problem.Status(), MOX_OK);
+    EXPECT_STREQ(problem.Info().text, "");
+    EXPECT_EQ(problem.Info().message_size, 0U);
+}
+
+TEST(HostDocuments, SectionsAndTablesHaveTheirOptions) {
+    const Document document = Settings("");
+    auto options = Sized<mox_table_options>();
+    options.first_id = 4000000000;
+    options.type = 0xFFFF;
+    EXPECT_EQ(mox_make_section(document.get(), MOX_STR("Made"), &options, nullptr), MOX_OK);
+    EXPECT_NE(SectionText(document, "Made").find("name=\"Made\" first_id=\"4000000000\" type=\"FFFF\""),
+              std::string::npos)
+        << SectionText(document, "Made");
+    options.type = 0x10000;
+    EXPECT_EQ(mox_make_section(document.get(), MOX_STR("Other"), &options, nullptr), MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(mox_make_section(document.get(), MOX_STR("\xC3\xA4"), nullptr, nullptr), MOX_NOT_KEPT);
+    EXPECT_EQ(Sections(document), (std::vector<std::string>{"S", "Made"}));
+    mox_document* made = nullptr;
+    const Problem problem;
+    EXPECT_EQ(mox_new_table(MOX_STR("a\x01z"), nullptr, &made, problem), MOX_NOT_KEPT);
+    EXPECT_EQ(
+        problem.Text(),
+        "the name contains the control character U+0001, with which other XML programs cannot read the file");
+    EXPECT_EQ(mox_new_table(MOX_STR("\xFF"), nullptr, &made, problem), MOX_INVALID_TEXT);
+    EXPECT_EQ(problem.Text(), "the name is not UTF-8, contains a zero, or is null");
+    EXPECT_EQ(made, nullptr);
+    EXPECT_EQ(mox_new_table(nullptr, 0, nullptr, &made, problem), MOX_OK) << "a name may be empty";
+    EXPECT_EQ(problem.Status(), MOX_OK);
+    mox_document_free(made);
 }
 
 }  // namespace

@@ -213,5 +213,132 @@ TEST(HostEntries, AValueThatNoRecordHoldsIsNull) {
     EXPECT_EQ(SetText(document, "S", "L", "\xED\xA0\x80"), MOX_NOT_KEPT);
 }
 
+TEST(HostEntries, PresentationDataNeedHasUi) {
+    const Document document = Settings(kEntries);
+    const auto add = [&](void (*set)(mox_entry & entry)) {
+        mox_entry entry = Given("C", "3", MOX_TYPE_ULONG);
+        set(entry);
+        return mox_add_entry(document.get(), MOX_STR("S"), nullptr, 0, &entry, 0, nullptr);
+    };
+    for (void (*const set)(mox_entry&) : {+[](mox_entry& entry) { entry.control = MOX_CONTROL_TEXT; },
+                                          +[](mox_entry& entry) { entry.provider_owner = MOX_OWNER_APP; },
+                                          +[](mox_entry& entry) { entry.provider_index = 1; },
+                                          +[](mox_entry& entry) {
+                                              entry.shown_name = "s";
+                                              entry.shown_name_size = 1;
+                                          },
+                                          +[](mox_entry& entry) { entry.ui_value = ""; }})
+        EXPECT_EQ(add(set), MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(add([](mox_entry& entry) { entry.comment = entry.shown_name = "not read"; }), MOX_OK);
+    EXPECT_EQ(Entry(document, "S", "C"), "'C' type 19 shape 0 id 0 value '3'");
+}
+
+TEST(HostEntries, NumbersThatNoRecordHoldsAreRefused) {
+    const Document document = Settings(kEntries);
+    const auto add = [&](uint32_t mox_entry::*field, uint32_t number) {
+        mox_entry entry = Given("C", "3", MOX_TYPE_ULONG);
+        entry.has_ui = 1;
+        entry.*field = number;
+        return mox_add_entry(document.get(), MOX_STR("S"), nullptr, 0, &entry, 0, nullptr);
+    };
+    for (uint32_t mox_entry::*field : {&mox_entry::type, &mox_entry::shape, &mox_entry::control}) {
+        EXPECT_EQ(add(field, 0xFFFF), MOX_NOT_STORED) << "no name in files";
+        EXPECT_EQ(add(field, 0x10000), MOX_INVALID_ARGUMENT);
+    }
+    EXPECT_EQ(add(&mox_entry::provider_owner, 0xFF), MOX_NOT_STORED);
+    EXPECT_EQ(add(&mox_entry::provider_owner, 0x100), MOX_INVALID_ARGUMENT);
+    const auto setProvider = [&](uint32_t owner) {
+        return mox_set_provider(document.get(), MOX_STR("S"), MOX_STR("A"), owner, 7, nullptr);
+    };
+    EXPECT_EQ(setProvider(0xFF), MOX_NOT_STORED);
+    EXPECT_EQ(setProvider(0x100), MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(Entries(document, "S").size(), 2U);
+}
+
+TEST(HostEntries, NullValuesAreNotEmptyOnes) {
+    const Document document = Settings(kEntries);
+    const auto put = [&](const char* value, const char* uiValue) {
+        mox_entry entry = Given("A", value, MOX_TYPE_LONG);
+        entry.shape = MOX_SHAPE_ARRAY;
+        entry.has_ui = 1;
+        entry.control = MOX_CONTROL_NUMBER;
+        entry.ui_value = uiValue;
+        return mox_put_entry(document.get(), MOX_STR("S"), &entry, 0, nullptr);
+    };
+    EXPECT_EQ(put(nullptr, nullptr), MOX_OK);
+    EXPECT_EQ(Entry(document, "S", "A"), kA);
+    EXPECT_EQ(put("", nullptr), MOX_OK);
+    EXPECT_EQ(Entry(document, "S", "A"),
+              "'A' type 3 shape 8192 id 4 value '' ui 1 1/7 'shown' 'comment' '2'");
+    mox_entry unnamed = Given("", "1", MOX_TYPE_LONG);
+    unnamed.name = nullptr;
+    EXPECT_EQ(mox_put_entry(document.get(), MOX_STR("S"), &unnamed, 0, nullptr), MOX_INVALID_TEXT);
+}
+
+TEST(HostEntries, WritesSetEudOnlyIfAsked) {
+    const Document document = Settings("<Var name=\"A\" type=\"long\"><Value>1</Value></Var>");
+    const auto clear = [&](const char* name) {
+        return mox_set_eud(document.get(), MOX_STR("S"), name, 1, 0, nullptr);
+    };
+    const auto hasEud = [&](const char* name) {
+        const std::string text = SectionText(document, "S");
+        const size_t start = text.find(std::string("<Var name=\"") + name + "\"");
+        return text.substr(start, text.find('>', start) - start).find("eud=\"true\"") != std::string::npos;
+    };
+    mox_entry entry = Given("B", "1", MOX_TYPE_LONG);
+    EXPECT_EQ(mox_add_entry(document.get(), MOX_STR("S"), nullptr, 0, &entry, 0, nullptr), MOX_OK);
+    EXPECT_FALSE(HasEud(document, "S"));
+    EXPECT_EQ(mox_remove(document.get(), MOX_STR("S"), MOX_STR("B"), 0, nullptr), MOX_OK);
+    EXPECT_EQ(mox_add_entry(document.get(), MOX_STR("S"), MOX_STR("A"), &entry, MOX_EUD_SET, nullptr),
+              MOX_OK);
+    EXPECT_TRUE(HasEud(document, "S"));
+    EXPECT_EQ(EntryNames(document, "S"), (std::vector<std::string>{"B", "A"}));
+    EXPECT_EQ(clear("B"), MOX_OK);
+    entry = Given("A", "2", MOX_TYPE_LONG);
+    EXPECT_EQ(mox_put_entry(document.get(), MOX_STR("S"), &entry, 0, nullptr), MOX_OK);
+    EXPECT_FALSE(hasEud("A"));
+    EXPECT_EQ(mox_put_entry(document.get(), MOX_STR("S"), &entry, MOX_EUD_RESPECT, nullptr),
+              MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(mox_put_entry(document.get(), MOX_STR("S"), &entry, MOX_EUD_SET, nullptr), MOX_OK);
+    EXPECT_TRUE(hasEud("A")) << SectionText(document, "S");
+    EXPECT_EQ(clear("A"), MOX_OK);
+    EXPECT_FALSE(hasEud("A"));
+    EXPECT_EQ(mox_set_value(document.get(), MOX_STR("S"), MOX_STR("A"), MOX_STR("3"),
+                            MOX_EUD_SET | MOX_EUD_RESPECT, nullptr),
+              MOX_OK);
+    EXPECT_TRUE(hasEud("A"));
+    EXPECT_EQ(mox_set_value(document.get(), MOX_STR("S"), MOX_STR("A"), MOX_STR("4"), 0, nullptr), MOX_OK);
+    EXPECT_FALSE(hasEud("A"));
+    EXPECT_EQ(mox_set_eud(document.get(), MOX_STR("S"), MOX_STR("A"), -1, nullptr), MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(mox_set_eud(document.get(), MOX_STR("S"), MOX_STR("A"), 1, nullptr), MOX_OK);
+    EXPECT_TRUE(hasEud("A"));
+}
+
+TEST(HostEntries, ChangesNameTheEntryThatIsMissing) {
+    const Document document = Settings(kEntries);
+    mox_document* const d = document.get();
+    const Problem problem;
+    EXPECT_EQ(mox_set_comment(d, MOX_STR("S"), MOX_STR("Z"), MOX_STR("c"), problem), MOX_NO_SUCH_KEY);
+    EXPECT_EQ(problem.Text(), "S/Z: there is no such entry");
+    EXPECT_EQ(mox_set_shown_name(d, MOX_STR("R"), MOX_STR("A"), MOX_STR("c"), problem), MOX_NO_SUCH_SECTION);
+    EXPECT_EQ(problem.Text(), "R: there is no such section");
+    EXPECT_EQ(mox_set_provider(d, MOX_STR("S"), MOX_STR("X"), 1, 1, problem), MOX_UNREADABLE);
+    EXPECT_EQ(mox_set_value(d, MOX_STR("S"), MOX_STR("Z"), MOX_STR("1"), 0, problem), MOX_NO_SUCH_KEY);
+    EXPECT_EQ(mox_set_provider(Table(kEntries).get(), nullptr, 0, MOX_STR("Z"), 1, 1, problem),
+              MOX_NO_SUCH_KEY);
+    EXPECT_EQ(problem.Text(), "Z: there is no such entry");
+}
+
+TEST(HostEntries, APresentationValueThatNoRecordHoldsIsNull) {
+    const std::string text = SettingsText(
+        "<Var name=\"K\" type=\"string\"><Value>1</Value><UI control=\"text\"><Comment>c</Comment>"
+        "<Value>\xED\xA0\x80</Value></UI></Var>");
+    auto options = Sized<mox_open_options>();
+    options.encoding = MOX_ENCODING_UTF8;
+    mox_document* made = nullptr;
+    ASSERT_EQ(mox_parse(text.data(), text.size(), MOX_SETTINGS, &options, &made, nullptr), MOX_OK);
+    EXPECT_EQ(Entry(Document(made), "S", "K"), "'K' type 8 shape 0 id 0 value '1' ui 2 0/0 '' 'c' null");
+}
+
 }  // namespace
 }  // namespace c_host

@@ -162,7 +162,62 @@ TEST(HostLibrary, StatusesHaveNamesAndTheLibraryAVersion) {
     for (mox_status status = 0; status < 200; ++status)
         named += std::string(mox_status_name(status)) != "unknown status" ? 1 : 0;
     EXPECT_EQ(named, 28);
-    EXPECT_EQ(mox_version(), 100U) << "0.1.0";
+    EXPECT_EQ(mox_version(), MOX_TESTED_VERSION);
+}
+
+TEST(HostFiles, AreReadInTheFormThatIsSaid) {
+    const std::string narrow = "<A/>";
+    const std::string wide("<\0A\0/\0>\0", 8);
+    mox_tree* tree = nullptr;
+    const auto count = [&](const std::string& bytes, uint32_t form) {
+        EXPECT_EQ(mox_tree_parse(bytes.data(), bytes.size(), form, &tree, nullptr), MOX_OK);
+        return mox_tree_count(Tree(tree).get());
+    };
+    EXPECT_EQ(count(narrow, MOX_FORM_NARROW), 1U);
+    EXPECT_EQ(count(wide, MOX_FORM_WIDE), 1U);
+    EXPECT_EQ(count(wide, MOX_FORM_DEFAULT), 1U);
+    EXPECT_EQ(mox_tree_parse(narrow.data(), narrow.size(), MOX_FORM_WIDE, &tree, nullptr), MOX_SYNTAX);
+    EXPECT_EQ(mox_tree_parse(narrow.data(), narrow.size(), 4, &tree, nullptr), MOX_INVALID_ARGUMENT);
+}
+
+TEST(HostFiles, ATextOfATreeEndsWithAZeroByte) {
+    const Tree tree = ParseTree("<A b=\"c\">text</A>");
+    auto node = Sized<mox_node>();
+    ASSERT_EQ(mox_tree_node(tree.get(), 0, &node), MOX_OK);
+    EXPECT_STREQ(node.name, "A");
+    EXPECT_STREQ(node.value, "text");
+    auto attribute = Sized<mox_attribute>();
+    ASSERT_EQ(mox_tree_attribute(tree.get(), 0, 0, &attribute), MOX_OK);
+    EXPECT_STREQ(attribute.name, "b");
+    EXPECT_STREQ(attribute.value, "c");
+    EXPECT_EQ(attribute.reserved, 0U);
+}
+
+TEST(HostFiles, AListOfNamesHasTheirLengths) {
+    const Document document = Settings("<Var name=\"K\" type=\"long\"/><Var name=\"Long\" type=\"long\"/>");
+    mox_list* list = nullptr;
+    ASSERT_EQ(mox_entry_names(document.get(), MOX_STR("S"), &list, nullptr), MOX_OK);
+    const List names(list);
+    const char* name = nullptr;
+    size_t size = 0;
+    EXPECT_EQ(mox_list_count(list), 2U);
+    ASSERT_EQ(mox_list_name(list, 1, &name, &size), MOX_OK);
+    EXPECT_EQ(size, 4U);
+    EXPECT_STREQ(name, "Long");
+    EXPECT_EQ(mox_list_name(list, 2, &name, &size), MOX_OUT_OF_RANGE);
+    EXPECT_EQ(size, 4U);
+}
+
+TEST(HostFiles, ANoteHasItsSeverity) {
+    const std::string wide = [] {
+        std::string bytes;
+        for (const char c : SettingsText("<Var name=\"K\" type=\"string\"><Value>?</Value></Var>"))
+            bytes.append(c == '?' ? std::string("\xE4\0", 2) : std::string({c, '\0'}));
+        return bytes;
+    }();
+    const auto notes = Diagnosed(wide);
+    ASSERT_EQ(notes.size(), 1U);
+    EXPECT_EQ(notes[0].substr(0, 4), "3 1:") << notes[0];
 }
 
 }  // namespace

@@ -243,5 +243,178 @@ TEST(HostValues, LongNamesAndTextsAreWhole) {
     EXPECT_EQ(mox_remove(document.get(), MOX_STR("S"), name.data(), name.size(), MOX_ALL, nullptr), MOX_OK);
 }
 
+TEST(HostValues, TheNumbersAtTheEndsOfATypeFit) {
+    struct Case {
+        uint32_t type;
+        int64_t least;
+        int64_t most;
+    };
+    const Document document = Settings("");
+    const auto set = [&](int64_t value, uint32_t type) {
+        return mox_set_int(document.get(), MOX_STR("S"), MOX_STR("N"), value, type, nullptr);
+    };
+    for (const Case& each :
+         {Case{MOX_TYPE_SHORT, -32768, 32767}, Case{MOX_TYPE_USHORT, 0, 65535},
+          Case{MOX_TYPE_LONG, -2147483648LL, 2147483647}, Case{MOX_TYPE_ULONG, 0, 4294967295}}) {
+        for (const int64_t value : {each.least, each.most}) {
+            EXPECT_EQ(set(value, each.type), MOX_OK) << value;
+            EXPECT_EQ(Int(document, "S", "N"), value);
+        }
+        EXPECT_EQ(set(each.least - 1, each.type), MOX_OUT_OF_RANGE);
+        EXPECT_EQ(set(each.most + 1, each.type), MOX_OUT_OF_RANGE);
+        EXPECT_EQ(Int(document, "S", "N"), each.most);
+    }
+    EXPECT_EQ(set((std::numeric_limits<int64_t>::max)(), MOX_TYPE_STRING), MOX_OK);
+    EXPECT_EQ(Int(document, "S", "N"), (std::numeric_limits<int64_t>::max)());
+}
+
+TEST(HostValues, ATruthValueIsZeroOrOne) {
+    const Document document = Settings("");
+    mox_document* const d = document.get();
+    int32_t value = 9;
+    for (const int32_t written : {1, 0}) {
+        EXPECT_EQ(mox_set_bool(d, MOX_STR("S"), MOX_STR("B"), written, nullptr), MOX_OK);
+        EXPECT_EQ(TextOf(document, "S", "B"), std::to_string(written));
+        EXPECT_EQ(mox_get_bool(d, MOX_STR("S"), MOX_STR("B"), &value, nullptr), MOX_OK);
+        EXPECT_EQ(value, written);
+    }
+    for (const int32_t wrong : {-1, 2})
+        EXPECT_EQ(mox_set_bool(d, MOX_STR("S"), MOX_STR("B"), wrong, nullptr), MOX_INVALID_ARGUMENT);
+    EXPECT_EQ(TextOf(document, "S", "B"), "0");
+}
+
+// A host may pass memory of any size; short and long texts, 7-bit and others, are read in different ways.
+TEST(HostValues, TextIsCopiedWithItsZeroByteAndNothingElse) {
+    for (const bool isTable : {false, true}) {
+        const Document document = isTable ? Table("") : Settings("");
+        const std::string_view section = isTable ? "" : "S";
+        const mox_status formed = isTable ? MOX_OK : mox_set_form(document.get(), MOX_FORM_WIDE, nullptr);
+        ASSERT_EQ(formed, MOX_OK);
+        for (const size_t length : {0U, 1U, 126U, 127U, 128U, 129U, 300U}) {
+            for (const char* const end : {"", "\xC3\xA4"}) {
+                const std::string value = std::string(length, 'v') + end;
+                ASSERT_EQ(SetText(document, section, "K", value), MOX_OK);
+                for (const size_t room : {value.size() + 1, value.size() + 2, value.size() + 500}) {
+                    std::string buffer(room + 1, '?');
+                    size_t size = 9999;
+                    EXPECT_EQ(mox_get_text(document.get(), section.data(), section.size(), MOX_STR("K"),
+                                           buffer.data(), room, &size, nullptr),
+                              MOX_OK);
+                    EXPECT_EQ(size, value.size());
+                    EXPECT_EQ(buffer, value + '\0' + std::string(room - value.size(), '?'));
+                }
+                std::string buffer(value.size() + 1, '?');
+                const std::string before = buffer;
+                size_t size = 9999;
+                EXPECT_EQ(mox_get_text(document.get(), section.data(), section.size(), MOX_STR("K"),
+                                       buffer.data(), value.size(), &size, nullptr),
+                          MOX_BUFFER_TOO_SMALL);
+                EXPECT_EQ(size, value.size());
+                EXPECT_EQ(buffer, before);
+            }
+        }
+    }
+}
+
+TEST(HostValues, BytesFillAllOfABuffer) {
+    const Document document = Settings("");
+    mox_document* const d = document.get();
+    ASSERT_EQ(mox_set_bytes(d, MOX_STR("S"), MOX_STR("H"), "\x01\x02\xFF", 3, nullptr), MOX_OK);
+    EXPECT_EQ(TextOf(document, "S", "H"), "0102FF");
+    std::string buffer = "????";
+    size_t size = 9;
+    EXPECT_EQ(mox_get_bytes(d, MOX_STR("S"), MOX_STR("H"), buffer.data(), 2, &size, nullptr),
+              MOX_BUFFER_TOO_SMALL);
+    EXPECT_EQ(buffer, "????");
+    EXPECT_EQ(size, 3U);
+    EXPECT_EQ(mox_get_bytes(d, MOX_STR("S"), MOX_STR("H"), buffer.data(), 3, &size, nullptr), MOX_OK);
+    EXPECT_EQ(buffer, "\x01\x02\xFF?");
+    ASSERT_EQ(mox_set_bytes(d, MOX_STR("S"), MOX_STR("H"), nullptr, 0, nullptr), MOX_OK);
+    EXPECT_EQ(mox_get_bytes(d, MOX_STR("S"), MOX_STR("H"), nullptr, 0, &size, nullptr), MOX_OK);
+    EXPECT_EQ(size, 0U);
+}
+
+TEST(HostValues, ReadsOfATableSayWhyTheyFail) {
+    const Document table = Table(kValues);
+    const Problem problem;
+    double number = 2.5;
+    int32_t truth = 7;
+    size_t size = 9;
+    char buffer[] = "?";
+    EXPECT_EQ(mox_get_double(table.get(), nullptr, 0, MOX_STR("T"), &number, problem), MOX_WRONG_TYPE);
+    EXPECT_EQ(problem.Text(), "T: the value \"a b\" is not a decimal number");
+    EXPECT_EQ(mox_get_bool(table.get(), nullptr, 0, MOX_STR("X"), &truth, problem), MOX_UNREADABLE);
+    EXPECT_EQ(mox_get_bytes(table.get(), nullptr, 0, MOX_STR("T"), buffer, 1, &size, problem),
+              MOX_WRONG_TYPE);
+    EXPECT_EQ(mox_get_text(table.get(), nullptr, 0, MOX_STR("None"), buffer, 1, &size, problem),
+              MOX_NO_SUCH_KEY);
+    EXPECT_EQ(problem.Text(), "None: there is no such entry");
+    EXPECT_EQ(mox_get_text(table.get(), "\xFF", 1, MOX_STR("I"), buffer, 1, &size, problem),
+              MOX_INVALID_TEXT);
+    EXPECT_EQ(problem.Text(), "the section is not UTF-8, or contains a zero");
+    EXPECT_EQ(mox_contains(table.get(), "\xFF", 1, MOX_STR("I"), &truth, problem), MOX_INVALID_TEXT);
+    EXPECT_TRUE(number == 2.5 && truth == 7 && size == 9 && buffer[0] == '?');
+}
+
+TEST(HostValues, ReadsOfSettingsSayWhyTheyFail) {
+    const Document document = Settings(kValues);
+    const Problem problem;
+    size_t size = 9;
+    char buffer[] = "?";
+    const auto get = [&](std::string_view section, std::string_view name) {
+        const mox_status status = mox_get_text(document.get(), section.data(), section.size(), name.data(),
+                                               name.size(), buffer, sizeof buffer, &size, problem);
+        EXPECT_EQ(problem.Status(), status);
+        return problem.Text();
+    };
+    EXPECT_EQ(get("S", "X"), "S/X: the key has no known type, so that it cannot be read");
+    EXPECT_EQ(get("S", "None"), "S/None: there is no such key");
+    EXPECT_EQ(get("R", "I"), "R/I: there is no such section");
+    EXPECT_EQ(get("S", ""), "S: the key is empty");
+    EXPECT_EQ(get("S", "\xFF"), "S: the key is not UTF-8, contains a zero, or is null");
+    EXPECT_EQ(get("S", std::string(260, 'n')).substr(260),
+              "nn: the key has no known type, so that it cannot be read")
+        << "which element cannot be read, no record tells of such a name";
+    EXPECT_TRUE(size == 9 && buffer[0] == '?');
+    double number = 2.5;
+    EXPECT_EQ(mox_get_double(document.get(), MOX_STR("S"), MOX_STR("X"), &number, problem), MOX_UNREADABLE);
+    EXPECT_EQ(mox_get_double(document.get(), MOX_STR("S"), MOX_STR("None"), &number, problem),
+              MOX_NO_SUCH_KEY);
+    EXPECT_EQ(mox_get_double(document.get(), MOX_STR("R"), MOX_STR("D"), &number, problem),
+              MOX_NO_SUCH_SECTION);
+    EXPECT_EQ(mox_get_double(document.get(), MOX_STR("S"), MOX_STR("T"), &number, problem), MOX_WRONG_TYPE);
+    EXPECT_EQ(problem.Text(), "S/T: the value \"a b\" is not a decimal number");
+    EXPECT_EQ(number, 2.5);
+}
+
+TEST(HostValues, NamesOfMoreThan259UnitsAreCutInLists) {
+    const std::string cut(259, 'n');
+    const Document document = Settings("");
+    ASSERT_EQ(SetText(document, "S", cut + "1", "one"), MOX_OK);
+    ASSERT_EQ(SetText(document, "S", "short", "two"), MOX_OK);
+    EXPECT_EQ(EntryNames(document, "S"), (std::vector<std::string>{cut, "short"}));
+    EXPECT_EQ(TextOf(document, "S", cut + "1"), "one");
+    EXPECT_EQ(TextOf(document, "S", cut), "MOX_NO_SUCH_KEY");
+    // An entry of such a name cannot be told from others by a record.
+    const Problem problem;
+    EXPECT_EQ(mox_remove(document.get(), MOX_STR("S"), (cut + "1").data(), 260, 0, problem),
+              MOX_INVALID_TEXT);
+    EXPECT_EQ(problem.Text(), "S/" + cut + "1: the name has more than 259 units");
+    EXPECT_EQ(mox_remove(document.get(), MOX_STR("S"), (cut + "1").data(), 260, MOX_ALL, problem), MOX_OK);
+    EXPECT_EQ(EntryNames(document, "S"), std::vector<std::string>{"short"});
+}
+
+TEST(HostValues, ARemovalOfAllSaysWhatIsMissing) {
+    const Document document = Settings(kValues);
+    const Problem problem;
+    EXPECT_EQ(mox_remove(document.get(), MOX_STR("S"), MOX_STR("None"), MOX_ALL, problem), MOX_NO_SUCH_KEY);
+    EXPECT_EQ(mox_remove(document.get(), MOX_STR("R"), MOX_STR("I"), MOX_ALL, problem), MOX_NO_SUCH_SECTION);
+    EXPECT_EQ(mox_remove(document.get(), MOX_STR("R"), MOX_STR("I"), 0, problem), MOX_NO_SUCH_SECTION);
+    EXPECT_EQ(mox_clear(document.get(), MOX_STR("R"), problem), MOX_NO_SUCH_SECTION);
+    EXPECT_EQ(mox_rename(document.get(), MOX_STR("R"), MOX_STR("I"), MOX_STR("J"), problem),
+              MOX_NO_SUCH_SECTION);
+    EXPECT_EQ(EntryNames(document, "S"), (std::vector<std::string>{"I", "D", "B", "H", "T", "U"}));
+}
+
 }  // namespace
 }  // namespace c_host

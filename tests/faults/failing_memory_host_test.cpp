@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "mox_host/mox_host.h"
+#include "tests/c_host/sized.h"
 #include "tests/faults/failing_memory_support.h"
 
 namespace faults {
@@ -72,12 +73,7 @@ struct HostCall {
     std::function<mox_status(Host&)> call;
 };
 
-template <class Structure>
-Structure Sized() {
-    Structure structure{};
-    structure.size = sizeof structure;
-    return structure;
-}
+using c_host::Sized;
 
 mox_entry NewEntry(const char* name, size_t size) {
     auto entry = Sized<mox_entry>();
