@@ -1,6 +1,6 @@
 // Calls of mox_host with any bytes as texts, documents and structures. Each call either succeeds or says why; one that
-// fails has set no output and changed nothing; a text that was written is read back. What was written is there when the
-// saved bytes are opened.
+// fails has set no output and changed nothing; a text that was written is read back. The C++ front does the same with the
+// same results (host_twin.h). What was written is there when the saved bytes are opened.
 //
 // The input: a digit that chooses the kind, form and encoding of the document, the document up to a zero byte, then
 // calls. Each call is a letter or any other byte, then its arguments: a digit for a text that is there, or a byte for
@@ -14,7 +14,9 @@
 #include <string_view>
 
 #include "fuzz/fuzz_input.h"
+#include "fuzz/host_twin.h"
 #include "mox_host/mox_host.h"
+#include "tests/c_host/sized.h"
 
 namespace mox::fuzz {
 namespace {
@@ -32,12 +34,7 @@ constexpr std::string_view kTable =
     "<Table name=\"T\"><Var name=\"A\" type=\"double\"><Value>1.5</Value></Var>"
     "<Var name=\"B\" type=\"bool\"><Value>1</Value></Var></Table>\n";
 
-template <class Structure>
-Structure Sized() {
-    Structure structure{};
-    structure.size = sizeof structure;
-    return structure;
-}
+using c_host::Sized;
 
 void Append(std::string& text, const char* data, size_t size) {
     if (data == nullptr) {
@@ -77,10 +74,13 @@ class HostCalls {
     void Run() {
         Open();
         for (std::size_t i = 0; i < kMostCalls && !input_.IsEmpty(); ++i) {
-            const std::string before = Shown(document_);
+            const std::string before = TreeOf(*document_);
+            isSave_ = false;
             const mox_status status = Call();
             CheckProblem(status);
-            Check(status == MOX_OK || Shown(document_) == before, "a call that fails changes nothing");
+            // A save removes "eud" even if it then fails.
+            Check(status == MOX_OK || isSave_ || TreeOf(*document_) == before,
+                  "a call that fails changes nothing");
         }
         Reopen();
     }
@@ -103,23 +103,31 @@ class HostCalls {
         kind_ = option % 2 == 0 ? MOX_SETTINGS : MOX_TABLE;
         auto options = Sized<mox_open_options>();
         if (option >= 6) options.encoding = static_cast<uint32_t>(1 + input_.Below(6));
-        mox_status status = MOX_OK;
+        isWide_ = option >= 2 && kind_ == MOX_SETTINGS;
         if (option >= 4) {
             ReadAsFile(text);
-            status = mox_parse(text.data(), text.size(), kind_, &options, &document_, problem_);
+            const mox_status status =
+                mox_parse(text.data(), text.size(), kind_, &options, &document_, problem_);
             CheckProblem(status);
             Check((status == MOX_OK) == (document_ != nullptr), "a call that fails gives no document");
         }
-        const std::string_view own = kind_ == MOX_SETTINGS ? kSettings : kTable;
-        if (document_ == nullptr)
-            Check(mox_parse(own.data(), own.size(), kind_, nullptr, &document_, problem_) == MOX_OK,
-                  "it opens");
-        if (option >= 2 && kind_ == MOX_SETTINGS)
-            Check(mox_set_form(document_, MOX_FORM_WIDE, problem_) == MOX_OK, "a form can be set");
-        if (IsKept()) return;
         mox_document_free(document_);
         document_ = nullptr;
-        Check(mox_parse(own.data(), own.size(), kind_, nullptr, &document_, problem_) == MOX_OK, "it opens");
+        const bool isKept = option >= 4 && IsKept(Parsed(text, options));
+        const std::string_view own = kind_ == MOX_SETTINGS ? kSettings : kTable;
+        if (!isKept) options = Sized<mox_open_options>();
+        document_ = Parsed(isKept ? text : own, options);
+        Check(document_ != nullptr, "it opens");
+        twin_.emplace(document_, Parsed(isKept ? text : own, options));
+    }
+
+    // The document of a text, in the form of this input; null if it cannot be opened.
+    mox_document* Parsed(std::string_view text, const mox_open_options& options) const {
+        mox_document* document = nullptr;
+        mox_parse(text.data(), text.size(), kind_, &options, &document, nullptr);
+        if (document != nullptr && isWide_)
+            Check(mox_set_form(document, MOX_FORM_WIDE, nullptr) == MOX_OK, "a form can be set");
+        return document;
     }
 
     // What needs no document.
@@ -193,12 +201,12 @@ class HostCalls {
     }
 
     // The saved document, opened again; null if it cannot be saved.
-    mox_document* Saved() const {
+    mox_document* Saved(mox_document* document) const {
         void* bytes = nullptr;
         size_t size = 0;
-        if (mox_to_bytes(document_, nullptr, &bytes, &size, problem_) != MOX_OK) return nullptr;
+        if (mox_to_bytes(document, nullptr, &bytes, &size, problem_) != MOX_OK) return nullptr;
         auto info = Sized<mox_document_info>();
-        Check(mox_document_get_info(document_, &info) == MOX_OK, "a document can be described");
+        Check(mox_document_get_info(document, &info) == MOX_OK, "a document can be described");
         auto options = Sized<mox_open_options>();
         options.form = info.form;
         mox_document* opened = nullptr;
@@ -208,18 +216,19 @@ class HostCalls {
         return opened;
     }
 
-    // Of a document that was not written here: whether it is the same after a save.
-    bool IsKept() const {
-        mox_document* const opened = Saved();
-        if (opened == nullptr) return false;
-        const bool isSame = Shown(opened) == Shown(document_);
+    // Of a document that was not written here: whether it is the same after a save. Frees it; it may be null.
+    bool IsKept(mox_document* document) const {
+        if (document == nullptr) return false;
+        mox_document* const opened = Saved(document);
+        const bool isSame = opened != nullptr && Shown(opened) == Shown(document);
         mox_document_free(opened);
+        mox_document_free(document);
         return isSame;
     }
 
     void Reopen() {
         const std::string before = Shown(document_);
-        mox_document* const opened = Saved();
+        mox_document* const opened = Saved(document_);
         Check(opened != nullptr, "the document is saved");
         Check(Shown(opened) == before, "what was written is in the saved file");
         mox_document_free(opened);
@@ -301,10 +310,21 @@ class HostCalls {
                 return Find(section);
             case 7:
                 return MakeSection(section);
-            case 8:
-                return mox_remove_section(document_, section.data(), section.size(), problem_);
-            case 9:
-                return mox_clear(document_, section.data(), section.size(), problem_);
+            case 8: {
+                const mox_status status =
+                    mox_remove_section(document_, section.data(), section.size(), problem_);
+                twin_->CheckProfile(status, [&](Profile& profile, Problem* problem) {
+                    return profile.removeSection(section, problem);
+                });
+                return status;
+            }
+            case 9: {
+                const mox_status status = mox_clear(document_, section.data(), section.size(), problem_);
+                twin_->CheckEntries(status, section, [](EntryTable& entries, Problem* problem) {
+                    return entries.clear(problem);
+                });
+                return status;
+            }
             case 10:
                 return Save(section);
             default:
@@ -317,6 +337,7 @@ class HostCalls {
         const std::string value = Bytes();
         const mox_status status = mox_set_text(document_, section.data(), section.size(), name.data(),
                                                name.size(), value.data(), value.size(), problem_);
+        twin_->CheckSet(status, section, name, value);
         if (status == MOX_OK) Check(Text(section, name) == value, "a text that was written is read");
         return status;
     }
@@ -326,13 +347,19 @@ class HostCalls {
         size_t size = 0;
         mox_status status = mox_get_text(document_, section.data(), section.size(), name.data(), name.size(),
                                          few, sizeof few, &size, nullptr);
-        if (status == MOX_OK) return std::string(few, size);
-        if (status != MOX_BUFFER_TOO_SMALL) return std::nullopt;
+        if (status != MOX_BUFFER_TOO_SMALL) {
+            const auto text =
+                status == MOX_OK ? std::optional<std::string>(std::in_place, few, size) : std::nullopt;
+            twin_->CheckGet(status, section, name, text);
+            return text;
+        }
         std::string text(size + 1, '?');
         status = mox_get_text(document_, section.data(), section.size(), name.data(), name.size(),
                               text.data(), text.size(), &size, nullptr);
         Check(status == MOX_OK && size + 1 == text.size(), "the size that was given is enough");
+        Check(text[size] == '\0', "a text ends with a zero byte");
         text.resize(size);
+        twin_->CheckGet(status, section, name, std::optional(text));
         return text;
     }
 
@@ -341,18 +368,8 @@ class HostCalls {
         const char* const s = section.data();
         const char* const n = name.data();
         switch (input_.Below(4)) {
-            case 0: {
-                const auto written = static_cast<int64_t>(input_.Number()) - (input_.Flag() ? 0x80000000 : 0);
-                const mox_status status = mox_set_int(document_, s, section.size(), n, name.size(), written,
-                                                      static_cast<uint32_t>(input_.Below(32)), problem_);
-                int64_t read = 0;
-                if (status == MOX_OK)
-                    Check(
-                        mox_get_int(document_, s, section.size(), n, name.size(), &read, nullptr) == MOX_OK &&
-                            read == written,
-                        "a number that was written is read");
-                return status;
-            }
+            case 0:
+                return SetInteger(section, name);
             case 1: {
                 const double written =
                     static_cast<double>(input_.Number()) / static_cast<double>(input_.Number());
@@ -364,11 +381,16 @@ class HostCalls {
                                   MOX_OK &&
                               read == written,
                           "a number that was written is read");
+                twin_->CheckSet(status, section, name, written);
                 return status;
             }
-            case 2:
-                return mox_set_bool(document_, s, section.size(), n, name.size(),
-                                    static_cast<int32_t>(input_.Below(3)), problem_);
+            case 2: {
+                const auto written = static_cast<int32_t>(input_.Below(3));
+                const mox_status status =
+                    mox_set_bool(document_, s, section.size(), n, name.size(), written, problem_);
+                twin_->CheckSet(status, section, name, written == 1);
+                return status;
+            }
             default: {
                 const std::string bytes = Bytes();
                 const mox_status status = mox_set_bytes(document_, s, section.size(), n, name.size(),
@@ -380,30 +402,70 @@ class HostCalls {
                                         read.size(), &size, nullptr) == MOX_OK &&
                               size == bytes.size() && read == bytes,
                           "bytes that were written are read");
+                twin_->CheckSet(status, section, name, front::Bytes(bytes.begin(), bytes.end()));
                 return status;
             }
         }
     }
 
+    mox_status SetInteger(const std::string& section, const std::string& name) {
+        const auto written = static_cast<int64_t>(input_.Number()) - (input_.Flag() ? 0x80000000 : 0);
+        const auto type = static_cast<uint32_t>(input_.Below(32));
+        const mox_status status = mox_set_int(document_, section.data(), section.size(), name.data(),
+                                              name.size(), written, type, problem_);
+        const auto check = [&](auto number) {
+            const bool fits = number == written;
+            Check(fits || status == MOX_OUT_OF_RANGE || status == MOX_INVALID_ARGUMENT,
+                  "a number that does not fit is refused");
+            if (fits) twin_->CheckSet(status, section, name, number);
+        };
+        if (type == MOX_TYPE_SHORT) check(static_cast<std::int16_t>(written));
+        if (type == MOX_TYPE_USHORT) check(static_cast<std::uint16_t>(written));
+        if (type == MOX_TYPE_LONG) check(static_cast<std::int32_t>(written));
+        if (type == MOX_TYPE_ULONG) check(static_cast<std::uint32_t>(written));
+        if (type == MOX_TYPE_STRING) check(written);
+        int64_t read = 0;
+        if (status == MOX_OK)
+            Check(mox_get_int(document_, section.data(), section.size(), name.data(), name.size(), &read,
+                              nullptr) == MOX_OK &&
+                      read == written,
+                  "a number that was written is read");
+        return status;
+    }
+
     mox_status ReadValue(const std::string& section) {
         const std::string name = Bytes();
+        const char* const s = section.data();
+        const char* const n = name.data();
         int64_t number = 1000;
         double decimal = 2.5;
         int32_t truth = 7;
-        const std::size_t which = input_.Below(4);
         mox_status status = MOX_OK;
-        if (which == 0)
-            status = mox_get_int(document_, section.data(), section.size(), name.data(), name.size(), &number,
-                                 problem_);
-        if (which == 1)
-            status = mox_get_double(document_, section.data(), section.size(), name.data(), name.size(),
-                                    &decimal, problem_);
-        if (which == 2)
-            status = mox_get_bool(document_, section.data(), section.size(), name.data(), name.size(), &truth,
-                                  problem_);
-        if (which == 3)
-            status = mox_contains(document_, section.data(), section.size(), name.data(), name.size(), &truth,
-                                  problem_);
+        const auto value = [&](auto read) { return status == MOX_OK ? std::optional(read) : std::nullopt; };
+        switch (input_.Below(5)) {
+            case 0:
+                status = mox_get_int(document_, s, section.size(), n, name.size(), &number, problem_);
+                twin_->CheckGet(status, section, name, value(number));
+                break;
+            case 1:
+                status = mox_get_double(document_, s, section.size(), n, name.size(), &decimal, problem_);
+                twin_->CheckGet(status, section, name, value(decimal));
+                break;
+            case 2:
+                status = mox_get_bool(document_, s, section.size(), n, name.size(), &truth, problem_);
+                twin_->CheckGet(status, section, name, value(truth == 1));
+                break;
+            case 3:
+                status = mox_contains(document_, s, section.size(), n, name.size(), &truth, problem_);
+                Check(status != MOX_OK || truth == 0 || truth == 1, "a truth value");
+                break;
+            default:
+                Text(section, name);
+                status =
+                    mox_get_text(document_, s, section.size(), n, name.size(), nullptr, 0, nullptr, problem_);
+                Check(status != MOX_OK, "there is no room for a zero byte");
+                break;
+        }
         Check(status == MOX_OK || (number == 1000 && decimal == 2.5 && truth == 7),
               "a failure leaves the output");
         return status;
@@ -414,15 +476,48 @@ class HostCalls {
         const mox_entry entry = Entry(texts);
         const bool hasNext = input_.Flag();
         const std::string next = hasNext ? Bytes() : std::string();
-        return mox_add_entry(document_, section.data(), section.size(), hasNext ? next.data() : nullptr,
-                             next.size(), &entry, static_cast<uint32_t>(input_.Below(3)), problem_);
+        const auto flags = static_cast<uint32_t>(input_.Below(3));
+        const mox_status status =
+            mox_add_entry(document_, section.data(), section.size(), hasNext ? next.data() : nullptr,
+                          next.size(), &entry, flags, problem_);
+        const Eud eud = flags == MOX_EUD_SET ? Eud::Set : Eud::DoNotSet;
+        twin_->CheckEntries(status, section, [&](EntryTable& entries, Problem* problem) {
+            return hasNext ? entries.addBefore(next, FrontEntry(entry, texts), eud, problem)
+                           : entries.add(FrontEntry(entry, texts), eud, problem);
+        });
+        return status;
     }
 
     mox_status Put(const std::string& section) {
         EntryTexts texts;
         const mox_entry entry = Entry(texts);
-        return mox_put_entry(document_, section.data(), section.size(), &entry,
-                             static_cast<uint32_t>(input_.Below(3)), problem_);
+        const auto flags = static_cast<uint32_t>(input_.Below(3));
+        const mox_status status =
+            mox_put_entry(document_, section.data(), section.size(), &entry, flags, problem_);
+        const Eud eud = flags == MOX_EUD_SET ? Eud::Set : Eud::DoNotSet;
+        twin_->CheckEntries(status, section, [&](EntryTable& entries, Problem* problem) {
+            return entries.put(FrontEntry(entry, texts), eud, problem);
+        });
+        return status;
+    }
+
+    // The entry as one of the front.
+    static mox::Entry FrontEntry(const mox_entry& given, const EntryTexts& texts) {
+        mox::Entry entry;
+        entry.name = texts.name;
+        if (given.value != nullptr) entry.value = texts.value;
+        entry.type = static_cast<ValueType>(given.type);
+        entry.shape = static_cast<Shape>(given.shape);
+        entry.id = given.id;
+        if (given.has_ui == 0) return entry;
+        entry.ui = {static_cast<Control>(given.control),
+                    given.provider_index,
+                    static_cast<Owner>(given.provider_owner),
+                    texts.shownName,
+                    texts.comment,
+                    std::nullopt};
+        if (given.ui_value != nullptr) entry.ui->value = texts.uiValue;
+        return entry;
     }
 
     mox_status Find(const std::string& section) {
@@ -446,7 +541,16 @@ class HostCalls {
         options.editable = static_cast<uint32_t>(input_.Below(3));
         options.first_id = input_.Number();
         options.type = input_.Number();
-        return mox_make_section(document_, section.data(), section.size(), &options, problem_);
+        const mox_status status =
+            mox_make_section(document_, section.data(), section.size(), &options, problem_);
+        twin_->CheckProfile(status, [&](Profile& profile, Problem* problem) {
+            TableOptions same;
+            same.editable = options.editable == 1;
+            same.firstId = options.first_id;
+            same.type = static_cast<std::uint16_t>(options.type);
+            return profile.makeSection(section, same, problem).has_value();
+        });
+        return status;
     }
 
     mox_status Save(const std::string& section) {
@@ -461,7 +565,10 @@ class HostCalls {
         size_t size = 77;
         const mox_status status = mox_to_bytes(document_, &options, &bytes, &size, problem_);
         Check(status == MOX_OK || (bytes == nullptr && size == 77), "a failure leaves the output");
+        isSave_ = true;
+        const std::string saved(static_cast<const char*>(bytes), status == MOX_OK ? size : 0);
         mox_free(bytes);
+        twin_->CheckSave(status, options, status == MOX_OK ? &saved : nullptr);
         return status;
     }
 
@@ -470,34 +577,85 @@ class HostCalls {
         const std::string text = Bytes();
         const char* const s = section.data();
         const char* const n = name.data();
+        mox_status status = MOX_OK;
+        const auto check = [&](auto change) { twin_->CheckEntries(status, section, change); };
         switch (which) {
-            case 0:
-                return mox_set_value(document_, s, section.size(), n, name.size(), text.data(), text.size(),
-                                     static_cast<uint32_t>(input_.Below(5)), problem_);
+            case 0: {
+                const auto flags = static_cast<uint32_t>(input_.Below(5));
+                status = mox_set_value(document_, s, section.size(), n, name.size(), text.data(), text.size(),
+                                       flags, problem_);
+                const Eud eud = (flags & MOX_EUD_SET) != 0 ? Eud::Set : Eud::DoNotSet;
+                check([&](EntryTable& entries, Problem* problem) {
+                    return (flags & MOX_EUD_RESPECT) != 0
+                               ? entries.setValueUnlessEud(name, text, eud, problem)
+                               : entries.setValue(name, text, eud, problem);
+                });
+                break;
+            }
             case 1:
-                return mox_set_comment(document_, s, section.size(), n, name.size(), text.data(), text.size(),
-                                       problem_);
+                status = mox_set_comment(document_, s, section.size(), n, name.size(), text.data(),
+                                         text.size(), problem_);
+                check([&](EntryTable& entries, Problem* problem) {
+                    return entries.setComment(name, text, problem);
+                });
+                break;
             case 2:
-                return mox_set_shown_name(document_, s, section.size(), n, name.size(), text.data(),
-                                          text.size(), problem_);
-            case 3:
-                return mox_set_provider(document_, s, section.size(), n, name.size(),
-                                        static_cast<uint32_t>(input_.Below(6)), input_.Number(), problem_);
-            case 4:
-                return mox_set_eud(document_, s, section.size(), n, name.size(),
-                                   static_cast<int32_t>(input_.Below(3)), problem_);
+                status = mox_set_shown_name(document_, s, section.size(), n, name.size(), text.data(),
+                                            text.size(), problem_);
+                check([&](EntryTable& entries, Problem* problem) {
+                    return entries.setShownName(name, text, problem);
+                });
+                break;
+            case 3: {
+                const auto owner = static_cast<uint32_t>(input_.Below(6));
+                const std::uint32_t index = input_.Number();
+                status =
+                    mox_set_provider(document_, s, section.size(), n, name.size(), owner, index, problem_);
+                check([&](EntryTable& entries, Problem* problem) {
+                    return entries.setProvider(name, static_cast<Owner>(owner), index, problem);
+                });
+                break;
+            }
+            case 4: {
+                const auto eud = static_cast<int32_t>(input_.Below(3));
+                status = mox_set_eud(document_, s, section.size(), n, name.size(), eud, problem_);
+                check([&](EntryTable& entries, Problem* problem) {
+                    return entries.setEud(name, eud == 1, problem);
+                });
+                break;
+            }
             case 5:
-                return mox_rename(document_, s, section.size(), n, name.size(), text.data(), text.size(),
-                                  problem_);
-            default:
-                return mox_remove(document_, s, section.size(), n, name.size(),
-                                  static_cast<int32_t>(input_.Below(5)) - 2, problem_);
+                status = mox_rename(document_, s, section.size(), n, name.size(), text.data(), text.size(),
+                                    problem_);
+                check([&](EntryTable& entries, Problem* problem) {
+                    return entries.rename(name, text, problem);
+                });
+                break;
+            default: {
+                const auto occurrence = static_cast<int32_t>(input_.Below(5)) - 2;
+                status = mox_remove(document_, s, section.size(), n, name.size(), occurrence, problem_);
+                if (occurrence == MOX_ALL && kind_ == MOX_SETTINGS) {
+                    twin_->CheckProfile(status, [&](Profile& profile, Problem* problem) {
+                        return profile.remove(section, name, problem);
+                    });
+                    break;
+                }
+                check([&](EntryTable& entries, Problem* problem) {
+                    return occurrence == MOX_ALL ? entries.removeAll(name, problem)
+                                                 : entries.remove(name, occurrence, problem);
+                });
+                break;
+            }
         }
+        return status;
     }
 
     FuzzInput input_;
     uint32_t kind_ = MOX_SETTINGS;
+    bool isWide_ = false;  // settings are to be saved in this form
+    bool isSave_ = false;  // the last call was one
     mox_document* document_ = nullptr;
+    std::optional<HostTwin> twin_{};
     mox_problem* problem_ = nullptr;
 };
 
