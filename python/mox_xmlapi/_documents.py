@@ -1,6 +1,6 @@
 """Documents: settings with sections, and tables."""
 import os
-from ctypes import byref, c_size_t, c_void_p, string_at
+from ctypes import byref, c_char, c_size_t
 from typing import Any, Dict, Iterator, List, Mapping, Optional, Type, TypeVar, Union
 
 from ._entries import EntryTable, names_of
@@ -104,13 +104,11 @@ class Document:
     def to_bytes(self, *, form: Optional[Form] = None, content: Content = Content.DOCUMENT,
                  section: Optional[str] = None) -> bytes:
         """What save would write or, with Form.UTF8, the same text as UTF-8. Like save, it removes "eud" in memory."""
-        data, size = c_void_p(), c_size_t()
+        data, size = Handle(CALLS.mox_free), c_size_t()
         options = _save_options(form, content, section)
         check(CALLS.mox_to_bytes(self._handle, byref(options), byref(data), byref(size), OF_THREAD.problem),
               self._handle)
-        content_bytes = string_at(data, size.value)
-        CALLS.mox_free(data)
-        return content_bytes
+        return (c_char * size.value).from_address(data.value or 0).raw  # string_at counts by an int of 32 bits
 
     def __repr__(self) -> str:
         return f"<{type(self).__name__}{'' if self._path is None else f' {os.fspath(self._path)!r}'}>"
