@@ -11,7 +11,7 @@ struct Text {
     const char* data;
     size_t size;
 };
-#define TEXT(text) (text).data, (text).size
+#define BYTES_OF(text) (text).data, (text).size
 
 // What a call is given. Only one of the texts is wrong.
 struct Given {
@@ -52,16 +52,16 @@ const std::vector<Call>& FileCalls() {
     static const std::vector<Call> calls = {
         {"new_table",
          {kText},
-         [](const Given& g) { return mox_new_table(TEXT(g.text), nullptr, &made, g.problem); }},
+         [](const Given& g) { return mox_new_table(BYTES_OF(g.text), nullptr, &made, g.problem); }},
         {"open",
          {kText},
-         [](const Given& g) { return mox_open(TEXT(g.text), MOX_SETTINGS, nullptr, &made, g.problem); }},
+         [](const Given& g) { return mox_open(BYTES_OF(g.text), MOX_SETTINGS, nullptr, &made, g.problem); }},
         {"open as another encoding",
          {kText},
          [](const Given& g) {
              auto options = Sized<mox_open_options>();
              options.encoding = MOX_ENCODING_LATIN1;
-             return mox_open(TEXT(g.text), MOX_SETTINGS, &options, &made, g.problem);
+             return mox_open(BYTES_OF(g.text), MOX_SETTINGS, &options, &made, g.problem);
          }},
         {"name of a table",
          {kText},
@@ -73,7 +73,7 @@ const std::vector<Call>& FileCalls() {
          }},
         {"read_file",
          {kText},
-         [](const Given& g) { return mox_read_file(TEXT(g.text), &bytes, &size, g.problem); }},
+         [](const Given& g) { return mox_read_file(BYTES_OF(g.text), &bytes, &size, g.problem); }},
     };
     return calls;
 }
@@ -85,7 +85,7 @@ const std::vector<Call>& SectionCalls() {
     static const std::vector<Call> calls = {
         {"save",
          {kText},
-         [](const Given& g) { return mox_save(g.document, TEXT(g.text), nullptr, g.problem); }},
+         [](const Given& g) { return mox_save(g.document, BYTES_OF(g.text), nullptr, g.problem); }},
         {"save with a backup",
          {kText},
          [](const Given& g) {
@@ -108,37 +108,41 @@ const std::vector<Call>& SectionCalls() {
         {"section_get_info",
          {kSection},
          [](const Given& g) {
-             return mox_section_get_info(g.document, TEXT(g.section), &section, g.problem);
+             return mox_section_get_info(g.document, BYTES_OF(g.section), &section, g.problem);
          }},
         {"make_section",
          {kSection},
-         [](const Given& g) { return mox_make_section(g.document, TEXT(g.section), nullptr, g.problem); }},
+         [](const Given& g) {
+             return mox_make_section(g.document, BYTES_OF(g.section), nullptr, g.problem);
+         }},
         {"remove_section",
          {kSection},
-         [](const Given& g) { return mox_remove_section(g.document, TEXT(g.section), g.problem); }},
+         [](const Given& g) { return mox_remove_section(g.document, BYTES_OF(g.section), g.problem); }},
         {"entry_names",
          {kSection},
-         [](const Given& g) { return mox_entry_names(g.document, TEXT(g.section), &list, g.problem); }},
+         [](const Given& g) { return mox_entry_names(g.document, BYTES_OF(g.section), &list, g.problem); }},
         {"clear",
          {kSection},
-         [](const Given& g) { return mox_clear(g.document, TEXT(g.section), g.problem); }},
+         [](const Given& g) { return mox_clear(g.document, BYTES_OF(g.section), g.problem); }},
         {"entries",
          {kSection},
-         [](const Given& g) { return mox_entries(g.document, TEXT(g.section), &list, g.problem); }},
+         [](const Given& g) { return mox_entries(g.document, BYTES_OF(g.section), &list, g.problem); }},
         {"count_unreadable",
          {kSection},
-         [](const Given& g) { return mox_count_unreadable(g.document, TEXT(g.section), &size, g.problem); }},
+         [](const Given& g) {
+             return mox_count_unreadable(g.document, BYTES_OF(g.section), &size, g.problem);
+         }},
         {"add_entry",
          {kSection, kText},
          [](const Given& g) {
              const mox_entry entry = EntryNamed(g.text);
-             return mox_add_entry(g.document, TEXT(g.section), nullptr, 0, &entry, 0, g.problem);
+             return mox_add_entry(g.document, BYTES_OF(g.section), nullptr, 0, &entry, 0, g.problem);
          }},
         {"add_entry before another",
          {kSection, kText},
          [](const Given& g) {
              const mox_entry entry = EntryNamed({"N", 1});
-             return mox_add_entry(g.document, TEXT(g.section), TEXT(g.text), &entry, 0, g.problem);
+             return mox_add_entry(g.document, BYTES_OF(g.section), BYTES_OF(g.text), &entry, 0, g.problem);
          }},
         {"add_entry with a value",
          {kText},
@@ -152,7 +156,7 @@ const std::vector<Call>& SectionCalls() {
          {kSection, kText},
          [](const Given& g) {
              const mox_entry entry = EntryNamed(g.text);
-             return mox_put_entry(g.document, TEXT(g.section), &entry, 0, g.problem);
+             return mox_put_entry(g.document, BYTES_OF(g.section), &entry, 0, g.problem);
          }},
         {"put_entry with a comment",
          {kText},
@@ -191,34 +195,39 @@ const std::vector<Call>& SectionCalls() {
 const std::vector<Call>& KeyCalls() {
     static const std::vector<Text Given::*> names{&Given::section, &Given::name};
     static const std::vector<Text Given::*> namesAndText{&Given::section, &Given::name, &Given::text};
-#define KEY g.document, TEXT(g.section), TEXT(g.name)
+#define KEY_OF(given) (given).document, BYTES_OF((given).section), BYTES_OF((given).name)
     static const std::vector<Call> calls = {
-        {"contains", names, [](const Given& g) { return mox_contains(KEY, &truth, g.problem); }},
-        {"get_text", names, [](const Given& g) { return mox_get_text(KEY, buffer, 16, &size, g.problem); }},
-        {"get_int", names, [](const Given& g) { return mox_get_int(KEY, &integer, g.problem); }},
-        {"get_double", names, [](const Given& g) { return mox_get_double(KEY, &number, g.problem); }},
-        {"get_bool", names, [](const Given& g) { return mox_get_bool(KEY, &truth, g.problem); }},
-        {"get_bytes", names, [](const Given& g) { return mox_get_bytes(KEY, buffer, 16, &size, g.problem); }},
-        {"set_text", namesAndText, [](const Given& g) { return mox_set_text(KEY, TEXT(g.text), g.problem); }},
-        {"set_int", names, [](const Given& g) { return mox_set_int(KEY, 1, MOX_TYPE_LONG, g.problem); }},
+        {"contains", names, [](const Given& g) { return mox_contains(KEY_OF(g), &truth, g.problem); }},
+        {"get_text", names,
+         [](const Given& g) { return mox_get_text(KEY_OF(g), buffer, 16, &size, g.problem); }},
+        {"get_int", names, [](const Given& g) { return mox_get_int(KEY_OF(g), &integer, g.problem); }},
+        {"get_double", names, [](const Given& g) { return mox_get_double(KEY_OF(g), &number, g.problem); }},
+        {"get_bool", names, [](const Given& g) { return mox_get_bool(KEY_OF(g), &truth, g.problem); }},
+        {"get_bytes", names,
+         [](const Given& g) { return mox_get_bytes(KEY_OF(g), buffer, 16, &size, g.problem); }},
+        {"set_text", namesAndText,
+         [](const Given& g) { return mox_set_text(KEY_OF(g), BYTES_OF(g.text), g.problem); }},
+        {"set_int", names,
+         [](const Given& g) { return mox_set_int(KEY_OF(g), 1, MOX_TYPE_LONG, g.problem); }},
         {"set_int of 64 bits", names,
-         [](const Given& g) { return mox_set_int(KEY, 1, MOX_TYPE_STRING, g.problem); }},
-        {"set_double", names, [](const Given& g) { return mox_set_double(KEY, 1.0, g.problem); }},
-        {"set_bool", names, [](const Given& g) { return mox_set_bool(KEY, 1, g.problem); }},
-        {"set_bytes", names, [](const Given& g) { return mox_set_bytes(KEY, "1", 1, g.problem); }},
-        {"remove", names, [](const Given& g) { return mox_remove(KEY, 0, g.problem); }},
-        {"remove all", names, [](const Given& g) { return mox_remove(KEY, MOX_ALL, g.problem); }},
-        {"rename", namesAndText, [](const Given& g) { return mox_rename(KEY, TEXT(g.text), g.problem); }},
-        {"find_entry", names, [](const Given& g) { return mox_find_entry(KEY, &list, g.problem); }},
+         [](const Given& g) { return mox_set_int(KEY_OF(g), 1, MOX_TYPE_STRING, g.problem); }},
+        {"set_double", names, [](const Given& g) { return mox_set_double(KEY_OF(g), 1.0, g.problem); }},
+        {"set_bool", names, [](const Given& g) { return mox_set_bool(KEY_OF(g), 1, g.problem); }},
+        {"set_bytes", names, [](const Given& g) { return mox_set_bytes(KEY_OF(g), "1", 1, g.problem); }},
+        {"remove", names, [](const Given& g) { return mox_remove(KEY_OF(g), 0, g.problem); }},
+        {"remove all", names, [](const Given& g) { return mox_remove(KEY_OF(g), MOX_ALL, g.problem); }},
+        {"rename", namesAndText,
+         [](const Given& g) { return mox_rename(KEY_OF(g), BYTES_OF(g.text), g.problem); }},
+        {"find_entry", names, [](const Given& g) { return mox_find_entry(KEY_OF(g), &list, g.problem); }},
         {"set_value", namesAndText,
-         [](const Given& g) { return mox_set_value(KEY, TEXT(g.text), 0, g.problem); }},
-        {"set_eud", names, [](const Given& g) { return mox_set_eud(KEY, 1, g.problem); }},
+         [](const Given& g) { return mox_set_value(KEY_OF(g), BYTES_OF(g.text), 0, g.problem); }},
+        {"set_eud", names, [](const Given& g) { return mox_set_eud(KEY_OF(g), 1, g.problem); }},
         {"set_comment", namesAndText,
-         [](const Given& g) { return mox_set_comment(KEY, TEXT(g.text), g.problem); }},
+         [](const Given& g) { return mox_set_comment(KEY_OF(g), BYTES_OF(g.text), g.problem); }},
         {"set_shown_name", namesAndText,
-         [](const Given& g) { return mox_set_shown_name(KEY, TEXT(g.text), g.problem); }},
+         [](const Given& g) { return mox_set_shown_name(KEY_OF(g), BYTES_OF(g.text), g.problem); }},
         {"set_provider", names,
-         [](const Given& g) { return mox_set_provider(KEY, MOX_OWNER_APP, 1, g.problem); }},
+         [](const Given& g) { return mox_set_provider(KEY_OF(g), MOX_OWNER_APP, 1, g.problem); }},
     };
     return calls;
 }
