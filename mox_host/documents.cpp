@@ -30,7 +30,7 @@ bool TakeTableOptions(Outcome& outcome, const mox_table_options* given, TableOpt
 // ---- opening
 
 struct OpenArguments {
-    std::uint32_t kind = 0;
+    std::uint32_t kind{};
     OpenOptions options{};
     std::optional<Encoding> encoding{};
     std::string_view tableName{};
