@@ -108,8 +108,8 @@ function(mox_msvc_import_library target def)
   set_property(GLOBAL APPEND PROPERTY MOX_MSVC_IMPORT_LIBRARIES ${library})
 endfunction()
 
-# mox_exporting_library(<name> <def file>): a shared library with the exports that the .def file lists. The code is linked
-# to it as objects.
+# mox_exporting_library(<name> <def file>): a shared library with the exports that the .def file lists. The code is
+# linked to it as objects.
 function(mox_exporting_library name def)
   add_library(${name} SHARED ${def})
   add_library(mox_xmlApi::${name} ALIAS ${name})

@@ -1,6 +1,6 @@
 // Calls of mox_host with any bytes as texts, documents and structures. Each call either succeeds or says why; one that
-// fails has set no output and changed nothing; a text that was written is read back. The C++ front does the same with the
-// same results (host_twin.h). What was written is there when the saved bytes are opened.
+// fails has set no output and changed nothing; a text that was written is read back. The C++ front does the same with
+// the same results (host_twin.h). What was written is there when the saved bytes are opened.
 //
 // The input: a digit that chooses the kind, form and encoding of the document, the document up to a zero byte, then
 // calls. Each call is a letter or any other byte, then its arguments: a digit for a text that is there, or a byte for

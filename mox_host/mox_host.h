@@ -55,8 +55,8 @@
  * @par Structures
  *   Each structure begins with its size, which the host sets to sizeof. So fields can be added at its end. Of a
  *   structure that a function fills in, it writes no byte beyond that size, and sets those to 0 that it does not know.
- *   One that a function reads must not be larger than the library knows. Otherwise, for a size smaller than in the first
- *   release, and for one above 4096, the call fails with MOX_INVALID_ARGUMENT. Fields of 0 are the defaults.
+ *   One that a function reads must not be larger than the library knows. Otherwise, for a size smaller than in the
+ *   first release, and for one above 4096, the call fails with MOX_INVALID_ARGUMENT. Fields of 0 are the defaults.
  *
  * @par Numbers
  *   A flag or an option with a value that is not listed gives MOX_INVALID_ARGUMENT. The values of all constants stay.
@@ -492,8 +492,8 @@ mox_status mox_remove_section(mox_document* document, const char* section, size_
  * MOX_NO_SUCH_SECTION, MOX_NO_SUCH_KEY, MOX_UNREADABLE, MOX_WRONG_TYPE, MOX_OUT_OF_RANGE. */
 
 /**
- * Lists the names of the keys or entries that can be read (mox_list_name). Of a name with more than 259 UTF-16 units, the
- * list has the first 259. To be freed with mox_list_free.
+ * Lists the names of the keys or entries that can be read (mox_list_name). Of a name with more than 259 UTF-16 units,
+ * the list has the first 259. To be freed with mox_list_free.
  */
 mox_status mox_entry_names(const mox_document* document, const char* section, size_t section_size,
                            mox_list** names, mox_problem* problem);

@@ -31,8 +31,8 @@ namespace mox {
 // A table document. Its file is always wide.
 class Table : public EntryTable {
   public:
-    // A new document with an empty table of that name. If the name is invalid (InvalidText, see Text) or no file keeps it
-    // (NotKept), the result is empty as after a move: it converts to false, finds nothing and writes nothing.
+    // A new document with an empty table of that name. If the name is invalid (InvalidText, see Text) or no file keeps
+    // it (NotKept), the result is empty as after a move: it converts to false, finds nothing and writes nothing.
     static Table create(const Text& name, const TableOptions& options = {}, Problem* problem = nullptr) {
         const front::WriteRules rules;
         const front::Target target{{}, {}, &rules, problem};
