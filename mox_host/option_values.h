@@ -14,19 +14,18 @@ namespace mox::host {
 
 // MOX_FORM_DEFAULT, NARROW or WIDE.
 inline bool FormOf(std::uint32_t number, std::optional<Form>& form, Outcome& outcome) noexcept {
-    form.reset();
-    if (number == MOX_FORM_NARROW) form = Form::Narrow;
-    if (number == MOX_FORM_WIDE) form = Form::Wide;
-    return form.has_value() || number == MOX_FORM_DEFAULT ||
+    const bool isForm = number == MOX_FORM_NARROW || number == MOX_FORM_WIDE;
+    const Form given = number == MOX_FORM_NARROW ? Form::Narrow : Form::Wide;
+    form = isForm ? std::optional(given) : std::nullopt;
+    return isForm || number == MOX_FORM_DEFAULT ||
            outcome.RefuseArgument("the form is unknown, or not one for this function");
 }
 
 // An encoding that can be imported, or the default.
 inline bool EncodingOf(std::uint32_t number, std::optional<Encoding>& encoding, Outcome& outcome) noexcept {
-    encoding.reset();
-    if (number == MOX_ENCODING_DEFAULT) return true;
     if (number > MOX_ENCODING_UTF16BE) return outcome.RefuseArgument("the encoding is unknown");
-    encoding = static_cast<Encoding>(number - 1);
+    const bool isDefault = number == MOX_ENCODING_DEFAULT;
+    encoding = isDefault ? std::nullopt : std::optional(static_cast<Encoding>(number - 1));
     return true;
 }
 
