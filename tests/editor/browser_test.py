@@ -181,6 +181,18 @@ class BrowserTest(unittest.TestCase):
         subprocess.run(command("apply", other, "-"), input=json.dumps(changes).encode(), check=True, timeout=60)
         return read(other)
 
+    def hold(self, target):
+        """Keeps calls of the server waiting until let_go."""
+        self.script("window.held = []; window.sent = window.sent || window.fetch;"
+                    "window.fetch = (target, options) => target !== arguments[0] ? window.sent(target, options)"
+                    " : new Promise(go => window.held.push(go)).then(() => window.sent(target, options));", target)
+
+    def let_go(self):
+        self.script("for (const go of window.held.splice(0)) go();")
+
+    def keys(self, *keys):
+        ActionChains(self.browser).send_keys(*keys).perform()
+
     def picture(self, name, width=1280, height=900):
         self.browser.set_window_size(width, height)
         # The window of a browser without a window includes its frame.
@@ -455,6 +467,46 @@ class Saving(BrowserTest):
         text = self.browser.find_element(By.CSS_SELECTOR, "#alert textarea").get_attribute("value")
         self.assertEqual(json.loads(text), [change("All", "Number", "5", "6")])
 
+    def listed_changes(self):
+        """The changes that the page offers as a list."""
+        return json.loads(self.browser.find_element(By.CSS_SELECTOR, "#alert textarea").get_attribute("value"))
+
+    def is_warned(self):
+        """Whether the browser asks before it leaves the page."""
+        return self.script("return !window.dispatchEvent(new Event('beforeunload', {cancelable: true}))")
+
+    def test_changes_after_the_end_of_the_editor_are_listed_too(self):
+        self.open_controls()
+        self.type("A number", "6")
+        self.editor.process.terminate()
+        self.editor.process.wait()
+        self.wait(lambda: "The editor has ended" in self.text("alert"))
+        self.type("Text", "later")
+        self.click("save")
+        self.wait(lambda: len(self.listed_changes()) == 2)
+        self.assertEqual(self.listed_changes(),
+                         [change("All", "Number", "5", "6"), change("All", "Text", "some text", "later")])
+        self.type("Real", "2.5")
+        self.wait(lambda: len(self.listed_changes()) == 3)
+        self.assertTrue(self.is_warned())
+        self.click("undo")
+        self.click("undo")
+        self.click("undo")
+        self.assertFalse(self.is_warned())
+
+    def test_end_of_the_editor_before_a_preview_leaves_the_changes_as_a_list(self):
+        self.open_controls()
+        self.type("A number", "6")
+        self.hold("/preview")
+        self.click("save")
+        self.wait(lambda: self.script("return window.held.length") == 1)
+        self.editor.process.terminate()
+        self.editor.process.wait()
+        self.let_go()
+        self.wait(lambda: "The editor has ended" in self.text("alert"))
+        time.sleep(0.3)
+        self.assertEqual(self.listed_changes(), [change("All", "Number", "5", "6")])
+
     def test_closing_the_page_ends_the_editor(self):
         self.open_controls()
         self.browser.switch_to.new_window("tab")
@@ -570,9 +622,6 @@ class Large(BrowserTest):
 
 
 class ForEverybody(BrowserTest):
-    def keys(self, *keys):
-        ActionChains(self.browser).send_keys(*keys).perform()
-
     def control(self, key):
         ActionChains(self.browser).key_down(Keys.CONTROL).send_keys(key).key_up(Keys.CONTROL).perform()
 

@@ -597,7 +597,11 @@ function refreshState() {
   document.title = (edits.size ? "* " : "") + visible(form.file || "mox-xml");
   if (isRefreshing) return;
   isRefreshing = true;
-  requestAnimationFrame(() => { isRefreshing = false; listSections(); });
+  requestAnimationFrame(() => {
+    isRefreshing = false;
+    listSections();
+    if (isLost) lose();  // the list has the newest changes
+  });
 }
 
 function say(text) {
@@ -631,13 +635,15 @@ async function call(target, body) {
 
 // The server is gone: the changes are offered as a list for "mox-xml apply".
 function lose() {
-  if (isLost) return;
   isLost = true;
   if (!edits.size) return alertUser("The editor has ended. You can close this page.", true);
-  const text = make("textarea", {readOnly: true, rows: 5, "aria-label": "The changes as JSON",
-    value: JSON.stringify(changes(), null, 1)});
   alertUser("The editor has ended. Your changes were not saved. " +
-    "\u201cmox-xml apply FILE CHANGES\u201d makes them from this list:", false, text);
+    "\u201cmox-xml apply FILE CHANGES\u201d makes them from this list:", false, makeChangeList(changes()));
+}
+
+function makeChangeList(list) {
+  return make("textarea", {readOnly: true, rows: 5, "aria-label": "The changes as JSON",
+    value: JSON.stringify(list, null, 1)});
 }
 
 let lastActivity = 0;
@@ -687,6 +693,7 @@ function differenceTable(caption, differences) {
 
 async function startSaving() {
   closeStep();
+  if (isLost) return lose();
   if (!edits.size || form.readOnly) return;
   const wrong = [...edits.keys()].find(editError);
   if (wrong) {
@@ -710,6 +717,7 @@ async function startSaving() {
 
 // Messages of the tool name the change by its number.
 function showRefusal(error) {
+  if (isLost) return;  // lose() has said so
   const number = /: change (\d+): /.exec(error.message);
   const entry = number && [...edits.keys()][Number(number[1]) - 1];
   if (entry) reveal(entry);
@@ -900,7 +908,7 @@ function bind() {
     event.preventDefault();
     action();
   });
-  window.addEventListener("beforeunload", (event) => { if (edits.size && !isLost) event.preventDefault(); });
+  window.addEventListener("beforeunload", (event) => { if (edits.size) event.preventDefault(); });
   window.addEventListener("beforeprint", fillAll);
 }
 
@@ -925,6 +933,6 @@ if (embedded) {
   isAlone = true;
   start(embedded);
 } else {
-  call("/document").then((data) => { start(data); connect(); }).catch((error) => alertUser(error.message));
+  call("/document").then((data) => { start(data); connect(); }).catch((error) => { if (!isLost) alertUser(error.message); });
 }
 })();
