@@ -507,6 +507,25 @@ class Saving(BrowserTest):
         time.sleep(0.3)
         self.assertEqual(self.listed_changes(), [change("All", "Number", "5", "6")])
 
+    def test_change_without_a_place_on_disk_is_shown_with_its_text(self):
+        self.open_controls()
+        self.type("A number", "6")
+        self.type("Text", "mine")
+        theirs = self.before.replace(b'name="Number" type="long"', b'name="Number" type="complex"')
+        self.assertNotEqual(theirs, self.before)
+        write(self.path, theirs)
+        self.click("save")
+        self.wait(lambda: self.by_id("saving").is_displayed())
+        self.click("confirmSaving")
+        self.wait(lambda: self.by_id("conflict").is_displayed())
+        self.click("allMine")
+        self.click("confirmConflict")
+        self.wait(lambda: not self.by_id("conflict").is_displayed())
+        self.wait(lambda: "1 change has no place" in self.text("alert"))
+        self.assertEqual(self.listed_changes(), [change("All", "Number", "5", "6")])
+        self.assertEqual(self.text("save"), "Save 1 change")
+        self.assertEqual(read(self.path), theirs)
+
     def test_closing_the_page_ends_the_editor(self):
         self.open_controls()
         self.browser.switch_to.new_window("tab")

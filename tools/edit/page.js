@@ -206,8 +206,8 @@ function findEntry(sectionName, name) {
 }
 
 // The changes as "mox-xml apply" reads them.
-function changes() {
-  return [...edits].map(([entry, text]) => {
+function changes(changed = edits) {
+  return [...changed].map(([entry, text]) => {
     const change = {change: "changed"};
     if (form.kind !== "table") change.section = entry.section.name;
     return Object.assign(change,
@@ -836,17 +836,24 @@ async function confirmConflict() {
       return takeAnswer(answer);
     }
     const kept = [...edits].filter(([entry]) => choices.get(entry) !== "theirs")
-      .map(([entry, text]) => ({section: entry.section.name, name: entry.name, text}));
+      .map(([entry, text]) => ({section: entry.section.name, name: entry.name, text,
+        change: changes([[entry, text]])[0]}));
     const data = await call("/rebase", {version: conflict.version});
     $("conflict").close();
     past = [];
     future = [];
     replaceForm(data);
-    for (const {section, name, text} of kept) {
+    const unplaced = [];
+    for (const {section, name, text, change} of kept) {
       const entry = findEntry(section, name);
-      if (entry) edit(entry, text);
+      if (entry && !obstacle(entry)) edit(entry, text);
+      else unplaced.push(change);
     }
-    if (edits.size) await startSaving();
+    if (unplaced.length) {
+      // Saving would replace the message.
+      alertUser(counted(unplaced.length, "change has", "changes have") + " no place in the file as it is on disk now, " +
+        "and will not be saved. Copy what you need from this list:", false, makeChangeList(unplaced));
+    } else if (edits.size) await startSaving();
     else alertUser("The page shows the file as it is on disk now.", true);
   } catch (error) {
     $("conflictError").textContent = shown(error.message, 2000);
