@@ -526,6 +526,17 @@ class Saving(BrowserTest):
         self.assertEqual(self.text("save"), "Save 1 change")
         self.assertEqual(read(self.path), theirs)
 
+    def test_page_whose_document_takes_long_is_reloaded(self):
+        self.open_controls()
+        slow = "const sent = window.fetch; window.fetch = (target, options) => target !== '/document'" \
+               " ? sent(target, options) : new Promise(go => setTimeout(go, 4000)).then(() => sent(target, options));"
+        added = self.browser.execute_cdp_cmd("Page.addScriptToEvaluateOnNewDocument", {"source": slow})
+        self.addCleanup(self.browser.execute_cdp_cmd, "Page.removeScriptToEvaluateOnNewDocument", added)
+        self.browser.refresh()
+        self.wait(lambda: self.script("return document.querySelector('.entry') !== null"))
+        self.assertIsNone(self.editor.process.poll())
+        self.assertEqual(self.text("alert"), "")
+
     def test_closing_the_page_ends_the_editor(self):
         self.open_controls()
         self.browser.switch_to.new_window("tab")

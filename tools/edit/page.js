@@ -940,6 +940,8 @@ if (embedded) {
   isAlone = true;
   start(embedded);
 } else {
-  call("/document").then((data) => { start(data); connect(); }).catch((error) => { if (!isLost) alertUser(error.message); });
+  // First: the editor ends soon after a page was closed unless another one is open, and a large document takes long.
+  connect();
+  call("/document").then(start).catch((error) => { if (!isLost) alertUser(error.message); });
 }
 })();
