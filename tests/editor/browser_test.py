@@ -526,6 +526,43 @@ class Saving(BrowserTest):
         self.assertEqual(self.text("save"), "Save 1 change")
         self.assertEqual(read(self.path), theirs)
 
+    def test_nothing_is_changed_while_the_server_is_asked(self):
+        self.open_controls()
+        self.type("A number", "6")
+        self.hold("/preview")
+        ActionChains(self.browser).key_down(Keys.CONTROL).send_keys("s").key_up(Keys.CONTROL).perform()
+        self.wait(lambda: self.script("return window.held.length") == 1)
+        time.sleep(0.1)
+        self.keys("7")
+        ActionChains(self.browser).key_down(Keys.CONTROL).send_keys("z").send_keys("s").key_up(Keys.CONTROL).perform()
+        self.assertEqual(self.field("A number").get_attribute("value"), "6")
+        self.assertEqual(self.script("return window.held.length"), 1)
+        self.let_go()
+        self.wait(lambda: self.by_id("saving").is_displayed())
+        self.assertIn(["All / A number", "5", "6"], self.differences())
+        self.hold("/save")
+        self.click("confirmSaving")
+        self.wait(lambda: self.script("return window.held.length") == 1)
+        self.assertFalse(self.by_id("cancelSaving").is_enabled())
+        self.keys(Keys.ESCAPE)
+        self.keys(Keys.ESCAPE)
+        self.assertTrue(self.by_id("saving").is_displayed())
+        self.let_go()
+        self.wait(lambda: self.text("alert") == "Saved.")
+        self.assertEqual(read(self.path), self.applied([change("All", "Number", "5", "6")]))
+        self.hold("nothing")
+        self.type("A number", "8")  # the page goes on
+        self.save()
+        self.assertIn(b">8<", read(self.path))
+
+    def test_focus_returns_to_the_field_when_saving_is_cancelled(self):
+        self.open_controls()
+        self.type("A number", "6")
+        ActionChains(self.browser).key_down(Keys.CONTROL).send_keys("s").key_up(Keys.CONTROL).perform()
+        self.wait(lambda: self.by_id("saving").is_displayed())
+        self.click("cancelSaving")
+        self.assertEqual(self.browser.switch_to.active_element, self.field("A number"))
+
     def test_page_whose_document_takes_long_is_reloaded(self):
         self.open_controls()
         slow = "const sent = window.fetch; window.fetch = (target, options) => target !== '/document'" \

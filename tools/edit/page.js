@@ -72,6 +72,8 @@ let past = [];           // steps that can be undone: {section, name, from, to}
 let future = [];
 let isExpert = false;
 let pending = null;      // the conflict that is shown
+let previewed = null;    // the call that saves what the dialog lists
+let isBusy = false;      // while the server is asked for something that depends on the edits
 
 const textOf = (entry) => edits.has(entry) ? edits.get(entry) : entry.value;
 const nameOf = (entry) => entry.ui && entry.ui.name || entry.name;
@@ -633,6 +635,24 @@ async function call(target, body) {
   return answer;
 }
 
+// A call during which nothing can be edited, so that its answer belongs to what the page shows.
+async function callAlone(target, body) {
+  const focused = document.activeElement;
+  setBusy(true);
+  try {
+    return await call(target, body);
+  } finally {
+    setBusy(false);
+    focused.focus({preventScroll: true});  // what is inert, or disabled, loses it
+  }
+}
+
+function setBusy(busy) {
+  isBusy = busy;
+  for (const element of document.querySelectorAll("header, .bar, .columns")) element.inert = busy;
+  for (const button of document.querySelectorAll("dialog button, dialog input")) button.disabled = busy;
+}
+
 // The server is gone: the changes are offered as a list for "mox-xml apply".
 function lose() {
   isLost = true;
@@ -694,7 +714,7 @@ function differenceTable(caption, differences) {
 async function startSaving() {
   closeStep();
   if (isLost) return lose();
-  if (!edits.size || form.readOnly) return;
+  if (isBusy || !edits.size || form.readOnly) return;
   const wrong = [...edits.keys()].find(editError);
   if (wrong) {
     reveal(wrong);
@@ -702,7 +722,9 @@ async function startSaving() {
   }
   alertUser("");
   try {
-    const preview = await call("/preview", {version: form.version, changes: changes()});
+    const asked = {version: form.version, changes: changes()};
+    const preview = await callAlone("/preview", asked);
+    previewed = asked;
     const tables = [differenceTable(counted(preview.asked.length, "change", "changes"), preview.asked)];
     if (preview.besides.length)
       tables.push(differenceTable("The library changes these with every save:", preview.besides));
@@ -725,13 +747,10 @@ function showRefusal(error) {
 }
 
 async function confirmSaving() {
-  $("confirmSaving").disabled = true;
   try {
-    takeAnswer(await call("/save", {version: form.version, changes: changes(), backup: $("backup").checked}));
+    takeAnswer(await callAlone("/save", {...previewed, backup: $("backup").checked}));
   } catch (error) {
     $("savingError").textContent = shown(error.message, 2000);
-  } finally {
-    $("confirmSaving").disabled = false;
   }
 }
 
@@ -830,7 +849,7 @@ async function confirmConflict() {
   const {conflict, choices} = pending;
   try {
     if (conflict.unreadable) {
-      const answer = await call("/overwrite",
+      const answer = await callAlone("/overwrite",
         {version: conflict.version, changes: changes(), backup: $("backup").checked});
       $("conflict").close();
       return takeAnswer(answer);
@@ -838,7 +857,7 @@ async function confirmConflict() {
     const kept = [...edits].filter(([entry]) => choices.get(entry) !== "theirs")
       .map(([entry, text]) => ({section: entry.section.name, name: entry.name, text,
         change: changes([[entry, text]])[0]}));
-    const data = await call("/rebase", {version: conflict.version});
+    const data = await callAlone("/rebase", {version: conflict.version});
     $("conflict").close();
     past = [];
     future = [];
@@ -907,13 +926,17 @@ function bind() {
     isExpert = $("expert").checked;
     list();
   });
+  for (const id of ["saving", "conflict"])
+    $(id).addEventListener("cancel", (event) => { if (isBusy) event.preventDefault(); });
   document.addEventListener("keydown", (event) => {
+    // The second Escape would close a dialog in spite of the event "cancel".
+    if (isBusy && event.key === "Escape") event.preventDefault();
     if (!(event.ctrlKey || event.metaKey) || event.altKey || document.querySelector("dialog[open]")) return;
     const key = event.key.toLowerCase();
     const action = key === "z" ? (event.shiftKey ? redo : undo) : key === "y" ? redo : key === "s" ? startSaving : null;
     if (!action || form.readOnly || (key !== "s" && event.target === $("filter"))) return;
     event.preventDefault();
-    action();
+    if (!isBusy) action();
   });
   window.addEventListener("beforeunload", (event) => { if (edits.size) event.preventDefault(); });
   window.addEventListener("beforeprint", fillAll);
