@@ -11,6 +11,7 @@
 
 #include "mox_xmlApi/document/text_format.h"
 #include "tools/exit_error.h"
+#include "tools/json_depth.h"
 
 namespace mox::tool {
 namespace {
@@ -181,6 +182,7 @@ std::string RequestedChange::Location() const {
 }
 
 std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_view text) {
+    if (IsDeepJson(text)) throw ExitError(ExitCode::kSyntaxError, path + ": " + kTooDeepJson);
     ChangeJson list;
     std::vector<std::set<std::string>> members;  // of the objects that are open
     std::optional<std::string> twice;

@@ -158,5 +158,14 @@ TEST_F(Session, ChoicesThatAreNoneAreRefused) {
     EXPECT_EQ(EditorSession(options).Form()["choices"].dump(), R"({"app:1":[{"value":"1","name":"one"}]})");
 }
 
+TEST_F(Session, ChoicesThatAreNestedTooDeeplyAreRefused) {
+    mox::tool::SessionOptions options = Options();
+    options.choicesPath = path_ + ".json";
+    const std::size_t depth = 1000000;
+    WriteBytes(options.choicesPath, R"({"a": [{"value": "1", "name": "x", "more": )" + std::string(depth, '[') +
+                                        std::string(depth, ']') + "}]}");
+    EXPECT_EQ(CodeOf([&] { EditorSession session(options); }), ExitCode::kSyntaxError);
+}
+
 }  // namespace
 }  // namespace editor

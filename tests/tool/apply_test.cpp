@@ -220,12 +220,17 @@ TEST_F(Apply, RefusesFieldsOfSectionsThatDoNotFit) {
     }
 }
 
-TEST_F(Apply, ReadsChangesOfAnyDepth) {
-    WriteBytes("a.xml", Narrow(Settings("")));
-    WriteBytes("changes.json", std::string(1000000, '['));
-    Fails(3, {"apply", "a.xml", "changes.json"}, "changes.json: not JSON: ");
-    WriteBytes("changes.json", std::string(1000000, '[') + std::string(1000000, ']'));
-    Fails(3, {"apply", "a.xml", "changes.json"}, "changes.json: change 1: expected an object");
+TEST_F(Apply, RefusesChangesThatAreNestedTooDeeply) {
+    const std::string before = Narrow(Settings(""));
+    WriteBytes("a.xml", before);
+    const std::string left(1000000, '[');
+    const std::string right(1000000, ']');
+    for (const std::string& json :
+         {left, left + right, R"([{"section": "S", "entry": "k", "value": )" + left + right + "}]"}) {
+        WriteBytes("changes.json", json);
+        Fails(3, {"apply", "a.xml", "changes.json"}, "changes.json: the JSON is nested too deeply");
+    }
+    EXPECT_EQ(ReadBytes("a.xml"), before);
 }
 
 #if !defined(_WIN32)

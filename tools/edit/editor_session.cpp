@@ -13,6 +13,7 @@
 #include "tools/document_diff.h"
 #include "tools/edit/form_json.h"
 #include "tools/exit_error.h"
+#include "tools/json_depth.h"
 #include "tools/open_document.h"
 
 namespace mox::tool {
@@ -25,7 +26,9 @@ Json ReadChoices(const std::string& path) {
     const auto fail = [&path](const std::string& message) {
         throw ExitError(ExitCode::kSyntaxError, path + ": " + message);
     };
-    const Json given = Json::parse(ReadBytes(path), nullptr, false);
+    const std::string text = ReadBytes(path);
+    if (IsDeepJson(text)) fail(kTooDeepJson);
+    const Json given = Json::parse(text, nullptr, false);
     if (!given.is_object()) fail("expected a JSON object with lists of choices");
     for (const auto& [provider, list] : given.items()) {
         if (!list.is_array()) fail("the choices of " + provider + " are not a list");

@@ -6,12 +6,12 @@
 #include "mox_xmlApi/document/text_format.h"
 #include "tools/edit/page.h"
 #include "tools/exit_error.h"
+#include "tools/json_depth.h"
 
 namespace mox::tool {
 namespace {
 
 constexpr const char* kTokenTarget = "/?token=";
-constexpr int kMostJsonDepth = 16;
 
 // Targets and the methods that they take.
 struct SiteTarget {
@@ -67,30 +67,10 @@ int StatusOf(ExitCode code) {
     }
 }
 
-// Whether brackets outside of strings are nested more deeply than any call needs.
-bool IsDeepJson(const std::string& text) noexcept {
-    int depth = 0;
-    bool isInString = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char character = text[i];
-        if (isInString) {
-            if (character == '\\') ++i;
-            isInString = character != '"';
-        } else if (character == '"') {
-            isInString = true;
-        } else if (character == '[' || character == '{') {
-            if (++depth > kMostJsonDepth) return true;
-        } else if (character == ']' || character == '}') {
-            --depth;
-        }
-    }
-    return false;
-}
-
 // Throws ExitError (kSyntaxError) unless the text is a JSON object. Code that takes JSON apart may recurse on its
 // depth.
 Json ReadCall(const std::string& text) {
-    if (IsDeepJson(text)) throw ExitError(ExitCode::kSyntaxError, "the JSON is nested too deeply");
+    if (IsDeepJson(text)) throw ExitError(ExitCode::kSyntaxError, kTooDeepJson);
     Json call = Json::parse(text, nullptr, false);
     if (!call.is_object()) throw ExitError(ExitCode::kSyntaxError, "expected a JSON object");
     return call;
