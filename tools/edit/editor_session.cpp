@@ -15,6 +15,7 @@
 #include "tools/exit_error.h"
 #include "tools/json_depth.h"
 #include "tools/open_document.h"
+#include "tools/save_file.h"
 
 namespace mox::tool {
 namespace {
@@ -242,8 +243,8 @@ Json EditorSession::Replace(const FileStamp& expected, const std::vector<Request
         onDisk_.reset();
         return {{"saved", true}, {"document", Form()}};
     }
-    if (problem.reason == Reason::Changed) return Conflict(*next.document);
-    throw ExitError(ExitCode::kIoError, problem.toString() + "; nothing was changed");
+    if (IsConflict(Path(), problem)) return Conflict(*next.document);
+    ThrowUnsaved(Path(), problem);
 }
 
 Json EditorSession::Conflict(const Document& mine) {

@@ -59,7 +59,8 @@ class EditorSession {
     // being the file as it was read and "theirs" the one on disk now. A version in which the entry is missing has no
     // text. "by" is "theirs", "mine", "both" (alike) or "conflict". Rebase or Overwrite go on from there.
     //
-    // Throws ExitError like Preview, and if the file cannot be replaced; the file is then unchanged.
+    // Throws ExitError like Preview, and if the file cannot be replaced; the file is then unchanged, unless the message
+    // says that it was replaced.
     Json Save(std::uint64_t version, const std::vector<RequestedChange>& changes, bool withBackup);
 
     // Goes on with the file on disk that the last conflict has shown, and returns its form. The changes that were made
