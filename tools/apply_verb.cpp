@@ -21,7 +21,7 @@ struct ApplyArguments {
 };
 
 void RunApply(const ApplyArguments& arguments, Output& output) {
-    EditedFile::RefuseStdin(arguments.edit);
+    RefuseStdin(arguments.edit.file.path);
     const std::vector<RequestedChange> changes = ReadChanges(arguments.changes, ReadBytes(arguments.changes));
     EditedFile file(arguments.edit);
     const Document& after = PrepareChanges(file, changes);

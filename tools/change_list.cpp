@@ -202,6 +202,10 @@ std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_vi
         throw ExitError(ExitCode::kSyntaxError,
                         path + ": not JSON: " + (end == std::string::npos ? what : what.substr(end + 2)));
     }
+    return ChangesFromJson(path, list);
+}
+
+std::vector<RequestedChange> ChangesFromJson(const std::string& path, const ChangeJson& list) {
     if (!list.is_array()) throw ExitError(ExitCode::kSyntaxError, path + ": expected a list of changes");
     if (twice.has_value())
         throw ExitError(ExitCode::kSyntaxError,

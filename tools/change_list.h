@@ -34,6 +34,9 @@ struct RequestedChange {
 // Throws ExitError (kSyntaxError), with the path, if the text is not JSON or not a list of changes.
 std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_view text);
 
+// The same for JSON that was parsed from a text that is not deep (see json_depth.h).
+std::vector<RequestedChange> ChangesFromJson(const std::string& path, const nlohmann::json& list);
+
 }  // namespace mox::tool
 
 #endif

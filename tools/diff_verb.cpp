@@ -2,7 +2,6 @@
 #include <memory>
 
 #include "tools/command_line.h"
-#include "tools/document_diff.h"
 #include "tools/json_output.h"
 #include "tools/open_document.h"
 #include "tools/verbs.h"
@@ -17,24 +16,6 @@ struct DiffArguments {
     bool withEud = false;
 };
 
-Json JsonOf(const Difference& difference) {
-    constexpr const char* kChanges[] = {"added", "removed", "changed"};  // indexed by Change
-    Json json = Json::object();
-    json["change"] = kChanges[static_cast<int>(difference.change)];
-    json["section"] = difference.table;
-    if (difference.hasEntry) json["entry"] = difference.entry;
-    if (difference.occurrence > 1) json["occurrence"] = difference.occurrence;
-    if (difference.change == Change::Changed) json["field"] = difference.field;
-    if (difference.hasEntry && difference.change != Change::Changed) json["type"] = difference.field;
-    if (difference.change == Change::Changed || difference.hasEntry) {
-        if (difference.change != Change::Added) json["before"] = difference.before;
-        if (difference.change != Change::Removed) json["after"] = difference.after;
-    }
-    for (const auto& [name, text] : difference.fields)
-        json["fields"][name] = text;
-    return json;
-}
-
 void RunDiff(const DiffArguments& arguments, Output& output) {
     const Document before = ReadDocument(arguments.before.path, arguments.before.RequestedForm());
     const Document after = ReadDocument(arguments.after, arguments.before.RequestedForm());
@@ -42,7 +23,7 @@ void RunDiff(const DiffArguments& arguments, Output& output) {
     Json json = Json::array();
     for (const Difference& difference : differences) {
         if (arguments.isJson) {
-            json.push_back(JsonOf(difference));
+            json.push_back(DifferenceJson(difference));
         } else {
             output.PrintLine(LineOf(difference));
         }

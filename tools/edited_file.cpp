@@ -83,15 +83,9 @@ void EditArguments::AddTo(CLI::App& verb) {
     lock.AddTo(verb);
 }
 
-void EditedFile::RefuseStdin(const EditArguments& arguments) {
-    if (arguments.file.path == kStdinPath)
-        throw ExitError(ExitCode::kUsageError,
-                        "\"-\" is stdin, which cannot be changed (a file of that name is \"./-\")");
-}
-
 EditedFile::EditedFile(const EditArguments& arguments, Missing missing)
     : arguments_(arguments), missing_(missing) {
-    RefuseStdin(arguments);
+    RefuseStdin(Path());
     Lock();
     Problem problem;
     std::optional<std::string> bytes = readFile(Path(), &stamp_, &problem);
@@ -112,14 +106,14 @@ EditedFile::EditedFile(const EditArguments& arguments, std::string bytes, Form f
 
 EditedFile::EditedFile(const EditArguments& arguments, Profile&& profile)
     : arguments_(arguments), profile_(std::move(profile)) {
-    RefuseStdin(arguments);
+    RefuseStdin(Path());
     Lock();
     profile_->setForm(arguments.file.RequestedForm().value_or(Form::Wide));
 }
 
 EditedFile::EditedFile(const EditArguments& arguments, Table&& table)
     : arguments_(arguments), table_(std::move(table)) {
-    RefuseStdin(arguments);
+    RefuseStdin(Path());
     Lock();
 }
 

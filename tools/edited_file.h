@@ -40,9 +40,6 @@ class EditedFile {
     using TextChange =
         std::function<std::optional<std::string>(std::string_view bytes, Form form, Problem* problem)>;
 
-    // Throws ExitError (kUsageError) if the file is stdin, as the constructors do.
-    static void RefuseStdin(const EditArguments& arguments);
-
     // Reads the file, and locks it before if the user asks for that. Throws ExitError if it cannot be read or locked
     // (kIoError), does not parse (kSyntaxError), or is stdin (kUsageError).
     explicit EditedFile(const EditArguments& arguments, Missing missing = Missing::Refuse);
@@ -73,8 +70,9 @@ class EditedFile {
     // (kIoError) if the document cannot be saved.
     const Document& Prepare();
 
-    // What Prepare has made.
-    const std::string& NewBytes() const noexcept { return newBytes_; }
+    // Move out what Prepare has made. Then nothing can be written.
+    std::string TakeNewBytes() { return std::move(newBytes_); }
+    Document TakeAfter() { return *std::move(after_); }
 
     // Replaces the file with what Prepare has made, and prints a note about what that changes besides. `changedEud` has
     // the entries of a table document whose "eud" the user has asked to change.

@@ -11,14 +11,6 @@
 namespace mox::tool {
 namespace {
 
-void PutIfNotEmpty(Json& json, const char* name, const std::string& text) {
-    if (!text.empty()) json[name] = text;
-}
-
-void PutIfTrue(Json& json, const char* name, bool value) {
-    if (value) json[name] = true;
-}
-
 // ---- values
 
 // The value as a T if it is one, together with the text that the library would write for it.
@@ -134,22 +126,6 @@ void PutOthers(Json& json, Json&& others) {
     if (!others.empty()) json["other"] = std::move(others);
 }
 
-Json UiJson(const DocumentPresentation& ui) {
-    Json json = Json::object();
-    json["control"] = ui.control;
-    PutIfNotEmpty(json, "access", ui.access);
-    if (ui.flags != 0) json["flags"] = Hex(ui.flags, 4);
-    PutIfNotEmpty(json, "provider", ui.provider);
-    if (ui.providerIndex != 0) json["provider_index"] = ui.providerIndex;
-    PutIfNotEmpty(json, "regen", ui.regen);
-    PutIfNotEmpty(json, "minimum", ui.minimum);
-    PutIfNotEmpty(json, "maximum", ui.maximum);
-    PutIfNotEmpty(json, "shown_name", ui.shownName);
-    PutIfNotEmpty(json, "comment", ui.comment);
-    PutIfNotEmpty(json, "value", ui.value);
-    return json;
-}
-
 Json TableJson(const DocumentTable& table) {
     Json json = Json::object();
     json["name"] = table.name;
@@ -201,6 +177,14 @@ void PutOtherNodes(Json& json, const Document& document) {
 
 }  // namespace
 
+void PutIfNotEmpty(Json& json, const char* name, const std::string& text) {
+    if (!text.empty()) json[name] = text;
+}
+
+void PutIfTrue(Json& json, const char* name, bool value) {
+    if (value) json[name] = true;
+}
+
 std::string JsonText(const Json& json) {
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
@@ -218,12 +202,28 @@ Json EntryJson(const DocumentEntry& entry) {
     if (entry.id != 0) json["id"] = entry.id;
     PutIfTrue(json, "eud", entry.hasEud);
     PutValue(json, entry);
-    if (entry.ui != nullptr) json["ui"] = UiJson(*entry.ui);
+    if (entry.ui != nullptr) json["ui"] = PresentationJson(*entry.ui);
     Json others = Json::array();
     for (const DocumentNode child : entry.node.children()) {
         if (!child.isElement("Value") && !child.isElement("UI")) AddNodes(others, child, 0);
     }
     PutOthers(json, std::move(others));
+    return json;
+}
+
+Json PresentationJson(const DocumentPresentation& ui) {
+    Json json = Json::object();
+    json["control"] = ui.control;
+    PutIfNotEmpty(json, "access", ui.access);
+    if (ui.flags != 0) json["flags"] = Hex(ui.flags, 4);
+    PutIfNotEmpty(json, "provider", ui.provider);
+    if (ui.providerIndex != 0) json["provider_index"] = ui.providerIndex;
+    PutIfNotEmpty(json, "regen", ui.regen);
+    PutIfNotEmpty(json, "minimum", ui.minimum);
+    PutIfNotEmpty(json, "maximum", ui.maximum);
+    PutIfNotEmpty(json, "shown_name", ui.shownName);
+    PutIfNotEmpty(json, "comment", ui.comment);
+    PutIfNotEmpty(json, "value", ui.value);
     return json;
 }
 
@@ -243,6 +243,24 @@ Json DocumentJson(const Document& document) {
         }
     }
     PutOtherNodes(json, document);
+    return json;
+}
+
+Json DifferenceJson(const Difference& difference) {
+    constexpr const char* kChanges[] = {"added", "removed", "changed"};  // indexed by Change
+    Json json = Json::object();
+    json["change"] = kChanges[static_cast<int>(difference.change)];
+    json["section"] = difference.table;
+    if (difference.hasEntry) json["entry"] = difference.entry;
+    if (difference.occurrence > 1) json["occurrence"] = difference.occurrence;
+    if (difference.change == Change::Changed) json["field"] = difference.field;
+    if (difference.hasEntry && difference.change != Change::Changed) json["type"] = difference.field;
+    if (difference.change == Change::Changed || difference.hasEntry) {
+        if (difference.change != Change::Added) json["before"] = difference.before;
+        if (difference.change != Change::Removed) json["after"] = difference.after;
+    }
+    for (const auto& [name, text] : difference.fields)
+        json["fields"][name] = text;
     return json;
 }
 

@@ -1,4 +1,4 @@
-// Converts documents and entries to JSON.
+// Converts documents, entries and differences to JSON.
 #ifndef MOX_XMLAPI_TOOLS_JSON_OUTPUT_H
 #define MOX_XMLAPI_TOOLS_JSON_OUTPUT_H
 
@@ -6,11 +6,16 @@
 #include <string>
 
 #include "mox_xmlApi/document/document.hpp"
+#include "tools/document_diff.h"
 
 namespace mox::tool {
 
 // Keeps its members in the order in which they are set.
 using Json = nlohmann::ordered_json;
+
+// Set a member of an object, unless the value is empty or false.
+void PutIfNotEmpty(Json& json, const char* name, const std::string& text);
+void PutIfTrue(Json& json, const char* name, bool value);
 
 // The JSON text, indented, with a line feed at the end. A surrogate without a partner becomes U+FFFD.
 std::string JsonText(const Json& json);
@@ -27,6 +32,14 @@ std::string JsonText(const Json& json);
 // in it: "index" is the number of sections or entries before it, "depth" how deeply it is nested in the first.
 Json EntryJson(const DocumentEntry& entry);
 Json DocumentJson(const Document& document);
+
+// The presentation data of an entry, as EntryJson has them in "ui".
+Json PresentationJson(const DocumentPresentation& ui);
+
+// A difference as `diff --json` prints it, and `apply` reads it: its kind in "change", "section", "entry", "occurrence"
+// if it is not 1, "field" of what was changed or "type" of an entry that was added or removed, "before" and "after",
+// and in "fields" the other fields of what was added.
+Json DifferenceJson(const Difference& difference);
 
 }  // namespace mox::tool
 

@@ -1,5 +1,6 @@
 #include "tools/open_document.h"
 
+#include <filesystem>
 #include <utility>
 
 #include "mox_xmlApi/disk/read_file.hpp"
@@ -32,6 +33,18 @@ ExitCode CodeOf(Reason reason) noexcept {
 }
 
 }  // namespace
+
+void RefuseStdin(const std::string& path) {
+    if (path == kStdinPath)
+        throw ExitError(ExitCode::kUsageError,
+                        "\"-\" is stdin, which cannot be changed (a file of that name is \"./-\")");
+}
+
+std::string FileNameOf(const std::string& path) {
+    const std::u8string name =
+        std::filesystem::path(std::u8string(path.begin(), path.end())).filename().u8string();
+    return {name.begin(), name.end()};
+}
 
 std::string ReadBytes(const std::string& path, FileStamp* stamp) {
     if (path == kStdinPath) return Input::ReadAll();
@@ -70,6 +83,10 @@ void RequireSettings(const std::string& path, const Document& document) {
 void RequireTable(const std::string& path, const Document& document) {
     if (document.kind() == DocumentKind::Table) return;
     ThrowWrongKind(path, document, "a table document (for a section of a settings document, use --section)");
+}
+
+void RequireSettingsOrTable(const std::string& path, const Document& document) {
+    if (document.kind() == DocumentKind::Other) RequireSettings(path, document);
 }
 
 void ThrowProblem(const std::string& path, const Problem& problem, const char* rest) {

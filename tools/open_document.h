@@ -14,6 +14,12 @@ namespace mox::tool {
 // The path that means stdin, for verbs that only read the file.
 inline constexpr const char* kStdinPath = "-";
 
+// Throws ExitError (kUsageError) if the path means stdin, for verbs that change the file.
+void RefuseStdin(const std::string& path);
+
+// The name of a file without its folder.
+std::string FileNameOf(const std::string& path);
+
 // The content of a file, or of stdin, and in `stamp`, unless null, its state; that of stdin is that of a missing file.
 // Throws ExitError (kIoError) if it cannot be read.
 std::string ReadBytes(const std::string& path, FileStamp* stamp = nullptr);
@@ -32,6 +38,7 @@ std::string AtPosition(const std::string& path, Position position, const std::st
 // Throw ExitError (kUsageError) unless the document of the file is of that kind.
 void RequireSettings(const std::string& path, const Document& document);
 void RequireTable(const std::string& path, const Document& document);
+void RequireSettingsOrTable(const std::string& path, const Document& document);
 
 // Ends the verb with the problem that the library reports about the file or what is in it, and the exit code for that.
 // `rest` is the end of the message.

@@ -40,7 +40,8 @@ TEST_F(Session, FormHasAllThatTheFileSaysOfAnEntry) {
         form["sections"].dump(),
         R"([{"name":"S","found":true,"frozen":true,"eud":true,"entries":[{"name":"g","type":"double","eud":true,)"
         R"("shape":"vector","id":7,"value":"1 2","own":true,"ui":{"control":"num","access":"visible",)"
-        R"("provider":"erg","index":4,"minimum":"1","maximum":"8","name":"Gain","comment":"c","value":"u"},)"
+        R"("provider":"erg","provider_index":4,"minimum":"1","maximum":"8","shown_name":"Gain","comment":"c",)"
+        R"("value":"u"},)"
         R"("others":[{"element":"<X a=\"b\"> t"}]}],"others":[{"comment":" note "}]}])");
 }
 
@@ -162,8 +163,8 @@ TEST_F(Session, ChoicesThatAreNestedTooDeeplyAreRefused) {
     mox::tool::SessionOptions options = Options();
     options.choicesPath = path_ + ".json";
     const std::size_t depth = 1000000;
-    WriteBytes(options.choicesPath, R"({"a": [{"value": "1", "name": "x", "more": )" + std::string(depth, '[') +
-                                        std::string(depth, ']') + "}]}");
+    WriteBytes(options.choicesPath, R"({"a": [{"value": "1", "name": "x", "more": )" +
+                                        std::string(depth, '[') + std::string(depth, ']') + "}]}");
     EXPECT_EQ(CodeOf([&] { EditorSession session(options); }), ExitCode::kSyntaxError);
 }
 

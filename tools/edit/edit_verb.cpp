@@ -47,9 +47,9 @@ void RunEdit(const EditorArguments& arguments, Output& output) {
 
 void RunForm(const FileArgument& file, Output& output) {
     const Document document = ReadDocument(file.path, file.RequestedForm());
-    if (document.kind() == DocumentKind::Other) RequireSettings(file.path, document);
+    RequireSettingsOrTable(file.path, document);
     Json form = Json::object();
-    form["file"] = file.path == kStdinPath ? "" : file.path.substr(file.path.find_last_of("/\\") + 1);
+    form["file"] = file.path == kStdinPath ? "" : FileNameOf(file.path);
     form["readOnly"] = "This page is for reading only.";
     form.update(FormJson(document));
     output.PrintLines(PageText(PageUse::Alone, form));

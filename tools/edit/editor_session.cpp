@@ -9,7 +9,6 @@
 
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/disk/replace_file.hpp"
-#include "tools/changed_bytes.h"
 #include "tools/document_diff.h"
 #include "tools/edit/form_json.h"
 #include "tools/exit_error.h"
@@ -71,19 +70,6 @@ FieldKey KeyOf(const Difference& difference) {
             difference.change == Change::Changed ? difference.field : ""};
 }
 
-Json DifferenceJson(const Difference& difference) {
-    constexpr const char* kNames[] = {"added", "removed", "changed"};  // indexed by Change
-    Json json = Json::object();
-    json["change"] = kNames[static_cast<int>(difference.change)];
-    json["section"] = difference.table;
-    if (difference.hasEntry) json["entry"] = difference.entry;
-    if (difference.occurrence > 1) json["occurrence"] = difference.occurrence;
-    if (difference.change == Change::Changed) json["field"] = difference.field;
-    if (difference.change != Change::Added) json["before"] = difference.before;
-    if (difference.change != Change::Removed) json["after"] = difference.after;
-    return json;
-}
-
 // The three versions of one field.
 struct Versions {
     std::optional<std::string> base{};
@@ -121,22 +107,18 @@ std::optional<std::string> AfterOf(const Difference& difference) {
 }  // namespace
 
 EditorSession::EditorSession(const SessionOptions& options) : options_(options) {
-    if (Path() == kStdinPath)
-        throw ExitError(ExitCode::kUsageError,
-                        "\"-\" is stdin, which cannot be edited (a file of that name is \"./-\")");
+    RefuseStdin(Path());
     choices_ = ReadChoices(options_.choicesPath);
     current_.bytes = ReadBytes(Path(), &current_.stamp);
     current_.document.emplace(ParseDocument(Path(), current_.bytes, options_.file.RequestedForm()));
     current_.version = ++lastVersion_;
-    if (current_.document->kind() == DocumentKind::Other)
-        throw ExitError(ExitCode::kUsageError,
-                        Path() + ": found a " + describe(DocumentKind::Other) + " (see \"mox-xml check\")");
+    RequireSettingsOrTable(Path(), *current_.document);
     if (options_.isReadOnly) {
         readOnly_ = "The file was opened for reading only.";
         return;
     }
     try {
-        static_cast<void>(NewBytes({}));
+        static_cast<void>(Changed({}));
     } catch (const ExitError& error) {
         readOnly_ = error.what();
     }
@@ -145,7 +127,7 @@ EditorSession::EditorSession(const SessionOptions& options) : options_(options) 
 Json EditorSession::Form() const {
     Json json = Json::object();
     json["path"] = AbsolutePath(Path());
-    json["file"] = Path().substr(Path().find_last_of("/\\") + 1);
+    json["file"] = FileNameOf(Path());
     json["version"] = current_.version;
     if (!readOnly_.empty()) json["readOnly"] = readOnly_;
     if (!choices_.empty()) json["choices"] = choices_;
@@ -156,7 +138,7 @@ Json EditorSession::Form() const {
 Json EditorSession::Preview(std::uint64_t version, const std::vector<RequestedChange>& changes) const {
     RequireWritable();
     RequireVersion(current_, version);
-    const Document after = ParseDocument(Path(), NewBytes(changes), current_.document->form());
+    const Document after = Changed(changes).document;
     std::set<std::tuple<std::string, std::string>> asked;
     for (const RequestedChange& change : changes)
         asked.insert(
@@ -221,15 +203,16 @@ void EditorSession::RequireWritable() const {
     if (!readOnly_.empty()) throw ExitError(ExitCode::kIoError, readOnly_);
 }
 
-std::string EditorSession::NewBytes(const std::vector<RequestedChange>& changes) const {
-    return ChangedBytes(Path(), current_.bytes, current_.document->form(), changes);
+ChangedFile EditorSession::Changed(const std::vector<RequestedChange>& changes) const {
+    return MakeChangedFile(Path(), current_.bytes, current_.document->form(), changes);
 }
 
 Json EditorSession::Replace(const FileStamp& expected, const std::vector<RequestedChange>& changes,
                             bool withBackup) {
     State next;
-    next.bytes = NewBytes(changes);
-    next.document.emplace(ParseDocument(Path(), next.bytes, current_.document->form()));
+    ChangedFile changed = Changed(changes);
+    next.bytes = std::move(changed.bytes);
+    next.document.emplace(std::move(changed.document));
     const bool isTable = current_.document->kind() == DocumentKind::Table;
     if (!onDisk_.has_value() && CompareDocuments(*current_.document, *next.document, isTable).empty())
         return {{"unchanged", true}};  // a save would change only the layout

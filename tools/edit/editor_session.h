@@ -12,6 +12,7 @@
 #include "mox_xmlApi/disk/file_stamp.hpp"
 #include "mox_xmlApi/document/document.hpp"
 #include "tools/change_list.h"
+#include "tools/changed_file.h"
 #include "tools/command_line.h"
 #include "tools/json_output.h"
 
@@ -39,10 +40,7 @@ class EditorSession {
     // changed.
     Json Form() const;
 
-    // What a save would do: {"asked": [...], "besides": [...]}, both lists of
-    //
-    //     {"change": "changed", "section": "Camera", "entry": "Gain", "field": "value", "before": "1", "after": "2"}
-    //
+    // What a save would do: {"asked": [...], "besides": [...]}, both lists of differences (see DifferenceJson).
     // "besides" has what the save changes without being asked, because of how the library writes. Throws ExitError if
     // the changes cannot be made, like `apply`, or `version` is not that of the form.
     Json Preview(std::uint64_t version, const std::vector<RequestedChange>& changes) const;
@@ -84,7 +82,7 @@ class EditorSession {
     State ReadState() const;
     void RequireVersion(const State& state, std::uint64_t version) const;
     void RequireWritable() const;
-    std::string NewBytes(const std::vector<RequestedChange>& changes) const;
+    ChangedFile Changed(const std::vector<RequestedChange>& changes) const;
     Json Replace(const FileStamp& expected, const std::vector<RequestedChange>& changes, bool withBackup);
     Json Conflict(const Document& mine);
 

@@ -14,14 +14,6 @@ constexpr std::size_t kLongestName = 258;       // units; the library cannot tel
 constexpr std::size_t kMostOthers = 1000;       // comments and unknown elements of one place that are shown
 constexpr std::size_t kMostOtherText = 100000;  // bytes of one of them
 
-void AddText(Json& json, const char* name, const std::string& text) {
-    if (!text.empty()) json[name] = text;
-}
-
-void AddFlag(Json& json, const char* name, bool value) {
-    if (value) json[name] = true;
-}
-
 std::string Shortened(std::string text) {
     if (text.size() <= kMostOtherText) return text;
     std::size_t end = kMostOtherText;
@@ -74,20 +66,6 @@ class OtherNodes {
     Json list_ = Json::array();
 };
 
-Json PresentationJson(const DocumentPresentation& ui) {
-    Json json = Json::object();
-    json["control"] = ui.control;
-    AddText(json, "access", ui.access);
-    AddText(json, "provider", ui.provider);
-    if (ui.providerIndex != 0) json["index"] = ui.providerIndex;
-    AddText(json, "minimum", ui.minimum);
-    AddText(json, "maximum", ui.maximum);
-    AddText(json, "name", ui.shownName);
-    AddText(json, "comment", ui.comment);
-    AddText(json, "value", ui.value);
-    return json;
-}
-
 // Why nobody can change the entry through its name; empty if somebody can.
 std::string ProblemOf(const DocumentEntry& entry, bool isFirst) {
     if (!entry.isReadable)
@@ -105,9 +83,9 @@ std::string ProblemOf(const DocumentEntry& entry, bool isFirst) {
 Json EntryFormJson(const DocumentEntry& entry, bool isFirst) {
     Json json = Json::object();
     json["name"] = entry.name;
-    AddText(json, "type", entry.type);
-    AddText(json, "problem", ProblemOf(entry, isFirst));
-    AddFlag(json, "eud", entry.hasEud);
+    PutIfNotEmpty(json, "type", entry.type);
+    PutIfNotEmpty(json, "problem", ProblemOf(entry, isFirst));
+    PutIfTrue(json, "eud", entry.hasEud);
     Json notes = Json::array();
     const Warner note = [&notes](DocumentNode, const std::string& message) { notes.push_back(message); };
     CheckAttributes(entry.node, note);
@@ -115,10 +93,10 @@ Json EntryFormJson(const DocumentEntry& entry, bool isFirst) {
     if (!notes.empty()) json["notes"] = std::move(notes);
     OtherNodes others;
     if (entry.isReadable) {
-        AddText(json, "shape", entry.shape);
+        PutIfNotEmpty(json, "shape", entry.shape);
         if (entry.id != 0) json["id"] = entry.id;
         json["value"] = entry.effectiveValue();
-        AddFlag(json, "own", !entry.value.empty());
+        PutIfTrue(json, "own", !entry.value.empty());
         if (entry.ui != nullptr) json["ui"] = PresentationJson(*entry.ui);
         for (const DocumentNode child : entry.node.children()) {
             if (!child.isElement("Value") && !child.isElement("UI")) others.Add(child);
@@ -139,9 +117,9 @@ Json SectionFormJson(const DocumentTable& table, bool isFound) {
     Json json = Json::object();
     json["name"] = table.name;
     if (!table.isTable) json["element"] = table.node.name();
-    AddFlag(json, "found", isFound);
-    AddFlag(json, "frozen", IsFrozen(table));
-    AddFlag(json, "eud", table.hasEud);
+    PutIfTrue(json, "found", isFound);
+    PutIfTrue(json, "frozen", IsFrozen(table));
+    PutIfTrue(json, "eud", table.hasEud);
     Json& entries = json["entries"] = Json::array();
     for (const DocumentEntry& entry : table.entries)
         entries.push_back(EntryFormJson(entry, table.findElement(entry.name) == &entry));

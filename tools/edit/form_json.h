@@ -18,11 +18,11 @@ namespace mox::tool {
 //                    "others": [...]}],
 //      "others": [...]}
 //
-// "value" is what hosts read; "own" says that it is that of the entry and not that of the presentation data, "ui".
-// "frozen": the file says that the section is not editable. "found": hosts find the section by its name. An element of
-// another name in the place of a section has that in "element". "problem": why
-// hosts or the editor cannot change the entry. "notes": what is odd about it. "others": comments and unknown elements,
-// each a text in "comment" or "element".
+// "ui" has the presentation data, as PresentationJson says. "value" is what hosts read; "own" says that it is that of
+// the entry and not that of "ui". "frozen": the file says that the section is not editable. "found": hosts find the
+// section by its name. An element of another name in the place of a section has that in "element". "problem": why hosts
+// or the editor cannot change the entry. "notes": what is odd about it. "others": comments and unknown elements, each a
+// text in "comment" or "element".
 Json FormJson(const Document& document);
 
 // Whether the UTF-8 form of a 16-bit text has a surrogate without a partner, so that JSON cannot carry it.

@@ -76,7 +76,7 @@ let previewed = null;    // the call that saves what the dialog lists
 let isBusy = false;      // while the server is asked for something that depends on the edits
 
 const textOf = (entry) => edits.has(entry) ? edits.get(entry) : entry.value;
-const nameOf = (entry) => entry.ui && entry.ui.name || entry.name;
+const nameOf = (entry) => entry.ui && entry.ui.shown_name || entry.name;
 const control = (entry) => entry.ui ? entry.ui.control : "";
 const isHidden = (entry) => Boolean(entry.ui && entry.ui.access === "hidden");
 
@@ -104,7 +104,7 @@ function limitsOf(entry) {
 // The choices that the provider or the limits in the file give; null if there are none.
 function choicesOf(entry) {
   if (entry.shape || !entry.ui) return null;
-  const given = form.choices && form.choices[(entry.ui.provider || "") + ":" + (entry.ui.index || 0)];
+  const given = form.choices && form.choices[(entry.ui.provider || "") + ":" + (entry.ui.provider_index || 0)];
   if (given) return given.map((choice) => typeof choice === "string" ? {value: choice, name: choice} : choice);
   if (!kListControls.has(control(entry)) || !kRanges[entry.type]) return null;
   const low = toNumber(entry.ui.minimum), high = toNumber(entry.ui.maximum);
@@ -306,7 +306,7 @@ function makeItem(item) {
 
 function matches(entry) {
   if (entry.words === undefined) {
-    entry.words = [entry.name, entry.section.name, entry.ui && entry.ui.name, entry.ui && entry.ui.comment]
+    entry.words = [entry.name, entry.section.name, entry.ui && entry.ui.shown_name, entry.ui && entry.ui.comment]
       .filter(Boolean).join("\n").toLowerCase();
   }
   return entry.words.includes(filter) || textOf(entry).toLowerCase().includes(filter);
@@ -422,12 +422,12 @@ function makeRow(entry) {
   if (field.labels) label.htmlFor = id;
   const names = make("div", {}, label);
   const details = [];
-  if (entry.ui && entry.ui.name && entry.ui.name !== entry.name) details.push(entry.name || "(no name)");
+  if (entry.ui && entry.ui.shown_name && entry.ui.shown_name !== entry.name) details.push(entry.name || "(no name)");
   if (isExpert) {
     details.push(entry.type ? entry.type + (entry.shape ? " " + entry.shape : "") : "no type");
     if (entry.id) details.push("id " + entry.id);
     if (entry.ui) details.push(entry.ui.control);
-    if (entry.ui && entry.ui.provider) details.push(entry.ui.provider + ":" + (entry.ui.index || 0));
+    if (entry.ui && entry.ui.provider) details.push(entry.ui.provider + ":" + (entry.ui.provider_index || 0));
   }
   if (details.length)
     names.append(make("p", {class: "key"}, make("bdi", {text: shown(details.join(" \u00b7 "), kMostNamed)})));
