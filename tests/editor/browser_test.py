@@ -1,11 +1,13 @@
 #!/usr/bin/python3
 """The editor's page in a real browser: Debian's Chromium without a window, driven by Selenium."""
 import html
+import http.server
 import json
 import os
 import shutil
 import subprocess
 import sys
+import threading
 import time
 import unittest
 
@@ -122,6 +124,9 @@ class BrowserTest(unittest.TestCase):
         return self.browser.find_element(By.ID, name)
 
     def click(self, name):
+    def by_tag(self, name):
+        return self.browser.find_element(By.TAG_NAME, name)
+
         self.wait(lambda: self.by_id(name).is_enabled())
         self.by_id(name).click()
 
@@ -207,7 +212,7 @@ class BrowserTest(unittest.TestCase):
 class Form(BrowserTest):
     def test_opens_without_the_token_in_the_address(self):
         self.open_controls()
-        self.assertEqual(self.browser.current_url, self.editor.origin + "/")
+        self.assertRegex(self.browser.current_url, f"^{self.editor.origin}/[0-9A-F]{{64}}/$")
         self.assertEqual(self.script("return document.cookie"), "")  # HttpOnly
         self.assertEqual((self.browser.title, self.text("file"), self.text("path")), ("a.xml", "a.xml", self.path))
         self.assertEqual(self.script("return [...document.querySelectorAll('#sections bdi')].map(b => b.textContent)"),
@@ -218,6 +223,30 @@ class Form(BrowserTest):
         self.field("A switch").click()
         self.field("Words").click()
         self.row("Odd").find_elements(By.CSS_SELECTOR, "input[type=radio]")[1].click()
+    def test_cookie_is_not_sent_to_other_servers_of_the_machine(self):
+        self.open_controls()
+        received = []
+
+        class Recorder(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                received.append((self.path, self.headers.get("Cookie")))
+                self.send_response(200)
+                self.end_headers()
+                self.wfile.write(b"other")
+
+            def log_message(self, *_):
+                pass
+
+        with http.server.ThreadingHTTPServer(("127.0.0.1", 0), Recorder) as other:
+            threading.Thread(target=other.serve_forever).start()
+            self.browser.switch_to.new_window("tab")
+            self.browser.get(f"http://127.0.0.1:{other.server_port}/page")
+            self.assertEqual(self.by_tag("body").text, "other")
+            other.shutdown()
+        self.browser.close()
+        self.browser.switch_to.window(self.browser.window_handles[0])
+        self.assertIn(("/page", None), received)
+
         self.type("A number", "7")
         self.type("Real", "2.25")
         self.type("Text", "other <text> & \"more\"")
@@ -497,7 +526,7 @@ class Saving(BrowserTest):
     def test_end_of_the_editor_before_a_preview_leaves_the_changes_as_a_list(self):
         self.open_controls()
         self.type("A number", "6")
-        self.hold("/preview")
+        self.hold("preview")
         self.click("save")
         self.wait(lambda: self.script("return window.held.length") == 1)
         self.editor.process.terminate()
@@ -529,7 +558,7 @@ class Saving(BrowserTest):
     def test_nothing_is_changed_while_the_server_is_asked(self):
         self.open_controls()
         self.type("A number", "6")
-        self.hold("/preview")
+        self.hold("preview")
         ActionChains(self.browser).key_down(Keys.CONTROL).send_keys("s").key_up(Keys.CONTROL).perform()
         self.wait(lambda: self.script("return window.held.length") == 1)
         time.sleep(0.1)
@@ -540,7 +569,7 @@ class Saving(BrowserTest):
         self.let_go()
         self.wait(lambda: self.by_id("saving").is_displayed())
         self.assertIn(["All / A number", "5", "6"], self.differences())
-        self.hold("/save")
+        self.hold("save")
         self.click("confirmSaving")
         self.wait(lambda: self.script("return window.held.length") == 1)
         self.assertFalse(self.by_id("cancelSaving").is_enabled())
@@ -565,7 +594,7 @@ class Saving(BrowserTest):
 
     def test_page_whose_document_takes_long_is_reloaded(self):
         self.open_controls()
-        slow = "const sent = window.fetch; window.fetch = (target, options) => target !== '/document'" \
+        slow = "const sent = window.fetch; window.fetch = (target, options) => target !== 'document'" \
                " ? sent(target, options) : new Promise(go => setTimeout(go, 4000)).then(() => sent(target, options));"
         added = self.browser.execute_cdp_cmd("Page.addScriptToEvaluateOnNewDocument", {"source": slow})
         self.addCleanup(self.browser.execute_cdp_cmd, "Page.removeScriptToEvaluateOnNewDocument", added)

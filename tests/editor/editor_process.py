@@ -79,6 +79,7 @@ class Editor:
         self.origin = f"http://{self.host}"
         self.target = f"{parts.path}?{parts.query}"
         self.cookie = None
+        self.folder = None  # of the page and its calls: "/0A1B.../"
 
     def __enter__(self):
         return self
@@ -86,7 +87,7 @@ class Editor:
     def __exit__(self, *_):
         if self.process.poll() is None and self.cookie:
             try:
-                self.post("/end", {})
+                self.post("end", {})
                 self.process.wait(20)
             except (OSError, subprocess.TimeoutExpired):
                 pass
@@ -125,13 +126,17 @@ class Editor:
         reply = self.request("GET", self.target)
         if reply.status == 303:
             self.cookie = reply.fields["set-cookie"].split(";")[0]
+            self.folder = reply.fields["location"]
         return reply
 
-    def post(self, target, call, **fields):
-        return self.request("POST", target, json.dumps(call).encode(), **fields)
+    def get(self, name, **fields):
+        return self.request("GET", self.folder + name, **fields)
+
+    def post(self, name, call, **fields):
+        return self.request("POST", self.folder + name, json.dumps(call).encode(), **fields)
 
     def form(self):
-        return self.request("GET", "/document").json()
+        return self.get("document").json()
 
     def raw(self, data, patience=20):
         """Sends bytes, and returns all that comes back."""

@@ -18,15 +18,18 @@ class Site : public SessionTest {
     void SetUp() override {
         SessionTest::SetUp();
         session_ = std::make_unique<EditorSession>(Options());
-        site_ = std::make_unique<EditorSite>(*session_, std::uint16_t{80}, "TOKEN", "COOKIE");
+        site_ = std::make_unique<EditorSite>(*session_, std::uint16_t{80},
+                                             mox::tool::SiteSecrets{"TOKEN", "COOKIE", "FOLDER"});
     }
 
-    static HttpRequest Get(const std::string& target) {
-        return {"GET", target, {{"host", "127.0.0.1:80"}, {"cookie", "mox-xml-80=COOKIE"}}, ""};
+    static HttpRequest GetAt(const std::string& target) {
+        return {"GET", target, {{"host", "127.0.0.1:80"}, {"cookie", "mox-xml=COOKIE"}}, ""};
     }
 
-    static HttpRequest Post(const std::string& target, const std::string& body) {
-        HttpRequest request = Get(target);
+    static HttpRequest Get(const std::string& name) { return GetAt("/FOLDER/" + name); }
+
+    static HttpRequest Post(const std::string& name, const std::string& body) {
+        HttpRequest request = Get(name);
         request.method = "POST";
         request.fields.emplace_back("origin", "http://127.0.0.1:80");
         request.fields.emplace_back("content-type", "application/json");
@@ -62,7 +65,7 @@ class Site : public SessionTest {
 
 TEST_F(Site, TokenIsExchangedOnce) {
     EXPECT_EQ(site_->Address(), "http://127.0.0.1:80/?token=TOKEN");
-    HttpRequest request = Get("/?token=WRONG");
+    HttpRequest request = GetAt("/?token=WRONG");
     request.fields.pop_back();
     EXPECT_EQ(Answer(request).status, 403);
     request.target = "/?token=";
@@ -70,57 +73,65 @@ TEST_F(Site, TokenIsExchangedOnce) {
     request.target = "/?token=TOKEN";
     const HttpResponse response = Answer(request);
     EXPECT_EQ(response.status, 303);
-    EXPECT_EQ(FieldOf(response, "Location"), "/");
-    EXPECT_EQ(FieldOf(response, "Set-Cookie"), "mox-xml-80=COOKIE; Path=/; HttpOnly; SameSite=Strict");
+    EXPECT_EQ(FieldOf(response, "Location"), "/FOLDER/");
+    EXPECT_EQ(FieldOf(response, "Set-Cookie"), "mox-xml=COOKIE; Path=/FOLDER/; HttpOnly; SameSite=Strict");
     EXPECT_EQ(Answer(request).status, 403);
     request.target = "/?token=";
     EXPECT_EQ(Answer(request).status, 403);
 }
 
 TEST_F(Site, HostOriginCookieAndTypeMustBeItsOwn) {
-    const HttpRequest post = Post("/active", "{}");
+    const HttpRequest post = Post("active", "{}");
     EXPECT_EQ(Answer(post).status, 204);
     EXPECT_EQ(StatusWith(post, "host", std::nullopt), 421);
     EXPECT_EQ(StatusWith(post, "host", "localhost:80"), 421);
     EXPECT_EQ(StatusWith(post, "origin", std::nullopt), 403);
     EXPECT_EQ(StatusWith(post, "origin", "http://localhost:80"), 403);
     EXPECT_EQ(StatusWith(post, "cookie", std::nullopt), 403);
-    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml-80=COOKIF"), 403);
-    EXPECT_EQ(StatusWith(post, "cookie", "a; mox-xml-80=COOKIE"), 204);
+    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml=COOKIF"), 403);
+    EXPECT_EQ(StatusWith(post, "cookie", "a; mox-xml=COOKIE"), 204);
+    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml=OTHER;  mox-xml=COOKIE;b"), 204);
+    EXPECT_EQ(StatusWith(post, "cookie", "amox-xml=COOKIE"), 403);
+    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml=COOKIEx"), 403);
+    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml"), 403);
     EXPECT_EQ(StatusWith(post, "content-type", "text/plain"), 415);
-    EXPECT_EQ(StatusWith(Get("/"), "origin", "null"), 403);
-    EXPECT_EQ(StatusWith(Get("/"), "origin", "http://127.0.0.1:80"), 200);
+    EXPECT_EQ(StatusWith(Get(""), "origin", "null"), 403);
+    EXPECT_EQ(StatusWith(Get(""), "origin", "http://127.0.0.1:80"), 200);
     HttpRequest doubled = post;
     doubled.fields.emplace_back("host", "127.0.0.1:80");
     EXPECT_EQ(Answer(doubled).status, 421);
-    doubled = Get("/");
+    doubled = Get("");
     doubled.fields.emplace_back("origin", "http://127.0.0.1:80");
     doubled.fields.emplace_back("origin", "http://127.0.0.1:80");
     EXPECT_EQ(Answer(doubled).status, 403);
 }
 
 TEST_F(Site, EachAddressTakesOneMethod) {
-    for (const char* const target : {"/", "/document", "/open"}) {
+    for (const char* const target : {"", "document", "open"}) {
         EXPECT_EQ(Answer(Get(target)).status, 200) << target;
         EXPECT_EQ(Answer(Post(target, "{}")).status, 405) << target;
     }
-    for (const char* const target : {"/active", "/preview", "/save", "/rebase", "/overwrite", "/end"})
+    for (const char* const target : {"active", "preview", "save", "rebase", "overwrite", "end"})
         EXPECT_EQ(Answer(Get(target)).status, 405) << target;
-    HttpRequest put = Get("/");
+    HttpRequest put = Get("");
     put.method = "PUT";
     EXPECT_EQ(Answer(put).status, 405);
-    EXPECT_EQ(Answer(Get("/other")).status, 404);
-    EXPECT_EQ(Answer(Get("")).status, 404);
+    EXPECT_EQ(Answer(Get("other")).status, 404);
+    for (const char* const target :
+         {"", "/", "/document", "/FOLDER", "/folder/", "/FOLDER/../", "FOLDER/", "/FOLDER/document?a",
+          "http://127.0.0.1:80/FOLDER/", "/FOLDER/FOLDER/document", "/OTHER/document"})
+        EXPECT_EQ(Answer(GetAt(target)).status, 404) << target;
 }
 
 TEST_F(Site, AnswersSayWhatTheServerDoesNext) {
-    EXPECT_TRUE(Answer(Get("/open")).isOpenPage);
-    EXPECT_FALSE(Answer(Get("/")).isOpenPage);
-    EXPECT_TRUE(Answer(Post("/end", "{}")).isEnd);
-    EXPECT_FALSE(Answer(Post("/active", "{}")).isEnd);
-    EXPECT_TRUE(Answer(Post("/active", "{}")).isActivity);
-    EXPECT_TRUE(Answer(Get("/document")).isActivity);
-    EXPECT_FALSE(Answer(Get("/open")).isActivity);
+    EXPECT_TRUE(Answer(Get("open")).isOpenPage);
+    EXPECT_FALSE(Answer(Get("")).isOpenPage);
+    EXPECT_TRUE(Answer(Post("end", "{}")).isEnd);
+    EXPECT_FALSE(Answer(Post("active", "{}")).isEnd);
+    EXPECT_TRUE(Answer(Post("active", "{}")).isActivity);
+    EXPECT_TRUE(Answer(Get("document")).isActivity);
+    EXPECT_TRUE(Answer(Post("save", "{}")).isActivity);  // although it is refused
+    EXPECT_FALSE(Answer(Get("open")).isActivity);
 }
 
 TEST_F(Site, CallsReachTheSession) {
@@ -128,13 +139,13 @@ TEST_F(Site, CallsReachTheSession) {
         R"({"version": 1, "changes": [{"change": "changed", "section": "S", "entry": "k", "field": "value", )"
         R"("after": "2"}]})";
     EXPECT_EQ(
-        Answer(Post("/preview", call)).body,
+        Answer(Post("preview", call)).body,
         R"({"asked":[{"change":"changed","section":"S","entry":"k","field":"value","before":"1","after":"2"}],)"
         R"("besides":[]})");
-    EXPECT_EQ(Answer(Post("/overwrite", call)).status, 409);
-    EXPECT_EQ(Answer(Post("/rebase", R"({"version": 1})")).status, 409);
+    EXPECT_EQ(Answer(Post("overwrite", call)).status, 409);
+    EXPECT_EQ(Answer(Post("rebase", R"({"version": 1})")).status, 409);
     WriteBytes(path_, "<broken");
-    EXPECT_NE(Answer(Post("/save", call)).body.find("\"unreadable\""), std::string::npos);
+    EXPECT_NE(Answer(Post("save", call)).body.find("\"unreadable\""), std::string::npos);
     EXPECT_EQ(ReadBytes(path_), "<broken");
 }
 
@@ -142,16 +153,16 @@ TEST_F(Site, MalformedCallsAreRefused) {
     for (const char* const body :
          {"", "[]", "{", "{\"version\": -1}", "{\"version\": 1}", "{\"version\": 1, \"changes\": {}}",
           "{\"version\": 1, \"changes\": [], \"backup\": 0}", "{\"version\": 1, \"changes\": [[]]}"})
-        EXPECT_EQ(Answer(Post("/save", body)).status, 400) << body;
+        EXPECT_EQ(Answer(Post("save", body)).status, 400) << body;
     // Seventeen levels are one too many; brackets in strings are none.
     const auto nested = [](int depth) {
         return "{\"x\": " + std::string(static_cast<std::size_t>(depth), '[') +
                std::string(static_cast<std::size_t>(depth), ']') + "}";
     };
-    EXPECT_EQ(Answer(Post("/active", nested(15))).status, 204);
-    EXPECT_EQ(Answer(Post("/active", nested(16))).status, 400);
+    EXPECT_EQ(Answer(Post("active", nested(15))).status, 204);
+    EXPECT_EQ(Answer(Post("active", nested(16))).status, 400);
     EXPECT_EQ(
-        Answer(Post("/active", "{\"x\": \"" + std::string(50, '[') + "\\\"" + std::string(50, '{') + "\"}"))
+        Answer(Post("active", "{\"x\": \"" + std::string(50, '[') + "\\\"" + std::string(50, '{') + "\"}"))
             .status,
         204);
 }

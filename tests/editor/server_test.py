@@ -59,7 +59,7 @@ class Answers(ServerTest):
     def test_save_writes_what_apply_writes(self):
         expected = self.apply(self.path, SET_K)
         editor = self.start()
-        reply = editor.post("/save", {"version": 1, "changes": SET_K})
+        reply = editor.post("save", {"version": 1, "changes": SET_K})
         self.assertEqual(reply.status, 200, reply.body)
         self.assertEqual(reply.json()["document"]["version"], 2)
         self.assertEqual(read(self.path), expected)
@@ -68,7 +68,7 @@ class Answers(ServerTest):
 
     def test_save_with_backup_keeps_the_old_file(self):
         editor = self.start()
-        self.assertEqual(editor.post("/save", {"version": 1, "changes": SET_K, "backup": True}).status, 200)
+        self.assertEqual(editor.post("save", {"version": 1, "changes": SET_K, "backup": True}).status, 200)
         self.assertEqual(read(self.path + ".bak"), self.before)
 
     def test_table_document_is_saved_too(self):
@@ -79,15 +79,15 @@ class Answers(ServerTest):
         expected = self.apply(self.path, changes)
         editor = self.start()
         self.assertEqual(editor.form()["kind"], "table")
-        reply = editor.post("/preview", {"version": 1, "changes": changes})
+        reply = editor.post("preview", {"version": 1, "changes": changes})
         self.assertEqual(reply.json(), {"asked": [{"change": "changed", "section": "T", "entry": "d", "field": "value",
                                                    "before": "3.0", "after": "4.5"}], "besides": []})
-        self.assertIn("saved", editor.post("/save", {"version": 1, "changes": changes}).json())
+        self.assertIn("saved", editor.post("save", {"version": 1, "changes": changes}).json())
         self.assertEqual(read(self.path), expected)
 
     def test_preview_shows_the_changes_and_writes_nothing(self):
         editor = self.start()
-        reply = editor.post("/preview", {"version": 1, "changes": SET_K})
+        reply = editor.post("preview", {"version": 1, "changes": SET_K})
         self.assertEqual(reply.json(), {"asked": [{"change": "changed", "section": "S", "entry": "k", "field": "value",
                                                    "before": "1", "after": "2"}], "besides": []})
         self.assertEqual(read(self.path), self.before)
@@ -96,7 +96,7 @@ class Answers(ServerTest):
         write(self.path, narrow(settings('\t<Table name="S" eud="true">\n' + var("k", "1") +
                                          var("p", "2", more='eud="true"') + var("l", "one\ntwo") + "\t</Table>\n")))
         editor = self.start()
-        besides = editor.post("/preview", {"version": 1, "changes": SET_K}).json()["besides"]
+        besides = editor.post("preview", {"version": 1, "changes": SET_K}).json()["besides"]
         self.assertEqual([(d.get("entry"), d["field"], d["before"], d["after"]) for d in besides],
                          [(None, "eud", "true", "false"), ("p", "eud", "true", "false"),
                           ("l", "value", "one\ntwo", "one\ntwo\n\t\t\t")])
@@ -108,7 +108,7 @@ class Answers(ServerTest):
                                  ([change("S", "none", "1", "2")], "none"),
                                  ([change("S", "t", "text", "\u00e4")], "7-bit"),
                                  (SET_K + [change("T", "k", "1", "2")], "change 2")]:
-            for target in ["/preview", "/save"]:
+            for target in ["preview", "save"]:
                 reply = editor.post(target, {"version": 1, "changes": changes})
                 self.assertIn(reply.status, (409, 422), reply.body)
                 self.assertIn(message, reply.json()["error"])
@@ -116,20 +116,20 @@ class Answers(ServerTest):
 
     def test_no_changes_write_nothing(self):
         editor = self.start()
-        self.assertEqual(editor.post("/save", {"version": 1, "changes": []}).json(), {"unchanged": True})
+        self.assertEqual(editor.post("save", {"version": 1, "changes": []}).json(), {"unchanged": True})
         self.assertEqual(read(self.path), self.before)
 
     def test_another_version_is_refused(self):
         editor = self.start()
-        self.assertEqual(editor.post("/save", {"version": 1, "changes": SET_K}).status, 200)
-        reply = editor.post("/save", {"version": 1, "changes": [change("S", "t", "text", "x")]})
+        self.assertEqual(editor.post("save", {"version": 1, "changes": SET_K}).status, 200)
+        reply = editor.post("save", {"version": 1, "changes": [change("S", "t", "text", "x")]})
         self.assertEqual(reply.status, 409)
         self.assertIn("load the page again", reply.json()["error"])
 
     def test_read_only_refuses_every_change(self):
         editor = self.start("--read-only")
         self.assertEqual(editor.form()["readOnly"], "The file was opened for reading only.")
-        for target in ["/preview", "/save", "/overwrite", "/rebase"]:
+        for target in ["preview", "save", "overwrite", "rebase"]:
             self.assert_refused(editor.post(target, {"version": 1, "changes": SET_K}), 422)
         self.assertEqual(read(self.path), self.before)
 
@@ -141,11 +141,11 @@ class Answers(ServerTest):
     def test_failed_save_keeps_the_session(self):
         os.mkdir(self.path + ".bak")
         editor = self.start()
-        reply = editor.post("/save", {"version": 1, "changes": SET_K, "backup": True})
+        reply = editor.post("save", {"version": 1, "changes": SET_K, "backup": True})
         self.assertEqual(reply.status, 422)
         self.assertIn("nothing was changed", reply.json()["error"])
         self.assertEqual(read(self.path), self.before)
-        self.assertIn("saved", editor.post("/save", {"version": 1, "changes": SET_K}).json())
+        self.assertIn("saved", editor.post("save", {"version": 1, "changes": SET_K}).json())
 
     def test_choices_are_passed_on(self):
         choices = os.path.join(self.folder, "choices.json")
@@ -168,7 +168,7 @@ class Conflicts(ServerTest):
         editor = self.start()
         theirs = narrow(SAMPLE.replace(">1<", ">5<").replace(">text<", ">other<"))
         write(self.path, theirs)
-        reply = editor.post("/save", {"version": 1, "changes": SET_K}).json()
+        reply = editor.post("save", {"version": 1, "changes": SET_K}).json()
         self.assertEqual(reply, {"conflict": {"version": 2, "rows": [
             {"section": "S", "entry": "k", "field": "value", "base": "1", "theirs": "5", "mine": "2", "by": "conflict"},
             {"section": "S", "entry": "t", "field": "value", "base": "text", "theirs": "other", "mine": "text",
@@ -178,17 +178,17 @@ class Conflicts(ServerTest):
     def test_rebase_goes_on_with_the_file_on_disk(self):
         editor = self.start()
         write(self.path, narrow(SAMPLE.replace(">text<", ">other<")))
-        conflict = editor.post("/save", {"version": 1, "changes": SET_K}).json()["conflict"]
-        form = editor.post("/rebase", {"version": conflict["version"]}).json()
+        conflict = editor.post("save", {"version": 1, "changes": SET_K}).json()["conflict"]
+        form = editor.post("rebase", {"version": conflict["version"]}).json()
         self.assertEqual([e["value"] for e in form["sections"][0]["entries"]], ["1", "other"])
         expected = self.apply(self.path, SET_K)
-        self.assertIn("saved", editor.post("/save", {"version": form["version"], "changes": SET_K}).json())
+        self.assertIn("saved", editor.post("save", {"version": form["version"], "changes": SET_K}).json())
         self.assertEqual(read(self.path), expected)
 
     def test_removed_and_equal_changes(self):
         editor = self.start()
         write(self.path, narrow(settings('\t<Table name="S">\n' + var("t", "x") + "\t</Table>\n")))
-        reply = editor.post("/save", {"version": 1, "changes": SET_K + [change("S", "t", "text", "x")]}).json()
+        reply = editor.post("save", {"version": 1, "changes": SET_K + [change("S", "t", "text", "x")]}).json()
         self.assertEqual([(r["entry"], r["field"], r.get("theirs"), r.get("mine"), r["by"])
                           for r in reply["conflict"]["rows"]],
                          [("k", "", None, "1", "theirs"), ("k", "value", None, "2", "conflict"),
@@ -197,25 +197,25 @@ class Conflicts(ServerTest):
     def test_broken_file_is_replaced_only_on_request(self):
         editor = self.start()
         write(self.path, b"<broken")
-        reply = editor.post("/save", {"version": 1, "changes": SET_K}).json()["conflict"]
+        reply = editor.post("save", {"version": 1, "changes": SET_K}).json()["conflict"]
         self.assertIn("a.xml:1:", reply["unreadable"])
-        self.assert_refused(editor.post("/rebase", {"version": reply["version"]}), 409)
+        self.assert_refused(editor.post("rebase", {"version": reply["version"]}), 409)
         self.assertEqual(read(self.path), b"<broken")
         again = {"version": reply["version"], "changes": SET_K}
         write(self.path, b"<broken differently")
-        newer = editor.post("/overwrite", again).json()["conflict"]
-        self.assert_refused(editor.post("/overwrite", again), 409)
+        newer = editor.post("overwrite", again).json()["conflict"]
+        self.assert_refused(editor.post("overwrite", again), 409)
         again["version"] = newer["version"]
-        self.assertIn("saved", editor.post("/overwrite", again).json())
+        self.assertIn("saved", editor.post("overwrite", again).json())
         self.assertIn(b">2<", read(self.path))
 
     def test_missing_file_is_written_again_on_request(self):
         editor = self.start()
         os.remove(self.path)
-        reply = editor.post("/save", {"version": 1, "changes": SET_K}).json()["conflict"]
+        reply = editor.post("save", {"version": 1, "changes": SET_K}).json()["conflict"]
         self.assertIn("a.xml", reply["unreadable"])
         self.assertFalse(os.path.exists(self.path))
-        self.assertIn("saved", editor.post("/overwrite", {"version": reply["version"], "changes": SET_K}).json())
+        self.assertIn("saved", editor.post("overwrite", {"version": reply["version"], "changes": SET_K}).json())
         self.assertIn(b">2<", read(self.path))
 
 
@@ -230,11 +230,12 @@ class Attacks(ServerTest):
     def test_token_is_exchanged_for_a_cookie(self):
         editor = self.start(logged_in=False)
         reply = editor.log_in()
-        self.assertEqual((reply.status, reply.fields["location"]), (303, "/"))
+        self.assertEqual(reply.status, 303)
+        self.assertRegex(editor.folder, r"^/[0-9A-F]{64}/$")
         self.assertRegex(reply.fields["set-cookie"],
-                         rf"^mox-xml-{editor.port}=[0-9A-F]{{64}}; Path=/; HttpOnly; SameSite=Strict$")
-        self.assertNotIn(editor.cookie.split("=")[1], editor.address)
-        self.assertEqual(editor.request("GET", "/").status, 200)
+                         rf"^mox-xml=[0-9A-F]{{64}}; Path={editor.folder}; HttpOnly; SameSite=Strict$")
+        self.assertEqual(len({editor.cookie.split("=")[1], editor.folder.strip("/"), editor.target.split("=")[1]}), 3)
+        self.assertEqual(editor.get("").status, 200)
 
     def test_token_is_valid_once(self):
         editor = self.start()
@@ -248,7 +249,7 @@ class Attacks(ServerTest):
                        editor.target.lower(), editor.target + "&a=b"]:
             if target != editor.target:
                 self.assert_refused(editor.request("GET", target), 403)
-        self.assert_refused(editor.post(editor.target, {}), 405)
+        self.assert_refused(editor.request("POST", editor.target, b"{}"), 405)
         self.assertEqual(editor.log_in().status, 303)
 
     def test_nothing_without_the_cookie(self):
@@ -258,20 +259,21 @@ class Attacks(ServerTest):
         for cookie in [None, "", name, f"{name}=", f"{name}={value[:-1]}", f"{name}={value}0", f"other={value}",
                        f"x{name}={value}", f"{name}={value.lower()}{'' if value != value.lower() else 'x'}"]:
             editor.cookie = None
-            for target in ["/", "/document", "/open", "/none", "/../a.xml"]:
-                self.assert_refused(editor.request("GET", target, Cookie=cookie), 403)
-            for target in ["/preview", "/save", "/overwrite", "/rebase", "/end", "/active"]:
+            for target in ["", "document", "open", "none", "../a.xml"]:
+                self.assert_refused(editor.get(target, Cookie=cookie), 403)
+                self.assert_refused(editor.request("GET", "/" + target, Cookie=cookie), 403)
+            for target in ["preview", "save", "overwrite", "rebase", "end", "active"]:
                 self.assert_refused(editor.post(target, {"version": 1, "changes": SET_K}, Cookie=cookie), 403)
-        self.assertEqual(editor.request("GET", "/document", Cookie=f"a=b; {good}; c=d").status, 200)
+        self.assertEqual(editor.get("document", Cookie=f"a=b; {good}; c=d").status, 200)
         self.assertEqual(read(self.path), self.before)
 
     def test_other_hosts_are_refused(self):
         editor = self.start()
         for host in [None, "", "evil.example", f"evil.example:{editor.port}", "127.0.0.1", f"localhost:{editor.port}",
                      f"127.0.0.1:{editor.port + 1}", f"127.0.0.1:{editor.port}.evil.example", f"[::1]:{editor.port}"]:
-            self.assert_refused(editor.request("GET", "/document", Host=host), 421)
+            self.assert_refused(editor.get("document", Host=host), 421)
             self.assert_refused(editor.request("GET", editor.target, Host=host), 421)
-            self.assert_refused(editor.post("/save", {"version": 1, "changes": SET_K}, Host=host), 421)
+            self.assert_refused(editor.post("save", {"version": 1, "changes": SET_K}, Host=host), 421)
         two = f"GET / HTTP/1.1\r\nHost: {editor.host}\r\nHost: evil.example\r\nCookie: {editor.cookie}\r\n\r\n"
         self.assertNotIn(b" 200 ", editor.raw(two.encode()))
         self.assertEqual(read(self.path), self.before)
@@ -281,10 +283,10 @@ class Attacks(ServerTest):
         for origin in [None, "", "null", "http://evil.example", "http://127.0.0.1", f"https://{editor.host}",
                        f"http://localhost:{editor.port}", f"http://127.0.0.1:{editor.port + 1}", editor.origin + "/",
                        f"{editor.origin}, http://evil.example"]:
-            for target in ["/save", "/preview", "/end"]:
+            for target in ["save", "preview", "end"]:
                 self.assert_refused(editor.post(target, {"version": 1, "changes": SET_K}, Origin=origin), 403)
             if origin is not None:
-                self.assert_refused(editor.request("GET", "/document", Origin=origin), 403)
+                self.assert_refused(editor.get("document", Origin=origin), 403)
         self.assertEqual(read(self.path), self.before)
 
     def test_only_json_posts_change_anything(self):
@@ -292,11 +294,12 @@ class Attacks(ServerTest):
         call = {"version": 1, "changes": SET_K}
         for kind in [None, "text/plain", "application/x-www-form-urlencoded", "multipart/form-data",
                      "application/json; charset=utf-8", "application/jsonx"]:
-            self.assert_refused(editor.post("/save", call, Content_Type=kind), 415)
+            self.assert_refused(editor.post("save", call, Content_Type=kind), 415)
         for method in ["GET", "PUT", "DELETE", "PATCH", "OPTIONS", "TRACE", "CONNECT", "FOO"]:
-            self.assert_refused(editor.request(method, "/save", json.dumps(call).encode(), Origin=editor.origin), 405)
-        self.assertEqual(editor.request("HEAD", "/").status, 405)
-        self.assert_refused(editor.post("/document", {}), 405)
+            self.assert_refused(editor.request(method, editor.folder + "save", json.dumps(call).encode(),
+                                               Origin=editor.origin), 405)
+        self.assertEqual(editor.request("HEAD", editor.folder).status, 405)
+        self.assert_refused(editor.post("document", {}), 405)
         self.assertEqual(read(self.path), self.before)
 
     def test_malformed_calls_are_refused(self):
@@ -306,20 +309,25 @@ class Attacks(ServerTest):
                      b'{"version": 1, "changes": [{}]}', b'{"version": 1, "changes": [{"section": 1}]}',
                      b'{"version": 1, "changes": [], "backup": 1}', b"\xff\xfe", b"{}{}", b'{"version": 1e99}',
                      b'{"version": 1, "changes": ' + b"[" * 100000 + b"]" * 100000 + b"}", b"[" * 1000000]:
-            self.assert_refused(editor.request("POST", "/save", body), 400)
+            self.assert_refused(editor.request("POST", editor.folder + "save", body), 400)
         self.assertEqual(read(self.path), self.before)
 
     def test_no_other_path_is_read_or_written(self):
         secret = os.path.join(self.folder, "secret.xml")
         write(secret, b"secret")
         editor = self.start()
-        for target in ["/secret.xml", "/../secret.xml", "/..%2fsecret.xml", "/%2e%2e/secret.xml", "//secret.xml",
-                       secret, "file://" + secret, f"http://{editor.host}/document", "/document?file=secret.xml",
-                       "/document/", "/./document", "*", "/favicon.ico", "/document#a", "/\\..\\secret.xml"]:
+        for target in ["secret.xml", "../secret.xml", "..%2fsecret.xml", "%2e%2e/secret.xml", "/secret.xml",
+                       "document?file=secret.xml", "document/", "./document", "favicon.ico", "document#a",
+                       "\\..\\secret.xml"]:
+            self.assert_refused(editor.get(target), 404)
+        for target in [secret, "file://" + secret, f"http://{editor.host}{editor.folder}document", "*", "/",
+                       "/document", "/open", editor.folder[:-1], editor.folder.lower() + "x", "/" + editor.folder]:
             self.assert_refused(editor.request("GET", target), 404)
+        for target in ["/save", "/end", "/0/end"]:
+            self.assert_refused(editor.request("POST", target, b"{}"), 404)
         for extra in [{"file": secret}, {"path": secret}, {"FILE": "secret.xml"}]:
             call = {"version": 1, "changes": [{**SET_K[0], **extra}]}
-            self.assert_refused(editor.post("/save", call), 400)
+            self.assert_refused(editor.post("save", call), 400)
         self.assertEqual((read(secret), read(self.path)), (b"secret", self.before))
         self.assertEqual(sorted(os.listdir(self.folder)), ["a.xml", "secret.xml"])
 
@@ -329,16 +337,16 @@ class Attacks(ServerTest):
         self.assertIn(b" 431 ", editor.raw(f"GET {long_target} HTTP/1.1\r\nHost: {editor.host}\r\n\r\n".encode())[:20])
         many = "".join(f"X-{i}: y\r\n" for i in range(5000))
         self.assertIn(b" 431 ", editor.raw(f"GET / HTTP/1.1\r\nHost: {editor.host}\r\n{many}\r\n".encode())[:20])
-        head = f"POST /save HTTP/1.1\r\nHost: {editor.host}\r\nOrigin: {editor.origin}\r\nCookie: {editor.cookie}\r\n" \
-               "Content-Type: application/json\r\n"
+        head = f"POST {editor.folder}save HTTP/1.1\r\nHost: {editor.host}\r\nOrigin: {editor.origin}\r\n" \
+               f"Cookie: {editor.cookie}\r\nContent-Type: application/json\r\n"
         for length in [16 * 1024 * 1024 + 1, 10**12, 2**64 - 1]:
             reply = editor.raw(f"{head}Content-Length: {length}\r\n\r\n".encode())
             self.assertIn(b" 413 ", reply[:20])
         chunk = b"100000\r\n" + b" " * 0x100000 + b"\r\n"
         self.assertIn(b" 413 ", editor.raw(f"{head}Transfer-Encoding: chunked\r\n\r\n".encode() + chunk * 17, 120)[:20])
         many_changes = b'{"version": 1, "changes": [' + b",".join([b"{}"] * 200001) + b"]}"
-        self.assert_refused(editor.request("POST", "/save", many_changes), 400)
-        self.assertEqual(editor.request("GET", "/document").status, 200)
+        self.assert_refused(editor.request("POST", editor.folder + "save", many_changes), 400)
+        self.assertEqual(editor.get("document").status, 200)
         self.assertEqual(read(self.path), self.before)
 
     def test_malformed_requests_are_refused(self):
@@ -352,20 +360,20 @@ class Attacks(ServerTest):
             reply = editor.raw(f"GET / HTTP/1.1\r\n{field}\r\n{end}".encode())
             self.assertIn(b" 400 ", reply[:20], field)
         for chunk in ["zz\r\n", "-1\r\n", "fffffffffffffffff\r\n"]:
-            head = f"POST /save HTTP/1.1\r\nOrigin: {editor.origin}\r\nContent-Type: application/json\r\n" \
-                   "Transfer-Encoding: chunked\r\n"
+            head = f"POST {editor.folder}save HTTP/1.1\r\nOrigin: {editor.origin}\r\n" \
+                   "Content-Type: application/json\r\nTransfer-Encoding: chunked\r\n"
             self.assertIn(b" 400 ", editor.raw((head + end + chunk).encode())[:20], chunk)
-        self.assertEqual(editor.request("GET", "/document").status, 200)
+        self.assertEqual(editor.get("document").status, 200)
 
     def test_body_is_not_read_from_strangers(self):
         editor = self.start()
-        head = f"POST /save HTTP/1.1\r\nHost: {editor.host}\r\nOrigin: {editor.origin}\r\n" \
+        head = f"POST {editor.folder}save HTTP/1.1\r\nHost: {editor.host}\r\nOrigin: {editor.origin}\r\n" \
                "Content-Type: application/json\r\nContent-Length: 15000000\r\n\r\n"
         self.assertIn(b" 403 ", editor.raw(head.encode())[:20])  # although the body is not sent
 
     def test_second_request_on_a_connection_is_not_answered(self):
         editor = self.start()
-        one = f"GET /document HTTP/1.1\r\nHost: {editor.host}\r\nCookie: {editor.cookie}\r\n\r\n"
+        one = f"GET {editor.folder}document HTTP/1.1\r\nHost: {editor.host}\r\nCookie: {editor.cookie}\r\n\r\n"
         self.assertEqual(editor.raw((one * 3).encode()).count(b"HTTP/1.1 "), 1)
 
     def test_idle_connections_do_not_keep_others_out(self):
@@ -373,17 +381,17 @@ class Attacks(ServerTest):
         idle = [socket.create_connection(("127.0.0.1", editor.port)) for _ in range(20)]
         for connection in idle[:10]:
             connection.sendall(b"GET / HTTP/1.1\r\nHost: ")
-        self.assertEqual(editor.request("GET", "/document").status, 200)
+        self.assertEqual(editor.get("document").status, 200)
         more = [socket.create_connection(("127.0.0.1", editor.port)) for _ in range(40)]
         for connection in idle + more:
             connection.close()
         time.sleep(0.2)
-        self.assertEqual(editor.request("GET", "/document").status, 200)
+        self.assertEqual(editor.get("document").status, 200)
 
     def test_responses_are_neither_stored_nor_framed_nor_guessed(self):
         editor = self.start()
-        for reply in [editor.request("GET", "/"), editor.request("GET", "/document"), editor.request("GET", "/none"),
-                      editor.request("GET", "/", Host="evil.example"), editor.post("/active", {})]:
+        for reply in [editor.get(""), editor.get("document"), editor.get("none"), editor.get("", Host="evil.example"),
+                      editor.post("active", {})]:
             self.assertEqual(reply.fields["cache-control"], "no-store")
             self.assertEqual(reply.fields["x-content-type-options"], "nosniff")
             self.assertEqual(reply.fields["x-frame-options"], "DENY")
@@ -397,7 +405,7 @@ class Attacks(ServerTest):
             self.assertNotIn("access-control-allow-origin", reply.fields)
 
     def test_page_names_no_other_address(self):
-        page = self.start().request("GET", "/").body.decode()
+        page = self.start().get("").body.decode()
         self.assertNotIn("http:", page.replace("http://www.w3.org/", ""))
         self.assertNotIn("https:", page)
         self.assertNotIn("innerHTML", page)
@@ -410,7 +418,8 @@ class Ends(ServerTest):
 
     def open_page(self, editor):
         connection = socket.create_connection(("127.0.0.1", editor.port), timeout=20)
-        connection.sendall(f"GET /open HTTP/1.1\r\nHost: {editor.host}\r\nCookie: {editor.cookie}\r\n\r\n".encode())
+        connection.sendall((f"GET {editor.folder}open HTTP/1.1\r\nHost: {editor.host}\r\n"
+                            f"Cookie: {editor.cookie}\r\n\r\n").encode())
         self.assertIn(b" 200 ", connection.recv(4096)[:20])
         return connection
 
@@ -424,13 +433,13 @@ class Ends(ServerTest):
         self.open_page(editor).close()
         again = self.open_page(editor)
         time.sleep(4)
-        self.assertEqual(editor.request("GET", "/document").status, 200)
+        self.assertEqual(editor.get("document").status, 200)
         again.close()
         self.assertEqual(self.wait(editor), (0, ""))
 
     def test_when_the_page_asks_for_it(self):
         editor = self.start()
-        self.assertEqual(editor.post("/end", {}).status, 204)
+        self.assertEqual(editor.post("end", {}).status, 204)
         self.assertEqual(self.wait(editor), (0, ""))
 
     @unittest.skipUnless(RUNNER, "for files that are dropped on a program of Windows")

@@ -38,7 +38,7 @@ void WriteAddress(const EditorArguments& arguments, const std::string& address) 
 void RunEdit(const EditorArguments& arguments, Output& output) {
     EditorSession session(arguments.session);
     HttpServer server;
-    EditorSite site(session, server.Port(), RandomSecret(), RandomSecret());
+    EditorSite site(session, server.Port(), {RandomSecret(), RandomSecret(), RandomSecret()});
     WriteAddress(arguments, site.Address());
     if (server.Run(site, std::chrono::minutes(arguments.idleMinutes)) == ServerEnd::Idle)
         output.PrintMessage(session.Path() + ": nobody used the page for " +

@@ -11,16 +11,20 @@
 namespace mox::tool {
 namespace {
 
+using CallJson = nlohmann::json;
+
 constexpr const char* kTokenTarget = "/?token=";
 
-// Targets and the methods that they take.
+constexpr const char* kCookieName = "mox-xml";
+
+// What is in the folder, and the methods that it takes.
 struct SiteTarget {
-    const char* path;
+    const char* name;
     const char* method;
 };
-constexpr SiteTarget kSiteTargets[] = {{"/", "GET"},        {"/document", "GET"},   {"/open", "GET"},
-                                       {"/active", "POST"}, {"/preview", "POST"},   {"/save", "POST"},
-                                       {"/rebase", "POST"}, {"/overwrite", "POST"}, {"/end", "POST"}};
+constexpr SiteTarget kSiteTargets[] = {{"", "GET"},        {"document", "GET"},   {"open", "GET"},
+                                       {"active", "POST"}, {"preview", "POST"},   {"save", "POST"},
+                                       {"rebase", "POST"}, {"overwrite", "POST"}, {"end", "POST"}};
 
 bool IsTokenTarget(const std::string& target) {
     return target.rfind(kTokenTarget, 0) == 0;
@@ -69,31 +73,31 @@ int StatusOf(ExitCode code) {
 
 // Throws ExitError (kSyntaxError) unless the text is a JSON object. Code that takes JSON apart may recurse on its
 // depth.
-Json ReadCall(const std::string& text) {
+CallJson ReadCall(const std::string& text) {
     if (IsDeepJson(text)) throw ExitError(ExitCode::kSyntaxError, kTooDeepJson);
-    Json call = Json::parse(text, nullptr, false);
+    CallJson call = CallJson::parse(text, nullptr, false);
     if (!call.is_object()) throw ExitError(ExitCode::kSyntaxError, "expected a JSON object");
     return call;
 }
 
-std::uint64_t VersionIn(const Json& call) {
+std::uint64_t VersionIn(const CallJson& call) {
     const auto found = call.find("version");
     if (found == call.end() || !found->is_number_unsigned())
         throw ExitError(ExitCode::kSyntaxError, "\"version\" is not a number");
     return found->get<std::uint64_t>();
 }
 
-std::vector<RequestedChange> ChangesIn(const Json& call) {
+std::vector<RequestedChange> ChangesIn(const CallJson& call) {
     const auto found = call.find("changes");
     if (found == call.end() || !found->is_array())
         throw ExitError(ExitCode::kSyntaxError, "\"changes\" is not a list");
     if (found->size() > kMostChanges)
         throw ExitError(ExitCode::kSyntaxError,
                         "more than " + std::to_string(kMostChanges) + " changes at once");
-    return ReadChanges("changes", found->dump());
+    return ChangesFromJson("changes", *found);
 }
 
-bool FlagIn(const Json& call, const char* name) {
+bool FlagIn(const CallJson& call, const char* name) {
     const auto found = call.find(name);
     if (found == call.end()) return false;
     if (!found->is_boolean())
@@ -121,15 +125,14 @@ std::optional<std::string> HttpRequest::Field(const std::string& name) const {
     return value;
 }
 
-EditorSite::EditorSite(EditorSession& session, std::uint16_t port, std::string token, std::string cookie)
+EditorSite::EditorSite(EditorSession& session, std::uint16_t port, SiteSecrets secrets)
     : session_(session),
       host_("127.0.0.1:" + std::to_string(port)),
-      token_(std::move(token)),
-      cookie_(std::move(cookie)),
-      cookieName_("mox-xml-" + std::to_string(port)) {}  // cookies are shared by all ports of a host
+      secrets_(std::move(secrets)),
+      folder_("/" + secrets_.folder + "/") {}
 
 std::string EditorSite::Address() const {
-    return "http://" + host_ + kTokenTarget + token_;
+    return "http://" + host_ + kTokenTarget + secrets_.token;
 }
 
 HttpResponse EditorSite::Error(int status, const std::string& message) {
@@ -137,12 +140,12 @@ HttpResponse EditorSite::Error(int status, const std::string& message) {
 }
 
 bool EditorSite::HasCookie(const HttpRequest& request) const {
-    const std::string wanted = cookieName_ + "=";
-    std::string cookies = request.Field("cookie").value_or("");
+    const std::string wanted = std::string(kCookieName) + "=";
+    const std::string cookies = request.Field("cookie").value_or("");
     for (std::size_t at = 0; at < cookies.size();) {
-        std::size_t end = std::min(cookies.find(';', at), cookies.size());
+        const std::size_t end = std::min(cookies.find(';', at), cookies.size());
         if (cookies.compare(at, wanted.size(), wanted) == 0 &&
-            IsSameSecret(cookies.substr(at + wanted.size(), end - at - wanted.size()), cookie_))
+            IsSameSecret(cookies.substr(at + wanted.size(), end - at - wanted.size()), secrets_.cookie))
             return true;
         at = end + 1;
         while (at < cookies.size() && cookies[at] == ' ')
@@ -159,8 +162,9 @@ std::optional<HttpResponse> EditorSite::Refuse(const HttpRequest& request) const
     if ((hasOrigin || isPost) && request.Field("origin") != "http://" + host_)
         return Error(403, "the request comes from another page");
     if (!isPost && request.method != "GET") return Error(405, "only GET and POST are answered");
-    const auto target = std::find_if(std::begin(kSiteTargets), std::end(kSiteTargets),
-                                     [&](const SiteTarget& known) { return request.target == known.path; });
+    const auto target =
+        std::find_if(std::begin(kSiteTargets), std::end(kSiteTargets),
+                     [&](const SiteTarget& known) { return request.target == folder_ + known.name; });
     if (IsTokenTarget(request.target)) {
         if (isPost) return Error(405, "the address is for GET");
         return std::nullopt;
@@ -177,30 +181,34 @@ std::optional<HttpResponse> EditorSite::Refuse(const HttpRequest& request) const
 }
 
 HttpResponse EditorSite::Exchange(const std::string& token) {
-    if (token_.empty() || !IsSameSecret(token, token_))
+    if (secrets_.token.empty() || !IsSameSecret(token, secrets_.token))
         return Error(403, "the address is valid once, and was used or is wrong: start mox-xml again");
-    token_.clear();
+    secrets_.token.clear();
     HttpResponse response = MakeResponse(303, "", "");
-    response.fields.emplace_back("Location", "/");
-    response.fields.emplace_back("Set-Cookie",
-                                 cookieName_ + "=" + cookie_ + "; Path=/; HttpOnly; SameSite=Strict");
+    response.fields.emplace_back("Location", folder_);
+    response.fields.emplace_back("Set-Cookie", std::string(kCookieName) + "=" + secrets_.cookie +
+                                                   "; Path=" + folder_ + "; HttpOnly; SameSite=Strict");
     return response;
 }
 
 HttpResponse EditorSite::Answer(const HttpRequest& request) {
-    const std::string& target = request.target;
-    if (IsTokenTarget(target)) return Exchange(target.substr(std::string(kTokenTarget).size()));
-    if (target == "/") return MakeResponse(200, "text/html; charset=utf-8", PageText(PageUse::Served));
-    if (target == "/open") {
+    if (IsTokenTarget(request.target))
+        return Exchange(request.target.substr(std::string(kTokenTarget).size()));
+    const std::string target = request.target.substr(folder_.size());
+    if (target.empty()) return MakeResponse(200, "text/html; charset=utf-8", PageText(PageUse::Served));
+    if (target == "open") {
         HttpResponse response = MakeResponse(200, "text/event-stream", "");
         response.isOpenPage = true;
         return response;
     }
+    HttpResponse response = AnswerInFolder(target, request.body);
+    response.isActivity = true;
+    return response;
+}
+
+HttpResponse EditorSite::AnswerInFolder(const std::string& target, const std::string& body) {
     try {
-        HttpResponse response =
-            target == "/document" ? JsonResponse(200, session_.Form()) : AnswerPost(request);
-        response.isActivity = true;
-        return response;
+        return target == "document" ? JsonResponse(200, session_.Form()) : AnswerPost(target, body);
     } catch (const ExitError& error) {
         return Error(StatusOf(error.Code()), error.what());
     } catch (const std::bad_alloc&) {
@@ -212,25 +220,25 @@ HttpResponse EditorSite::Answer(const HttpRequest& request) {
     }
 }
 
-HttpResponse EditorSite::AnswerPost(const HttpRequest& request) {
-    const Json call = ReadCall(request.body);
-    if (request.target == "/active") return MakeResponse(204, "", "");
-    if (request.target == "/end") {
+HttpResponse EditorSite::AnswerPost(const std::string& target, const std::string& body) {
+    const CallJson call = ReadCall(body);
+    if (target == "active") return MakeResponse(204, "", "");
+    if (target == "end") {
         HttpResponse response = MakeResponse(204, "", "");
         response.isEnd = true;
         return response;
     }
-    return JsonResponse(200, AnswerCall(request.target, call));
+    return JsonResponse(200, AnswerCall(target, call));
 }
 
-Json EditorSite::AnswerCall(const std::string& target, const Json& call) {
+Json EditorSite::AnswerCall(const std::string& target, const CallJson& call) {
     const std::uint64_t version = VersionIn(call);
-    if (target == "/rebase") return session_.Rebase(version);
+    if (target == "rebase") return session_.Rebase(version);
     const std::vector<RequestedChange> changes = ChangesIn(call);
-    if (target == "/preview") return session_.Preview(version, changes);
+    if (target == "preview") return session_.Preview(version, changes);
     const bool withBackup = FlagIn(call, "backup");
-    return target == "/save" ? session_.Save(version, changes, withBackup)
-                             : session_.Overwrite(version, changes, withBackup);
+    return target == "save" ? session_.Save(version, changes, withBackup)
+                            : session_.Overwrite(version, changes, withBackup);
 }
 
 }  // namespace mox::tool

@@ -2,8 +2,10 @@
 // responses, and lets in nobody but the page that it has given out itself.
 //
 // The first address holds a random token that is valid once. It is exchanged for a cookie, which all other requests
-// need. Requests that name another host are refused, so that a foreign name that leads to this machine is of no use,
-// and so are requests from pages of another origin. Only POST requests with JSON change anything.
+// need. Browsers send a cookie to all ports of a host, so everything else is in a folder with a random name, and the
+// cookie is for that folder: other servers of this machine do not get it. Requests that name another host are refused,
+// so that a foreign name that leads to this machine is of no use, and so are requests from pages of another origin.
+// Only POST requests with JSON change anything.
 #ifndef MOX_XMLAPI_TOOLS_EDIT_EDITOR_SITE_H
 #define MOX_XMLAPI_TOOLS_EDIT_EDITOR_SITE_H
 
@@ -26,7 +28,7 @@ inline constexpr std::size_t kMostChanges = 200000;
 
 struct HttpRequest {
     std::string method{};
-    std::string target{};                                       // "/save"
+    std::string target{};                                       // "/0A1B/save"
     std::vector<std::pair<std::string, std::string>> fields{};  // the names in lower case
     std::string body{};
 
@@ -43,10 +45,17 @@ struct HttpResponse {
     bool isActivity = false;  // somebody works with the page
 };
 
+// Random texts of the system's generator, of letters and digits.
+struct SiteSecrets {
+    std::string token{};
+    std::string cookie{};
+    std::string folder{};
+};
+
 class EditorSite {
   public:
-    // `session` must outlive this object. `token` and `cookie` are random texts of the system's generator.
-    EditorSite(EditorSession& session, std::uint16_t port, std::string token, std::string cookie);
+    // `session` must outlive this object.
+    EditorSite(EditorSession& session, std::uint16_t port, SiteSecrets secrets);
 
     // The first address, with the token: "http://127.0.0.1:1234/?token=..."
     std::string Address() const;
@@ -64,14 +73,14 @@ class EditorSite {
   private:
     bool HasCookie(const HttpRequest& request) const;
     HttpResponse Exchange(const std::string& token);
-    HttpResponse AnswerPost(const HttpRequest& request);
-    Json AnswerCall(const std::string& target, const Json& call);
+    HttpResponse AnswerInFolder(const std::string& target, const std::string& body);
+    HttpResponse AnswerPost(const std::string& target, const std::string& body);
+    Json AnswerCall(const std::string& target, const nlohmann::json& call);
 
     EditorSession& session_;
     std::string host_;
-    std::string token_;  // empty once it was used
-    std::string cookie_;
-    std::string cookieName_;
+    SiteSecrets secrets_;  // the token is empty once it was used
+    std::string folder_;   // "/0A1B/"
 };
 
 // Whether both texts are the same, in a time that does not tell where they differ.

@@ -623,6 +623,9 @@ async function call(target, body) {
   const options = body === undefined ? {} : {
     method: "POST", headers: {"Content-Type": "application/json"}, body: JSON.stringify(body)};
   let response;
+const kUnsure = "The editor has ended before it said whether it has saved your changes. Look at the file.";
+
+// The targets are relative to the folder of the page.
   try {
     response = await fetch(target, {...options, credentials: "same-origin", cache: "no-store"});
   } catch (error) {
@@ -723,7 +726,7 @@ async function startSaving() {
   alertUser("");
   try {
     const asked = {version: form.version, changes: changes()};
-    const preview = await callAlone("/preview", asked);
+    const preview = await callAlone("preview", asked);
     previewed = asked;
     const tables = [differenceTable(counted(preview.asked.length, "change", "changes"), preview.asked)];
     if (preview.besides.length)
@@ -748,7 +751,7 @@ function showRefusal(error) {
 
 async function confirmSaving() {
   try {
-    takeAnswer(await callAlone("/save", {...previewed, backup: $("backup").checked}));
+    takeAnswer(await callAlone("save", {...previewed, backup: $("backup").checked}));
   } catch (error) {
     $("savingError").textContent = shown(error.message, 2000);
   }
@@ -849,7 +852,7 @@ async function confirmConflict() {
   const {conflict, choices} = pending;
   try {
     if (conflict.unreadable) {
-      const answer = await callAlone("/overwrite",
+      const answer = await callAlone("overwrite",
         {version: conflict.version, changes: changes(), backup: $("backup").checked});
       $("conflict").close();
       return takeAnswer(answer);
@@ -857,7 +860,7 @@ async function confirmConflict() {
     const kept = [...edits].filter(([entry]) => choices.get(entry) !== "theirs")
       .map(([entry, text]) => ({section: entry.section.name, name: entry.name, text,
         change: changes([[entry, text]])[0]}));
-    const data = await callAlone("/rebase", {version: conflict.version});
+    const data = await callAlone("rebase", {version: conflict.version});
     $("conflict").close();
     past = [];
     future = [];
@@ -889,7 +892,7 @@ function fillAll() {
 }
 
 function connect() {
-  const open = new EventSource("/open");  // by which the editor knows that the page is open
+  const open = new EventSource("open");  // by which the editor knows that the page is open
   open.addEventListener("error", () => {
     open.close();
     lose();
@@ -903,7 +906,7 @@ function bind() {
   $("end").addEventListener("click", async () => {
     if (edits.size && !window.confirm("End the editor without saving the changes?")) return;
     edits = new Map();
-    await call("/end", {}).catch(() => {});
+    await call("end", {}).catch(() => {});
     list();
     refreshState();
     lose();
@@ -965,6 +968,6 @@ if (embedded) {
 } else {
   // First: the editor ends soon after a page was closed unless another one is open, and a large document takes long.
   connect();
-  call("/document").then(start).catch((error) => { if (!isLost) alertUser(error.message); });
+  call("document").then(start).catch((error) => { if (!isLost) alertUser(error.message); });
 }
 })();
