@@ -449,6 +449,29 @@ class Ends(ServerTest):
         self.addCleanup(editor.__exit__)
         self.assertEqual(editor.log_in().status, 303)
         self.assertEqual(editor.form()["file"], "a.xml")
+    @unittest.skipIf(RUNNER, "for systems with xdg-open")
+    def test_address_is_told_if_no_browser_opens(self):
+        tools = os.path.join(self.folder, "tools")
+        os.mkdir(tools)
+        editor = Editor(self.path, arguments=["edit", self.path], PATH=tools)  # which has no xdg-open
+        self.addCleanup(editor.__exit__)
+        self.assertEqual(editor.log_in().status, 303)
+        for program in ["exit 3", 'echo "$1" > "$0.address"']:
+            write(os.path.join(tools, "xdg-open"), f"#!/bin/sh\n{program}\n".encode())
+            os.chmod(os.path.join(tools, "xdg-open"), 0o755)
+            process = subprocess.Popen(command("edit", self.path), env={**os.environ, "PATH": tools},
+                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+            message = process.stderr.readline()
+            process.kill()
+            self.assertEqual(process.communicate(timeout=20), ("", ""))
+            self.assertRegex(message, r"a\.xml: opening the browser; if it does not come up, use "
+                                      r"http://127\.0\.0\.1:\d+/\?token=[0-9A-F]{64} \(Ctrl-C ends the editor\)\n$")
+        given = os.path.join(tools, "xdg-open.address")
+        deadline = time.monotonic() + 10
+        while not (os.path.exists(given) and read(given)) and time.monotonic() < deadline:
+            time.sleep(0.02)
+        self.assertIn(f" {read(given).decode().strip()} ", message)
+
 
     @unittest.skipIf(RUNNER, "signals are sent to programs of this system")
     def test_on_ctrl_c(self):

@@ -31,7 +31,8 @@ void WriteAddress(const EditorArguments& arguments, const std::string& address) 
         throw ExitError(ExitCode::kIoError, "cannot write the address to stdout");
     }
     Output note(false);
-    note.PrintMessage(arguments.session.file.path + ": opened in the browser; Ctrl-C ends the editor");
+    note.PrintMessage(arguments.session.file.path + ": opening the browser; if it does not come up, use " +
+                      address + " (Ctrl-C ends the editor)");
     static_cast<void>(WriteStandardStreams("", note.Messages()));
 }
 
