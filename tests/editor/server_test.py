@@ -371,6 +371,18 @@ class Attacks(ServerTest):
                "Content-Type: application/json\r\nContent-Length: 15000000\r\n\r\n"
         self.assertIn(b" 403 ", editor.raw(head.encode())[:20])  # although the body is not sent
 
+    def test_body_is_read_of_posts_only(self):
+        editor = self.start()
+        for target in [editor.folder + "document", editor.folder + "open", "/?token=" + "0" * 64]:
+            head = f"GET {target} HTTP/1.1\r\nHost: {editor.host}\r\nCookie: {editor.cookie}\r\n"
+            for rest in ["Content-Length: 1", "Content-Length: 15000000", "Transfer-Encoding: chunked\r\n\r\n1",
+                         "Transfer-Encoding: chunked\r\n\r\ne00000"]:
+                # The body itself is not sent.
+                self.assertIn(b" 413 ", editor.raw(f"{head}{rest}\r\n\r\n".encode())[:20], rest)
+        for rest in ["Content-Length: 0\r\n\r\n", "Transfer-Encoding: chunked\r\n\r\n0\r\n\r\n"]:
+            head = f"GET {editor.folder}document HTTP/1.1\r\nHost: {editor.host}\r\nCookie: {editor.cookie}\r\n"
+            self.assertIn(b" 200 ", editor.raw((head + rest).encode())[:20], rest)
+
     def test_second_request_on_a_connection_is_not_answered(self):
         editor = self.start()
         one = f"GET {editor.folder}document HTTP/1.1\r\nHost: {editor.host}\r\nCookie: {editor.cookie}\r\n\r\n"
@@ -437,18 +449,6 @@ class Ends(ServerTest):
         again.close()
         self.assertEqual(self.wait(editor), (0, ""))
 
-    def test_when_the_page_asks_for_it(self):
-        editor = self.start()
-        self.assertEqual(editor.post("end", {}).status, 204)
-        self.assertEqual(self.wait(editor), (0, ""))
-
-    @unittest.skipUnless(RUNNER, "for files that are dropped on a program of Windows")
-    def test_dropped_file_opens_the_editor(self):
-        # Without Wine's own way to a browser, the address is printed.
-        editor = Editor(self.path, arguments=[DRIVE + self.path], WINEDLLOVERRIDES="mscoree,mshtml,winebrowser.exe=")
-        self.addCleanup(editor.__exit__)
-        self.assertEqual(editor.log_in().status, 303)
-        self.assertEqual(editor.form()["file"], "a.xml")
     @unittest.skipIf(RUNNER, "for systems with xdg-open")
     def test_address_is_told_if_no_browser_opens(self):
         tools = os.path.join(self.folder, "tools")
@@ -472,6 +472,18 @@ class Ends(ServerTest):
             time.sleep(0.02)
         self.assertIn(f" {read(given).decode().strip()} ", message)
 
+    def test_when_the_page_asks_for_it(self):
+        editor = self.start()
+        self.assertEqual(editor.post("end", {}).status, 204)
+        self.assertEqual(self.wait(editor), (0, ""))
+
+    @unittest.skipUnless(RUNNER, "for files that are dropped on a program of Windows")
+    def test_dropped_file_opens_the_editor(self):
+        # Without Wine's own way to a browser, the address is printed.
+        editor = Editor(self.path, arguments=[DRIVE + self.path], WINEDLLOVERRIDES="mscoree,mshtml,winebrowser.exe=")
+        self.addCleanup(editor.__exit__)
+        self.assertEqual(editor.log_in().status, 303)
+        self.assertEqual(editor.form()["file"], "a.xml")
 
     @unittest.skipIf(RUNNER, "signals are sent to programs of this system")
     def test_on_ctrl_c(self):

@@ -41,7 +41,9 @@ void RunEdit(const EditorArguments& arguments, Output& output) {
     HttpServer server;
     EditorSite site(session, server.Port(), {RandomSecret(), RandomSecret(), RandomSecret()});
     WriteAddress(arguments, site.Address());
-    if (server.Run(site, std::chrono::minutes(arguments.idleMinutes)) == ServerEnd::Idle)
+    ServerPatience patience;
+    patience.idle = std::chrono::minutes(arguments.idleMinutes);
+    if (server.Run(site, patience) == ServerEnd::Idle)
         output.PrintMessage(session.Path() + ": nobody used the page for " +
                             std::to_string(arguments.idleMinutes) + " minutes");
 }

@@ -24,10 +24,7 @@ using boost::system::error_code;
 
 constexpr std::size_t kMostConnections = 32;
 constexpr std::size_t kMostBuffered = 65536;
-constexpr std::chrono::seconds kHeadPatience{10};
-constexpr std::chrono::seconds kBodyPatience{60};
-// A page that is loaded again is closed first.
-constexpr std::chrono::seconds kReloadPatience{3};
+constexpr std::chrono::milliseconds kRetryPeriod{100};
 
 std::string LowerCase(std::string text) {
     for (char& letter : text) {
@@ -48,12 +45,13 @@ HttpRequest HeadOf(const http::request_header<>& head) {
 // Counts the connections and pages of one server, and decides when it ends.
 class ServerState {
   public:
-    ServerState(asio::io_context& context, EditorSite& site, std::chrono::minutes idle)
-        : site_(site), context_(context), idleTimer_(context), closeTimer_(context), idle_(idle) {
+    ServerState(asio::io_context& context, EditorSite& site, const ServerPatience& patience)
+        : site_(site), context_(context), idleTimer_(context), closeTimer_(context), patience_(patience) {
         RestartIdle();
     }
 
     EditorSite& Site() noexcept { return site_; }
+    const ServerPatience& Patience() const noexcept { return patience_; }
     ServerEnd Result() const noexcept { return end_; }
 
     void End(ServerEnd why) {
@@ -63,7 +61,7 @@ class ServerState {
     }
 
     void RestartIdle() {
-        idleTimer_.expires_after(idle_);
+        idleTimer_.expires_after(patience_.idle);
         idleTimer_.async_wait([this](error_code error) {
             if (!error) End(ServerEnd::Idle);
         });
@@ -76,7 +74,7 @@ class ServerState {
 
     void PageClosed() {
         if (--openPages_ > 0 || isEnded_) return;
-        closeTimer_.expires_after(kReloadPatience);
+        closeTimer_.expires_after(patience_.reload);
         closeTimer_.async_wait([this](error_code error) {
             if (!error && openPages_ == 0) End(ServerEnd::PageClosed);
         });
@@ -89,7 +87,7 @@ class ServerState {
     asio::io_context& context_;
     asio::steady_timer idleTimer_;
     asio::steady_timer closeTimer_;
-    std::chrono::minutes idle_;
+    ServerPatience patience_;
     std::size_t openPages_ = 0;
     ServerEnd end_ = ServerEnd::Signal;
     bool isEnded_ = false;
@@ -112,7 +110,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
     Connection& operator=(const Connection&) = delete;
 
     void Start() {
-        stream_.expires_after(kHeadPatience);
+        stream_.expires_after(state_->Patience().head);
         http::async_read_header(stream_, buffer_, parser_,
                                 [self = shared_from_this()](error_code error, std::size_t) {
                                     self->Guarded([&] { self->HeadRead(error); });
@@ -139,9 +137,11 @@ class Connection : public std::enable_shared_from_this<Connection> {
         request_ = HeadOf(parser_.get().base());
         if (std::optional<HttpResponse> refusal = state_->Site().Refuse(request_))
             return Send(*std::move(refusal));
-        if (parser_.content_length().has_value() && *parser_.content_length() > kLargestBody)
+        const std::uint64_t mostBody = request_.method == "POST" ? kLargestBody : 0;
+        if (parser_.content_length().value_or(0) > mostBody)
             return Send(EditorSite::Error(413, "the request is too long"));
-        stream_.expires_after(kBodyPatience);
+        parser_.body_limit(mostBody);  // of chunks
+        stream_.expires_after(state_->Patience().body);
         http::async_read(stream_, buffer_, parser_,
                          [self = shared_from_this()](error_code bodyError, std::size_t) {
                              self->Guarded([&] { self->BodyRead(bodyError); });
@@ -184,7 +184,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
         } else {
             response_.prepare_payload();
         }
-        stream_.expires_after(kBodyPatience);
+        stream_.expires_after(state_->Patience().body);
         http::async_write(stream_, response_, [self = shared_from_this()](error_code error, std::size_t) {
             self->Guarded([&] { self->Sent(error); });
         });
@@ -199,7 +199,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
             // The client may still be sending: it would not see the response if the connection were reset.
             error_code ignored;
             stream_.socket().shutdown(asio::ip::tcp::socket::shutdown_send, ignored);
-            stream_.expires_after(std::chrono::seconds(2));
+            stream_.expires_after(state_->Patience().close);
         }
         Drain();
     }
@@ -227,7 +227,7 @@ class Connection : public std::enable_shared_from_this<Connection> {
 
 class HttpServer::Listener {
   public:
-    Listener() : acceptor_(context_) {
+    Listener() : acceptor_(context_), retryTimer_(context_) {
         const asio::ip::tcp::endpoint here(asio::ip::address_v4::loopback(), 0);
         acceptor_.open(here.protocol());
 #if defined(_WIN32)
@@ -242,8 +242,8 @@ class HttpServer::Listener {
         return acceptor_.local_endpoint().port();
     }
 
-    ServerEnd Run(EditorSite& site, std::chrono::minutes idle) {
-        const auto state = std::make_shared<ServerState>(context_, site, idle);
+    ServerEnd Run(EditorSite& site, const ServerPatience& patience) {
+        const auto state = std::make_shared<ServerState>(context_, site, patience);
         asio::signal_set signals(context_, SIGINT, SIGTERM);
         signals.async_wait([&state](error_code error, int) {
             if (!error) state->End(ServerEnd::Signal);
@@ -257,8 +257,9 @@ class HttpServer::Listener {
     void Accept(const std::shared_ptr<ServerState>& state) {
         acceptor_.async_accept([this, state](error_code error, asio::ip::tcp::socket socket) {
             if (error == asio::error::operation_aborted) return;
+            if (error) return AcceptLater(state);
             // One too many is closed at once.
-            if (!error && state->connections < kMostConnections) {
+            if (state->connections < kMostConnections) {
                 try {
                     std::make_shared<Connection>(std::move(socket), state)->Start();
                 } catch (const std::exception&) {
@@ -269,8 +270,17 @@ class HttpServer::Listener {
         });
     }
 
+    // The connection is still waiting, so the same error would come again at once: too many open files, for example.
+    void AcceptLater(const std::shared_ptr<ServerState>& state) {
+        retryTimer_.expires_after(kRetryPeriod);
+        retryTimer_.async_wait([this, state](error_code error) {
+            if (!error) Accept(state);
+        });
+    }
+
     asio::io_context context_{1};
     asio::ip::tcp::acceptor acceptor_;
+    asio::steady_timer retryTimer_;
 };
 
 HttpServer::HttpServer() {
@@ -287,8 +297,8 @@ std::uint16_t HttpServer::Port() const noexcept {
     return listener_->Port();
 }
 
-ServerEnd HttpServer::Run(EditorSite& site, std::chrono::minutes idle) {
-    return listener_->Run(site, idle);
+ServerEnd HttpServer::Run(EditorSite& site, const ServerPatience& patience) {
+    return listener_->Run(site, patience);
 }
 
 }  // namespace mox::tool

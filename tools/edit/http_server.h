@@ -13,6 +13,17 @@ namespace mox::tool {
 // Why a server has ended.
 enum class ServerEnd { PageClosed, PageRequest, Idle, Signal };
 
+// How long a server waits.
+struct ServerPatience {
+    std::chrono::milliseconds idle = std::chrono::hours(1);     // for somebody to work with the page
+    std::chrono::milliseconds head = std::chrono::seconds(10);  // for the head of a request
+    std::chrono::milliseconds body =
+        std::chrono::seconds(60);  // for its body; for the client to take the response
+    std::chrono::milliseconds close = std::chrono::seconds(2);  // for the client to close the connection
+    std::chrono::milliseconds reload =
+        std::chrono::seconds(3);  // for a page that was closed to be loaded again
+};
+
 class HttpServer {
   public:
     // Listens on a free port. Throws ExitError (kIoError) if the system refuses.
@@ -23,9 +34,9 @@ class HttpServer {
 
     std::uint16_t Port() const noexcept;
 
-    // Answers requests, all in this thread, until the last page was closed and none was opened within a few seconds,
-    // the page asks for the end, nobody has worked with it for `idle`, or the process gets SIGINT or SIGTERM.
-    ServerEnd Run(EditorSite& site, std::chrono::minutes idle);
+    // Answers requests, all in this thread, until the last page was closed and none was opened soon, the page asks for
+    // the end, nobody has worked with it for some time, or the process gets SIGINT or SIGTERM.
+    ServerEnd Run(EditorSite& site, const ServerPatience& patience);
 
   private:
     class Listener;
