@@ -123,10 +123,10 @@ class BrowserTest(unittest.TestCase):
     def by_id(self, name):
         return self.browser.find_element(By.ID, name)
 
-    def click(self, name):
     def by_tag(self, name):
         return self.browser.find_element(By.TAG_NAME, name)
 
+    def click(self, name):
         self.wait(lambda: self.by_id(name).is_enabled())
         self.by_id(name).click()
 
@@ -218,11 +218,6 @@ class Form(BrowserTest):
         self.assertEqual(self.script("return [...document.querySelectorAll('#sections bdi')].map(b => b.textContent)"),
                          ["All sections", "All", "Rules", "Frozen", "Odd", "<Foreign>"])
 
-    def test_each_control_is_changed_saved_and_loaded_again(self):
-        self.open_controls()
-        self.field("A switch").click()
-        self.field("Words").click()
-        self.row("Odd").find_elements(By.CSS_SELECTOR, "input[type=radio]")[1].click()
     def test_cookie_is_not_sent_to_other_servers_of_the_machine(self):
         self.open_controls()
         received = []
@@ -247,6 +242,11 @@ class Form(BrowserTest):
         self.browser.switch_to.window(self.browser.window_handles[0])
         self.assertIn(("/page", None), received)
 
+    def test_each_control_is_changed_saved_and_loaded_again(self):
+        self.open_controls()
+        self.field("A switch").click()
+        self.field("Words").click()
+        self.row("Odd").find_elements(By.CSS_SELECTOR, "input[type=radio]")[1].click()
         self.type("A number", "7")
         self.type("Real", "2.25")
         self.type("Text", "other <text> & \"more\"")
@@ -307,11 +307,40 @@ class Form(BrowserTest):
             self.assertEqual(row.find_element(By.CSS_SELECTOR, ".error").text, "")
         self.assertEqual(read(self.path), self.before)
 
-    def test_server_refuses_what_the_page_lets_through(self):
+    def put(self, name, text):
+        """Gives a field a text, also one that cannot be typed here."""
+        units = memoryview(text.encode("utf-16-le", "surrogatepass")).cast("H")
+        self.script("arguments[0].value = String.fromCharCode(...arguments[1]);"
+                    "arguments[0].dispatchEvent(new Event('input'))", self.field(name), list(units))
+
+    def test_characters_that_a_file_cannot_have_are_refused(self):
         self.open(settings('\t<Table name="S">\n' + var("k", "1") + "\t</Table>\n"), is_wide=True)
-        self.script("document.querySelector('.entry input').value = 'a\\ufffe'; "
-                    "document.querySelector('.entry input').dispatchEvent(new Event('input'))")
-        self.assertIn("U+FFFE", self.row("k").find_element(By.CSS_SELECTOR, ".error").text)
+        for text, code in [("a\ufffe", "U+FFFE"), ("a\u0001b", "U+0001"), ("\ud83d", "U+D83D"), ("x\ude00y", "U+DE00"),
+                           ("\ude00\ud83d", "U+DE00")]:
+            self.put("k", text)
+            self.assertEqual(self.row("k").find_element(By.CSS_SELECTOR, ".error").text,
+                             f"The value cannot contain {code}.")
+            self.click("save")
+            self.wait(lambda: self.text("alert").startswith("Nothing was saved: "))
+        self.put("k", "\U0001f600")
+        self.assertEqual(self.row("k").find_element(By.CSS_SELECTOR, ".error").text, "")
+        self.save()
+        self.assertEqual(read(self.path), self.applied([change("S", "k", "1", "\U0001f600")]))
+
+    def test_refusal_of_the_server_is_shown_at_the_entry(self):
+        self.open_controls()
+        self.type("A number", "6")
+        self.type("Text", "mine")
+        self.section("Rules")
+        # The page itself lets no such text through.
+        self.script("const sent = window.fetch; window.fetch = (target, options) => sent(target,"
+                    "{...options, body: options.body.replace('mine', 'a\\\\nb')})")
+        self.click("save")
+        self.wait(lambda: "Nothing was saved. " in self.text("alert"))
+        self.assertIn("line feed", self.text("alert"))
+        self.assertFalse(self.by_id("saving").is_displayed())
+        self.assertEqual(self.browser.switch_to.active_element, self.field("Text"))
+        self.assertEqual(self.text("save"), "Save 2 changes")
         self.assertEqual(read(self.path), self.before)
 
     def test_filter_looks_at_names_displayed_names_comments_and_values(self):
@@ -536,6 +565,38 @@ class Saving(BrowserTest):
         time.sleep(0.3)
         self.assertEqual(self.listed_changes(), [change("All", "Number", "5", "6")])
 
+    def test_end_of_the_editor_during_a_save_does_not_say_that_nothing_was_saved(self):
+        self.open_controls()
+        self.type("A number", "6")
+        self.click("save")
+        self.wait(lambda: self.by_id("saving").is_displayed())
+        self.script("const sent = window.fetch; window.fetch = async (...given) => {"
+                    "await sent(...given); throw new TypeError('the connection was lost'); }")
+        self.click("confirmSaving")
+        unsure = "The editor has ended before it said whether it has saved your changes."
+        self.wait(lambda: unsure in self.text("savingError"))
+        self.assertEqual(read(self.path), self.applied([change("All", "Number", "5", "6")]))
+        self.click("cancelSaving")
+        self.assertIn(unsure, self.text("alert"))
+        self.assertEqual(self.listed_changes(), [change("All", "Number", "5", "6")])
+
+    def test_work_is_told_before_the_shortest_idle_time_ends(self):
+        self.open_controls()
+        self.script("window.told = 0; window.timers = []; window.setTimeout = (...timer) => window.timers.push(timer);"
+                    "const sent = window.fetch; window.fetch = (target, options) => {"
+                    "if (target === 'active') window.told++; return sent(target, options); }")
+        told = "return [window.told, window.timers.length]"
+        self.type("A number", "6")
+        self.type("A number", "7")
+        self.assertEqual(self.script(told), [1, 1])
+        self.assertLessEqual(self.script("return window.timers[0][1]"), 20000)  # --idle 1 is a minute
+        self.script("window.timers[0][0]()")
+        self.assertEqual(self.script(told), [2, 2])  # of the second text
+        self.script("window.timers[1][0]()")
+        self.assertEqual(self.script(told), [2, 2])
+        self.section("Rules")  # reading is work, too
+        self.assertEqual(self.script(told), [3, 3])
+
     def test_change_without_a_place_on_disk_is_shown_with_its_text(self):
         self.open_controls()
         self.type("A number", "6")
@@ -554,6 +615,46 @@ class Saving(BrowserTest):
         self.assertEqual(self.listed_changes(), [change("All", "Number", "5", "6")])
         self.assertEqual(self.text("save"), "Save 1 change")
         self.assertEqual(read(self.path), theirs)
+
+    def test_changes_of_a_page_that_is_too_old_are_listed(self):
+        self.open_controls()
+        self.type("A number", "6")
+        first, address = self.browser.current_window_handle, self.browser.current_url
+        self.browser.switch_to.new_window("tab")
+        self.browser.get(address)
+        self.wait(lambda: self.script("return document.querySelector('.entry') !== null"))
+        self.type("Text", "mine")
+        self.save()
+        self.wait(lambda: self.text("alert") == "Saved.")
+        saved = read(self.path)
+        self.browser.close()
+        self.browser.switch_to.window(first)
+        self.click("save")
+        self.wait(lambda: "load the page again" in self.text("alert"))
+        self.assertEqual(self.listed_changes(), [change("All", "Number", "5", "6")])
+        self.assertEqual(read(self.path), saved)
+
+    def test_change_of_an_entry_that_is_gone_is_shown_with_its_text(self):
+        entries = [f"k{i}" for i in range(1100)]
+        self.open(settings('\t<Table name="S">\n' + "".join(var(name, "1") for name in entries) + "\t</Table>\n"))
+        self.type("k0", "mine")
+        self.type("k1", "kept")
+        write(self.path, narrow(settings(
+            '\t<Table name="S">\n' + "".join(var(name, "2") for name in entries[1:]) + "\t</Table>\n")))
+        self.click("save")
+        self.wait(lambda: self.by_id("saving").is_displayed())
+        self.click("confirmSaving")
+        self.wait(lambda: self.by_id("conflict").is_displayed())
+        rows = self.browser.find_elements(By.CSS_SELECTOR, "#conflictList tbody tr")
+        self.assertEqual(rows[0].text, "S / k0 1 (missing) mine from disk: the entry is gone")
+        self.assertEqual(rows[1].text.split("\n")[0].split()[:6], ["S", "/", "k1", "1", "2", "kept"])
+        # Those of others are not all shown: k0 as a whole, and 1098 values.
+        self.assertEqual((len(rows), rows[-1].text), (2 + 1000 + 1, "and 99 more"))
+        self.click("allMine")
+        self.click("confirmConflict")
+        self.wait(lambda: "1 change has no place" in self.text("alert"))
+        self.assertEqual(self.listed_changes(), [change("S", "k0", "1", "mine")])
+        self.assertEqual(self.text("save"), "Save 1 change")
 
     def test_nothing_is_changed_while_the_server_is_asked(self):
         self.open_controls()

@@ -8,8 +8,10 @@ const kLongText = 120;        // longer texts get several lines
 const kMostShown = 20000;     // characters of a text that is only shown
 const kMostNamed = 300;       // characters of a name
 const kMostSections = 2000;   // in the list
+const kMostDifferences = 1000;  // in one table; those with a choice are all shown
 const kMostRadios = 6;
 const kMostNumbers = 32;      // choices that limits make
+const kActivityPeriod = 15000;  // milliseconds; a quarter of the shortest --idle
 
 const $ = (id) => document.getElementById(id);
 
@@ -65,6 +67,7 @@ const kListControls = new Set(["radio", "radio_array", "state", "named_list_arra
 let form = null;         // what the server, or the page itself, says
 let isAlone = false;     // without a server
 let isLost = false;      // the server has ended
+let isUnsure = false;    // and has not answered a save
 let entries = [];        // all of them, with their sections
 let edits = new Map();   // entry -> the new text
 let opened = new Set();  // protected entries that were unlocked
@@ -175,7 +178,8 @@ function errorOf(entry, text) {
   const beyond = form.form === "narrow" && /[^\u0000-\u007f]/u.exec(text);
   if (beyond) return "This file can hold only unaccented letters, digits and signs (ASCII), not " +
     visible(beyond[0]) + ".";
-  const invisible = text.match(/[\u0000-\u0008\u000b\u000c\u000e-\u001f\ufffe\uffff]/);
+  // With the flag, halves of characters are only those without a partner.
+  const invisible = text.match(/[\u0000-\u0008\u000b\u000c\u000e-\u001f\ud800-\udfff\ufffe\uffff]/u);
   if (invisible) return "The value cannot contain " + codeOf(invisible[0]) + ".";
   return "";
 }
@@ -612,28 +616,28 @@ function say(text) {
 }
 
 function alertUser(text, isInfo, ...more) {
-  $("alert").replaceChildren(make("span", {text: shown(text, 2000)}), ...more);
+  $("alert").replaceChildren(make("span", {text: shown(text, 2000)}), ...more.filter(Boolean));
   $("alert").classList.toggle("info", Boolean(isInfo));
   $("alert").hidden = !text;
 }
 
 // ---- the server
 
-async function call(target, body) {
-  const options = body === undefined ? {} : {
-    method: "POST", headers: {"Content-Type": "application/json"}, body: JSON.stringify(body)};
-  let response;
 const kUnsure = "The editor has ended before it said whether it has saved your changes. Look at the file.";
 
 // The targets are relative to the folder of the page.
+async function call(target, body) {
+  const options = body === undefined ? {} : {
+    method: "POST", headers: {"Content-Type": "application/json"}, body: JSON.stringify(body)};
+  let response, answer;
   try {
     response = await fetch(target, {...options, credentials: "same-origin", cache: "no-store"});
+    answer = response.status === 204 ? null : await response.json();
   } catch (error) {
+    isUnsure = isUnsure || target === "save" || target === "overwrite";
     lose();
-    throw new Error("The editor has ended. Your changes are still in this page.");
+    throw new Error(isUnsure ? kUnsure : "The editor has ended. Your changes are still in this page.");
   }
-  if (response.status === 204) return null;
-  const answer = await response.json();
   if (!response.ok) throw new Error(answer.error || "The editor answers with the status " + response.status + ".");
   return answer;
 }
@@ -660,7 +664,7 @@ function setBusy(busy) {
 function lose() {
   isLost = true;
   if (!edits.size) return alertUser("The editor has ended. You can close this page.", true);
-  alertUser("The editor has ended. Your changes were not saved. " +
+  alertUser((isUnsure ? kUnsure : "The editor has ended. Your changes were not saved.") + " " +
     "\u201cmox-xml apply FILE CHANGES\u201d makes them from this list:", false, makeChangeList(changes()));
 }
 
@@ -669,11 +673,20 @@ function makeChangeList(list) {
     value: JSON.stringify(list, null, 1)});
 }
 
-let lastActivity = 0;
+let activityTimer = 0;
+let isActive = false;  // since the editor was told
+
+// What follows soon is told at the end of the period.
 function tellActivity() {
-  if (isLost || Date.now() - lastActivity < 60000) return;
-  lastActivity = Date.now();
-  call("/active", {}).catch(() => {});
+  if (isAlone || isLost) return;
+  isActive = true;
+  if (activityTimer) return;
+  isActive = false;
+  call("active", {}).catch(() => {});
+  activityTimer = setTimeout(() => {
+    activityTimer = 0;
+    if (isActive) tellActivity();
+  }, kActivityPeriod);
 }
 
 // ---- saving
@@ -706,13 +719,13 @@ const tableHead = (...names) =>
   make("thead", {}, make("tr", {}, ...names.map((text) => make("th", {scope: "col", text}))));
 
 function differenceTable(caption, differences) {
-  const most = 1000;
   return make("table", {class: "changes"}, make("caption", {text: caption}),
     tableHead("Entry", "In the file", "New"),
-    make("tbody", {}, ...differences.slice(0, most).map(differenceRow),
-      differences.length <= most ? null
-        : make("tr", {}, make("td", {colSpan: 3, text: "and " + (differences.length - most) + " more"}))));
+    make("tbody", {}, ...differences.slice(0, kMostDifferences).map(differenceRow), moreRow(differences.length, 3)));
 }
+
+const moreRow = (count, columns) => count <= kMostDifferences ? null
+  : make("tr", {}, make("td", {colSpan: columns, text: "and " + (count - kMostDifferences) + " more"}));
 
 async function startSaving() {
   closeStep();
@@ -746,7 +759,9 @@ function showRefusal(error) {
   const number = /: change (\d+): /.exec(error.message);
   const entry = number && [...edits.keys()][Number(number[1]) - 1];
   if (entry) reveal(entry);
-  alertUser("Nothing was saved. " + error.message);
+  // Another page of this editor has saved, and loading this one again drops its changes.
+  const isOld = error.message.endsWith("load the page again");
+  alertUser("Nothing was saved. " + error.message, false, isOld ? makeChangeList(changes()) : null);
 }
 
 async function confirmSaving() {
@@ -805,13 +820,16 @@ function showConflict(conflict) {
 function conflictTable(rows) {
   const cell = (text, row) => make("td", {}, make("bdi", {text: text === undefined ? "(missing)"
     : text === "" ? (row.field || row.entry === undefined ? "(empty)" : "") : shown(text, 500)}));
-  const body = rows.filter((row) => row.by !== "mine" || editOf(row)).map((row) => {
+  const own = rows.filter(editOf);
+  const others = rows.filter((row) => row.by !== "mine" && !editOf(row));
+  const body = [...own, ...others.slice(0, kMostDifferences)].map((row) => {
     const place = placeOfField(row);
     return make("tr", {}, make("th", {scope: "row"}, make("bdi", {text: place})),
       cell(row.base, row), cell(row.theirs, row), cell(row.mine, row), choiceCell(row, place));
   });
   return make("table", {class: "versions"},
-    tableHead("Entry", "When you opened it", "On disk now", "Yours", "Keep"), make("tbody", {}, ...body));
+    tableHead("Entry", "When you opened it", "On disk now", "Yours", "Keep"),
+    make("tbody", {}, ...body, moreRow(others.length, 5)));
 }
 
 // The edit of this page that a row is about.
@@ -825,10 +843,7 @@ function choiceCell(row, place) {
   const entry = editOf(row);
   if (row.by === "mine") return make("td", {text: "yours"});
   if (!entry || row.by === "both") return make("td", {text: row.by === "both" ? "both alike" : "from disk"});
-  if (row.theirs === undefined) {
-    pending.choices.set(entry, "theirs");
-    return make("td", {text: "from disk: the entry is gone"});
-  }
+  if (row.theirs === undefined) return make("td", {text: "from disk: the entry is gone"});
   pending.choices.set(entry, "");
   const radio = (value, text) => make("label", {}, make("input", {type: "radio", name: "keep" + entry.number, value,
     "aria-label": "Keep " + text + ": " + shown(place, 100),
@@ -873,8 +888,9 @@ async function confirmConflict() {
     }
     if (unplaced.length) {
       // Saving would replace the message.
-      alertUser(counted(unplaced.length, "change has", "changes have") + " no place in the file as it is on disk now, " +
-        "and will not be saved. Copy what you need from this list:", false, makeChangeList(unplaced));
+      alertUser(counted(unplaced.length, "change has", "changes have") +
+        " no place in the file as it is on disk now, and will not be saved. Copy what you need from this list:",
+        false, makeChangeList(unplaced));
     } else if (edits.size) await startSaving();
     else alertUser("The page shows the file as it is on disk now.", true);
   } catch (error) {
@@ -943,6 +959,8 @@ function bind() {
   });
   window.addEventListener("beforeunload", (event) => { if (edits.size) event.preventDefault(); });
   window.addEventListener("beforeprint", fillAll);
+  for (const kind of ["keydown", "pointerdown", "wheel"])
+    window.addEventListener(kind, tellActivity, {passive: true});
 }
 
 function start(data) {
