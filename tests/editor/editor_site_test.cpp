@@ -23,7 +23,7 @@ class Site : public SessionTest {
     }
 
     static HttpRequest GetAt(const std::string& target) {
-        return {"GET", target, {{"host", "127.0.0.1:80"}, {"cookie", "mox-xml=COOKIE"}}, ""};
+        return {"GET", target, {{"Host", "127.0.0.1:80"}, {"Cookie", "mox-xml=COOKIE"}}, ""};
     }
 
     static HttpRequest Get(const std::string& name) { return GetAt("/FOLDER/" + name); }
@@ -31,8 +31,8 @@ class Site : public SessionTest {
     static HttpRequest Post(const std::string& name, const std::string& body) {
         HttpRequest request = Get(name);
         request.method = "POST";
-        request.fields.emplace_back("origin", "http://127.0.0.1:80");
-        request.fields.emplace_back("content-type", "application/json");
+        request.fields.emplace_back("Origin", "http://127.0.0.1:80");
+        request.fields.emplace_back("Content-Type", "application/json");
         request.body = body;
         return request;
     }
@@ -83,26 +83,26 @@ TEST_F(Site, TokenIsExchangedOnce) {
 TEST_F(Site, HostOriginCookieAndTypeMustBeItsOwn) {
     const HttpRequest post = Post("active", "{}");
     EXPECT_EQ(Answer(post).status, 204);
-    EXPECT_EQ(StatusWith(post, "host", std::nullopt), 421);
-    EXPECT_EQ(StatusWith(post, "host", "localhost:80"), 421);
-    EXPECT_EQ(StatusWith(post, "origin", std::nullopt), 403);
-    EXPECT_EQ(StatusWith(post, "origin", "http://localhost:80"), 403);
-    EXPECT_EQ(StatusWith(post, "cookie", std::nullopt), 403);
-    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml=COOKIF"), 403);
-    EXPECT_EQ(StatusWith(post, "cookie", "a; mox-xml=COOKIE"), 204);
-    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml=OTHER;  mox-xml=COOKIE;b"), 204);
-    EXPECT_EQ(StatusWith(post, "cookie", "amox-xml=COOKIE"), 403);
-    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml=COOKIEx"), 403);
-    EXPECT_EQ(StatusWith(post, "cookie", "mox-xml"), 403);
-    EXPECT_EQ(StatusWith(post, "content-type", "text/plain"), 415);
-    EXPECT_EQ(StatusWith(Get(""), "origin", "null"), 403);
-    EXPECT_EQ(StatusWith(Get(""), "origin", "http://127.0.0.1:80"), 200);
+    EXPECT_EQ(StatusWith(post, "Host", std::nullopt), 421);
+    EXPECT_EQ(StatusWith(post, "Host", "localhost:80"), 421);
+    EXPECT_EQ(StatusWith(post, "Origin", std::nullopt), 403);
+    EXPECT_EQ(StatusWith(post, "Origin", "http://localhost:80"), 403);
+    EXPECT_EQ(StatusWith(post, "Cookie", std::nullopt), 403);
+    EXPECT_EQ(StatusWith(post, "Cookie", "mox-xml=COOKIF"), 403);
+    EXPECT_EQ(StatusWith(post, "Cookie", "a; mox-xml=COOKIE"), 204);
+    EXPECT_EQ(StatusWith(post, "Cookie", "mox-xml=OTHER;  mox-xml=COOKIE;b"), 204);
+    EXPECT_EQ(StatusWith(post, "Cookie", "amox-xml=COOKIE"), 403);
+    EXPECT_EQ(StatusWith(post, "Cookie", "mox-xml=COOKIEx"), 403);
+    EXPECT_EQ(StatusWith(post, "Cookie", "mox-xml"), 403);
+    EXPECT_EQ(StatusWith(post, "Content-Type", "text/plain"), 415);
+    EXPECT_EQ(StatusWith(Get(""), "Origin", "null"), 403);
+    EXPECT_EQ(StatusWith(Get(""), "Origin", "http://127.0.0.1:80"), 200);
     HttpRequest doubled = post;
-    doubled.fields.emplace_back("host", "127.0.0.1:80");
+    doubled.fields.emplace_back("Host", "127.0.0.1:80");
     EXPECT_EQ(Answer(doubled).status, 421);
     doubled = Get("");
-    doubled.fields.emplace_back("origin", "http://127.0.0.1:80");
-    doubled.fields.emplace_back("origin", "http://127.0.0.1:80");
+    doubled.fields.emplace_back("Origin", "http://127.0.0.1:80");
+    doubled.fields.emplace_back("Origin", "http://127.0.0.1:80");
     EXPECT_EQ(Answer(doubled).status, 403);
 }
 

@@ -60,7 +60,7 @@ std::string Exchange(std::uint16_t port, const std::string& bytes) {
 std::string HeadOf(std::uint16_t port, const std::string& method, const std::string& name) {
     const std::string host = "127.0.0.1:" + std::to_string(port);
     return method + " /FOLDER/" + name + " HTTP/1.1\r\nHost: " + host + "\r\nOrigin: http://" + host +
-           "\r\nCookie: mox-xml=COOKIE\r\nContent-Type: application/json\r\n";
+           "\r\ncookie: mox-xml=COOKIE\r\nCONTENT-TYPE: application/json\r\nOther: a\r\n";
 }
 
 std::string RequestOf(std::uint16_t port, const std::string& method, const std::string& name,

@@ -141,7 +141,7 @@ HttpResponse EditorSite::Error(int status, const std::string& message) {
 
 bool EditorSite::HasCookie(const HttpRequest& request) const {
     const std::string wanted = std::string(kCookieName) + "=";
-    const std::string cookies = request.Field("cookie").value_or("");
+    const std::string cookies = request.Field("Cookie").value_or("");
     for (std::size_t at = 0; at < cookies.size();) {
         const std::size_t end = std::min(cookies.find(';', at), cookies.size());
         if (cookies.compare(at, wanted.size(), wanted) == 0 &&
@@ -155,11 +155,11 @@ bool EditorSite::HasCookie(const HttpRequest& request) const {
 }
 
 std::optional<HttpResponse> EditorSite::Refuse(const HttpRequest& request) const {
-    if (request.Field("host") != host_) return Error(421, "this is not the host that the request names");
+    if (request.Field("Host") != host_) return Error(421, "this is not the host that the request names");
     const bool hasOrigin = std::any_of(request.fields.begin(), request.fields.end(),
-                                       [](const auto& field) { return field.first == "origin"; });
+                                       [](const auto& field) { return field.first == "Origin"; });
     const bool isPost = request.method == "POST";
-    if ((hasOrigin || isPost) && request.Field("origin") != "http://" + host_)
+    if ((hasOrigin || isPost) && request.Field("Origin") != "http://" + host_)
         return Error(403, "the request comes from another page");
     if (!isPost && request.method != "GET") return Error(405, "only GET and POST are answered");
     const auto target =
@@ -176,7 +176,7 @@ std::optional<HttpResponse> EditorSite::Refuse(const HttpRequest& request) const
     if (target == std::end(kSiteTargets)) return Error(404, "there is nothing at this address");
     if (request.method != target->method)
         return Error(405, std::string("the address is for ") + target->method);
-    if (isPost && request.Field("content-type") != "application/json") return Error(415, "expected JSON");
+    if (isPost && request.Field("Content-Type") != "application/json") return Error(415, "expected JSON");
     return std::nullopt;
 }
 

@@ -29,7 +29,7 @@ inline constexpr std::size_t kMostChanges = 200000;
 struct HttpRequest {
     std::string method{};
     std::string target{};                                       // "/0A1B/save"
-    std::vector<std::pair<std::string, std::string>> fields{};  // the names in lower case
+    std::vector<std::pair<std::string, std::string>> fields{};  // the names as in "Content-Type"
     std::string body{};
 
     // The value of the field; nullopt if there is none or more than one.

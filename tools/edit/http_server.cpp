@@ -26,19 +26,12 @@ constexpr std::size_t kMostConnections = 32;
 constexpr std::size_t kMostBuffered = 65536;
 constexpr std::chrono::milliseconds kRetryPeriod{100};
 
-std::string LowerCase(std::string text) {
-    for (char& letter : text) {
-        if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-    }
-    return text;
-}
-
 HttpRequest HeadOf(const http::request_header<>& head) {
     HttpRequest request;
     request.method = std::string(head.method_string());
     request.target = std::string(head.target());
     for (const auto& field : head)
-        request.fields.emplace_back(LowerCase(std::string(field.name_string())), std::string(field.value()));
+        request.fields.emplace_back(std::string(http::to_string(field.name())), std::string(field.value()));
     return request;
 }
 

@@ -1,7 +1,6 @@
 #include "tools/edit/page.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace mox::tool {
@@ -15,16 +14,13 @@ unsigned HexDigitValue(char digit) noexcept {
 std::string Base64OfHex(std::string_view digits) {
     constexpr const char* kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string text;
-    std::uint32_t bits = 0;
-    unsigned count = 0;
-    for (const char digit : digits) {
-        bits = (bits << 4U) | HexDigitValue(digit);
-        count += 4;
-        if (count < 6) continue;
-        count -= 6;
-        text += kLetters[(bits >> count) & 0x3FU];
+    for (std::size_t at = 0; at < digits.size(); at += 3) {
+        unsigned bits = 0;  // of three digits, which make two letters
+        for (std::size_t i = at; i < at + 3; ++i)
+            bits = (bits << 4U) | (i < digits.size() ? HexDigitValue(digits[i]) : 0);
+        text += kLetters[bits >> 6U];
+        if (at + 1 < digits.size()) text += kLetters[bits & 0x3FU];
     }
-    if (count > 0) text += kLetters[(bits << (6 - count)) & 0x3FU];
     while (text.size() % 4 != 0)
         text += '=';
     return text;
