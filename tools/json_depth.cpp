@@ -8,10 +8,12 @@ bool IsDeepJson(std::string_view text) noexcept {
     constexpr std::size_t kMostDepth = 16;
     std::size_t depth = 0;
     bool isInString = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char character = text[i];
-        if (isInString) {
-            if (character == '\\') ++i;
+    bool isEscaped = false;
+    for (const char character : text) {
+        if (isEscaped) {
+            isEscaped = false;
+        } else if (isInString) {
+            isEscaped = character == '\\';
             isInString = character != '"';
         } else if (character == '"') {
             isInString = true;

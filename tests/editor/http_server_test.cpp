@@ -30,6 +30,7 @@ class Server : public SessionTest {
   protected:
     void SetUp() override {
         SessionTest::SetUp();
+        patience_.idle = 1h;
         session_ = std::make_unique<EditorSession>(Options());
         server_ = std::make_unique<HttpServer>();
         site_ = std::make_unique<EditorSite>(*session_, Port(),
@@ -53,7 +54,10 @@ class Server : public SessionTest {
     }
 
     ServerEnd WaitForEnd() {
-        EXPECT_EQ(end_.wait_for(20s), std::future_status::ready);
+        if (end_.wait_for(20s) != std::future_status::ready) {
+            ADD_FAILURE() << "the server does not end";
+            kill(getpid(), SIGTERM);
+        }
         return end_.get();
     }
 

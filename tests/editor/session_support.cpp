@@ -13,6 +13,15 @@ std::string Narrow(const std::string& inner) {
            inner + "</Settings>\n" + std::string(1, '\0');
 }
 
+std::string Wide(const std::string& narrow, char16_t unit) {
+    std::string bytes;
+    for (const char character : narrow) {
+        const unsigned one = character == '~' ? unit : static_cast<unsigned char>(character);
+        bytes.append(1, static_cast<char>(one & 0xFFU)).append(1, static_cast<char>(one >> 8U));
+    }
+    return bytes;
+}
+
 void WriteBytes(const std::string& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }

@@ -14,6 +14,9 @@ namespace editor {
 // A narrow settings document with these lines in its root element, and the zero that ends it.
 std::string Narrow(const std::string& inner);
 
+// The same bytes as units, for a wide file. Each '~' becomes the unit.
+std::string Wide(const std::string& narrow, char16_t unit = u'~');
+
 void WriteBytes(const std::string& path, const std::string& bytes);
 std::string ReadBytes(const std::string& path);
 

@@ -109,9 +109,10 @@ bool FlagIn(const CallJson& call, const char* name) {
 
 bool IsSameSecret(const std::string& one, const std::string& other) noexcept {
     if (one.size() != other.size()) return false;
-    unsigned difference = 0;
-    for (std::size_t i = 0; i < one.size(); ++i)
-        difference |= static_cast<unsigned char>(one[i]) ^ static_cast<unsigned char>(other[i]);
+    int difference = 0;
+    auto atOther = other.begin();
+    for (const char character : one)
+        difference |= character ^ *atOther++;
     return difference == 0;
 }
 
@@ -147,9 +148,7 @@ bool EditorSite::HasCookie(const HttpRequest& request) const {
         if (cookies.compare(at, wanted.size(), wanted) == 0 &&
             IsSameSecret(cookies.substr(at + wanted.size(), end - at - wanted.size()), secrets_.cookie))
             return true;
-        at = end + 1;
-        while (at < cookies.size() && cookies[at] == ' ')
-            ++at;
+        at = cookies.find_first_not_of("; ", end);
     }
     return false;
 }

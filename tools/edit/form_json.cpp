@@ -136,7 +136,8 @@ Json SectionFormJson(const DocumentTable& table, bool isFound) {
 
 bool HasLoneSurrogate(const std::string& text) noexcept {
     for (std::size_t at = 0; (at = text.find('\xED', at)) != std::string::npos; ++at) {
-        if (at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) >= 0xA0) return true;
+        // After the last byte, there is a zero.
+        if (static_cast<unsigned char>(text[at + 1]) >= 0xA0) return true;
     }
     return false;
 }

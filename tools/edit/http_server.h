@@ -15,13 +15,12 @@ enum class ServerEnd { PageClosed, PageRequest, Idle, Signal };
 
 // How long a server waits.
 struct ServerPatience {
-    std::chrono::milliseconds idle = std::chrono::hours(1);     // for somebody to work with the page
-    std::chrono::milliseconds head = std::chrono::seconds(10);  // for the head of a request
-    std::chrono::milliseconds body =
-        std::chrono::seconds(60);  // for its body; for the client to take the response
-    std::chrono::milliseconds close = std::chrono::seconds(2);  // for the client to close the connection
-    std::chrono::milliseconds reload =
-        std::chrono::seconds(3);  // for a page that was closed to be loaded again
+    using Time = std::chrono::milliseconds;
+    Time idle{};         // for somebody to work with the page
+    Time head{10'000};   // for the head of a request
+    Time body{60'000};   // for its body, and for the client to take the response
+    Time close{2'000};   // for the client to close the connection
+    Time reload{3'000};  // for a page that was closed to be loaded again
 };
 
 class HttpServer {

@@ -31,12 +31,11 @@ bool FillWithRandomBytes(RandomBytes& bytes) noexcept {
 #else
 
 bool FillWithRandomBytes(RandomBytes& bytes) noexcept {
-    for (std::size_t filled = 0; filled < bytes.size();) {
-        const ssize_t count = getrandom(bytes.data() + filled, bytes.size() - filled, 0);
-        if (count > 0) filled += static_cast<std::size_t>(count);
-        if (count < 0 && errno != EINTR) return false;
-    }
-    return true;
+    ssize_t count = -1;
+    do {
+        count = getrandom(bytes.data(), bytes.size(), 0);  // up to 256 bytes come at once
+    } while (count < 0 && errno == EINTR);
+    return count == static_cast<ssize_t>(bytes.size());
 }
 
 #endif
