@@ -18,21 +18,6 @@ namespace {
 
 using ChangeJson = nlohmann::json;
 
-// A copy of the value, in which lists and objects are empty. A whole one would recurse on their depth.
-ChangeJson Shallow(const ChangeJson& value) {
-    if (value.is_object()) return ChangeJson::object();
-    return value.is_array() ? ChangeJson::array() : value;
-}
-
-// The same, but a list keeps its elements.
-ChangeJson WithoutContents(const ChangeJson& value) {
-    ChangeJson copy = Shallow(value);
-    if (!value.is_array()) return copy;
-    for (const ChangeJson& element : value)
-        copy.push_back(Shallow(element));
-    return copy;
-}
-
 class Reader {
   public:
     Reader(const std::string& path, std::size_t number, const ChangeJson& object)
@@ -114,7 +99,7 @@ class Reader {
             if (!change.hasEntry) Fail("\"entry\" is missing");
             if (!object_.contains("value")) Fail("\"value\" is missing");
             RefuseMembers({"field", "type", "after", "fields"});
-            change.value = WithoutContents(object_["value"]);
+            change.value = object_["value"];
             return;
         }
         if (object_.contains("value")) Fail("\"value\" and \"change\" exclude each other");
@@ -202,11 +187,6 @@ std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_vi
         throw ExitError(ExitCode::kSyntaxError,
                         path + ": not JSON: " + (end == std::string::npos ? what : what.substr(end + 2)));
     }
-    return ChangesFromJson(path, list);
-}
-
-std::vector<RequestedChange> ChangesFromJson(const std::string& path, const ChangeJson& list) {
-    if (!list.is_array()) throw ExitError(ExitCode::kSyntaxError, path + ": expected a list of changes");
     if (twice.has_value())
         throw ExitError(ExitCode::kSyntaxError,
                         path + ": an object has the member " + Quoted(*twice) + " twice");
@@ -214,6 +194,11 @@ std::vector<RequestedChange> ChangesFromJson(const std::string& path, const Chan
         throw ExitError(ExitCode::kSyntaxError, path + ": the number " + std::string(number) +
                                                     " has more than 64 bits; write it as a text");
     }
+    return ChangesFromJson(path, list);
+}
+
+std::vector<RequestedChange> ChangesFromJson(const std::string& path, const ChangeJson& list) {
+    if (!list.is_array()) throw ExitError(ExitCode::kSyntaxError, path + ": expected a list of changes");
     std::vector<RequestedChange> changes;
     for (const ChangeJson& object : list)
         changes.push_back(Reader(path, changes.size() + 1, object).Read());

@@ -283,25 +283,6 @@ TEST_F(ApplyInOrder, RefusesMembersThatItWouldIgnore) {
     }
 }
 
-TEST_F(ApplyInOrder, RefusesValuesOfAnyDepth) {
-    constexpr int kDepth = 500000;
-    const auto nested = [](const std::string& begin, const std::string& end) {
-        std::string text = R"([{"section": "S", "entry": "k", "value": )";
-        for (int i = 0; i < kDepth; ++i)
-            text += begin;
-        text += "1";
-        for (int i = 0; i < kDepth; ++i)
-            text += end;
-        return text + "}]";
-    };
-    WriteBytes("a.xml", Narrow(Settings("")));
-    WriteBytes("changes.json", nested("[", "]"));
-    Fails(2, {"apply", "a.xml", "changes.json"},
-          "change 1: S/k: the list may contain only numbers from 0 to 255");
-    WriteBytes("changes.json", nested(R"({"a":)", "}"));
-    Fails(2, {"apply", "a.xml", "changes.json"}, "change 1: S/k: \"value\" is neither");
-}
-
 TEST_F(ApplyInOrder, RefusesMembersThatAreThereTwice) {
     const std::string bytes = Narrow(Settings("<Table name=\"S\">" + Var("k", "1") + "</Table>"));
     WriteBytes("a.xml", bytes);

@@ -39,7 +39,7 @@ Json ReadChoices(const std::string& path) {
                                 choice["name"].is_string();
             if (!choice.is_string() && !isPair)
                 fail("a choice of " + provider + R"( is neither a text nor {"value": text, "name": text})");
-            // Nothing else: a copy would recurse on its depth.
+            // Nothing else, which the page would not use.
             known.push_back(isPair ? Json({{"value", choice["value"]}, {"name", choice["name"]}}) : choice);
         }
     }
