@@ -2,6 +2,7 @@
 #if !defined(_WIN32)
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -28,6 +29,7 @@ class ToolProcess {
                 const std::string& messages) {
         int ends[2] = {-1, -1};
         EXPECT_EQ(pipe(ends), 0);
+        std::fflush(nullptr);  // else the child would write it, too
         process_ = fork();
         if (process_ == 0) {
             dup2(ends[1], STDOUT_FILENO);
