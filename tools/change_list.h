@@ -31,8 +31,8 @@ struct RequestedChange {
     std::string Location() const;
 };
 
-// Throws ExitError (kSyntaxError), with the path, if the text is not JSON or not a list of changes, or if it has members or
-// digits that JSON's reader would drop.
+// Throws ExitError (kSyntaxError), with the path, if the text is not JSON or not a list of changes, or if it has members
+// or digits that JSON's reader would drop.
 std::vector<RequestedChange> ReadChanges(const std::string& path, std::string_view text);
 
 // The same for JSON that was parsed already, from a text that is not deep (see json_depth.h) and has no such members.

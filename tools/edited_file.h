@@ -44,8 +44,8 @@ class EditedFile {
     // (kIoError), does not parse (kSyntaxError), or is stdin (kUsageError).
     explicit EditedFile(const EditArguments& arguments, Missing missing = Missing::Refuse);
 
-    // Changes these bytes, which the file has, in memory: nothing is read or locked. Throws ExitError (kSyntaxError) if they
-    // do not parse.
+    // Changes these bytes, which the file has, in memory: nothing is read or locked. Throws ExitError (kSyntaxError) if
+    // they do not parse.
     EditedFile(const EditArguments& arguments, std::string bytes, Form form);
 
     // Creates a file, which must not exist unless the user said --overwrite. Nothing is written before Save.

@@ -3,10 +3,11 @@
 
     mutants.py <count> [<seed> [<folder>]]      (./dev mutants)
 
-Draws the given number of faults in the files below FOLDERS, or below the folder: a kind of fault (faults.py has them) at random, then a line
-that can have it, then one of the faults of this line. Each is made in a copy of the project in build/mutants, which is
-then built as in the preset "linux", but for -O1. The test programs run until one fails, beginning with those that are
-quick or test the folder of the fault. What they do not catch runs once more with the sanitizers. A fault
+Draws the given number of faults in the files below FOLDERS, or below the folder: a kind of fault (faults.py has them)
+at random, then a line that can have it, then one of the faults of this line. Each is made in a copy of the project in
+build/mutants, which is then built as in the preset "linux", but for -O1. The test programs run until one fails,
+beginning with those that are quick or test the folder of the fault. What they do not catch runs once more with the
+sanitizers. A fault
 
     is not compiled     if the compiler refuses it, or warns;
     makes no difference if all programs stay the same, byte by byte;

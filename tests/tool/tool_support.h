@@ -23,8 +23,9 @@ struct Result {
     }
 };
 
-// Runs the tool with the arguments (UTF-8), as a process; if MOX_TOOL_IN_PROCESS is set, which saves time where processes
-// start slowly, within this one. Runs with a name are processes always; runs at the same time need different ones.
+// Runs the tool with the arguments (UTF-8), as a process; if MOX_TOOL_IN_PROCESS is set, which saves time where
+// processes start slowly, within this one. Runs with a name are processes always; runs at the same time need different
+// ones.
 Result RunTool(const std::vector<std::string>& arguments, const std::string& run = "");
 
 // ---- files in the current folder; names are UTF-8
