@@ -57,6 +57,9 @@ mox_status GetNumber(const mox_document* document, TextArgument section, TextArg
 
 // The memory of the host for a text or bytes.
 struct Buffer {
+    Buffer(void* toData, std::size_t ofCapacity, std::size_t* toSize) noexcept
+        : data(toData), capacity(ofCapacity), size(toSize) {}
+
     void* data;
     std::size_t capacity;
     std::size_t* size;  // null: not asked for
@@ -182,7 +185,7 @@ mox_status mox_get_text(const mox_document* document, const char* section, size_
     return Run(problem, [&](Outcome& outcome) {
         const TextArgument sectionText{section, section_size};
         const TextArgument nameText{name, name_size};
-        const Buffer given{buffer, capacity, size};
+        const Buffer given(buffer, capacity, size);
         if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {sectionText, nameText}) ||
             !RequireBuffer(outcome, given))
             return false;
@@ -215,7 +218,7 @@ mox_status mox_get_bytes(const mox_document* document, const char* section, size
     return Run(problem, [&](Outcome& outcome) {
         const TextArgument sectionText{section, section_size};
         const TextArgument nameText{name, name_size};
-        const Buffer given{buffer, capacity, size};
+        const Buffer given(buffer, capacity, size);
         if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {sectionText, nameText}) ||
             !RequireBuffer(outcome, given))
             return false;
