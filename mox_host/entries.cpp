@@ -85,6 +85,7 @@ mox_status mox_entries(const mox_document* document, const char* section, size_t
             return false;
         auto list = std::make_unique<mox_list>(mox_list::Kind::Entries);
         const auto add = [&](const mox::EntryTable& table) {
+            list->ReserveEntries();
             for (const mox::Entry& entry : table.entries())
                 list->AddEntry(entry);
             return true;

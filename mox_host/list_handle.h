@@ -31,6 +31,9 @@ class TextBlock {
     }
     const char* TextOf(TextSlice slice) const noexcept { return bytes_.data() + slice.at; }
 
+    // Makes room for texts of that size together. Throws std::bad_alloc.
+    void Reserve(std::size_t size) { bytes_.reserve(size); }
+
   private:
     std::string bytes_;
 };
@@ -68,6 +71,13 @@ struct mox_list {
 
     void AddName(std::string_view name) { names.push_back(texts.Add(name)); }
     void AddEntry(const mox::Entry& entry);
+    // Makes room for the entries of most sections, so that the list seldom has to grow. Throws std::bad_alloc.
+    void ReserveEntries() {
+        constexpr std::size_t kEntries = 64;
+        constexpr std::size_t kTextOfOne = 32;
+        entries.reserve(kEntries);
+        texts.Reserve(kEntries * kTextOfOne);
+    }
     void AddDiagnostic(const mox::Diagnostic& diagnostic);
 
     Kind kind;
