@@ -240,6 +240,15 @@ TEST_F(Server, EndsSoonAfterTheLastPageWasClosed) {
     EXPECT_GT(Clock::now() - closed, 400ms);
 }
 
+TEST_F(Server, KeepsThePageOpenForLongerThanAResponseMayTake) {
+    patience_.body = 500ms;
+    patience_.reload = 50ms;
+    Start();
+    const auto page = OpenPage();
+    std::this_thread::sleep_for(1000ms);
+    EXPECT_TRUE(IsRunning());
+}
+
 TEST_F(Server, EndsOnASignal) {
     for (const int signal : {SIGINT, SIGTERM}) {
         Start();
