@@ -95,6 +95,18 @@ bool RequireBuffer(Outcome& outcome, const Buffer& buffer) noexcept {
            outcome.RefuseArgument("a buffer is a null pointer with a capacity");
 }
 
+// Checks the arguments of a read into memory of the host, and calls read(key, outcome).
+template <class Read>
+mox_status ReadToHost(const mox_document* document, TextArgument section, TextArgument name,
+                      const Buffer& buffer, mox_problem* problem, Read read) noexcept {
+    return Run(problem, [&](Outcome& outcome) {
+        if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {section, name}) ||
+            !RequireBuffer(outcome, buffer))
+            return false;
+        return read(Key(section, name), outcome);
+    });
+}
+
 // ---- writing
 
 // Only a call that fails needs a problem. It has changed nothing, so it fails again.
@@ -182,19 +194,14 @@ mox_status mox_contains(const mox_document* document, const char* section, size_
 mox_status mox_get_text(const mox_document* document, const char* section, size_t section_size,
                         const char* name, size_t name_size, char* buffer, size_t capacity, size_t* size,
                         mox_problem* problem) {
-    return Run(problem, [&](Outcome& outcome) {
-        const TextArgument sectionText{section, section_size};
-        const TextArgument nameText{name, name_size};
-        const Buffer given(buffer, capacity, size);
-        if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {sectionText, nameText}) ||
-            !RequireBuffer(outcome, given))
-            return false;
-        const Key key(sectionText, nameText);
+    const Buffer given(buffer, capacity, size);
+    const auto read = [&](const Key& key, Outcome& outcome) {
         if (const auto* const profile = std::get_if<mox::Profile>(&document->content))
             return CopyKey(*profile, key, given, outcome);
         const std::optional<std::string> text = Get<std::string>(*document, key, outcome);
         return text.has_value() && CopyToHost(*text, true, given, outcome);
-    });
+    };
+    return ReadToHost(document, {section, section_size}, {name, name_size}, given, problem, read);
 }
 
 mox_status mox_get_int(const mox_document* document, const char* section, size_t section_size,
@@ -215,18 +222,14 @@ mox_status mox_get_bool(const mox_document* document, const char* section, size_
 mox_status mox_get_bytes(const mox_document* document, const char* section, size_t section_size,
                          const char* name, size_t name_size, void* buffer, size_t capacity, size_t* size,
                          mox_problem* problem) {
-    return Run(problem, [&](Outcome& outcome) {
-        const TextArgument sectionText{section, section_size};
-        const TextArgument nameText{name, name_size};
-        const Buffer given(buffer, capacity, size);
-        if (!RequirePointers(outcome, document) || !RequireTexts(outcome, {sectionText, nameText}) ||
-            !RequireBuffer(outcome, given))
-            return false;
-        const auto bytes = Get<mox::front::Bytes>(*document, Key(sectionText, nameText), outcome);
+    const Buffer given(buffer, capacity, size);
+    const auto read = [&](const Key& key, Outcome& outcome) {
+        const auto bytes = Get<mox::front::Bytes>(*document, key, outcome);
         if (!bytes.has_value()) return false;
         const std::string_view view(reinterpret_cast<const char*>(bytes->data()), bytes->size());
         return CopyToHost(view, false, given, outcome);
-    });
+    };
+    return ReadToHost(document, {section, section_size}, {name, name_size}, given, problem, read);
 }
 
 // ---- writing
