@@ -7,21 +7,13 @@
 namespace editor {
 namespace {
 
-using mox::tool::EditorSession;
 using mox::tool::EditorSite;
 using mox::tool::HttpRequest;
 using mox::tool::HttpResponse;
 using mox::tool::Json;
 
-class Site : public SessionTest {
+class Site : public SiteTest {
   protected:
-    void SetUp() override {
-        SessionTest::SetUp();
-        session_ = std::make_unique<EditorSession>(Options());
-        site_ = std::make_unique<EditorSite>(*session_, std::uint16_t{80},
-                                             mox::tool::SiteSecrets{"TOKEN", "COOKIE", "FOLDER"});
-    }
-
     static HttpRequest GetAt(const std::string& target) {
         return {"GET", target, {{"Host", "127.0.0.1:80"}, {"Cookie", "mox-xml=COOKIE"}}, ""};
     }
@@ -58,9 +50,6 @@ class Site : public SessionTest {
         }
         return "";
     }
-
-    std::unique_ptr<EditorSession> session_{};
-    std::unique_ptr<EditorSite> site_{};
 };
 
 TEST_F(Site, TokenIsExchangedOnce) {

@@ -55,4 +55,11 @@ mox::tool::SessionOptions SessionTest::Options() const {
     return options;
 }
 
+void SiteTest::SetUp() {
+    SessionTest::SetUp();
+    session_ = std::make_unique<mox::tool::EditorSession>(Options());
+    site_ = std::make_unique<mox::tool::EditorSite>(*session_, std::uint16_t{80},
+                                                    mox::tool::SiteSecrets{"TOKEN", "COOKIE", "FOLDER"});
+}
+
 }  // namespace editor

@@ -3,6 +3,7 @@
 #define MOX_XMLAPI_TESTS_EDITOR_SESSION_SUPPORT_H
 
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,15 @@ class SessionTest : public testing::Test {
     mox::tool::SessionOptions Options() const;
 
     std::string path_{};
+};
+
+// With a site over the session, at port 80.
+class SiteTest : public SessionTest {
+  protected:
+    void SetUp() override;
+
+    std::unique_ptr<mox::tool::EditorSession> session_{};
+    std::unique_ptr<mox::tool::EditorSite> site_{};
 };
 
 }  // namespace editor

@@ -5,28 +5,17 @@
 namespace editor {
 namespace {
 
-using mox::tool::EditorSession;
 using mox::tool::EditorSite;
 using mox::tool::HttpRequest;
 using mox::tool::HttpResponse;
 using mox::tool::PagePolicy;
 using mox::tool::PageUse;
 
-class SiteAnswers : public SessionTest {
+class SiteAnswers : public SiteTest {
   protected:
-    void SetUp() override {
-        SessionTest::SetUp();
-        session_ = std::make_unique<EditorSession>(Options());
-        site_ = std::make_unique<EditorSite>(*session_, std::uint16_t{80},
-                                             mox::tool::SiteSecrets{"TOKEN", "COOKIE", "FOLDER"});
-    }
-
     HttpResponse Post(const std::string& name, const std::string& body) {
         return site_->Answer({"POST", "/FOLDER/" + name, {}, body});
     }
-
-    std::unique_ptr<EditorSession> session_{};
-    std::unique_ptr<EditorSite> site_{};
 };
 
 using Fields = std::vector<std::pair<std::string, std::string>>;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "mox_xmlApi/disk/system_problem.h"
+#include "mox_xmlApi/mox_xmlApi.hpp"
 #include "tests/faults/watched_calls_support.h"
 #include "tests/host/host_support.h"
 
@@ -52,6 +53,15 @@ std::string TextOfFailure(FileCall call) {
 
 Content ContentOf(const std::filesystem::path& path) {
     return std::filesystem::exists(path) ? Content(host::ReadBytes(path)) : std::nullopt;
+}
+
+std::string FileWithValues(std::initializer_list<const char*> values) {
+    mox::Profile profile;
+    for (const char* const value : values)
+        EXPECT_TRUE(profile.set("S", "k", value));
+    const host::ScratchFile file;
+    EXPECT_TRUE(profile.saveReplacing(file.Path().u16string()));
+    return file.Bytes();
 }
 
 #if !defined(_WIN32)

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <limits>
 #include <optional>
 #include <string>
@@ -101,6 +102,9 @@ std::uint64_t OpenHandles();
 // Of a file; nullopt if there is none.
 using Content = std::optional<std::string>;
 Content ContentOf(const std::filesystem::path& path);
+
+// The bytes of a settings file whose section S has the key k, to which these values were written one after the other.
+std::string FileWithValues(std::initializer_list<const char*> values);
 
 #if !defined(_WIN32)
 // The mode bits of a file without its kind. The running test fails if there is no such file.

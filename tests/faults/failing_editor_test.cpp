@@ -23,14 +23,8 @@ class FailingEditor : public testing::Test {
     void SetUp() override {
         fs::remove_all(folder);
         fs::create_directories(folder);
-        mox::Profile profile;
-        ASSERT_TRUE(profile.set("S", "k", "old"));
-        const host::ScratchFile made;
-        ASSERT_TRUE(profile.saveReplacing(made.Path().u16string()));
-        oldBytes = made.Bytes();
-        ASSERT_TRUE(profile.set("S", "k", "new"));
-        ASSERT_TRUE(profile.saveReplacing(made.Path().u16string()));
-        newBytes = made.Bytes();
+        oldBytes = FileWithValues({"old"});
+        newBytes = FileWithValues({"old", "new"});
         options.file.path = file.string();
         changes = mox::tool::ReadChanges("changes", R"([{"section": "S", "entry": "k", "value": "new"}])");
     }

@@ -27,11 +27,7 @@ class FailingTool : public testing::Test {
         MOX_REQUIRE_TOOL();
         fs::remove_all(folder);
         fs::create_directories(folder);
-        mox::Profile profile;
-        ASSERT_TRUE(profile.set("S", "k", "old"));
-        const host::ScratchFile made;
-        ASSERT_TRUE(profile.saveReplacing(made.Path().u16string()));
-        oldBytes = made.Bytes();
+        oldBytes = FileWithValues({"old"});
     }
     void TearDown() override {
         fs::remove_all(folder);
