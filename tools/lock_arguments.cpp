@@ -21,10 +21,10 @@ std::optional<FileLock> LockArguments::Acquire(const std::string& path) const {
     Problem problem;
     std::optional<FileLock> lock = FileLock::acquire(path, std::chrono::seconds(seconds_), &problem);
     if (lock.has_value()) return lock;
-    if (problem.reason != Reason::Busy) ThrowProblem(path, problem, kNothingChanged);
-    throw ExitError(ExitCode::kIoError,
-                    path + ": another program has locked the file, and did not release it within " +
-                        Counted(seconds_, "second") + " (see --lock-timeout)" + kNothingChanged);
+    std::string waited;
+    if (problem.reason == Reason::Busy)
+        waited = "; gave up after " + Counted(seconds_, "second") + " (see --lock-timeout)";
+    ThrowProblem(path, problem, (waited + kNothingChanged).c_str());
 }
 
 }  // namespace mox::tool

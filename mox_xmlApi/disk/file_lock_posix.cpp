@@ -11,7 +11,23 @@
 #include <thread>
 
 namespace mox::disk {
-OpenFile OpenToLock(const Place& place, const char* name, bool& isReadable) noexcept {
+namespace {
+
+// Waits for others, a little longer each time.
+class Pauses {
+  public:
+    void Wait() {
+        std::this_thread::sleep_for(next_);
+        next_ = std::min(next_ * 2, kLongest);
+    }
+
+  private:
+    static constexpr std::chrono::microseconds kLongest{20000};
+    std::chrono::microseconds next_{100};
+};
+
+// Makes one attempt of OpenToLock.
+OpenFile TryToOpen(const Place& place, const char* name, bool& isReadable) noexcept {
     const auto openFor = [&](int access) {
         // Without waiting, should it be a pipe by now.
         constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
@@ -31,15 +47,29 @@ OpenFile OpenToLock(const Place& place, const char* name, bool& isReadable) noex
     return OpenFile(file);
 }
 
+}  // namespace
+
+OpenFile OpenToLock(const Place& place, const char* name, const Deadline& deadline, bool& isReadable) {
+    Pauses pauses;
+    for (;;) {
+        OpenFile file = TryToOpen(place, name, isReadable);
+        const int error = errno;
+        const bool isLeased = !file.IsOpen() && error == EWOULDBLOCK;
+        if (!isLeased || deadline.IsOver()) {
+            errno = error;
+            return file;
+        }
+        pauses.Wait();
+    }
+}
+
 bool LockFile(const OpenFile& file, const Deadline& deadline) {
-    constexpr std::chrono::microseconds kLongestPause{20000};
-    std::chrono::microseconds pause{100};
+    Pauses pauses;
     while (flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno == EINTR) continue;
         if (errno != EWOULDBLOCK) return true;
         if (deadline.IsOver()) return false;
-        std::this_thread::sleep_for(pause);
-        pause = std::min(pause * 2, kLongestPause);
+        pauses.Wait();
     }
     return true;
 }
@@ -59,10 +89,11 @@ Outcome HeldLock::TryToLock(const Text& path, const Deadline& deadline, Problem*
         return Outcome::Failed;
     }
     bool isReadable = false;
-    file_ = OpenToLock(place, isThere ? place.Name().c_str() : ".", isReadable);
+    file_ = OpenToLock(place, isThere ? place.Name().c_str() : ".", deadline, isReadable);
     if (!file_.IsOpen()) {
         if (errno == EWOULDBLOCK) {
-            FailFor(problem, path, Reason::Busy, "another process has a lease on the file");
+            FailFor(problem, path, Reason::Busy,
+                    "another process has a lease on the file and does not give it up");
             return Outcome::Failed;
         }
         if (errno == ENOENT || errno == ELOOP) return Outcome::Again;

@@ -37,8 +37,9 @@ class HeldLock {
 
 #if !defined(_WIN32)
 // Opens the file of that name in the folder of the place: for writing if possible, because network file systems grant an
-// exclusive lock only then. `isReadable` is set to whether it can be read. Not open on failure; errno says why.
-OpenFile OpenToLock(const Place& place, const char* name, bool& isReadable) noexcept;
+// exclusive lock only then. `isReadable` is set to whether it can be read. If another process has a lease on the file,
+// the first attempt asks it to give that up, and others follow until the deadline. Not open on failure; errno says why.
+OpenFile OpenToLock(const Place& place, const char* name, const Deadline& deadline, bool& isReadable);
 
 // Locks the file against all others that lock it in this way, as long as it is open. Returns false if another one has
 // it until the deadline. A file system without such locks counts as locked.

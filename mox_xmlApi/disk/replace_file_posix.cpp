@@ -73,10 +73,11 @@ class Attempt {
             return Failed(FailBySystemError(Reason::WriteFailed, "cannot write to the file"));
         }
         bool isReadable = true;
-        OpenFile opened = OpenToLock(target_, target_.Name().c_str(), isReadable);
+        OpenFile opened = OpenToLock(target_, target_.Name().c_str(), deadline_, isReadable);
         if (!opened.IsOpen()) {
             if (errno == EWOULDBLOCK)
-                return Failed(Fail(Reason::Busy, "another process has a lease on the file"));
+                return Failed(
+                    Fail(Reason::Busy, "another process has a lease on the file and does not give it up"));
             if (errno == ENOENT || errno == ELOOP) return Outcome::Again;
             return Failed(FailBySystemError(Reason::ReadFailed, "cannot open the file"));
         }

@@ -4,9 +4,11 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
+#include <thread>
 #include <unistd.h>
 
 #include "tests/disk/disk_support.h"
@@ -26,7 +28,7 @@ class LeasedFiles : public testing::Test {
         handler_ = std::signal(SIGIO, SIG_IGN);
     }
     void TearDown() override {
-        if (file_ >= 0) close(file_);
+        Close();
         std::signal(SIGIO, handler_);
     }
 
@@ -34,6 +36,18 @@ class LeasedFiles : public testing::Test {
     bool Lease(int kind) {
         file_ = open(path.c_str(), (kind == F_RDLCK ? O_RDONLY : O_RDWR) | O_CLOEXEC);
         return file_ >= 0 && fcntl(file_, F_SETLEASE, kind) == 0;
+    }
+
+    // Waits until the system tells that somebody else opens the file, and lets it.
+    void GiveUpWhenAsked() const {
+        while (fcntl(file_, F_GETLEASE) == F_WRLCK)
+            std::this_thread::sleep_for(milliseconds(1));
+        EXPECT_EQ(fcntl(file_, F_SETLEASE, F_UNLCK), 0);
+    }
+
+    void Close() {
+        if (file_ >= 0) close(file_);
+        file_ = -1;
     }
 
     const ScratchFolder folder;
@@ -59,14 +73,31 @@ TEST_F(LeasedFiles, AReaderWithALeaseDoesNotKeepAFileFromBeingLocked) {
 
 TEST_F(LeasedFiles, AWriterWithALeaseMakesTheFileBusy) {
     if (!Lease(F_WRLCK)) GTEST_SKIP() << "no leases here";
-    constexpr const char* kMessage = "another process has a lease on the file";
+    constexpr const char* kMessage = "another process has a lease on the file and does not give it up";
+    mox::ReplaceOptions options;
+    options.patience = milliseconds(50);
     mox::Problem problem;
     EXPECT_FALSE(mox::FileLock::acquire(path.u16string(), milliseconds(50), &problem).has_value());
     EXPECT_EQ(problem.reason, Reason::Busy);
     EXPECT_EQ(problem.message, kMessage);
-    EXPECT_FALSE(mox::replaceFile(path.u16string(), "new", {}, nullptr, &problem));
+    EXPECT_FALSE(mox::replaceFile(path.u16string(), "new", options, nullptr, &problem));
     EXPECT_EQ(problem.reason, Reason::Busy);
     EXPECT_EQ(problem.message, kMessage);
+}
+
+TEST_F(LeasedFiles, AWriterThatGivesItsLeaseUpIsWaitedFor) {
+    const auto replace = [&] { return ReasonFor(path, "new") == Reason::None; };
+    const auto lock = [&] {
+        return mox::FileLock::acquire(path.u16string(), milliseconds(10000)).has_value();
+    };
+    for (const std::function<bool()>& open : {std::function<bool()>(replace), std::function<bool()>(lock)}) {
+        if (!Lease(F_WRLCK)) GTEST_SKIP() << "no leases here";
+        std::thread holder([&] { GiveUpWhenAsked(); });
+        EXPECT_TRUE(open());
+        holder.join();
+        Close();
+    }
+    EXPECT_EQ(host::ReadBytes(path), "new");
 }
 
 }  // namespace

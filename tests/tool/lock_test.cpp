@@ -33,8 +33,8 @@ TEST_F(Lock, WritersGiveUpAfterTheTimeAndSaySo) {
         EXPECT_EQ(result.out, "");
         EXPECT_EQ(
             result.err,
-            "mox-xml: a.xml: another program has locked the file, and did not release it within 0 seconds "
-            "(see --lock-timeout); nothing was changed\n");
+            "mox-xml: a.xml: another process has locked the file and does not release it; gave up after 0 "
+            "seconds (see --lock-timeout); nothing was changed\n");
     }
     EXPECT_EQ(ReadBytes("a.xml"), Narrow(TextForCalls()));
 }
