@@ -53,6 +53,8 @@ mox_status StatusOf(Reason reason) noexcept {
             return MOX_CHANGED;
         case Reason::Busy:
             return MOX_BUSY;
+        case Reason::Unconfirmed:
+            return MOX_UNCONFIRMED;
         case Reason::Syntax:
             return MOX_SYNTAX;
         case Reason::WrongKind:

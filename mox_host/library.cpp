@@ -38,6 +38,7 @@ const char* mox_status_name(mox_status status) {
         MOX_NAME_OF(MOX_WRITE_FAILED);
         MOX_NAME_OF(MOX_CHANGED);
         MOX_NAME_OF(MOX_BUSY);
+        MOX_NAME_OF(MOX_UNCONFIRMED);
         MOX_NAME_OF(MOX_SYNTAX);
         MOX_NAME_OF(MOX_WRONG_KIND);
         MOX_NAME_OF(MOX_WRONG_ENCODING);

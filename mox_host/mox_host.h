@@ -109,6 +109,8 @@ enum {
     MOX_WRITE_FAILED = 6,     /**< The system reported an error; the old file is unchanged. */
     MOX_CHANGED = 7,          /**< The file is no longer the one that was read. */
     MOX_BUSY = 8,             /**< Another process is replacing the file and does not finish. */
+    MOX_UNCONFIRMED =
+        9, /**< The file was replaced, but the system does not tell whether the new one is in place. */
 
     /* Documents */
     MOX_SYNTAX = 20,         /**< It does not parse. */
@@ -442,8 +444,8 @@ mox_status mox_document_get_info(const mox_document* document, mox_document_info
 mox_status mox_set_form(mox_document* document, uint32_t form, mox_problem* problem);
 
 /**
- * Replaces a file atomically by what the document has, or creates it: after a failure the old file is unchanged.
- * options may be null.
+ * Replaces a file atomically by what the document has, or creates it: after a failure the old file is unchanged. (With
+ * MOX_UNCONFIRMED, the new one should be in place, and the next save goes on from it.) options may be null.
  *
  * A file that is not the one that was read or saved last is not replaced (MOX_CHANGED), unless MOX_SAVE_OVERWRITE is
  * set. A narrow file keeps 7-bit text only (MOX_NOT_KEPT). Saving a settings document with MOX_CONTENT_DOCUMENT removes

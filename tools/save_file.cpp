@@ -5,15 +5,11 @@
 
 namespace mox::tool {
 
-bool IsConflict(const std::string& path, const Problem& problem) noexcept {
-    return problem.reason == Reason::Changed && problem.file == path &&
-           problem.message.find("the file was replaced, but") != 0;
-}
-
 void ThrowUnsaved(const std::string& path, const Problem& problem) {
-    if (problem.reason != Reason::Changed) ThrowProblem(path, problem, kNothingChanged);
-    if (problem.file != path) ThrowProblem(path, problem, ("; " + path + " was not changed").c_str());
-    ThrowProblem(path, problem);
+    if (problem.reason == Reason::Unconfirmed) ThrowProblem(path, problem);
+    if (problem.file == path) ThrowProblem(path, problem, kNothingChanged);
+    // The backup may be the new one.
+    ThrowProblem(path, problem, ("; " + path + " was not changed").c_str());
 }
 
 void SaveBytes(const std::string& bytes, const std::string& path, const SaveArguments& arguments) {
@@ -23,7 +19,7 @@ void SaveBytes(const std::string& bytes, const std::string& path, const SaveArgu
     options.lock = arguments.lock;
     Problem problem;
     if (replaceFile(path, bytes, options, nullptr, &problem)) return;
-    if (!IsConflict(path, problem)) ThrowUnsaved(path, problem);
+    if (problem.reason != Reason::Changed) ThrowUnsaved(path, problem);
     const bool isNew = arguments.onlyIf != nullptr && !arguments.onlyIf->exists;
     if (isNew) throw ExitError(ExitCode::kIoError, path + ": the file exists; --overwrite replaces it");
     ThrowProblem(path, problem, arguments.onlyIf != nullptr ? " (see --overwrite)" : "");

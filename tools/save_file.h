@@ -18,13 +18,8 @@ struct SaveArguments {
     const FileLock* lock = nullptr;     // the lock on the file, if the caller has locked it
 };
 
-// Whether replaceFile has failed with this problem because another program has changed the file at `path`.
-// Reason::Changed also says that the system did not tell whose file has the name after the renaming, and can be about
-// the backup.
-bool IsConflict(const std::string& path, const Problem& problem) noexcept;
-
-// Ends the verb because replaceFile has failed with a problem that is no conflict. Throws ExitError; the message ends
-// with what has become of the file, unless the problem says so.
+// Ends the verb because replaceFile has failed with a problem that is no conflict (Reason::Changed). Throws ExitError;
+// the message ends with what has become of the file, unless the problem says so.
 [[noreturn]] void ThrowUnsaved(const std::string& path, const Problem& problem);
 
 // Replaces the file at `path`, or creates it; see disk/replace_file.hpp. Throws ExitError (kIoError) on failure; the

@@ -25,6 +25,7 @@ std::optional<FileLock> FileLock::acquire(const Text& path, std::chrono::millise
                 front::Succeed(problem);
                 return FileLock(std::move(held));
             case disk::Outcome::Failed:
+            case disk::Outcome::Unconfirmed:  // for replacements only
                 return std::nullopt;
             case disk::Outcome::Again:
                 if (!deadline.IsOver()) break;

@@ -27,6 +27,9 @@ bool replaceFile(const Text& path, std::string_view bytes, const ReplaceOptions&
             case disk::Outcome::Done:
                 if (stamp != nullptr) *stamp = written;
                 return front::Succeed(problem);
+            case disk::Outcome::Unconfirmed:
+                if (stamp != nullptr) *stamp = written;
+                return false;
             case disk::Outcome::Failed:
                 return false;
             case disk::Outcome::Again:

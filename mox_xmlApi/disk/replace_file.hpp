@@ -37,9 +37,9 @@
 // Failure
 //   The old file is unchanged and the temporary file is removed. That file, ".mox-<number>-<number>.tmp" in the folder
 //   of the file, stays only if the process ends midway or if the system cannot remove it.
-//   There are two exceptions, both right after the renaming on POSIX systems and both with the reason Changed. If the
-//   system fails to say whose file has the name, the message begins with "the file was replaced, but", and the new file
-//   is in place. If another program has put its own file in the place of the new one, that file is there.
+//   There are two exceptions, both right after the renaming on POSIX systems. If the system fails to say whose file has
+//   the name (Unconfirmed), the new file is in place, unless another program was faster. If another program has put its
+//   own file in the place of the new one (Changed), that file is there.
 //
 // Power cuts
 //   At each moment the disk has the old file or the new one, whole, and the backup or what was there before it; the new
@@ -71,10 +71,9 @@ struct ReplaceOptions {
     // replaces what was there, a link too, as atomically as the file itself, and is flushed before that is replaced.
     //
     // If making the backup fails, the file is unchanged. So is what was at the path of the backup, with three
-    // exceptions on POSIX systems, after the copy was renamed: the copy is there if the system cannot examine it
-    // (Changed, with a message that begins with "the file was replaced, but") or cannot flush its folder (WriteFailed);
-    // and another program's file is there if that has put it in the place of the copy (Changed). If replacing the file
-    // fails after that, the new backup stays: it is a copy of the file as it was.
+    // exceptions on POSIX systems, after the copy was renamed: the copy is there if the system cannot
+    // examine it or cannot flush its folder, and another program's file is there if that has put it in the place of the
+    // copy. If replacing the file fails after that, the new backup stays: it is a copy of the file as it was.
     std::optional<Text> backup{};
 
     // The lock on the file that the caller holds. Without it, a file that anybody has locked cannot be replaced (Busy);
@@ -92,8 +91,8 @@ struct ReplaceOptions {
 //
 // Returns false on failure, and `stamp` is unchanged. The reason is InvalidText, NotFound (of the folder), NoPermission,
 // NotRegularFile, TooLarge (of an old file that has to be read), ReadFailed (of it) or WriteFailed; Changed if the file
-// is not the one that `onlyIf` describes, if another program has put its own file in place of the new one, or if the
-// system does not tell whether one has; Busy if another process did not finish in time. `problem->file` is the backup
+// is not the one that `onlyIf` describes, or if another program has put its own file in place of the new one; Busy if
+// another process did not finish in time. With Unconfirmed, `stamp` is set as on success. `problem->file` is the backup
 // if that is what failed. Throws std::bad_alloc.
 bool replaceFile(const Text& path, std::string_view bytes, const ReplaceOptions& options = {},
                  FileStamp* stamp = nullptr, Problem* problem = nullptr);

@@ -166,18 +166,29 @@ class Attempt {
         } else if (!temporary.RenameOver()) {
             return failBySystem("cannot rename the temporary file");
         }
+        return Confirm(what == What::Backup, place, path, temporary);
+    }
+
+    // Finds out whether the renamed file is in place, and flushes its folder.
+    Outcome Confirm(bool isBackup, const Place& place, const Text& path,
+                    const TemporaryFile& temporary) const {
+        const auto failBySystem = [&](std::string_view tried) {
+            return Failed(FailBySystem(problem_, path, Reason::WriteFailed, tried, LastSystemError()));
+        };
         const Same target = temporary.IsTarget();
         if (target == Same::Unknown) {
-            return Failed(FailFor(
-                problem_, path, Reason::Changed,
-                "the file was replaced, but the new one cannot be examined: " + TextOf(LastSystemError())));
+            if (isBackup) return failBySystem("cannot examine the backup");
+            FailFor(
+                problem_, path, Reason::Unconfirmed,
+                "the file was replaced, but the new one cannot be examined: " + TextOf(LastSystemError()));
+            return Outcome::Unconfirmed;
         }
         if (target == Same::No) {
-            return Failed(FailFor(problem_, path, Reason::Changed,
+            return Failed(FailFor(problem_, path, isBackup ? Reason::WriteFailed : Reason::Changed,
                                   "another process has put its own file in the place of the new one"));
         }
-        const bool isFlushed = place.Flush(file);
-        if (what == What::Backup && !isFlushed) return failBySystem("cannot flush the folder of the backup");
+        const bool isFlushed = place.Flush(temporary.File());
+        if (isBackup && !isFlushed) return failBySystem("cannot flush the folder of the backup");
         return Outcome::Done;
     }
 

@@ -46,7 +46,8 @@ class Deadline {
 enum class Outcome : std::uint8_t {
     Done,
     Failed,
-    Again,  // another process has replaced or created the file meanwhile: begin again
+    Unconfirmed,  // the file was replaced, but the system does not tell whether the new one is in place
+    Again,        // another process has replaced or created the file meanwhile: begin again
 };
 
 // Makes one attempt at what replaceFile does. Paths are valid and not empty.

@@ -132,7 +132,7 @@ inline bool RequireNarrow(std::string_view wide, Problem* problem) {
 }
 
 // Replaces the file at `path` by the bytes. Of a document as a whole, `known` is the file that it was read from or saved
-// to last, and becomes this one; it is null for anything else.
+// to last, and becomes this one, also if that is Unconfirmed; it is null for anything else.
 inline bool ReplaceKnownFile(const Text& path, std::string_view bytes, const SaveOptions& options,
                              KnownFile* known, Problem* problem) {
     ReplaceOptions replacing;
@@ -142,20 +142,17 @@ inline bool ReplaceKnownFile(const Text& path, std::string_view bytes, const Sav
     const bool isKnown = known != nullptr && known->stamp.exists;
     if (!options.overwrite)
         replacing.onlyIf = isKnown && known->path == path.units() ? &known->stamp : &missing;
-    Problem first;
-    bool isReplaced = replaceFile(path, bytes, replacing, &stamp, isKnown ? &first : problem);
-    if (!isReplaced && isKnown) {
+    Problem found;
+    bool isReplaced = replaceFile(path, bytes, replacing, &stamp, &found);
+    if (found.reason == Reason::Changed && isKnown && replacing.onlyIf == &missing) {
         // The known file may be meant by another name.
-        if (first.reason == Reason::Changed && replacing.onlyIf == &missing) {
-            replacing.onlyIf = &known->stamp;
-            isReplaced = replaceFile(path, bytes, replacing, &stamp, problem);
-        } else if (problem != nullptr) {
-            *problem = first;
-        }
+        replacing.onlyIf = &known->stamp;
+        isReplaced = replaceFile(path, bytes, replacing, &stamp, &found);
     }
-    if (!isReplaced) return false;
-    if (known != nullptr) *known = {Units(path.units()), stamp};
-    return Succeed(problem);
+    if (known != nullptr && (isReplaced || found.reason == Reason::Unconfirmed))
+        *known = {Units(path.units()), stamp};
+    if (problem != nullptr) *problem = std::move(found);
+    return isReplaced;
 }
 
 }  // namespace mox::front

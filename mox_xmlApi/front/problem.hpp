@@ -24,6 +24,7 @@ enum class Reason : std::uint8_t {
     WriteFailed,     // the system reported an error; the old file is unchanged
     Changed,         // the file is no longer the one that was read
     Busy,            // another process is replacing the file and does not finish
+    Unconfirmed,     // the file was replaced, but the system does not tell whether the new one is in place
 
     // Documents
     Syntax,     // the document does not parse

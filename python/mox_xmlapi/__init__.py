@@ -21,7 +21,7 @@ from ._errors import (AmbiguousError, ArgumentError, BusyError, ChangedError, Cl
                       DocumentSyntaxError, FileError, FileMissingError, FilePermissionError, InvalidTextError,
                       LibraryError, MoxError, NameTakenError, NoSuchKeyError, NoSuchSectionError, NotKeptError,
                       NotStoredError, OutOfMemoryError, OutOfRangeError, ProtectedError, Reason, RefusedError,
-                      UnreadableError, WrongEncodingError, WrongKindError, WrongTypeError)
+                      UnconfirmedError, UnreadableError, WrongEncodingError, WrongKindError, WrongTypeError)
 from ._library import library_version
 from ._types import (Content, Control, Diagnostic, Encoding, Entry, Form, Owner, Presentation, Severity,
                      Shape, Value, ValueType)
@@ -32,8 +32,8 @@ __all__ = [
     "FileMissingError", "FilePermissionError", "Form", "InvalidTextError", "LibraryError", "MoxError", "NameTakenError",
     "NoSuchKeyError", "NoSuchSectionError", "NotKeptError", "NotStoredError", "OutOfMemoryError",
     "OutOfRangeError", "Owner", "Presentation", "ProtectedError", "Reason", "RefusedError", "Section", "Settings",
-    "Severity", "Shape", "Table", "UnreadableError", "Value", "ValueType", "WrongEncodingError", "WrongKindError",
-    "WrongTypeError", "diagnose", "library_version",
+    "Severity", "Shape", "Table", "UnconfirmedError", "UnreadableError", "Value", "ValueType", "WrongEncodingError",
+    "WrongKindError", "WrongTypeError", "diagnose", "library_version",
 ]
 
 # Messages name the classes as programs import them.

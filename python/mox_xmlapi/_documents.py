@@ -89,7 +89,7 @@ class Document:
              content: Content = Content.DOCUMENT, section: Optional[str] = None, overwrite: bool = False,
              backup: Optional[PathLike] = None) -> None:
         """Replaces a file as a whole, without a path the one that was opened. After an exception the old file is
-        unchanged. A save of whole settings that is no export removes "eud" from all sections and entries.
+        unchanged, except for UnconfirmedError. A save of whole settings, unless it is an export, removes "eud".
 
         A file that is not the one that was read or saved last is not replaced (ChangedError), unless overwrite is set.
         A narrow file keeps 7-bit text only (NotKeptError). The old file is copied to backup before it is replaced. With

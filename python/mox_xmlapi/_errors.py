@@ -6,7 +6,7 @@ from typing import Any, Dict, Optional, Type
 # Why a call failed. The classes below tell the same.
 Reason = enum.IntEnum("Reason", {
     "NOT_FOUND": 1, "NO_PERMISSION": 2, "NOT_REGULAR_FILE": 3, "TOO_LARGE": 4, "READ_FAILED": 5, "WRITE_FAILED": 6,
-    "CHANGED": 7, "BUSY": 8, "SYNTAX": 20, "WRONG_KIND": 21, "WRONG_ENCODING": 22, "TOO_DEEP": 23,
+    "CHANGED": 7, "BUSY": 8, "UNCONFIRMED": 9, "SYNTAX": 20, "WRONG_KIND": 21, "WRONG_ENCODING": 22, "TOO_DEEP": 23,
     "NO_SUCH_SECTION": 40, "NO_SUCH_KEY": 41, "NAME_TAKEN": 42, "PROTECTED": 43, "UNREADABLE": 44, "AMBIGUOUS": 45,
     "INVALID_TEXT": 60, "NOT_KEPT": 61, "WRONG_TYPE": 62, "OUT_OF_RANGE": 63, "NOT_STORED": 64,
     "INVALID_ARGUMENT": 80, "OUT_OF_MEMORY": 82, "INTERNAL_ERROR": 83})
@@ -58,6 +58,7 @@ class FileMissingError(FileError, FileNotFoundError): """There is no such file o
 class FilePermissionError(FileError, PermissionError): """The process may not read, replace or create the file."""
 class ChangedError(FileError): """The file is no longer the one that was read: another program has written it."""
 class BusyError(FileError): """Another process is replacing the file and does not finish."""
+class UnconfirmedError(FileError): """The file was replaced; whether the new one is in place the system cannot tell."""
 class DocumentError(MoxError, ValueError): """The content of a file cannot be used, or is too large or too deep."""
 class DocumentSyntaxError(DocumentError): """It does not parse: line, column, found and expected say where and why."""
 class WrongKindError(DocumentError): """It is another kind of document, or one that has no sections."""
@@ -81,6 +82,6 @@ class OutOfMemoryError(MoxError, MemoryError): """There is not enough memory."""
 _ERRNO = {Reason.NOT_FOUND: errno.ENOENT, Reason.NO_PERMISSION: errno.EACCES, Reason.BUSY: errno.EBUSY}
 CLASSES: Dict[Reason, Type[MoxError]] = dict(zip(Reason, [
     FileMissingError, FilePermissionError, FileError, DocumentError, FileError, FileError, ChangedError, BusyError,
-    DocumentSyntaxError, WrongKindError, WrongEncodingError, DocumentError, NoSuchSectionError, NoSuchKeyError,
-    NameTakenError, ProtectedError, UnreadableError, AmbiguousError, InvalidTextError, NotKeptError, WrongTypeError,
-    OutOfRangeError, NotStoredError, ArgumentError, OutOfMemoryError, MoxError]))  # in the order of Reason
+    UnconfirmedError, DocumentSyntaxError, WrongKindError, WrongEncodingError, DocumentError, NoSuchSectionError,
+    NoSuchKeyError, NameTakenError, ProtectedError, UnreadableError, AmbiguousError, InvalidTextError, NotKeptError,
+    WrongTypeError, OutOfRangeError, NotStoredError, ArgumentError, OutOfMemoryError, MoxError]))  # as Reason

@@ -458,7 +458,7 @@ class Saving(BrowserTest):
         self.wait(lambda: self.by_id("saving").is_displayed())
         self.click("backup")
         self.click("confirmSaving")
-        self.wait(lambda: "nothing was changed" in self.text("savingError"))
+        self.wait(lambda: "a.xml was not changed" in self.text("savingError"))
         self.assertEqual(read(self.path), self.before)
         self.click("cancelSaving")
         self.assertEqual((self.field("A number").get_attribute("value"), self.text("save")), ("6", "Save 1 change"))

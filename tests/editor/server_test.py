@@ -143,7 +143,7 @@ class Answers(ServerTest):
         editor = self.start()
         reply = editor.post("save", {"version": 1, "changes": SET_K, "backup": True})
         self.assertEqual(reply.status, 422)
-        self.assertIn("nothing was changed", reply.json()["error"])
+        self.assertIn("a.xml was not changed", reply.json()["error"])
         self.assertEqual(read(self.path), self.before)
         self.assertIn("saved", editor.post("save", {"version": 1, "changes": SET_K}).json())
 

@@ -131,7 +131,7 @@ TEST_F(SessionConflict, FailedSaveLeavesTheSessionAsItWas) {
     EditorSession session(Options());
     const auto change = Change("S", "a", "1", "2");
     const std::string message = MessageOf([&] { session.Save(1, change, true); });
-    EXPECT_NE(message.find("; nothing was changed"), std::string::npos) << message;
+    EXPECT_NE(message.find("; " + path_ + " was not changed"), std::string::npos) << message;
     EXPECT_EQ(ReadBytes(path_), before);
     EXPECT_TRUE(session.Save(1, change, false).contains("saved"));
     EXPECT_NE(MessageOf([&] { session.Save(1, change, false); }).find("load the page again"),

@@ -13,6 +13,7 @@
 #include "mox_xmlApi/disk/read_file.hpp"
 #include "mox_xmlApi/disk/replace_file.hpp"
 #include "mox_xmlApi/disk/scratch_file.hpp"
+#include "mox_xmlApi/mox_xmlApi.hpp"
 #include "tests/faults/failing_disk_support.h"
 #include "tests/host/host_support.h"
 #if !defined(_WIN32)
@@ -129,6 +130,77 @@ TEST_F(Replacing, IsNoSuccessIfTheFileWasExchangedAtTheLastMoment) {
         }
         EXPECT_EQ(problem.reason, Reason::Changed);
         EXPECT_EQ(host::ReadBytes(victim), "secret");
+    }
+}
+
+mox::SaveOptions Overwriting() {
+    mox::SaveOptions options;
+    options.overwrite = true;
+    return options;
+}
+
+// The system does not tell whose file has a name, from the first renaming on.
+WatchedFiles::Rule WithoutExaminationAfterRenaming() {
+    return [isRenamed = false](FileCall call) mutable {
+        isRenamed = isRenamed || call == FileCall::Rename;
+        return isRenamed && call == FileCall::Examine ? Answer::Fails : Answer::Plain;
+    };
+}
+
+TEST_F(Replacing, IsUnconfirmedIfTheNewFileCannotBeExamined) {
+    host::WriteBytes(file, "old");
+    mox::FileStamp stamp;
+    mox::Problem problem;
+    {
+        const WatchedFiles files(WithoutExaminationAfterRenaming());
+        EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", {}, &stamp, &problem));
+    }
+    EXPECT_EQ(problem.reason, Reason::Unconfirmed);
+    EXPECT_EQ(problem.file, mox::toUtf8(file.u16string()));
+    EXPECT_EQ(problem.message, "the file was replaced, but the new one cannot be examined: " +
+                                   TextOfFailure(FileCall::Examine));
+    EXPECT_EQ(host::ReadBytes(file), "new");
+    EXPECT_EQ(Names(), std::vector<std::string>{"f.xml"});
+    mox::ReplaceOptions options;
+    options.onlyIf = &stamp;
+    EXPECT_TRUE(mox::replaceFile(file.u16string(), "newer", options, nullptr, &problem))
+        << problem.toString();
+}
+
+TEST_F(Replacing, ChangesOnlyTheBackupIfThatCannotBeExamined) {
+    host::WriteBytes(file, "old");
+    host::WriteBytes(backup, "older");
+    mox::ReplaceOptions options;
+    options.backup = mox::Text(backup.u16string());
+    mox::Problem problem;
+    {
+        const WatchedFiles files(WithoutExaminationAfterRenaming());
+        EXPECT_FALSE(mox::replaceFile(file.u16string(), "new", options, nullptr, &problem));
+    }
+    EXPECT_EQ(problem.reason, Reason::WriteFailed);
+    EXPECT_EQ(problem.file, mox::toUtf8(backup.u16string()));
+    EXPECT_EQ(problem.message, "cannot examine the backup: " + TextOfFailure(FileCall::Examine));
+    EXPECT_EQ(host::ReadBytes(file), "old");
+    EXPECT_EQ(host::ReadBytes(backup), "old");
+}
+
+TEST_F(Replacing, OfADocumentGoesOnFromAnUnconfirmedSave) {
+    const auto other = folder / "other.xml";
+    for (const fs::path& path : {file, other}) {
+        mox::Profile profile;
+        ASSERT_TRUE(profile.setString("S", "k", "1"));
+        ASSERT_TRUE(profile.saveReplacing(file.u16string(), Overwriting()));
+        ASSERT_TRUE(profile.setString("S", "k", "2"));
+        mox::Problem problem;
+        {
+            const WatchedFiles files(WithoutExaminationAfterRenaming());
+            EXPECT_FALSE(profile.saveReplacing(path.u16string(), &problem));
+        }
+        EXPECT_EQ(problem.reason, Reason::Unconfirmed) << problem.toString();
+        EXPECT_EQ(mox::Profile::open(path.u16string())->getString("S", "k"), "2");
+        ASSERT_TRUE(profile.setString("S", "k", "3"));
+        EXPECT_TRUE(profile.saveReplacing(path.u16string(), &problem)) << problem.toString();
+        EXPECT_EQ(mox::Profile::open(path.u16string())->getString("S", "k"), "3");
     }
 }
 

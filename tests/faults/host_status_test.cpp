@@ -23,6 +23,7 @@ TEST(HostStatus, EachReasonOfTheFrontHasOne) {
     EXPECT_STREQ(name(Reason::WriteFailed), "MOX_WRITE_FAILED");
     EXPECT_STREQ(name(Reason::Changed), "MOX_CHANGED");
     EXPECT_STREQ(name(Reason::Busy), "MOX_BUSY");
+    EXPECT_STREQ(name(Reason::Unconfirmed), "MOX_UNCONFIRMED");
     EXPECT_STREQ(name(Reason::Syntax), "MOX_SYNTAX");
     EXPECT_STREQ(name(Reason::WrongKind), "MOX_WRONG_KIND");
     EXPECT_STREQ(name(Reason::Encoding), "MOX_WRONG_ENCODING");

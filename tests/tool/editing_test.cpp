@@ -384,7 +384,10 @@ TEST_F(Editing, AFullDiskLeavesTheFileAndItsOldBackup) {
     std::signal(SIGXFSZ, handler);
     for (const Result& result : results) {
         EXPECT_EQ(result.code, 4) << result;
-        EXPECT_NE(result.err.find("; nothing was changed\n"), std::string::npos) << result;
+        // Either the document or its backup could not be written.
+        const bool saysWhatIsThere = result.err.find("; nothing was changed\n") != std::string::npos ||
+                                     result.err.find("; a.xml was not changed\n") != std::string::npos;
+        EXPECT_TRUE(saysWhatIsThere) << result;
     }
     EXPECT_EQ(ReadBytes("a.xml"), bytes);
     EXPECT_EQ(ReadBytes("a.xml.bak"), "the good backup");

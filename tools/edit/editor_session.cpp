@@ -226,7 +226,7 @@ Json EditorSession::Replace(const FileStamp& expected, const std::vector<Request
         onDisk_.reset();
         return {{"saved", true}, {"document", Form()}};
     }
-    if (IsConflict(Path(), problem)) return Conflict(*next.document);
+    if (problem.reason == Reason::Changed) return Conflict(*next.document);
     ThrowUnsaved(Path(), problem);
 }
 
