@@ -117,7 +117,6 @@ bool ScratchFile::CreateInFolder(Problem* problem) {
 
 void ScratchFile::Remove() noexcept {
     if (!path_.empty()) DeleteFileW(path_.c_str());
-    path_.clear();
 }
 
 #else
@@ -168,7 +167,6 @@ void ScratchFile::Remove() noexcept {
         rmdir(folder_.c_str());
     }
     folder_.clear();
-    path_.clear();
 }
 
 #endif
