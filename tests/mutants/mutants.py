@@ -9,7 +9,7 @@ build/mutants, which is then built as in the preset "linux", but for -O1. The te
 beginning with those that are quick or test the folder of the fault. What they do not catch runs once more with the
 sanitizers. A fault
 
-    is not compiled     if the compiler refuses it, or warns;
+    is not compiled     if the compiler refuses it, or warns; in Python, if mypy does;
     makes no difference if all programs stay the same, byte by byte;
     is caught           if a test fails, crashes, or takes far more time or memory than without the fault;
     is explained        if it stands in tests/mutants.txt, with the reason why no test can see it;
@@ -32,10 +32,11 @@ import sys
 import threading
 
 import faults
+import python_faults
 from tree import PROGRAM_PER_FILE, PROGRAMS, SANITIZED, BrokenTree, Tree, Verdict, files_below
 
-FOLDERS = ("mox_xmlApi", "mox_host", "companions", "tools")  # a folder that ships is added here
-SUFFIXES = (".h", ".hpp", ".cpp")
+FOLDERS = ("mox_xmlApi", "mox_host", "companions", "python/mox_xmlapi", "tools")  # a folder that ships is added here
+SOURCES = {".h": faults.Source, ".hpp": faults.Source, ".cpp": faults.Source, ".py": python_faults.Source}
 WORKERS = 2
 RESULTS = ("drawn", "not compiled", "no difference", "caught", "explained", "survived")
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
@@ -44,9 +45,9 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 def sources(project):
     for folder in FOLDERS:
         for path in sorted((project / folder).rglob("*")):
-            if path.suffix in SUFFIXES:
+            if path.suffix in SOURCES:
                 file = path.relative_to(project).as_posix()
-                yield faults.Source(file, path.read_text(encoding="utf-8"))
+                yield SOURCES[path.suffix](file, path.read_text(encoding="utf-8"))
 
 
 def draw(project, count, seed, folder=""):
@@ -218,10 +219,13 @@ def main(arguments, root=ROOT, programs=PROGRAMS):
     home.mkdir(parents=True, exist_ok=True)
     options = [f"-DCMAKE_PROJECT_mox_xmlApi_INCLUDE={root / 'tests/mutants/settings.cmake'}",
                f"-DMOX_TEST_PROGRAM_PER_FILE={';'.join(PROGRAM_PER_FILE)}"]
+    drawn = draw(root, count, seed, folder)
+    if all(fault.file.endswith(".py") for fault in drawn):
+        programs = [name for name in programs if name == "python_package"]
     trees = [Tree(f"linux-{number}", "linux", options, root, programs) for number in range(WORKERS)]
     sanitized = Tree("sanitize", "sanitize", options, root, [name for name in programs if name in SANITIZED])
     try:
-        verdicts = judge_all(draw(root, count, seed, folder), trees, Results(home / "results.jsonl", root))
+        verdicts = judge_all(drawn, trees, Results(home / "results.jsonl", root))
         unexplained = [fault for fault, verdict in verdicts.items()
                        if verdict.result == "survived" and key(fault) not in explained]
         if unexplained:

@@ -9,6 +9,7 @@ import unittest
 
 import faults
 import mutants
+import python_faults
 
 
 def faults_in(body, kind):
@@ -62,6 +63,64 @@ class EachKindOfFault(unittest.TestCase):
         after = [fault.after for kinds in source.faults().values() for some in kinds.values() for fault in some]
         self.assertEqual(after, ["constexpr int kA = 6;", "constexpr int kA = 4;", "    4,", "    2,",
                                  "int Sum(int a = 3);", "int Sum(int a = 1);"])
+
+
+def python_faults_in(body, kind):
+    """What the line becomes, with each fault of the kind, as a line of a Python function."""
+    source = python_faults.Source("a.py", f"def f():\n    {body}\n")
+    return sorted(fault.after.strip() for fault in source.faults().get(2, {}).get(kind, []))
+
+
+class EachKindOfFaultInPython(unittest.TestCase):
+    def test_conditions_are_negated_and_fixed(self):
+        self.assertEqual(python_faults_in("if a(b): return c", "condition"),
+                         ["if (not (a(b))): return c", "if False: return c", "if True: return c"])
+        self.assertEqual(python_faults_in("while a: b()", "condition"), ["while (not (a)): b()", "while False: b()"])
+        self.assertEqual(python_faults_in("return not a", "condition"), ["return a"])
+        self.assertEqual(python_faults_in("return [a for a in b if a]", "condition"),
+                         ["return [a for a in b if (not (a))]", "return [a for a in b if False]",
+                          "return [a for a in b if True]"])
+
+    def test_boundaries_move_by_one(self):
+        self.assertEqual(python_faults_in("return a < b", "boundary"), ["return a <= b"])
+        self.assertEqual(python_faults_in("return 1 <= (a) >= b", "boundary"),
+                         ["return 1 < (a) >= b", "return 1 <= (a) > b"])
+
+    def test_constants_change(self):
+        self.assertEqual(python_faults_in("a = 7", "constant"), ["a = 6", "a = 8"])
+        self.assertEqual(python_faults_in("a = (0x10, 0, True, None, 'x', 1.5)", "constant"),
+                         ["a = (0x10, 0, False, None, 'x', 1.5)", "a = (0x10, 1, True, None, 'x', 1.5)",
+                          "a = (15, 0, True, None, 'x', 1.5)", "a = (17, 0, True, None, 'x', 1.5)"])
+
+    def test_statements_are_dropped(self):
+        for statement in ("a.b(c)", "a = b", "a += b", "raise a", "del a"):
+            self.assertEqual(python_faults_in(statement, "statement"), ["pass"])
+        self.assertEqual(python_faults_in("while a: break", "statement"), ["while a: pass"])
+        self.assertEqual(python_faults_in("return a", "statement"), [])
+        self.assertEqual(python_faults_in("a(b,\n      c)", "statement"), [])
+
+    def test_operators_are_exchanged(self):
+        self.assertEqual(python_faults_in("return a is not b and c | d", "operator"),
+                         ["return a is b and c | d", "return a is not b and c & d", "return a is not b or c | d"])
+        self.assertEqual(python_faults_in("a += b", "operator"), ["a -= b"])
+        self.assertEqual(python_faults_in("return 'a%s' % b", "operator"), [])
+
+    def test_names_are_exchanged_for_others_of_the_same_style_nearby(self):
+        self.assertEqual(python_faults_in("return first(a, b.c)", "name"),
+                         ["return first(a, a.c)", "return first(b, b.c)"])
+        self.assertEqual(python_faults_in("return F(_a).c + _b + D", "name"), ["return F(_a).c + _a + D",
+                                                                             "return F(_b).c + _b + D"])
+
+    def test_columns_count_characters(self):
+        self.assertEqual(python_faults_in("return 'ä', 7, 'ö', a < b", "boundary"), ["return 'ä', 7, 'ö', a <= b"])
+
+    def test_annotations_texts_and_what_is_no_function_are_left_alone(self):
+        text = "@a(1)\nclass A:\n    b: C[1] = a(b)\n\n    def f(self, b: int[1]) -> C[1]:\n" \
+               "        '''If a < 1'''\n        # a < 1\n"
+        self.assertEqual(python_faults.Source("a.py", text).faults(), {})
+        found = python_faults.Source("a.py", "A = 3\n\n\ndef f(a=2):\n    pass\n").faults()
+        self.assertEqual([fault.after for kinds in found.values() for some in kinds.values() for fault in some],
+                         ["A = 4", "A = 2", "def f(a=3):", "def f(a=1):"])
 
 
 class LeftAlone(unittest.TestCase):

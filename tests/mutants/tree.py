@@ -17,7 +17,7 @@ MEMORY = 8 << 30  # bytes of address space of a test program
 # The programs in the order in which they run. Those after the folder of a fault run first.
 PROGRAMS = ("host_tests", "companion_tests", "document_tests", "second_opinion_tests", "unit_tests", "tool_tests",
             "limit_tests", "c_host_tests", "editor_tests", "front_tests", "fault_tests", "disk_tests", "memory_tests",
-            "editor_server", "replay")
+            "editor_server", "replay", "python_package")
 FIRST = {
     "mox_host/": ("c_host_tests", "fault_tests"),
     "mox_xmlApi/disk/": ("disk_tests", "fault_tests", "document_tests", "tool_tests", "front_tests"),
@@ -31,8 +31,9 @@ FIRST = {
 }
 # What survives runs with the sanitizers in these, after the same order.
 SANITIZED = ("host_tests", "document_tests", "unit_tests", "c_host_tests", "editor_tests", "front_tests", "tool_tests")
-# Tests that are scripts, and tests that run the tool as a process.
-SCRIPTS = {"editor_server": "tests/editor/server_test.py"}
+# Tests that are scripts, with the targets that they need; and tests that run the tool as a process.
+SCRIPTS = {"editor_server": ("tests/editor/server_test.py", "mox-xml"),
+           "python_package": ("tests/python/run_from_sources.py", "mox_host", "front_replay", "other_host")}
 TOOL_TESTS = ("tool_tests", "editor_server")
 # One program for each of their files: a fault in a header then costs one file more at a time.
 PROGRAM_PER_FILE = ("front_tests",)
@@ -91,8 +92,8 @@ def files_below(folder):
     return [path for path in folder.rglob("*") if path.is_file() or path.is_symlink()]
 
 
-def target_of(program):
-    return "mox-xml" if program in SCRIPTS else program
+def targets_of(program):
+    return SCRIPTS[program][1:] if program in SCRIPTS else (program,)
 
 
 def make_same(folder, model):
@@ -129,7 +130,8 @@ class Tree:
             done.unlink(missing_ok=True)
             with preparing:
                 self.do(["cmake", "--preset", self.preset, *self.options], "configure")
-                self.do(["ninja", "-C", self.build, "-j", "2", *map(target_of, self.runs(""))], "build")
+                targets = [target for program in self.runs("") for target in targets_of(program)]
+                self.do(["ninja", "-C", self.build, "-j", "2", *targets], "build")
             shutil.rmtree(self.saved, ignore_errors=True)
             make_same(self.saved, self.sources)
             done.touch()
@@ -154,6 +156,9 @@ class Tree:
 
     def runs(self, file):
         """The programs to run after a fault in the file."""
+        if file.endswith(".py"):
+            yield from (program for program in self.programs if program == "python_package")
+            return
         first = next((programs for start, programs in FIRST.items() if file.startswith(start)), ())
         ordered = [program for program in dict.fromkeys((*first, *PROGRAMS)) if program in self.programs]
         words = set(re.split(r"[/._]", file))
@@ -184,7 +189,8 @@ class Tree:
             arguments = [f"../{inputs}" for inputs in found if (folder / inputs).exists()]
         command = [programs / program, *arguments]
         if program in SCRIPTS:
-            command = ["/usr/bin/python3", "-B", folder / SCRIPTS[program], "--failfast"]
+            end = [programs.parent, "--exitfirst"] if program == "python_package" else ["--failfast"]
+            command = ["/usr/bin/python3", "-B", folder / SCRIPTS[program][0], *end]
         return run(command, folder / "tests", self.home / "test.log", environment, cpu, wall)
 
     def make(self, *targets):
@@ -206,7 +212,8 @@ class Tree:
     def libraries_of(self, program):
         """Our shared libraries that the program loads, without a fault."""
         if program not in self.libraries:
-            listed = subprocess.run(["ldd", self.saved / "build" / self.preset / "bin" / program], text=True, check=False,
+            path = "lib/libmox_host.so.0" if program == "python_package" else f"bin/{program}"
+            listed = subprocess.run(["ldd", self.saved / "build" / self.preset / path], text=True, check=False,
                                     stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
             names = tuple(line.split()[0] for line in listed.splitlines() if line.strip())
             self.libraries[program] = [path.relative_to(self.build) for path in self.build.glob("lib/*.so*")
@@ -215,8 +222,16 @@ class Tree:
 
     def outputs(self, program):
         """The files that the program consists of."""
+        if program == "python_package":
+            return ["bin/front_replay", "lib/libmox_host.so.0", *self.libraries_of(program)]
         return [*([] if program in SCRIPTS else [f"bin/{program}"]), *self.libraries_of(program),
                 *(["bin/mox-xml"] if program in TOOL_TESTS else [])]
+
+    def has_types(self):
+        """Whether mypy accepts the Python package."""
+        command = ["/usr/bin/python3", "-m", "mypy", "--strict", "--python-version", "3.9", "--cache-dir",
+                   self.home / "mypy", "mox_xmlapi"]
+        return run(command, self.sources / "python", self.home / "make.log").code == 0
 
     def judge(self, fault):
         """Makes the fault, tests it, and takes it back."""
@@ -231,6 +246,9 @@ class Tree:
             make_same(self.sources, self.saved)
 
     def test(self, fault):
+        isPython = fault.file.endswith(".py")
+        if isPython and not self.has_types():
+            return Verdict("not compiled", "")
         objects = self.objects(fault.file)
         if objects:
             if not self.make(*objects):
@@ -239,10 +257,11 @@ class Tree:
                 return Verdict("no difference", "")
         differs = False
         for program in self.runs(fault.file):
-            if not self.make(target_of(program)):
-                return Verdict("not compiled", "")
-            if not any(self.has_changed(output) for output in self.outputs(program)):
-                continue
+            if not isPython:
+                if not self.make(*targets_of(program)):
+                    return Verdict("not compiled", "")
+                if not any(self.has_changed(output) for output in self.outputs(program)):
+                    continue
             differs = True
             cpu, wall = self.cost(program)
             code = self.start(program, self.sources, int(2 + 3 * cpu), 60 + 4 * wall).code
@@ -252,7 +271,7 @@ class Tree:
 
     def what_failed(self, code):
         log = (self.home / "test.log").read_text(encoding="utf-8", errors="replace")
-        failed = re.search(r"(?:\[  FAILED  \]|^(?:FAIL|ERROR):) ([\w./]+)", log, re.M)
+        failed = re.search(r"(?:\[  FAILED  \]|^(?:FAIL|ERROR):|^FAILED) ([\w./:]+)", log, re.M)
         if failed:
             return failed[1]
         return "time limit" if code in (None, -signal.SIGXCPU, -signal.SIGKILL) else f"exit code {code}"
