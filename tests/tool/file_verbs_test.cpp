@@ -66,6 +66,15 @@ TEST_F(FileVerbs, ShowAsJson) {
         "        }\n      ]\n    }\n  ]\n}\n");
 }
 
+TEST_F(FileVerbs, ShowATableAsJson) {
+    WriteBytes("t.xml", Wide(TableDocument(Var("k", "a"))));
+    EXPECT_EQ(Succeeds({"show", "t.xml", "--json"}),
+              "{\n  \"kind\": \"table\",\n  \"form\": \"wide\",\n  \"table\": {\n    \"name\": \"Tools\",\n"
+              "    \"first_id\": 0,\n    \"type\": \"0000\",\n    \"editable\": false,\n    \"entries\": [\n"
+              "      {\n        \"name\": \"k\",\n        \"type\": \"string\",\n        \"value\": \"a\"\n"
+              "      }\n    ]\n  }\n}\n");
+}
+
 TEST_F(FileVerbs, PrintsASurrogateWithoutAPartner) {
     std::string bytes = Wide(TableDocument(Var("k", "@")));
     const std::size_t at = bytes.find(std::string("@\0", 2));
