@@ -169,7 +169,6 @@ void CheckUi(DocumentNode ui, const DocumentEntry& entry, const Warner& warn) {
 
 void CheckAttributes(DocumentNode element, const Warner& warn) {
     const std::vector<DocumentAttribute> attributes = element.attributes();
-    if (attributes.size() < 2) return;
     std::set<std::string> seen;
     std::set<std::string> reported;
     for (const DocumentAttribute& attribute : attributes) {
