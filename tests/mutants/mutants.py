@@ -228,7 +228,7 @@ def main(arguments, root=ROOT, programs=PROGRAMS):
         verdicts = judge_all(drawn, trees, Results(home / "results.jsonl", root))
         unexplained = [fault for fault, verdict in verdicts.items()
                        if verdict.result == "survived" and key(fault) not in explained]
-        if unexplained:
+        if unexplained and sanitized.programs:
             print("what has survived, with the sanitizers:", flush=True)
             again = judge_all(unexplained, [sanitized], Results(home / "sanitized.jsonl", root))
             verdicts.update((fault, verdict) for fault, verdict in again.items() if verdict.result == "caught")
