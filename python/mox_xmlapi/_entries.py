@@ -124,7 +124,7 @@ class EntryTable(MutableMapping[str, Value]):
             size = c_size_t(255)
             while True:
                 buffer = ctypes.create_string_buffer(size.value + 1)
-                if self._call(function, name, buffer, len(buffer), byref(size), allowed=_BUFFER_TOO_SMALL) == 0:
+                if self._call(function, name, buffer, len(buffer), byref(size)) == 0:
                     data = buffer.raw[:size.value]
                     return decoded(data) if kind is str else data
         except (NoSuchKeyError, NoSuchSectionError):
@@ -247,14 +247,14 @@ class EntryTable(MutableMapping[str, Value]):
                                  ui))
         return entries
 
-    def _call(self, function: Callable[..., int], name: Optional[str], *arguments: Any, allowed: int = 0) -> int:
-        """Calls a function of the section or, with a name, of that entry. Returns 0 or the status that is allowed."""
+    def _call(self, function: Callable[..., int], name: Optional[str], *arguments: Any) -> int:
+        """Calls a function of the section or, with a name, of that entry. Returns 0, or that a buffer is too small."""
         names: Tuple[Any, ...] = (self._section, len(self._section))
         if name is not None:
             key = encoded(name)
             names += (key, len(key))
         status = function(self._handle, *names, *arguments, OF_THREAD.problem)
-        if status != allowed:
+        if status != _BUFFER_TOO_SMALL:
             check(status, self._handle)
         return status
 

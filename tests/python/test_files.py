@@ -82,10 +82,13 @@ def test_every_error_can_be_pickled():
         assert type(other) is type(error) and vars(other) == vars(error) and str(other) == "a.xml:1:2: message"
 
 
-def test_other_kinds_and_encodings():
+def test_other_kinds_and_encodings(tmp_path):
     table = Table("Recipe").to_bytes()
     with pytest.raises(mox.WrongKindError):
         Settings.parse(table)
+    (tmp_path / "table.xml").write_bytes(table)
+    with pytest.raises(mox.WrongKindError):
+        Settings.open(tmp_path / "table.xml")
     assert list(Settings.parse(table, any_document=True)) == []
     with pytest.raises(mox.WrongKindError):
         Table.parse(table, name="Other")
@@ -134,6 +137,16 @@ def test_sections(camera):
     assert dict(settings["Camera"]) == {"Exposure": 5}
     with pytest.raises(mox.OutOfRangeError):
         settings.make_section("New", first_id=-1)
+    with pytest.raises(mox.OutOfRangeError, match=f": {2**70 - 1}$"):
+        settings.make_section("New", first_id=2**70 - 1)
+    with pytest.raises(mox.OutOfRangeError, match=": far more digits$"):
+        settings.make_section("New", first_id=2**70)
+
+
+def test_a_new_section_cannot_be_edited_unless_that_is_said():
+    settings = Settings()
+    assert not settings.make_section("S").editable
+    assert settings.make_section("E", editable=True).editable
 
 
 def test_a_closed_document_says_so(camera):

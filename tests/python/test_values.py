@@ -180,6 +180,9 @@ def test_long_values_and_names():
     section = Settings().make_section("S")
     section["text"] = "ä" * 100000
     section["data"] = bytes(range(256)) * 100
+    section["n" * 200] = 4
+    assert "n" * 200 in list(section) and section["n" * 200] == 4
+    del section["n" * 200]
     section["n" * 1000] = 5
     assert section["text"] == "ä" * 100000
     assert section.read("data", bytes) == bytes(range(256)) * 100
