@@ -120,6 +120,9 @@ TEST_F(CommandLine, HelpAndVersionWorkBeforeAndAfterTheVerb) {
     EXPECT_EQ(Succeeds({"--version", "entry", "get"}), version);
     EXPECT_EQ(Succeeds({"entry", "--version"}), version);
     const std::string help = Succeeds({"get", "--help"});
+    const std::string end = "\nSee \"mox-xml VERB --help\" and the manual page mox-xml(1) for more.\n";
+    ASSERT_GT(help.size(), end.size());
+    EXPECT_EQ(help.substr(help.size() - end.size()), end);
     EXPECT_EQ(help.rfind("Examples:\n  mox-xml get ", 0), 0U);
     EXPECT_EQ(Succeeds({"--help", "get"}), help);
     EXPECT_EQ(Succeeds({"-h", "get"}), help);
