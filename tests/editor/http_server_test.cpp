@@ -118,8 +118,8 @@ TEST_F(Server, LimitsWhatARequestHas) {
     const std::string get = HeadOf(Port(), "GET", "document");
     const std::string post = HeadOf(Port(), "POST", "active");
     const std::string chunked = "Transfer-Encoding: chunked\r\n\r\n";
-    EXPECT_EQ(Status(get + "X: " + std::string(8192, 'x') + "\r\n\r\n"), 431);
-    EXPECT_EQ(Status(get + "X: " + std::string(7900, 'x') + "\r\n\r\n"), 200);
+    EXPECT_EQ(Status(get + "X: " + std::string(65536, 'x') + "\r\n\r\n"), 431);
+    EXPECT_EQ(Status(get + "X: " + std::string(65200, 'x') + "\r\n\r\n"), 200);
     // The bodies are not sent.
     EXPECT_EQ(Status(get + "Content-Length: 1\r\n\r\n"), 413);
     EXPECT_EQ(Status(get + chunked + "1\r\n"), 413);

@@ -20,8 +20,8 @@
 
 namespace mox::tool {
 
-// The most bytes of a request's head and body.
-inline constexpr std::size_t kLargestHead = 8192;
+// The most bytes of a request's head and body. The head has the cookies of all servers of this machine.
+inline constexpr std::size_t kLargestHead = std::size_t{64} << 10;
 inline constexpr std::size_t kLargestBody = std::size_t{16} << 20;
 // The most changes in one request.
 inline constexpr std::size_t kMostChanges = 200000;

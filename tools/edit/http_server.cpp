@@ -23,7 +23,7 @@ namespace http = boost::beast::http;
 using boost::system::error_code;
 
 constexpr std::size_t kMostConnections = 32;
-constexpr std::size_t kMostBuffered = 65536;
+constexpr std::size_t kMostBuffered = 2 * kLargestHead;
 constexpr std::chrono::milliseconds kRetryPeriod{100};
 
 HttpRequest HeadOf(const http::request_header<>& head) {
