@@ -81,7 +81,7 @@ struct ReplaceOptions {
     // replace it.)
     const FileLock* lock = nullptr;
 
-    // How long to wait for other processes that are replacing the same file, or have locked it.
+    // How long to wait for other processes that are replacing the same file, have locked it, or have a lease on it.
     std::chrono::milliseconds patience{10000};
 };
 
