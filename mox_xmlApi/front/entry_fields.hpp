@@ -61,13 +61,13 @@ inline bool RenameEntry(void* handle, const Target& target, const Text& name, co
         !target.RequireUntroubled(Troubled::kValue | Troubled::kOther) || !RequirePosition(target))
         return false;
 
-    std::uint64_t before = 0;
-    if (!FindPositionBefore(handle, name.units(), before)) return RefuseWritten(target);
+    const std::optional<std::uint64_t> before = FindPositionBefore(handle, name.units());
+    if (!before.has_value()) return RefuseWritten(target);
     if (!HasText(entry.value) && KeepsValuesInUi(handle)) {
         if (!entry.ui.has_value() || entry.ui->control == Control::None) return RefuseValuesInUi(target);
         if (!entry.ui->value.has_value()) return RefuseRecord(target);
     }
-    if (WriteName(handle, before, name, newName, entry)) return target.Succeed();
+    if (WriteName(handle, *before, name, newName, entry)) return target.Succeed();
     return target.Refuse(Reason::NotStored, "the exports cannot write the new name");
 }
 
@@ -116,12 +116,13 @@ class TemporaryUiValue {
 // moment, which takes a comment. Returns nullopt if it is none of these cases.
 inline std::optional<bool> ClearUiFieldsInPlace(void* handle, const Text& name, const Entry16& old,
                                                 const Presentation16& ui) {
-    std::uint64_t before = 0;
     TableEntryValueInfoStruct value;
     TableEntryUInfoStruct record;
     FillNameRecord(name.units(), TypeCodeOf(old), kMaskName, value);
     if (!FillSameUi(name.units(), old, ui, record)) return std::nullopt;
-    if (!FindPositionBefore(handle, name.units(), before)) return false;
+    const std::optional<std::uint64_t> found = FindPositionBefore(handle, name.units());
+    if (!found.has_value()) return false;
+    std::uint64_t before = *found;
     if (HasUiValue(old)) return xmlTableEntrySet(handle, &before, nullptr, &record, 1, 0);
     if (!HasText(old.value)) return xmlTableEntrySet(handle, &before, &value, &record, 1, 0);
     if (old.ui->comment.empty()) return std::nullopt;

@@ -181,9 +181,10 @@ inline bool RebuildEntry(void* handle, const Target& target, const Text& name, c
         return RefuseRecord(target);
     if (KeepsValuesInUi(handle) && HasText(entry.value)) return RefuseValuesInUi(target);
     if (!RequireReplaceable(handle, target, name, eud)) return false;
-    std::uint64_t position = 0;
-    if (!FindPositionBefore(handle, name.units(), position)) return RefuseWritten(target);
+    const std::optional<std::uint64_t> found = FindPositionBefore(handle, name.units());
+    if (!found.has_value()) return RefuseWritten(target);
 
+    std::uint64_t position = *found;
     const bool isFirst = position == 0;
     Entry16 made;
     ReadNext(handle, position, made);  // moves the position to the old entry
@@ -211,9 +212,8 @@ inline bool RebuildEntry(void* handle, const Target& target, const Text& name, c
         !CompleteEntry(handle, entry, value, eud))
         return RefuseWritten(target);
     replacement.WillBeRenamed();
-    std::uint64_t before = 0;
-    if (!FindPositionBefore(handle, temporary.units(), before) ||
-        !WriteName(handle, before, temporary, name, entry))
+    const std::optional<std::uint64_t> before = FindPositionBefore(handle, temporary.units());
+    if (!before.has_value() || !WriteName(handle, *before, temporary, name, entry))
         return RefuseWritten(target);
     replacement.Keep();
     return target.Succeed();

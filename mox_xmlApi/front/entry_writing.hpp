@@ -103,16 +103,17 @@ bool HoldsValues(void* handle, const BasicEntry<String>& entry) {
     return read.ui.has_value() && read.ui->value == entry.ui->value;
 }
 
-// Finds the entry of a name of fewer than 259 units; an entry with a longer name is read with its first 259. Sets
-// `before` to the position before it. Returns false if there is none that can be read.
-inline bool FindPositionBefore(void* handle, UnitsView name, std::uint64_t& before) {
-    std::uint64_t position = before = 0;
+// Finds the entry of a name of fewer than 259 units; an entry with a longer name is read with its first 259. Returns
+// the position before it, or nullopt if there is none that can be read.
+inline std::optional<std::uint64_t> FindPositionBefore(void* handle, UnitsView name) {
+    std::uint64_t position = 0;
     Entry16 entry;
-    for (Step step = Step::Unreadable; step != Step::End; before = position) {
-        step = ReadNext(handle, position, entry);
-        if (step == Step::Entry && Text(entry.name).units() == name) return true;
+    for (;;) {
+        const std::uint64_t before = position;
+        const Step step = ReadNext(handle, position, entry);
+        if (step == Step::End) return std::nullopt;
+        if (step == Step::Entry && Text(entry.name).units() == name) return before;
     }
-    return false;
 }
 
 inline bool RequirePosition(const Target& target) {
@@ -216,9 +217,9 @@ struct EntryPlan {
         const auto flag = static_cast<std::int32_t>(eud);
         if (isWrittenByPosition) {
             // The export removes "eud" from an entry that it finds by name.
-            std::uint64_t position = 0;
-            if (!FindPositionBefore(handle, NameOf(value), position)) return false;
-            if (!xmlTableEntrySet(handle, &position, &value, nullptr, 1, flag)) return false;
+            std::optional<std::uint64_t> position = FindPositionBefore(handle, NameOf(value));
+            if (!position.has_value()) return false;
+            if (!xmlTableEntrySet(handle, &*position, &value, nullptr, 1, flag)) return false;
         } else if (!xmlTableEntryAdd(handle, &before, &value, nullptr, flag, 1)) {
             return false;
         }
