@@ -25,8 +25,6 @@ ExitCode CodeOf(Reason reason) noexcept {
         case Reason::WrongKind:
         case Reason::NameTaken:
             return ExitCode::kUsageError;
-        case Reason::Syntax:
-            return ExitCode::kSyntaxError;
         default:
             return ExitCode::kIoError;
     }

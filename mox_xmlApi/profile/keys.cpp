@@ -16,8 +16,8 @@ bool ReadKeyValue(moxSettings& settings, WideView section, WideView key, WideVie
 bool WriteKeyValue(moxSettings& settings, WideView section, WideView key, WideView value) {
     XmlNode* element = FindSection(settings, section);
     bool eud = false;
+    // Without a root element there is still none, and AddEntry fails.
     if (element == nullptr) element = ObtainSection(settings, TableHeader{section}, eud);
-    if (element == nullptr) return false;
 
     EntryValueRecord record;
     record.name = key;

@@ -4,7 +4,10 @@
 
 namespace mox {
 
-TableHandle::TableHandle() : cursor{true, true, &document, nullptr, true} {}
+TableHandle::TableHandle() {
+    cursor.document = &document;
+    cursor.openExisting = true;
+}
 
 TableHandle::TableHandle(XmlPool& shared, XmlNode* element)
     : document(shared, element), cursor{true, true, &document, element, false} {}
