@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <string_view>
 
 namespace model {
 namespace {
@@ -50,11 +51,29 @@ struct Number {
 
 constexpr std::int64_t kMostNegative = 0x80000000;
 
+// The digits zero and the white space beyond ASCII that numbers know.
+constexpr std::u16string_view kZeros =
+    u"\u0660\u06F0\u0966\u09E6\u0A66\u0AE6\u0B66\u0C66\u0CE6\u0D66\u0E50\u0ED0\u0F20\u1040\u17E0\u1810\uFF10";
+constexpr std::u16string_view kBlanks =
+    u"\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009\u200A\u2028\u2029\u202F\u205F"
+    u"\u3000";
+
+// The character of ASCII that means the same in a number, or a question mark.
+char InAscii(wchar16 unit) {
+    const auto character = static_cast<char16_t>(unit);
+    if (character < 0x80) return static_cast<char>(character);
+    if (kBlanks.find(character) != std::u16string_view::npos) return ' ';
+    for (const char16_t zero : kZeros) {
+        if (character >= zero && character <= zero + 9) return static_cast<char>('0' + (character - zero));
+    }
+    return '?';
+}
+
 // White space, a sign, in base 16 a prefix, digits; what follows plays no part.
 Number Read(const Text& text, unsigned base) {
     std::string ascii;
     for (const wchar16 unit : text)
-        ascii += unit < 0x80 ? static_cast<char>(unit) : '?';
+        ascii += InAscii(unit);
     std::size_t at = std::min(ascii.find_first_not_of(" \t\n\v\f\r"), ascii.size());
     Number number{ascii.substr(at, 1) == "-"};
     if (number.negative || ascii.substr(at, 1) == "+") ++at;

@@ -31,6 +31,9 @@ TEST(ModelNumbers, ReadUpToTheFirstThatIsNoDigitAndSaturate) {
     EXPECT_EQ(ReadSigned(Wide("4294967295")), 2147483647);
     EXPECT_EQ(ReadSigned(Wide("-99999999999")), -2147483647 - 1);
     EXPECT_EQ(ReadSigned(Wide("- 1")), 0);
+    const auto wide = [](std::u16string_view text) { return Text(text.begin(), text.end()); };
+    EXPECT_EQ(ReadSigned(wide(u"\u2003\u00A0-\u09E9\uFF17\u0669\u0E5A1")), -379);
+    EXPECT_EQ(ReadUnsigned(wide(u"\u06F0x\u18191F"), 16), 0x91FU);
     EXPECT_EQ(ReadUnsigned(Wide("-2147483648"), 10), 0x80000000U);
     EXPECT_EQ(ReadUnsigned(Wide("4294967296"), 10), 0xFFFFFFFFU);
     EXPECT_EQ(ReadUnsigned(Wide("0x10"), 10), 0U);
