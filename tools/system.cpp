@@ -1,5 +1,6 @@
 #include "tools/system.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -8,7 +9,6 @@
 #include <system_error>
 
 #if defined(_WIN32)
-#include <algorithm>
 #include <fcntl.h>
 #include <io.h>
 #include <optional>
@@ -80,7 +80,7 @@ bool WriteStandardStreams(const std::string& data, const std::string& messages) 
 #else
 
 std::vector<std::string> CommandLineArguments(int argc, char** argv) {
-    return argc < 1 ? std::vector<std::string>() : std::vector<std::string>(argv + 1, argv + argc);
+    return {argv + std::min(argc, 1), argv + argc};
 }
 
 bool IsStdoutTerminal() {

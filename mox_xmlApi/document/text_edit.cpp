@@ -78,8 +78,9 @@ std::size_t EndOfTag(WideView text, std::size_t at) noexcept {
     return at;
 }
 
+// Whether the tag that ends before `end` is that of an element without an end tag.
 bool IsEmptyTag(WideView text, std::size_t end) noexcept {
-    return end >= 2 && text[end - 2] == '/';
+    return text[end - 2] == '/';
 }
 
 // The attributes of the start tag that begins at `at`.
