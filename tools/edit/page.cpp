@@ -35,7 +35,7 @@ void ReplaceMark(std::string& text, const std::string& mark, const std::string& 
 std::string EmbeddedJson(const Json& json) {
     const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
     std::string embedded;
-    embedded.reserve(text.size() + text.size() / 16);
+    embedded.reserve(text.size());
     for (const char character : text) {
         if (character == '<' || character == '>' || character == '&') {
             constexpr const char* kHexDigits = "0123456789abcdef";
