@@ -1,4 +1,8 @@
 // check: parts of entries that are there twice or are unknown, and with --values, values that do not suit their entry.
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "tests/tool/tool_support.h"
 
 namespace tool {
@@ -156,6 +160,33 @@ TEST_F(CheckValues, WritersWarnAndRefuseOnlyIfStrict) {
     WriteBytes("a.xml", bytes);
     EXPECT_EQ(Succeeds({"set", "a.xml", "S", "k", "5", "--strict"}), "");
     EXPECT_EQ(Succeeds({"get", "a.xml", "S", "k"}), "5\n");
+}
+
+TEST_F(CheckValues, TheLargestAndSmallestNumbersOfATypeSuitIt) {
+    const auto check = [&](const std::string& type, const std::string& value) {
+        WriteBytes("a.xml", Narrow(Settings("<Table name=\"S\"><Var name=\"a\" type=\"" + type +
+                                            "\"><Value>" + value + "</Value></Var></Table>\n")));
+        return Succeeds({"check", "a.xml", "--values"});
+    };
+    const std::pair<const char*, std::vector<const char*>> kTypes[] = {
+        {"short", {"-32768", "32767"}}, {"ushort", {"0", "65535"}}, {"long", {"-2147483648", "2147483647"}},
+        {"ulong", {"0", "4294967295"}}, {"byte", {"0", "255"}},     {"char", {"-128", "255"}}};
+    for (const auto& [type, values] : kTypes) {
+        for (const char* const value : values)
+            EXPECT_EQ(check(type, value), "") << type;
+    }
+    EXPECT_NE(check("short", "32768"), "");
+    EXPECT_NE(check("char", "256"), "");
+    EXPECT_NE(check("char", "-129"), "");
+}
+
+TEST_F(CheckValues, AProviderThatHasMoreThan32Bits) {
+    WriteBytes("t.xml", Wide(TableDocument(
+                            "<Var name=\"a\" type=\"long\"><UI control=\"num\" prov_index=\"1\"/></Var>\n"
+                            "<Var name=\"b\" type=\"long\">\n"
+                            "<UI control=\"num\" prov_index=\"4294967296\"/></Var>\n")));
+    EXPECT_EQ(Succeeds({"check", "t.xml"}),
+              "t.xml:5:2: warning: prov_index=\"4294967296\" has more than 32 bits: hosts read 4294967295\n");
 }
 
 }  // namespace
