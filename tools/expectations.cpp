@@ -55,7 +55,6 @@ void Expectations::Forget(const std::string& section) {
 }
 
 void Expectations::Forget(const std::string& section, const std::string& entry) {
-    gone_.erase({section, entry});
     fields_.erase(fields_.lower_bound({section, entry, ""}),
                   fields_.lower_bound({section, entry + '\0', ""}));
 }

@@ -27,7 +27,7 @@ class Expectations {
     void SetGone(const std::string& section);
     void SetGone(const std::string& section, const std::string& entry);
 
-    // Nothing is expected any more of the section and its entries, or of the entry.
+    // Nothing is expected any more of the section and its entries, or of the fields of the entry.
     void Forget(const std::string& section);
     void Forget(const std::string& section, const std::string& entry);
 
