@@ -1,4 +1,9 @@
 // Overwriting entries, by name and by position, the same over both kinds of table handles.
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <string>
+
 #include "tests/host/table_support.h"
 
 namespace host {
@@ -122,6 +127,17 @@ TYPED_TEST(TableSet, NarrowTextIsConverted) {
     const TypeParam table(kOwnValue);
     EXPECT_TRUE(SetByName(table, ValueRecord("a"_w, 8, "\xE2\x82\xAC")));
     EXPECT_EQ(GetValue(table, "a"_w), "a #0 0008 '\\u20AC'");
+}
+
+// Blocks of just the size of the text: the sanitizer sees a read before or after it.
+TYPED_TEST(TableSet, NarrowTextOfEachLengthIsKept) {
+    const TypeParam table(kOwnValue);
+    for (std::size_t length = 0; length < 20; ++length) {
+        const auto text = std::make_unique<char[]>(length + 1);
+        std::fill_n(text.get(), length, 'x');
+        EXPECT_TRUE(SetByName(table, ValueRecord("a"_w, 8, text.get())));
+        EXPECT_EQ(GetValue(table, "a"_w), "a #0 0008 '" + std::string(length, 'x') + "'");
+    }
 }
 
 TYPED_TEST(TableSet, IdBeyondTheSignedRangeIsWrittenNegativeAndReadBack) {
