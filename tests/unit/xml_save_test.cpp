@@ -42,6 +42,25 @@ TEST_F(XmlSave, NarrowFilesOfEveryLengthAreWhole) {
     }
 }
 
+// Each unit of the tags is once the last one of a chunk: the sanitizer sees a write beyond it.
+TEST_F(XmlSave, TagsAtTheEndOfAChunkAreWhole) {
+    constexpr std::size_t kChunk = 8 * 1024;
+    XmlNode* e = Build(document_, document_.root, Element("a"));
+    std::string inner;
+    while (inner.size() < kChunk + 100) {
+        Build(document_, e, Element("longername", {{"c", "1"}}, "d"));
+        inner += "\t<longername c=\"1\">d</longername>\n";
+    }
+    for (std::size_t length = 1; length <= 40; ++length) {
+        const std::string name(length, 'k');
+        const auto wide = Wide(name);  // the document keeps a view of it
+        document_.SetAttribute(*e, wide, Wide("v"));
+        const std::string whole = test::Join({"<a ", name, "=\"v\">\n", inner, "</a>\n"});
+        ASSERT_EQ(SavedBytes(false), whole + '\0');
+        document_.RemoveAttribute(e, wide);
+    }
+}
+
 // Its text fills several chunks of memory.
 TEST_F(XmlSave, LargeDocumentIsWholeInBothForms) {
     constexpr int kElements = 40000;
