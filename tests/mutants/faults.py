@@ -115,10 +115,14 @@ def closing(code, opening):
 class Source:
     """A source file and the faults that can be made in it."""
 
+    # What a language has of its own.
+    masked = staticmethod(masked)
+    BINARY, OPERATORS, NO_NAMES, DECLARATION, DECLARED = BINARY, OPERATORS, NO_NAMES, DECLARATION, DECLARED
+
     def __init__(self, file, text):
         self.file = file
         self.lines = text.split("\n")
-        code = masked(text)
+        code = self.masked(text)
         self.code = code.split("\n")
         self.starts, self.kinds = scopes(code)
         self.offsets = [0]
@@ -179,14 +183,13 @@ class Source:
         for match in NOT.finditer(code):
             yield "condition", *match.span(), ""
 
-    @staticmethod
-    def operators(code):
-        for match in BINARY.finditer(code):
+    def operators(self, code):
+        for match in self.BINARY.finditer(code):
             old = match[1]
             if old in BOUNDARIES:
                 yield "boundary", *match.span(), BOUNDARIES[old]
             else:
-                yield "operator", *match.span(), OPERATORS[old]
+                yield "operator", *match.span(), self.OPERATORS[old]
         for match in STEP.finditer(code):
             yield "operator", *match.span(), {"++": "--", "--": "++"}[match[0]]
 
@@ -196,19 +199,18 @@ class Source:
         isWhole = (statement.endswith(";") and len(statement) > 1 and before in ";{}:)" and
                    re.match(r"\+\+|--|[*(A-Za-z_]", statement) and
                    all(statement.count(a) == statement.count(b) for a, b in ("()", "{}", "[]")))
-        if isWhole and not NO_STATEMENT.match(statement) and not DECLARATION.match(statement):
+        if isWhole and not NO_STATEMENT.match(statement) and not self.DECLARATION.match(statement):
             yield "statement", len(code) - len(code.lstrip()), len(self.lines[i]), ";"
 
-    @staticmethod
-    def names_of(code):
+    def names_of(self, code):
         """(style, position, name) of each name that another of its style may replace."""
         for match in NAME.finditer(CHARACTER.sub(lambda match: "'" * len(match[0]), code)):
             name = match["name"]
             isCall = match["after"] == "("
             isType = name[0].isupper() and not isCall and not match["before"]
-            if name in NO_NAMES or isType or match["before"].startswith("std::") or name.endswith("_t"):
+            if name in self.NO_NAMES or isType or match["before"].startswith("std::") or name.endswith("_t"):
                 continue
-            if DECLARED.search(code[:match.start()]):
+            if self.DECLARED.search(code[:match.start()]):
                 continue
             before = "." if match["before"] == "->" else match["before"]
             form = "k" if re.match("k[A-Z]", name) else name[0].isupper()

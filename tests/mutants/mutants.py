@@ -9,7 +9,7 @@ build/mutants, which is then built as in the preset "linux", but for -O1. The te
 beginning with those that are quick or test the folder of the fault. What they do not catch runs once more with the
 sanitizers. A fault
 
-    is not compiled     if the compiler refuses it, or warns; in Python, if mypy does;
+    is not compiled     if the compiler refuses it, or warns; in Python, if mypy does; in JavaScript, never;
     makes no difference if all programs stay the same, byte by byte;
     is caught           if a test fails, crashes, or takes far more time or memory than without the fault;
     is explained        if it stands in tests/mutants.txt, with the reason why no test can see it;
@@ -33,10 +33,12 @@ import threading
 
 import faults
 import python_faults
-from tree import PROGRAM_PER_FILE, PROGRAMS, SANITIZED, BrokenTree, Tree, Verdict, files_below
+import script_faults
+from tree import ALONE, PROGRAM_PER_FILE, PROGRAMS, SANITIZED, BrokenTree, Tree, Verdict, files_below
 
 FOLDERS = ("mox_xmlApi", "mox_host", "companions", "python/mox_xmlapi", "tools")  # a folder that ships is added here
-SOURCES = {".h": faults.Source, ".hpp": faults.Source, ".cpp": faults.Source, ".py": python_faults.Source}
+SOURCES = {".h": faults.Source, ".hpp": faults.Source, ".cpp": faults.Source, ".js": script_faults.Source,
+           ".py": python_faults.Source}
 WORKERS = 2
 RESULTS = ("drawn", "not compiled", "no difference", "caught", "explained", "survived")
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
@@ -220,8 +222,9 @@ def main(arguments, root=ROOT, programs=PROGRAMS):
     options = [f"-DCMAKE_PROJECT_mox_xmlApi_INCLUDE={root / 'tests/mutants/settings.cmake'}",
                f"-DMOX_TEST_PROGRAM_PER_FILE={';'.join(PROGRAM_PER_FILE)}"]
     drawn = draw(root, count, seed, folder)
-    if all(fault.file.endswith(".py") for fault in drawn):
-        programs = [name for name in programs if name == "python_package"]
+    suffixes = {pathlib.Path(fault.file).suffix for fault in drawn}
+    if suffixes and suffixes <= set(ALONE):
+        programs = [ALONE[suffix] for suffix in sorted(suffixes)]
     trees = [Tree(f"linux-{number}", "linux", options, root, programs) for number in range(WORKERS)]
     sanitized = Tree("sanitize", "sanitize", options, root, [name for name in programs if name in SANITIZED])
     try:

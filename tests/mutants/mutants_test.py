@@ -10,6 +10,7 @@ import unittest
 import faults
 import mutants
 import python_faults
+import script_faults
 
 
 def faults_in(body, kind):
@@ -121,6 +122,30 @@ class EachKindOfFaultInPython(unittest.TestCase):
         found = python_faults.Source("a.py", "A = 3\n\n\ndef f(a=2):\n    pass\n").faults()
         self.assertEqual([fault.after for kinds in found.values() for some in kinds.values() for fault in some],
                          ["A = 4", "A = 2", "def f(a=3):", "def f(a=1):"])
+
+
+def script_faults_in(body, kind):
+    """What the line becomes, with each fault of the kind, as a line of a function of JavaScript."""
+    source = script_faults.Source("a.js", "function f() {\n" + body + "\n}\n")
+    return sorted(fault.after for fault in source.faults().get(2, {}).get(kind, []))
+
+
+class FaultsInScripts(unittest.TestCase):
+    def test_are_those_of_the_other_sources(self):
+        self.assertEqual(script_faults_in("if (a === 1) b();", "condition"),
+                         ["if (!(a === 1)) b();", "if (false) b();", "if (true) b();"])
+        self.assertEqual(script_faults_in("return a !== b || c === d;", "operator"),
+                         ["return a !== b && c === d;", "return a !== b || c !== d;", "return a === b || c === d;"])
+        self.assertEqual(script_faults_in("a.b(c);", "statement"), [";"])
+        self.assertEqual(script_faults_in("const a = (b) => b < 2;", "statement"), [])
+        self.assertEqual(script_faults_in("const a = (b) => b < 2;", "boundary"), ["const a = (b) => b <= 2;"])
+        self.assertEqual(script_faults_in("let a = b(c, null);", "name"), [])
+        self.assertEqual(script_faults_in("b(c, d);", "name"), ["b(c, c);", "b(d, d);"])
+
+    def test_leave_texts_comments_and_regular_expressions_alone(self):
+        for line in ('a("b < 1");', "// a < 1", "/^[a/]+ < \\/1/u.test(a);"):
+            self.assertEqual(script_faults_in(line, "boundary"), [])
+        self.assertEqual(script_faults_in("return a / b < c / d;", "boundary"), ["return a / b <= c / d;"])
 
 
 class LeftAlone(unittest.TestCase):

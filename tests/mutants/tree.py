@@ -17,7 +17,7 @@ MEMORY = 8 << 30  # bytes of address space of a test program
 # The programs in the order in which they run. Those after the folder of a fault run first.
 PROGRAMS = ("host_tests", "companion_tests", "document_tests", "second_opinion_tests", "unit_tests", "tool_tests",
             "limit_tests", "c_host_tests", "editor_tests", "front_tests", "fault_tests", "disk_tests", "memory_tests",
-            "editor_server", "replay", "python_package")
+            "editor_server", "replay", "python_package", "editor_page")
 FIRST = {
     "mox_host/": ("c_host_tests", "fault_tests"),
     "mox_xmlApi/disk/": ("disk_tests", "fault_tests", "document_tests", "tool_tests", "front_tests"),
@@ -33,8 +33,11 @@ FIRST = {
 SANITIZED = ("host_tests", "document_tests", "unit_tests", "c_host_tests", "editor_tests", "front_tests", "tool_tests")
 # Tests that are scripts, with the targets that they need; and tests that run the tool as a process.
 SCRIPTS = {"editor_server": ("tests/editor/server_test.py", "mox-xml"),
+           "editor_page": ("tests/editor/browser_test.py", "mox-xml"),
            "python_package": ("tests/python/run_from_sources.py", "mox_host", "front_replay", "other_host")}
-TOOL_TESTS = ("tool_tests", "editor_server")
+TOOL_TESTS = ("tool_tests", "editor_server", "editor_page")
+# The only one that runs after a fault in such a file. The last one is too slow to run after any other.
+ALONE = {".py": "python_package", ".js": "editor_page"}
 # One program for each of their files: a fault in a header then costs one file more at a time.
 PROGRAM_PER_FILE = ("front_tests",)
 
@@ -49,16 +52,16 @@ class BrokenTree(Exception):
 Ended = collections.namedtuple("Ended", "code seconds")  # the code is None if the time was up
 
 
-def run(command, folder, log, environment=None, cpu=None, wall=None):
+def run(command, folder, log, environment=None, cpu=None, wall=None, memory=None):
     """Runs the command as a process group of its own and ends whatever is left of it. The seconds are of processor
-    time. With a limit for these (cpu), the program has one of memory, too."""
+    time. The memory is in bytes of address space."""
     def limit():
         os.nice(10)
         if cpu is not None:
             resource.setrlimit(resource.RLIMIT_CPU, (cpu, cpu + 1))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-            if "sanitize" not in str(folder):  # the sanitizer reserves terabytes of addresses
-                resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+        if memory is not None:
+            resource.setrlimit(resource.RLIMIT_AS, (memory, memory))
 
     with open(log, "wb") as output:
         process = subprocess.Popen([str(word) for word in command], cwd=folder, stdin=subprocess.DEVNULL, stdout=output,
@@ -155,14 +158,17 @@ class Tree:
         return sorted(folder.name for folder in (self.sources / "fuzz/corpus").iterdir() if folder.is_dir())
 
     def runs(self, file):
-        """The programs to run after a fault in the file."""
-        if file.endswith(".py"):
-            yield from (program for program in self.programs if program == "python_package")
+        """The programs to run after a fault in the file; without one, all."""
+        alone = ALONE.get(pathlib.Path(file).suffix)
+        if alone is not None:
+            yield from (program for program in self.programs if program == alone)
             return
         first = next((programs for start, programs in FIRST.items() if file.startswith(start)), ())
         ordered = [program for program in dict.fromkeys((*first, *PROGRAMS)) if program in self.programs]
         words = set(re.split(r"[/._]", file))
         for program in ordered:
+            if program == "editor_page" and file != "":
+                continue
             if program in PROGRAM_PER_FILE:
                 folder = program.removesuffix("_tests")
                 tests = [path.stem for path in (self.sources / "tests" / folder).glob("*_test.cpp")]
@@ -181,6 +187,8 @@ class Tree:
         scratch.mkdir(mode=0o755)
         programs = folder / "build" / self.preset / "bin"
         environment = {"MOX_TEST_TMP": str(scratch), "MOX_TOOL": str(programs / "mox-xml"),
+                       "MOX_EXAMPLES": str(folder / "examples/data"),
+                       "MOX_AXE": str(self.project / "build/axe/node_modules/axe-core/axe.min.js"),
                        "ASAN_OPTIONS": "detect_stack_use_after_return=1:strict_string_checks=1:hard_rss_limit_mb=4000"}
         arguments = ["--gtest_fail_fast", "--gtest_brief=1", "--gtest_shuffle=0"]
         if program.startswith("replay_"):
@@ -191,7 +199,9 @@ class Tree:
         if program in SCRIPTS:
             end = [programs.parent, "--exitfirst"] if program == "python_package" else ["--failfast"]
             command = ["/usr/bin/python3", "-B", folder / SCRIPTS[program][0], *end]
-        return run(command, folder / "tests", self.home / "test.log", environment, cpu, wall)
+        # The sanitizer and the browser reserve terabytes of addresses.
+        memory = None if self.preset == "sanitize" or program == "editor_page" else MEMORY
+        return run(command, folder / "tests", self.home / "test.log", environment, cpu, wall, memory)
 
     def make(self, *targets):
         """Builds the targets. A compiler cache is not used: no fault is compiled twice."""
