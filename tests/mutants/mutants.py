@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Makes one-line faults in the sources, one at a time, and reports which of them the tests catch.
 
-    mutants.py <count> [<seed> [<folder>]]      (./dev mutants)
+    mutants.py <count> [<seed> [<folder or file>]]      (./dev mutants)
 
-Draws the given number of faults in the files below FOLDERS, or below the folder: a kind of fault (faults.py has them)
-at random, then a line that can have it, then one of the faults of this line. Each is made in a copy of the project in
-build/mutants, which is then built as in the preset "linux", but for -O1. The test programs run until one fails,
-beginning with those that are quick or test the folder of the fault. What they do not catch runs once more with the
-sanitizers. A fault
+Draws the given number of faults in the files below FOLDERS, or in the folder or file: a kind of fault (faults.py has
+them) at random, then a line that can have it, then one of the faults of this line. Each is made in a copy of the
+project in build/mutants, which is then built as in the preset "linux", but for -O1. The test programs run until one
+fails, beginning with those that are quick or test the folder of the fault. What they do not catch runs once more with
+the sanitizers. A fault
 
     is not compiled     if the compiler refuses it, or warns; in Python, if mypy does; in JavaScript, never;
     makes no difference if all programs stay the same, byte by byte;
@@ -53,9 +53,11 @@ def sources(project):
 
 
 def draw(project, count, seed, folder=""):
-    """The faults that the seed gives in the folder, each once."""
+    """The faults that the seed gives in the folder or file, each once; in all sources if it is empty."""
     lines = collections.defaultdict(list)  # of each kind: the faults of each line
-    for source in (source for source in sources(project) if source.file.startswith(folder)):
+    for source in sources(project):
+        if folder not in ("", source.file, *map(str, pathlib.PurePath(source.file).parents)):
+            continue
         for _, kinds in sorted(source.faults().items()):
             for kind, some in kinds.items():
                 lines[kind].append(some)
@@ -214,7 +216,7 @@ def as_listed(known):
 def main(arguments, root=ROOT, programs=PROGRAMS):
     count = int(arguments[0]) if arguments else 50
     seed = int(arguments[1]) if len(arguments) > 1 else random.randrange(1000000)
-    folder = arguments[2].removesuffix("/") + "/" if len(arguments) > 2 else ""
+    folder = arguments[2].removesuffix("/") if len(arguments) > 2 else ""
     print(f"{count} faults{' in ' * bool(folder)}{folder}, seed {seed}", flush=True)
     explained = read_explained(root / "tests/mutants.txt")
     home = root / "build/mutants"
@@ -222,8 +224,11 @@ def main(arguments, root=ROOT, programs=PROGRAMS):
     options = [f"-DCMAKE_PROJECT_mox_xmlApi_INCLUDE={root / 'tests/mutants/settings.cmake'}",
                f"-DMOX_TEST_PROGRAM_PER_FILE={';'.join(PROGRAM_PER_FILE)}"]
     drawn = draw(root, count, seed, folder)
+    if not drawn:
+        print("mutants: no fault can be made there", file=sys.stderr)
+        return 2
     suffixes = {pathlib.Path(fault.file).suffix for fault in drawn}
-    if suffixes and suffixes <= set(ALONE):
+    if suffixes <= set(ALONE):
         programs = [ALONE[suffix] for suffix in sorted(suffixes)]
     trees = [Tree(f"linux-{number}", "linux", options, root, programs) for number in range(WORKERS)]
     sanitized = Tree("sanitize", "sanitize", options, root, [name for name in programs if name in SANITIZED])
