@@ -307,6 +307,13 @@ class Form(BrowserTest):
             self.assertEqual(row.find_element(By.CSS_SELECTOR, ".error").text, "")
         self.assertEqual(read(self.path), self.before)
 
+    def test_fields_say_what_they_take(self):
+        self.open_controls()
+        self.assertIn("Bytes, as pairs of hexadecimal digits.", self.row("Bytes").text)
+        self.assertIn("hole number from 1 to 10.", self.row("A number").text)
+        for name in ["A number", "Text", "Real"]:
+            self.assertNotIn("hexadecimal", self.row(name).text)
+
     def put(self, name, text):
         """Gives a field a text, also one that cannot be typed here."""
         units = memoryview(text.encode("utf-16-le", "surrogatepass")).cast("H")
@@ -486,6 +493,9 @@ class Saving(BrowserTest):
         cells = {name: [cell.text for cell in row.find_elements(By.TAG_NAME, "td")][:3] for name, row in rows.items()}
         self.assertEqual(cells, {"All / A number": ["5", "9", "6"], "All / Text": ["some text", "theirs", "mine"],
                                  "All / Real": ["1.50", "3.5", "1.50"], "All / A switch": ["0", "0", "1"]})
+        heads = self.browser.find_elements(By.CSS_SELECTOR, "#conflictList thead th")
+        self.assertEqual([head.text for head in heads],
+                         ["Entry", "When you opened it", "On disk now", "Yours", "Keep"])
         self.assertEqual(read(self.path), theirs)
         self.assertFalse(self.by_id("confirmConflict").is_enabled())
         rows["All / A number"].find_element(By.CSS_SELECTOR, "input[value=mine]").click()
