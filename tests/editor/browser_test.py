@@ -429,6 +429,11 @@ class Form(BrowserTest):
                      b"<Foreign>text</Foreign>", b"one\ntwo"]:
             self.assertIn(kept, after)
 
+    def test_entries_of_other_elements_are_shown_for_what_they_are(self):
+        self.open(settings('\t<Other name="O">\n' + var("x", "1") + "\t</Other>\n"))
+        self.assertIn("This is an element of another kind, not a section.", self.text("entries"))
+        self.assertNotIn("Programs do not find this section", self.text("entries"))
+
     def test_table_document(self):
         table = '<?xml version="1.0" encoding="UTF-8"?>\n' \
                 '<Table xmlns:noNamespaceSchemaLocation="MXTable.xsd" name="T">\n'
@@ -496,6 +501,9 @@ class Saving(BrowserTest):
         heads = self.browser.find_elements(By.CSS_SELECTOR, "#conflictList thead th")
         self.assertEqual([head.text for head in heads],
                          ["Entry", "When you opened it", "On disk now", "Yours", "Keep"])
+        self.assertEqual([choice.get_attribute("aria-label")
+                          for choice in rows["All / Text"].find_elements(By.TAG_NAME, "input")],
+                         ["Keep from disk: All / Text", "Keep mine: All / Text"])
         self.assertEqual(read(self.path), theirs)
         self.assertFalse(self.by_id("confirmConflict").is_enabled())
         rows["All / A number"].find_element(By.CSS_SELECTOR, "input[value=mine]").click()
@@ -826,6 +834,15 @@ class Large(BrowserTest):
         self.type("Number 77777", "5")
         self.save()
         self.assertEqual(read(self.path), self.applied([change("S", "Key77777", "77777", "5")]))
+
+    def test_field_with_the_focus_stays_when_it_is_scrolled_away(self):
+        entries = "".join(var(f"Key{i}", str(i), "long") for i in range(3000))
+        self.open(settings('\t<Table name="S" editable="true">\n' + entries + "\t</Table>\n"))
+        field = self.field("Key0")
+        field.click()
+        self.script("window.scrollTo(0, document.documentElement.scrollHeight)")
+        self.wait(lambda: "Key2999" in self.shown(), 5)
+        self.assertEqual(self.browser.switch_to.active_element, field)
 
 
 class ForEverybody(BrowserTest):
