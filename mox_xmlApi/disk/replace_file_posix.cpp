@@ -127,34 +127,36 @@ class Attempt {
                PutInPlace(What::Backup, place, path, old_.Bytes(), ignored) == Outcome::Done;
     }
 
+    // The system has refused to write the file at the path, which is the backup or the file itself.
+    Outcome FailToWrite(const Text& path, std::string_view tried) const {
+        return Failed(FailBySystem(problem_, path, Reason::WriteFailed, tried, LastSystemError()));
+    }
+
     // Writes a file and gives it the name. `path` is for the problem.
     Outcome PutInPlace(What what, const Place& place, const Text& path, std::string_view bytes,
                        FileStamp& stamp) const {
-        const auto failBySystem = [&](std::string_view tried) {
-            return Failed(FailBySystem(problem_, path, Reason::WriteFailed, tried, LastSystemError()));
-        };
         TemporaryFile temporary(place);
         if (!temporary.Create(what == What::NewFile ? kDefaultMode : kOwnerOnly))
-            return failBySystem("cannot create a file in the folder");
+            return FailToWrite(path, "cannot create a file in the folder");
         const OpenFile& file = temporary.File();
-        if (!WriteAll(file, bytes.data(), bytes.size())) return failBySystem("cannot write the file");
+        if (!WriteAll(file, bytes.data(), bytes.size())) return FailToWrite(path, "cannot write the file");
         if (what != What::NewFile) {
             CopyUserAttributes(old_.File(), file);
-            if (!access_.GiveTo(file)) return failBySystem("cannot set the access rights of the file");
+            if (!access_.GiveTo(file)) return FailToWrite(path, "cannot set the access rights of the file");
         }
-        if (!FlushFile(file)) return failBySystem("cannot flush the file");
-        if (StampFile(file, stamp) != FileType::Regular) return failBySystem("cannot examine the file");
+        if (!FlushFile(file)) return FailToWrite(path, "cannot flush the file");
+        if (StampFile(file, stamp) != FileType::Regular) return FailToWrite(path, "cannot examine the file");
         DescribeContent(bytes, stamp);
 
         const Same inPlace = temporary.IsInPlace();
-        if (inPlace == Same::Unknown) return failBySystem("cannot examine the temporary file");
+        if (inPlace == Same::Unknown) return FailToWrite(path, "cannot examine the temporary file");
         if (inPlace == Same::No) {
             return Failed(FailFor(problem_, path, Reason::WriteFailed,
                                   "another process has exchanged or removed the temporary file"));
         }
         if (what == What::Replacement) {
             const Same old = place.Compare(oldStatus_);
-            if (old == Same::Unknown) return failBySystem("cannot examine the file");
+            if (old == Same::Unknown) return FailToWrite(path, "cannot examine the file");
             if (old == Same::No) return ChangedMeanwhile();
         }
         // Others that replace the file wait until it has been examined.
@@ -162,9 +164,9 @@ class Attempt {
         if (what == What::NewFile) {
             if (!temporary.RenameToNew())
                 return errno == EEXIST ? ChangedMeanwhile()
-                                       : failBySystem("cannot rename the temporary file");
+                                       : FailToWrite(path, "cannot rename the temporary file");
         } else if (!temporary.RenameOver()) {
-            return failBySystem("cannot rename the temporary file");
+            return FailToWrite(path, "cannot rename the temporary file");
         }
         return Confirm(what == What::Backup, place, path, temporary);
     }
@@ -172,12 +174,9 @@ class Attempt {
     // Finds out whether the renamed file is in place, and flushes its folder.
     Outcome Confirm(bool isBackup, const Place& place, const Text& path,
                     const TemporaryFile& temporary) const {
-        const auto failBySystem = [&](std::string_view tried) {
-            return Failed(FailBySystem(problem_, path, Reason::WriteFailed, tried, LastSystemError()));
-        };
         const Same target = temporary.IsTarget();
         if (target == Same::Unknown) {
-            if (isBackup) return failBySystem("cannot examine the backup");
+            if (isBackup) return FailToWrite(path, "cannot examine the backup");
             FailFor(
                 problem_, path, Reason::Unconfirmed,
                 "the file was replaced, but the new one cannot be examined: " + TextOf(LastSystemError()));
@@ -188,7 +187,7 @@ class Attempt {
                                   "another process has put its own file in the place of the new one"));
         }
         const bool isFlushed = place.Flush(temporary.File());
-        if (isBackup && !isFlushed) return failBySystem("cannot flush the folder of the backup");
+        if (isBackup && !isFlushed) return FailToWrite(path, "cannot flush the folder of the backup");
         return Outcome::Done;
     }
 
