@@ -109,8 +109,7 @@ enum {
     MOX_WRITE_FAILED = 6,     /**< The system reported an error; the old file is unchanged. */
     MOX_CHANGED = 7,          /**< The file is no longer the one that was read. */
     MOX_BUSY = 8,             /**< Another process is replacing the file and does not finish. */
-    MOX_UNCONFIRMED =
-        9, /**< The file was replaced, but the system does not tell whether the new one is in place. */
+    MOX_UNCONFIRMED = 9,      /**< The file was replaced, but the system fails to confirm it. */
 
     /* Documents */
     MOX_SYNTAX = 20,         /**< It does not parse. */

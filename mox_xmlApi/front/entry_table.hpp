@@ -221,9 +221,9 @@ class EntryTable {
     // ---- saving
 
     // Writes the document of a table, or only the element of a section, to a wide file. It replaces the file atomically,
-    // or creates it: a failure leaves the old file. disk/replace_file.hpp has the details. A file that is not the one that
-    // the table was read from or saved to last is not replaced (Changed), nor is any by a section; see
-    // SaveOptions::overwrite.
+    // or creates it: a failure leaves the old file, except for Unconfirmed, after which the next save of a table goes on
+    // from the new one. disk/replace_file.hpp has the details. A file that is not the one that the table was read from or
+    // saved to last is not replaced (Changed), nor is any by a section; see SaveOptions::overwrite.
     bool saveReplacing(const Text& path, const SaveOptions& options, Problem* problem = nullptr) const {
         const std::optional<std::string> bytes = toBytes(problem);
         if (!bytes.has_value()) return front::FailInFile(problem, path);

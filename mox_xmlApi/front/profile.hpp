@@ -358,7 +358,8 @@ class Profile {
     // xmlProfileSave. A narrow file keeps 7-bit text only: if the document has other text, it is not saved as a narrow
     // file (NotKept), unless isLossy().
 
-    // Replaces a file atomically, or creates it: a failure leaves the old file. disk/replace_file.hpp has the details.
+    // Replaces a file atomically, or creates it: a failure leaves the old file, except for Unconfirmed, after which the
+    // next save goes on from the new one. disk/replace_file.hpp has the details.
     // A file that is not the one that was read or saved last is not replaced (Changed); see SaveOptions::overwrite.
     bool saveReplacing(const Text& path, const SaveOptions& options, Problem* problem = nullptr) const {
         const std::optional<std::string> bytes =
