@@ -13,10 +13,14 @@ import python_faults
 import script_faults
 
 
+def in_second_line(source, kind):
+    """What the second line becomes, with each fault of the kind."""
+    return sorted(fault.after.strip() for fault in source.faults().get(2, {}).get(kind, []))
+
+
 def faults_in(body, kind):
-    """What the line becomes, with each fault of the kind, as a line of a function."""
-    source = faults.Source("a.cpp", "void F() {\n" + body + "\n}\n")
-    return sorted(fault.after for fault in source.faults().get(2, {}).get(kind, []))
+    """The same for a line of a function."""
+    return in_second_line(faults.Source("a.cpp", "void F() {\n" + body + "\n}\n"), kind)
 
 
 class EachKindOfFault(unittest.TestCase):
@@ -39,7 +43,7 @@ class EachKindOfFault(unittest.TestCase):
         self.assertEqual(faults_in("a1 = 2.5;", "constant"), [])
 
     def test_statements_are_dropped(self):
-        self.assertEqual(faults_in("    a.b(c);", "statement"), ["    ;"])
+        self.assertEqual(faults_in("    a.b(c);", "statement"), [";"])
         self.assertEqual(faults_in("if (a) return;", "statement"), [";"])
         self.assertEqual(faults_in("break;  // here", "statement"), [";"])
         self.assertEqual(faults_in("++a;", "statement"), [";"])
@@ -67,9 +71,8 @@ class EachKindOfFault(unittest.TestCase):
 
 
 def python_faults_in(body, kind):
-    """What the line becomes, with each fault of the kind, as a line of a Python function."""
-    source = python_faults.Source("a.py", f"def f():\n    {body}\n")
-    return sorted(fault.after.strip() for fault in source.faults().get(2, {}).get(kind, []))
+    """The same for a line of a Python function."""
+    return in_second_line(python_faults.Source("a.py", f"def f():\n    {body}\n"), kind)
 
 
 class EachKindOfFaultInPython(unittest.TestCase):
@@ -125,9 +128,8 @@ class EachKindOfFaultInPython(unittest.TestCase):
 
 
 def script_faults_in(body, kind):
-    """What the line becomes, with each fault of the kind, as a line of a function of JavaScript."""
-    source = script_faults.Source("a.js", "function f() {\n" + body + "\n}\n")
-    return sorted(fault.after for fault in source.faults().get(2, {}).get(kind, []))
+    """The same for a line of a function of JavaScript."""
+    return in_second_line(script_faults.Source("a.js", "function f() {\n" + body + "\n}\n"), kind)
 
 
 class FaultsInScripts(unittest.TestCase):
